@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include <norvex/core/Export.h>
+
+class TCMessageBuffer;
+
+// A connection to the middleware. Making one costs nothing and reaches nobody: it connects at the
+// first exchange, and anew at the first one after a failure.
+//
+// One thread at a time.
+class NORVEX_API NorvexAPIConnection {
+public:
+    // `interfaceName` and `objectPath` name the signal interface of the middleware; `flag` is true
+    // for a connection that makes calls.
+    NorvexAPIConnection(std::string interfaceName, std::string objectPath, bool flag);
+    virtual ~NorvexAPIConnection();
+    NorvexAPIConnection(const NorvexAPIConnection&) = delete;
+    NorvexAPIConnection& operator=(const NorvexAPIConnection&) = delete;
+
+    // Makes one call: sends `arguments` (an argument tree) and puts the reply's tree into `reply`.
+    // Blocks at most for the connect and call limits. False, and a line in the log that tells
+    // absent, mute and gone apart, when there is no reply; `reply` is then empty. The marshalling
+    // library reaches the middleware through this alone.
+    virtual bool Exchange(const std::string& interfaceName, const std::string& method,
+                          short methodId, bool flag, const TCMessageBuffer& arguments,
+                          TCMessageBuffer& reply);
+
+private:
+    void* m_pState;
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <string>
+
+#include <norvex/client/CriteriaHelper.h>
+#include <norvex/client/DTVMode.h>
+#include <norvex/client/NorvexSession.h>
+#include <norvex/client/ServiceData.h>
+#include <norvex/client/TvMode.h>
+
+// The way through the line-up of a pipeline, and what it is tuned to.
+class NORVEX_API IServiceNavigation : public INorvexSession {
+public:
+    virtual int GetTvMode(TSTvMode& tvMode) = 0;
+    // Appends a record for every service that meets the criteria; the caller deletes the records.
+    // The last two numbers choose a page on models that have pages; 0, 0 is all.
+    virtual int GetServiceList(const TCCriteriaHelper& criteria, std::list<TCServiceData*>& records,
+                               const TSTvMode& tvMode, int first, int count) = 0;
+    virtual int SetTvMode(const TSTvMode& tvMode, std::string& text) = 0;
+    virtual int SetTvMode(const TSTvMode& tvMode, const std::uint64_t& serviceId,
+                          std::string& text) = 0;
+    virtual int SetDTVMode(EDTVMode mode, bool enable) = 0;
+    virtual int SetService(const std::uint64_t& serviceId, int option, int flags,
+                           std::string& text) = 0;
+    virtual int SetBootupService(const std::uint64_t& serviceId, const TSTvMode& tvMode,
+                                 int option) = 0;
+    // Last service of the internet-streamed line-up for a TV mode, and the same of the broadcast
+    // line-up. The second follows the first directly.
+    virtual int GetLatestVeldaServiceId(unsigned long long* serviceId, TSTvMode tvMode) = 0;
+    virtual int GetLatestServiceId(unsigned long long* serviceId, TSTvMode tvMode) = 0;
+};
