@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+// What a message says before its tree: a fixed header and two names.
+namespace wire {
+
+enum class MessageKind : std::uint8_t {
+    Hello = 1,   // client: who I am. Tree: HelloTag
+    Welcome = 2, // daemon: which run of mine this is. Tree: WelcomeTag
+    Call = 3,    // client: interface, method, session; tree: every argument, tag = its place,
+                 // direction set
+    Reply = 4,   // daemon: the out arguments, tag = their place
+    Signal = 5,  // daemon, on a signal connection only. Tree: SignalTag
+};
+
+enum HelloTag : std::int16_t {
+    kHelloVersion = 0, // 32 bits, kProtocolVersion
+    kHelloToken = 1,   // 128 bits (array): the client, the same on all of its connections
+    kHelloRole = 2,    // 32 bits, Role
+};
+enum WelcomeTag : std::int16_t {
+    kWelcomeVersion = 0, // 32 bits
+    kWelcomeEpoch = 1,   // 64 bits: differs from one run of the daemon to the next
+};
+enum SignalTag : std::int16_t {
+    kSignalType = 0,    // 32 bits
+    kSignalProfile = 1, // 32 bits
+    kSignalScreen = 2,  // 16 bits
+    kSignalData = 3,    // 64 bits
+    kSignalNumber = 4,  // 64 bits: counts the signals of the daemon's run
+};
+
+constexpr std::uint32_t kProtocolVersion = 1;
+constexpr std::size_t kTokenSize = 16;
+
+enum class Role : std::uint32_t {
+    Calls = 0,
+    Signals = 1,
+};
+
+constexpr std::size_t kMessageHeaderSize = 24;
+// Longest tree and longest names, on both ends.
+constexpr std::uint32_t kMaxTreeSize = 64u << 20;
+constexpr std::uint16_t kMaxNameSize = 255;
+
+struct MessageHeader {
+    MessageKind kind = MessageKind::Call;
+    std::int16_t methodId = 0;
+    std::uint32_t serial = 0;
+    std::uint32_t session = 0; // 0: none
+    std::uint16_t interfaceSize = 0;
+    std::uint16_t methodSize = 0;
+    std::uint32_t treeSize = 0;
+
+    // Of the whole message: header, names and tree.
+    std::size_t GetMessageSize() const {
+        return kMessageHeaderSize + interfaceSize + std::size_t{methodSize} + treeSize;
+    }
+};
+
+void EncodeMessageHeader(unsigned char* place, const MessageHeader& header);
+// False for an unknown kind and for lengths over the limits.
+bool DecodeMessageHeader(const void* data, std::size_t size, MessageHeader& header);
+
+// A whole message as a reader sees it; views into the bytes that it was parsed from.
+struct Message {
+    MessageHeader header;
+    std::string_view interfaceName;
+    std::string_view method;
+    const unsigned char* tree = nullptr;
+};
+
+// Takes a whole message apart. False unless its lengths add up to exactly `size`. The tree is not
+// looked into.
+bool ParseMessage(const void* data, std::size_t size, Message& message);
+
+} // namespace wire

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include <wire/Buffer.h>
+
+// The flat tree: a node is an 8-byte header and its content, a branch's content is a run of nodes.
+// docs/wire-format.md tabulates it.
+namespace wire {
+
+enum class NodeKind : std::uint8_t {
+    Value = 1,  // a plain value
+    Array = 2,  // a run of bytes or of equal elements
+    Branch = 3, // nodes
+    Length = 4, // a 32-bit length alone, in place of a text that is only asked for
+};
+
+enum class Direction : std::uint8_t { Out = 0, In = 1 };
+
+constexpr std::size_t kNodeHeaderSize = 8;
+// A tree deeper than this is refused, so that a hostile one cannot exhaust a reader's stack.
+constexpr int kMaxDepth = 32;
+
+// A node as a reader sees it; `data` points into the message.
+struct Node {
+    std::int16_t tag = 0;
+    NodeKind kind = NodeKind::Value;
+    Direction direction = Direction::Out;
+    const unsigned char* data = nullptr;
+    std::uint32_t size = 0;
+
+    bool IsBranch() const { return kind == NodeKind::Branch; }
+    // Copies a value of exactly T's size; false, and `value` untouched, when the node is no value
+    // of that size.
+    template <class T> bool Get(T& value) const {
+        if (kind != NodeKind::Value || size != sizeof(T))
+            return false;
+        std::memcpy(&value, data, sizeof(T));
+        return true;
+    }
+    std::string_view GetBytes() const { return {reinterpret_cast<const char*>(data), size}; }
+};
+
+// Walks the nodes of a run of bytes in order. A node whose length does not fit ends the walk as
+// malformed.
+class NodeCursor {
+public:
+    NodeCursor(const void* data, std::size_t size)
+        : m_next(static_cast<const unsigned char*>(data)), m_end(m_next + size) {}
+    explicit NodeCursor(const Node& branch) : NodeCursor(branch.data, branch.size) {}
+
+    // The next node; false at the end and for a malformed one.
+    bool Next(Node& node);
+    bool IsMalformed() const { return m_malformed; }
+    bool IsAtEnd() const { return m_next == m_end; }
+
+private:
+    const unsigned char* m_next;
+    const unsigned char* m_end;
+    bool m_malformed = false;
+};
+
+// True when every node of the run, at every depth, is whole and of a known kind.
+bool IsWellFormed(const void* data, std::size_t size);
+
+// Writes nodes at the end of a buffer. Lengths of branches are put in when they are ended.
+class TreeWriter {
+public:
+    explicit TreeWriter(Buffer& buffer) : m_buffer(buffer) {}
+
+    void PutLeaf(std::int16_t tag, NodeKind kind, const void* data, std::size_t size,
+                 Direction direction = Direction::Out);
+    template <class T>
+    void PutValue(std::int16_t tag, const T& value, Direction direction = Direction::Out) {
+        PutLeaf(tag, NodeKind::Value, &value, sizeof value, direction);
+    }
+    // The form in which texts travel: a branch with the length (tag 0, 32 bits) and, unless it is
+    // 0, the bytes (tag 1).
+    void PutText(std::int16_t tag, std::string_view text, Direction direction = Direction::Out);
+    // Begins a branch; the result is handed to EndBranch, innermost first.
+    std::size_t BeginBranch(std::int16_t tag, Direction direction = Direction::Out);
+    void EndBranch(std::size_t begin);
+
+    Buffer& GetBuffer() { return m_buffer; }
+
+private:
+    Buffer& m_buffer;
+};
+
+// Reads a text in the form that PutText writes. False, and `text` untouched, for anything else.
+bool GetText(const Node& node, std::string_view& text);
+
+// Puts a node header into 8 bytes at `place`.
+void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind kind, Direction direction,
+                      std::uint32_t size);
+
+} // namespace wire
