@@ -1,26 +1,15 @@
 #include "CallLog.h"
 
-#include <mutex>
-#include <utility>
-
-namespace {
-
-std::mutex mutex;
-std::vector<std::string> calls;
-
-} // namespace
+#include "Timeline.h"
 
 void CallLog::Record(std::string call) {
-    const std::lock_guard<std::mutex> lock(mutex);
-    calls.push_back(std::move(call));
+    Timeline::now().call(call);
 }
 
 std::vector<std::string> CallLog::Calls() {
-    const std::lock_guard<std::mutex> lock(mutex);
-    return calls;
+    return Timeline::now().calls();
 }
 
 void CallLog::Clear() {
-    const std::lock_guard<std::mutex> lock(mutex);
-    calls.clear();
+    Timeline::now().clear();
 }
