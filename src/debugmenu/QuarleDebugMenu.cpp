@@ -1,0 +1,95 @@
+#include "QuarleDebugMenu.h"
+
+#include <cstdio>
+
+#include <sys/stat.h>
+
+#include <norvex/core/DebugMenuUtility.h>
+#include <norvex/device/LogTags.h>
+#include <norvex/device/PathResolver.h>
+
+#include "MenuFrame.h"
+#include "WordNumber.h"
+
+namespace {
+
+constexpr int kListScreen = 0;
+constexpr int kPromptScreen = 1;
+
+constexpr char kDaemonTag[] = "quarle-daemon";
+constexpr char kProviderTag[] = "quarle-provider";
+
+// The file whose presence means "on", so that the switch survives a restart; its content is
+// nobody's concern.
+std::string MarkerFile() {
+    return TCPathResolver::GetAbsolutePath(DEVICE_DIRECTORY_DATA,
+                                           "quarle-provider/data/FCdebug.conf");
+}
+
+// Switching off goes the way of switching on backwards.
+
+void SwitchLogOn() {
+    if (std::FILE* marker = std::fopen(MarkerFile().c_str(), "w"))
+        std::fclose(marker);
+    startdlogtagbydefault(kDaemonTag);
+    startdlogtagbydefault(kProviderTag);
+}
+
+void SwitchLogOff() {
+    stopdlogtagbydefault(kDaemonTag);
+    stopdlogtagbydefault(kProviderTag);
+    std::remove(MarkerFile().c_str());
+}
+
+} // namespace
+
+void CheckQuarleLogOnOff() {
+    struct stat marker;
+    QuarleLogonOff = stat(MarkerFile().c_str(), &marker) == 0;
+}
+
+std::string GetQuarleDebugMenu() {
+    currentMenu = kListScreen;
+
+    char row[256];
+    std::snprintf(row, sizeof(row), "%2d: [%-3s] %-17s", 0, QuarleLogonOff ? "ON" : "OFF",
+                  "QUARLE_PROVIDER");
+
+    std::string menu = "\n";
+    menu += kFrameRule;
+    menu += "     [Quarle-Provider Module]\n";
+    menu += kSectionRule;
+    menu += row;
+    menu += "\n";
+    menu += kFrameRule;
+    menu += "99 : Exit\n";
+    menu += kFrameRule;
+    menu += "cmd> ";
+    return menu;
+}
+
+std::string HandlingQuarleMenu(const std::string& word) {
+    if (!TCDebugMenuUtility::IsNumber(word))
+        return GetQuarleDebugMenu();
+    // Meant: a row that does not exist is answered by silence, without a prompt.
+    if (WordNumber(word) != 0)
+        return "";
+    currentMenu = kPromptScreen;
+    return "QUARLE_DAEMON ==> ON[1]/OFF[0]: ";
+}
+
+std::string ParserQuarleCommand(const std::string& word) {
+    if (currentMenu == kListScreen)
+        return HandlingQuarleMenu(word);
+    if (currentMenu == kPromptScreen) {
+        // Any word answers the prompt: what is no number is off, and the "99" that leaves the menu
+        // switches on first.
+        QuarleLogonOff = WordNumber(word) != 0;
+        if (QuarleLogonOff)
+            SwitchLogOn();
+        else
+            SwitchLogOff();
+        return GetQuarleDebugMenu();
+    }
+    return "";
+}
