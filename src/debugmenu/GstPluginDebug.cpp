@@ -24,7 +24,7 @@ constexpr char kElementRows[] = "  0. GST_VIDEO_SINK\n"
                                 " 10. GST_EXT_VIDEO\n"
                                 " 11. GST_FPA_PARSER\n";
 
-// Log tag by row number. Kept: from row 2 on they don't match the rows, and row 11 has none; the
+// Log tag by row number. Kept: 2 and 6 to 10 don't match their rows, and row 11 has none; the
 // numbers are what people have learned.
 constexpr const char* kElements[] = {
     "tvvideosink",    // 0
