@@ -14,12 +14,13 @@ namespace {
 
 struct OutOfWords {};
 
-// One step of the input: a word, or a time without words.
+// One step of the input: a word, something to be done before it, or a time without words.
 struct Step {
     std::string word;
     int prompts = 0;
     std::string prompt;
     std::ios_base::iostate fault = std::ios_base::goodbit;
+    std::function<void()> action = nullptr;
 };
 
 } // namespace
@@ -55,10 +56,15 @@ private:
     protected:
         // Called when the console wants a byte and the last word is used up: it asks for a word.
         int_type underflow() override {
-            if (m_streams.steps.empty())
-                throw OutOfWords{};
-            Step step = m_streams.steps.front();
-            m_streams.steps.pop_front();
+            Step step;
+            do {
+                if (m_streams.steps.empty())
+                    throw OutOfWords{};
+                step = m_streams.steps.front();
+                m_streams.steps.pop_front();
+                if (step.action)
+                    step.action();
+            } while (step.action);
             if (step.fault != std::ios_base::goodbit) {
                 m_streams.fail(step);
                 return traits_type::eof();
@@ -151,17 +157,24 @@ Console::~Console() = default;
 Console& Console::type(const std::string& words) {
     std::istringstream in(words);
     for (std::string word; in >> word;)
-        m_streams->steps.push_back({word, 0, "", std::ios_base::goodbit});
+        m_streams->steps.push_back({word, 0, "", std::ios_base::goodbit, nullptr});
+    return *this;
+}
+
+Console& Console::meanwhile(std::function<void()> action) {
+    Step step;
+    step.action = std::move(action);
+    m_streams->steps.push_back(std::move(step));
     return *this;
 }
 
 Console& Console::endInput(int prompts, const std::string& prompt) {
-    m_streams->steps.push_back({"", prompts, prompt, std::ios_base::eofbit});
+    m_streams->steps.push_back({"", prompts, prompt, std::ios_base::eofbit, nullptr});
     return *this;
 }
 
 Console& Console::breakInput(int prompts, const std::string& prompt) {
-    m_streams->steps.push_back({"", prompts, prompt, std::ios_base::badbit});
+    m_streams->steps.push_back({"", prompts, prompt, std::ios_base::badbit, nullptr});
     return *this;
 }
 

@@ -28,6 +28,9 @@ public:
 
     // Words separated by blanks, typed one after the other.
     Console& type(const std::string& words);
+    // When the words so far are used up and the console waits for the next one, `action` is done
+    // first, on the console's thread.
+    Console& meanwhile(std::function<void()> action);
     // After the words so far, the input is at its end: reads fail until `prompt` has been flushed
     // out `prompts` times more. Then the stream is made good again and takes the words that follow.
     Console& endInput(int prompts, const std::string& prompt = "cmd> ");
