@@ -6,6 +6,8 @@
 #include <utility>
 
 #include <norvex/client/NorvexHandle.h>
+#include <norvex/client/RectInfo.h>
+#include <norvex/client/Source.h>
 #include <norvex/client/TvMode.h>
 
 class IServiceNavigation;
@@ -84,6 +86,19 @@ public:
     std::uint64_t m_GetServiceId(std::uint16_t major);
 
 private:
+    // Steps of the source switch test: the main pipeline to a source; a pipeline to a service that
+    // is asked for; a pipeline's picture to the TV viewer's window.
+    void m_SwitchSource(ESource source);
+    void m_SwitchToService(EProfile profile);
+    void m_BindWindow(EProfile profile);
+    // Asks for a channel of the signal tune preparation test. False when there is nothing to call
+    // the middleware with.
+    bool m_AskServiceId(std::uint64_t& serviceId);
+    // Rectangles of the zoom test, asked for number by number.
+    TSRectInfo m_AskSourceRect();
+    TSRectInfo m_AskDestinationRect();
+    TSRectInfo m_AskMainRect();
+
     // Written by the middleware, which also owns it; valid while Enter() runs.
     ISignalSubscriber* m_pSignalSubscriber;
 };

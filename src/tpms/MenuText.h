@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+// The frame that the console's menus share.
+
+constexpr char kDoubleRule[] = "====================================\n";
+constexpr char kSingleRule[] = "------------------------------------\n";
+constexpr char kExitRow[] = " 99 : Exit\n";
+
+// A whole menu: `title` and `items` (each ending its lines) in the frame, to be written in one
+// piece.
+inline std::string framedMenu(const char* title, const char* items) {
+    std::string menu;
+    menu += kDoubleRule;
+    menu += title;
+    menu += kSingleRule;
+    menu += items;
+    menu += kSingleRule;
+    menu += kExitRow;
+    menu += kDoubleRule;
+    return menu;
+}
