@@ -1,0 +1,39 @@
+#pragma once
+
+#include <thread>
+
+#include <norvex/client/Signal.h>
+
+// What the test console does with its main loop and its thread. A program that is linked with
+// fake_norvex_api has GLib's g_main_loop_new, _run, _quit and _unref and std::thread::join wrapped:
+// all but the run are on the time line; the run, which is another thread's, is counted here. Loops
+// that nobody gives back are kept here, so that they are no leak of the test.
+//
+// Handovers go through own locks alone, so that the thread sanitizer sees through them.
+namespace MainLoopWatch {
+
+// Forgets what was counted, and gives the loops back that are left.
+void clear();
+
+// How many runs were begun and how many came back.
+int runsBegun();
+int runsEnded();
+// Waits until that many runs have begun. False after 10 seconds.
+bool waitForRuns(int count);
+// The thread of the run that began last.
+std::thread::id runningThread();
+
+// What became of a signal.
+struct Delivery {
+    bool called = false;
+    int result = -1;
+    std::thread::id thread;
+};
+
+// Sends a signal to the registered callback as the middleware does, on the thread that iterates
+// GLib's default main context, with `userData`, and waits until it has returned. `called` is false
+// when nobody has taken it within 10 seconds.
+Delivery deliver(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data,
+                 void* userData = nullptr);
+
+} // namespace MainLoopWatch
