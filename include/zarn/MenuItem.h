@@ -4,12 +4,16 @@
 
 #include <norvex/core/Marshalable.h>
 
-// One switch of a process's debug menu. A value: copies carry name, state and ID.
+// One switch of a process's debug menu. A value: copies carry name, state and ID. A moved-from item
+// may be assigned to and destroyed.
 class TSMenuItem : public TCMarshalable {
 public:
     TSMenuItem();
     TSMenuItem(const TSMenuItem& other);
     TSMenuItem& operator=(const TSMenuItem& other);
+    // A list of items that grows moves them.
+    TSMenuItem(TSMenuItem&& other) noexcept;
+    TSMenuItem& operator=(TSMenuItem&& other) noexcept;
     ~TSMenuItem() override;
 
     // The switch's label as its process names it, in the process's own encoding.

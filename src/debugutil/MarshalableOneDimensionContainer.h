@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <norvex/core/Marshalable.h>
@@ -13,7 +15,8 @@
 // as one block of bytes where they are plain values. Made on the stack around the caller's
 // container for the length of one call.
 //
-// Container needs begin, end, size, clear and push_back; Element a default constructor and copies.
+// Container needs begin, end, size, clear and push_back; Element a default constructor, and copies or
+// moves.
 template <class Container, class Element>
 class TCMarshalableOneDimensionContainer : public TCMarshalable {
 public:
@@ -67,7 +70,7 @@ public:
             const int count = counted ? child->GetElementCount(kElementSize) : 1;
             Element element{};
             m_pNodeCreator->FillElement(&element, kElementSize, count * kElementSize, child);
-            m_pContainer->push_back(element);
+            m_pContainer->push_back(std::move(element));
         }
         return true;
     }

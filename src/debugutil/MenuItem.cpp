@@ -20,6 +20,10 @@ TSMenuItem::TSMenuItem(const TSMenuItem& other) = default;
 
 TSMenuItem& TSMenuItem::operator=(const TSMenuItem& other) = default;
 
+TSMenuItem::TSMenuItem(TSMenuItem&& other) noexcept = default;
+
+TSMenuItem& TSMenuItem::operator=(TSMenuItem&& other) noexcept = default;
+
 TSMenuItem::~TSMenuItem() = default;
 
 void TSMenuItem::setName(const std::string& name) {
