@@ -15,8 +15,8 @@
 // as one block of bytes where they are plain values. Made on the stack around the caller's
 // container for the length of one call.
 //
-// Container needs begin, end, size, clear and push_back; Element a default constructor, and copies or
-// moves.
+// Container needs begin, end, size, clear and push_back; Element a default constructor, and copies
+// or moves.
 template <class Container, class Element>
 class TCMarshalableOneDimensionContainer : public TCMarshalable {
 public:
