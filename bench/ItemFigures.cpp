@@ -1,0 +1,132 @@
+// A long reply: 10,000 menu items with names of 24 bytes, a vector on both sides.
+
+#include "DebugPrintControlProxy.h"
+#include "Figure.h"
+#include "GDBusPeer.h"
+#include "MarshalableOneDimensionContainer.h"
+#include "Rounds.h"
+#include "SdBusPeer.h"
+#include "SimulatedTv.h"
+
+#include <cstdio>
+
+#include <norvex/core/MessageBuffer.h>
+
+namespace {
+
+using Items = std::vector<TSMenuItem>;
+using MarshalableItems = TCMarshalableOneDimensionContainer<Items, TSMenuItem>;
+
+constexpr int kItems = 10000;
+constexpr int kCalls = 10;
+constexpr int kRounds = 15;
+
+Items MakeItems() {
+    Items items(kItems);
+    for (unsigned int i = 0; i < kItems; ++i) {
+        char name[32];
+        std::snprintf(name, sizeof name, "menu item with number %02u", i % 100);
+        items[i].setName(name);
+        items[i].setState(i % 2 == 0);
+        items[i].setID(i);
+    }
+    return items;
+}
+
+void Write(Items& items, TCMessageBuffer& buffer) {
+    MarshalableItems all(&items, new TCMarshalableNodeCreator, false);
+    if (!all.Store(&buffer))
+        bench::GiveUp("the items could not be written");
+}
+
+void Read(Items& items, TCMessageBuffer& buffer) {
+    MarshalableItems all(&items, new TCMarshalableNodeCreator, false);
+    if (!all.Load(&buffer) || items.size() != kItems)
+        bench::GiveUp("the items could not be read");
+}
+
+sd_bus_message* SdBusMessage(sd_bus* bus, const Items& items) {
+    sd_bus_message* message = nullptr;
+    if (sd_bus_message_new_signal(bus, &message, "/o", "a.b", "Items") < 0)
+        bench::GiveUp("no sd-bus message");
+    bench::AppendItems(message, items);
+    if (sd_bus_message_seal(message, 1, 0) < 0)
+        bench::GiveUp("no sd-bus message");
+    return message;
+}
+
+} // namespace
+
+int main() {
+    bench::TSAnswers answers;
+    answers.m_Items = MakeItems();
+    const bench::TCSimulatedTv tv({"--menu-items", std::to_string(kItems)});
+    TCDebugPrintControlProxy control("com.holvi.IDebugPrintControl");
+    bench::TCSdBusPeer sdBus(answers);
+    bench::TCGDBusPeer gdBus(answers);
+    sdBus.Connect();
+    gdBus.Connect();
+
+    const auto call = [](auto& peer) {
+        return bench::NanosecondsEach(kCalls,
+                                      [&] {
+                                          if (peer.GetMenuItems().size() != kItems)
+                                              bench::GiveUp("the items did not all arrive");
+                                      }) /
+               1000;
+    };
+    const std::vector<double> calls =
+        bench::MedianOfRounds({{"GetMenuItems", [&] { return call(control); }},
+                               {"sd-bus", [&] { return call(sdBus); }},
+                               {"GDBus", [&] { return call(gdBus); }}},
+                              kRounds);
+
+    bench::TSFigure reply;
+    reply.m_Name = "menu_items_10000";
+    reply.m_Unit = "us";
+    reply.m_Value = calls[0];
+    reply.m_Peers = {{"sd-bus peer to peer", calls[1]}, {"GDBus peer to peer", calls[2]}};
+    reply.m_Ratio = calls[0] / calls[1];
+    reply.m_Limit = 0.35;
+
+    TCMessageBuffer buffer;
+    Write(answers.m_Items, buffer);
+    sd_bus_message* message = SdBusMessage(sdBus.Bus(), answers.m_Items);
+    const auto perItem = [](auto&& what) {
+        return [what] { return bench::NanosecondsEach(kCalls, what) / kItems; };
+    };
+    const std::vector<double> codec = bench::MedianOfRounds(
+        {{"encode", perItem([&] {
+              TCMessageBuffer fresh;
+              Write(answers.m_Items, fresh);
+          })},
+         {"decode", perItem([&] {
+              Items items;
+              Read(items, buffer);
+          })},
+         {"sd-bus encodes",
+          perItem([&] { sd_bus_message_unref(SdBusMessage(sdBus.Bus(), answers.m_Items)); })},
+         {"sd-bus decodes", perItem([&] {
+              if (sd_bus_message_rewind(message, 1) < 0 ||
+                  bench::ReadItems(message).size() != kItems)
+                  bench::GiveUp("sd-bus did not read the items");
+          })}},
+        kRounds);
+    sd_bus_message_unref(message);
+
+    bench::TSFigure encode;
+    encode.m_Name = "menu_item_encode";
+    encode.m_Unit = "ns/item";
+    encode.m_Value = codec[0];
+    encode.m_Peers = {{"sd-bus message", codec[2]}};
+    encode.m_Ratio = codec[0] / codec[2];
+    encode.m_Limit = 1.0;
+    bench::TSFigure decode;
+    decode.m_Name = "menu_item_decode";
+    decode.m_Unit = "ns/item";
+    decode.m_Value = codec[1];
+    decode.m_Peers = {{"sd-bus message", codec[3]}};
+    decode.m_Ratio = codec[1] / codec[3];
+    decode.m_Limit = 1.0;
+    return bench::PrintFigures({reply, encode, decode}) ? 0 : 1;
+}

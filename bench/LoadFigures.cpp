@@ -1,0 +1,31 @@
+// What it costs to load the plug-in: a fresh process each time, as the host is one.
+
+#include "FarSide.h"
+#include "Figure.h"
+#include "Program.h"
+#include "Rounds.h"
+
+namespace {
+
+// LoadOnce prints the nanoseconds that one dlopen took.
+double LoadOnce(const char* library) {
+    return std::stod(bench::OutputOf({LOAD_ONCE, library})) / 1000;
+}
+
+} // namespace
+
+int main() {
+    const std::vector<double> medians =
+        bench::MedianOfRounds({{"plug-in", [] { return LoadOnce(PLUGIN); }},
+                               {"empty library", [] { return LoadOnce(EMPTY_LIBRARY); }}},
+                              101);
+
+    bench::TSFigure figure;
+    figure.m_Name = "plugin_load";
+    figure.m_Unit = "us";
+    figure.m_Value = medians[0];
+    figure.m_Peers = {{"empty library with GLib", medians[1]}};
+    figure.m_Ratio = medians[0] / medians[1];
+    figure.m_Limit = 2.0;
+    return bench::PrintFigures({figure}) ? 0 : 1;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// One of those that are measured side by side.
+struct TSCandidate {
+    std::string m_Name;
+    // Runs one round and returns its result, in the unit of the figure.
+    std::function<double()> m_Round;
+};
+
+// Runs every candidate in turn, `rounds` times over, so that a disturbance of the machine meets all
+// of them; one more turn before is not counted. The median of each, in the candidates' order.
+std::vector<double> MedianOfRounds(const std::vector<TSCandidate>& candidates, int rounds);
+
+double Median(std::vector<double> values);
+
+// Nanoseconds per call of `what`, called `count` times.
+template <class What> double NanosecondsEach(int count, What&& what) {
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < count; ++i)
+        what();
+    const std::chrono::duration<double, std::nano> passed =
+        std::chrono::steady_clock::now() - begin;
+    return passed.count() / count;
+}
+
+} // namespace bench

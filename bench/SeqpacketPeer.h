@@ -1,0 +1,21 @@
+#pragma once
+
+#include "FarSide.h"
+
+#include <string>
+
+namespace bench {
+
+// The least that a call between two processes costs: the bytes of a word there, a status and the
+// bytes of a screen back, over SOCK_SEQPACKET, without a frame, a name or a check.
+class TCSeqpacketPeer {
+public:
+    explicit TCSeqpacketPeer(const std::string& screen);
+
+    int Execute(const std::string& word, std::string& screen);
+
+private:
+    TCFarSide m_FarSide;
+};
+
+} // namespace bench
