@@ -20,7 +20,7 @@ bool DecodeMessageHeader(const void* data, std::size_t size, MessageHeader& head
         return false;
     const auto* bytes = static_cast<const unsigned char*>(data);
     if (bytes[0] < static_cast<unsigned char>(MessageKind::Hello) ||
-        bytes[0] > static_cast<unsigned char>(MessageKind::Signal))
+        bytes[0] > static_cast<unsigned char>(MessageKind::Log))
         return false;
     header.kind = static_cast<MessageKind>(bytes[0]);
     std::memcpy(&header.methodId, bytes + 2, 2);

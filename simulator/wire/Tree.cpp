@@ -10,11 +10,6 @@ namespace wire {
 
 namespace {
 
-bool IsKnown(std::uint8_t kind) {
-    return kind >= static_cast<std::uint8_t>(NodeKind::Value) &&
-           kind <= static_cast<std::uint8_t>(NodeKind::Length);
-}
-
 bool IsWellFormed(NodeCursor cursor, int depth) {
     Node node;
     while (cursor.Next(node)) {
@@ -31,37 +26,6 @@ std::uint32_t CheckedSize(std::size_t size) {
 }
 
 } // namespace
-
-void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind kind, Direction direction,
-                      std::uint32_t size) {
-    std::memcpy(place, &tag, 2);
-    place[2] = static_cast<unsigned char>(kind);
-    place[3] = static_cast<unsigned char>(direction);
-    std::memcpy(place + 4, &size, 4);
-}
-
-bool NodeCursor::Next(Node& node) {
-    if (m_malformed || m_next == m_end)
-        return false;
-    const auto left = static_cast<std::size_t>(m_end - m_next);
-    if (left < kNodeHeaderSize || !IsKnown(m_next[2]) || m_next[3] > 1) {
-        m_malformed = true;
-        return false;
-    }
-    std::uint32_t size = 0;
-    std::memcpy(&size, m_next + 4, 4);
-    if (size > left - kNodeHeaderSize) {
-        m_malformed = true;
-        return false;
-    }
-    std::memcpy(&node.tag, m_next, 2);
-    node.kind = static_cast<NodeKind>(m_next[2]);
-    node.direction = static_cast<Direction>(m_next[3]);
-    node.data = m_next + kNodeHeaderSize;
-    node.size = size;
-    m_next = node.data + size;
-    return true;
-}
 
 bool IsWellFormed(const void* data, std::size_t size) {
     return IsWellFormed(NodeCursor(data, size), kMaxDepth);

@@ -14,16 +14,22 @@ enum class MessageKind : std::uint8_t {
                  // direction set
     Reply = 4,   // daemon: the out arguments, tag = their place
     Signal = 5,  // daemon, on a signal connection only. Tree: SignalTag
+    Log = 6,     // daemon, on a log connection only. Tree: LogTag
 };
 
 enum HelloTag : std::int16_t {
     kHelloVersion = 0, // 32 bits, kProtocolVersion
     kHelloToken = 1,   // 128 bits (array): the client, the same on all of its connections
     kHelloRole = 2,    // 32 bits, Role
+    kHelloSession = 3, // 32 bits, signals only: the subscriber's session that they are for
+    kHelloLogTag = 4,  // text, log only: the tag whose lines are to come
 };
 enum WelcomeTag : std::int16_t {
     kWelcomeVersion = 0, // 32 bits
     kWelcomeEpoch = 1,   // 64 bits: differs from one run of the daemon to the next
+    // 32 bits, may be left out: 0 when the daemon holds nothing of this client, because it is new
+    // or because its sessions were released while it was away; 1 when they are kept.
+    kWelcomeKnown = 2,
 };
 enum SignalTag : std::int16_t {
     kSignalType = 0,    // 32 bits
@@ -33,12 +39,17 @@ enum SignalTag : std::int16_t {
     kSignalNumber = 4,  // 64 bits: counts the signals of the daemon's run
 };
 
+enum LogTag : std::int16_t {
+    kLogLine = 0, // text: one line, without a line end
+};
+
 constexpr std::uint32_t kProtocolVersion = 1;
 constexpr std::size_t kTokenSize = 16;
 
 enum class Role : std::uint32_t {
     Calls = 0,
     Signals = 1,
+    Log = 2,
 };
 
 constexpr std::size_t kMessageHeaderSize = 24;

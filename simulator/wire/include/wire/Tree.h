@@ -23,6 +23,15 @@ constexpr std::size_t kNodeHeaderSize = 8;
 // A tree deeper than this is refused, so that a hostile one cannot exhaust a reader's stack.
 constexpr int kMaxDepth = 32;
 
+// Puts a node header into 8 bytes at `place`.
+inline void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind kind,
+                             Direction direction, std::uint32_t size) {
+    std::memcpy(place, &tag, 2);
+    place[2] = static_cast<unsigned char>(kind);
+    place[3] = static_cast<unsigned char>(direction);
+    std::memcpy(place + 4, &size, 4);
+}
+
 // A node as a reader sees it; `data` points into the message.
 struct Node {
     std::int16_t tag = 0;
@@ -52,9 +61,32 @@ public:
     explicit NodeCursor(const Node& branch) : NodeCursor(branch.data, branch.size) {}
 
     // The next node; false at the end and for a malformed one.
-    bool Next(Node& node);
+    bool Next(Node& node) {
+        const auto left = static_cast<std::size_t>(m_end - m_next);
+        if (left < kNodeHeaderSize) {
+            m_malformed = m_malformed || left > 0;
+            return false;
+        }
+        std::uint32_t size = 0;
+        std::memcpy(&size, m_next + 4, 4);
+        const unsigned kind = m_next[2];
+        if (m_malformed || size > left - kNodeHeaderSize ||
+            kind - static_cast<unsigned>(NodeKind::Value) > 3u || m_next[3] > 1) {
+            m_malformed = true;
+            return false;
+        }
+        std::memcpy(&node.tag, m_next, 2);
+        node.kind = static_cast<NodeKind>(kind);
+        node.direction = static_cast<Direction>(m_next[3]);
+        node.data = m_next + kNodeHeaderSize;
+        node.size = size;
+        m_next = node.data + size;
+        return true;
+    }
     bool IsMalformed() const { return m_malformed; }
     bool IsAtEnd() const { return m_next == m_end; }
+    // Where the next node begins.
+    const unsigned char* GetPlace() const { return m_next; }
 
 private:
     const unsigned char* m_next;
@@ -91,9 +123,5 @@ private:
 
 // Reads a text in the form that PutText writes. False, and `text` untouched, for anything else.
 bool GetText(const Node& node, std::string_view& text);
-
-// Puts a node header into 8 bytes at `place`.
-void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind kind, Direction direction,
-                      std::uint32_t size);
 
 } // namespace wire
