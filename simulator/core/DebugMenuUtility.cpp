@@ -1,0 +1,29 @@
+#include <norvex/core/DebugMenuUtility.h>
+
+#include <algorithm>
+#include <dlfcn.h>
+
+#include <devicelog/DeviceLog.h>
+
+bool TCDebugMenuUtility::IsNumber(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char character) {
+        return character >= '0' && character <= '9';
+    });
+}
+
+bool TCDebugMenuUtility::OpenLibrary(const char* path, const char* entry) {
+    if (path == nullptr || entry == nullptr)
+        return false;
+    void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        devicelog::Print("norvex-core", "cannot open the library %s: %s", path, dlerror());
+        return false;
+    }
+    void* address = dlsym(library, entry);
+    if (address == nullptr)
+        devicelog::Print("norvex-core", "the library %s has no function %s", path, entry);
+    else
+        reinterpret_cast<void (*)()>(address)();
+    dlclose(library);
+    return address != nullptr;
+}

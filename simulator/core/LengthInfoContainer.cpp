@@ -1,0 +1,3 @@
+#include <norvex/core/LengthInfoContainer.h>
+
+TILengthInfoContainer::~TILengthInfoContainer() = default;

@@ -1,0 +1,3 @@
+#include <norvex/core/NodeCreator.h>
+
+TINodeCreator::~TINodeCreator() = default;

@@ -1,0 +1,16 @@
+#include <norvex/core/PrintMessage.h>
+
+#include <cstdarg>
+#include <cstdio>
+
+#include <devicelog/DeviceLog.h>
+
+void TCApiPrintMessage(const char* format, ...) {
+    char text[4096];
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    if (length >= 0)
+        devicelog::Write("norvex-api", text);
+}
