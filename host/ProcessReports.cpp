@@ -12,30 +12,9 @@
 #include <sanitizer/lsan_interface.h>
 #endif
 
-#ifdef __SANITIZE_THREAD__
-#include <atomic>
-#endif
-
 #ifdef ZARN_COVERAGE
 #include <dlfcn.h>
 #include <link.h>
-#endif
-
-#ifdef __SANITIZE_THREAD__
-namespace {
-
-std::atomic<bool> raceReported = false;
-
-constexpr int kRaceStatus = 66; // the thread sanitizer's own
-
-} // namespace
-
-// Called by the thread sanitizer with each report. It would turn them into a status in an exit
-// handler only.
-extern "C" __attribute__((visibility("default"))) void __tsan_on_report(void*);
-void __tsan_on_report(void*) {
-    raceReported = true;
-}
 #endif
 
 #ifdef ZARN_COVERAGE
@@ -64,20 +43,14 @@ extern "C" void __gcov_dump();
 
 namespace host {
 
-int WriteProcessReports(int status) {
+void WriteProcessReports() {
 #ifdef ZARN_COVERAGE
     __gcov_dump();
     WriteCoverage();
 #endif
-#ifdef __SANITIZE_THREAD__
-    if (raceReported) {
-        return kRaceStatus;
-    }
-#endif
 #ifdef HOST_FINDS_LEAKS
-    __lsan_do_leak_check(); // ends the process itself where it finds one
+    __lsan_do_leak_check();
 #endif
-    return status;
 }
 
 } // namespace host

@@ -2,10 +2,9 @@
 
 namespace host {
 
-// What instrumented builds (sanitizers, coverage) report when a process ends, for a process that
-// ends without running its exit handlers: leaks, counted lines, and a status other than `status`
-// where a race was reported. Returns the status to end with; in a plain build that is `status` and
-// nothing is done.
-int WriteProcessReports(int status);
+// What instrumented builds report when a process ends, for a process that ends without running its
+// exit handlers: the counted lines and branches, and the leaks, which end the process here where
+// there are any. (The thread sanitizer takes care of its own.) Does nothing in a plain build.
+void WriteProcessReports();
 
 } // namespace host

@@ -118,6 +118,12 @@ int TCSession::RunConsole(IWordSource& words, TCScriptInput* script) {
         output.emplace(std::cout, tee);
     }
 
+    std::optional<TCScriptRun> run;
+    if (script) {
+        run.emplace(m_Script, *script, m_Watch,
+                    [this](const TSStep& step, const TSExpectStep& expect) { Miss(step, expect); });
+    }
+
     TCInputBuffer::TSHooks hooks;
     hooks.m_BeforeWait = [this] {
         std::cout.flush();
@@ -125,7 +131,12 @@ int TCSession::RunConsole(IWordSource& words, TCScriptInput* script) {
             EndProcess(EXIT_UNAVAILABLE); // nobody sees what the console prints
         }
     };
-    hooks.m_AtEnd = [this] { EndProcess(EXIT_DONE); };
+    hooks.m_AtEnd = [this, &run] {
+        if (run) {
+            run->Finish();
+        }
+        EndProcess(EXIT_DONE);
+    };
     if (recorded) {
         hooks.m_Typed = [&tee](std::string_view text) { tee.RecordTyped(text); };
     }
@@ -139,17 +150,14 @@ int TCSession::RunConsole(IWordSource& words, TCScriptInput* script) {
         return EXIT_UNAVAILABLE;
     }
 
-    if (!script) {
-        plugin.Enter();
-        plugin.Close();
-        return Conclude(EXIT_DONE);
+    if (run) {
+        run->Start();
     }
-    TCScriptRun run(m_Script, *script, m_Watch,
-                    [this](const TSStep& step, const TSExpectStep& expect) { Miss(step, expect); });
-    run.Start();
     plugin.Enter();
     plugin.Close();
-    run.Finish();
+    if (run) {
+        run->Finish();
+    }
     return Conclude(EXIT_DONE);
 }
 
@@ -162,7 +170,9 @@ void TCSession::Miss(const TSStep& step, const TSExpectStep& expect) {
 
 void TCSession::EndProcess(int status) {
     m_Ending.lock();
-    ::_exit(WriteProcessReports(Conclude(status)));
+    status = Conclude(status);
+    WriteProcessReports();
+    ::_exit(status);
 }
 
 int TCSession::Conclude(int status) {
