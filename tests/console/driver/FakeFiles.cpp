@@ -1,0 +1,82 @@
+#include "FakeFiles.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <sys/stat.h>
+
+#include "Timeline.h"
+
+// The linker leads the calls here (--wrap) and the "real" names to the system's functions.
+extern "C" {
+int __real_stat(const char* path, struct stat* status);
+std::FILE* __real_fopen(const char* path, const char* mode);
+int __real_fclose(std::FILE* file);
+int __real_remove(const char* path);
+int __wrap_stat(const char* path, struct stat* status);
+std::FILE* __wrap_fopen(const char* path, const char* mode);
+int __wrap_fclose(std::FILE* file);
+int __wrap_remove(const char* path);
+}
+
+namespace {
+
+std::string watched;
+bool readOnly = false;
+std::FILE* opened = nullptr;
+
+bool isWatched(const std::string& path) {
+    return !watched.empty() && path.starts_with(watched + "/");
+}
+
+std::string shortened(const std::string& path) {
+    return path.substr(watched.size() + 1);
+}
+
+} // namespace
+
+void FakeFiles::watch(const std::string& directory) {
+    watched = directory;
+    readOnly = false;
+    opened = nullptr;
+}
+
+void FakeFiles::mountReadOnly() {
+    readOnly = true;
+}
+
+int __wrap_stat(const char* path, struct stat* status) {
+    if (isWatched(path))
+        Timeline::now().call("stat(" + shortened(path) + ")");
+    return __real_stat(path, status);
+}
+
+std::FILE* __wrap_fopen(const char* path, const char* mode) {
+    if (!isWatched(path))
+        return __real_fopen(path, mode);
+    Timeline::now().call("fopen(" + shortened(path) + ", " + mode + ")");
+    if (readOnly && *mode != 'r') {
+        errno = EROFS;
+        return nullptr;
+    }
+    opened = __real_fopen(path, mode);
+    return opened;
+}
+
+int __wrap_fclose(std::FILE* file) {
+    if (file != nullptr && file == opened) {
+        Timeline::now().call("fclose");
+        opened = nullptr;
+    }
+    return __real_fclose(file);
+}
+
+int __wrap_remove(const char* path) {
+    if (!isWatched(path))
+        return __real_remove(path);
+    Timeline::now().call("remove(" + shortened(path) + ")");
+    if (readOnly) {
+        errno = EROFS;
+        return -1;
+    }
+    return __real_remove(path);
+}
