@@ -27,9 +27,9 @@ enum HelloTag : std::int16_t {
 enum WelcomeTag : std::int16_t {
     kWelcomeVersion = 0, // 32 bits
     kWelcomeEpoch = 1,   // 64 bits: differs from one run of the daemon to the next
-    // 32 bits, may be left out: 0 when the daemon holds nothing of this client, because it is new
-    // or because its sessions were released while it was away; 1 when they are kept.
-    kWelcomeKnown = 2,
+    // 32 bits, may be left out: counts the clients of the run. Another number than before: this
+    // client's sessions were released while it was away.
+    kWelcomeClient = 2,
 };
 enum SignalTag : std::int16_t {
     kSignalType = 0,    // 32 bits

@@ -1,0 +1,39 @@
+#include <norvex/client/NorvexAPIConnection.h>
+
+#include <memory>
+
+#include <norvex/core/MessageBuffer.h>
+
+#include "Peer.h"
+
+namespace {
+
+struct ConnectionState {
+    bool makesCalls = false;
+    std::shared_ptr<Peer> peer; // found at the first call
+};
+
+} // namespace
+
+// The simulated TV has one signal interface, whatever its name.
+NorvexAPIConnection::NorvexAPIConnection(std::string, std::string, bool flag)
+    : m_pState(new ConnectionState{flag, nullptr}) {}
+
+NorvexAPIConnection::~NorvexAPIConnection() {
+    delete static_cast<ConnectionState*>(m_pState);
+}
+
+bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::string& method,
+                                   short methodId, bool, const TCMessageBuffer& arguments,
+                                   TCMessageBuffer& reply) {
+    auto& state = *static_cast<ConnectionState*>(m_pState);
+    reply.Clear();
+    if (!state.makesCalls)
+        return false;
+    if (state.peer == nullptr)
+        state.peer = Peer::Find();
+    const Failure failure =
+        state.peer->Call({interfaceName, method, methodId}, nullptr, arguments, reply);
+    state.peer->Report(failure, interfaceName, method);
+    return failure == Failure::None;
+}

@@ -1,0 +1,291 @@
+#include "Peer.h"
+
+#include <map>
+#include <utility>
+
+#include <devicelog/DeviceLog.h>
+#include <norvex/core/MessageBuffer.h>
+#include <wire/Buffer.h>
+#include <wire/Tree.h>
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// After a time-out the new connection's hello gets this long: a service that had only lost one
+// reply is not taken for stalled.
+constexpr milliseconds kProbeLimit{20};
+
+struct Registry {
+    std::mutex mutex;
+    std::map<std::string, std::weak_ptr<Peer>> peers;
+};
+
+// Never destroyed: connections are closed by destructors of static objects, too.
+Registry& GetRegistry() {
+    static auto* registry = new Registry;
+    return *registry;
+}
+
+} // namespace
+
+std::shared_ptr<Peer> Peer::Find() {
+    std::string path = FindSocketPath();
+    Registry& registry = GetRegistry();
+    const std::lock_guard lock(registry.mutex);
+    std::weak_ptr<Peer>& known = registry.peers[path];
+    std::shared_ptr<Peer> peer = known.lock();
+    if (peer == nullptr) {
+        peer = std::make_shared<Peer>(std::move(path));
+        known = peer;
+    }
+    return peer;
+}
+
+Peer::Peer(std::string path) : m_path(std::move(path)), m_limits(Limits::Find()) {}
+
+// Notes which run of the daemon has welcomed the channel. With the lock held.
+void Peer::Adopt(Channel& channel) {
+    if (m_generation == 0 || channel.GetEpoch() != m_epoch || channel.GetClient() != m_client) {
+        m_epoch = channel.GetEpoch();
+        m_client = channel.GetClient();
+        ++m_generation;
+        m_idle.clear();
+    }
+    channel.generation = m_generation;
+}
+
+void Peer::BecomeStalled(std::unique_ptr<Channel> probe) {
+    const std::lock_guard lock(m_mutex);
+    m_idle.clear();
+    m_isStalled = true;
+    if (m_probe == nullptr)
+        m_probe = std::move(probe);
+}
+
+void Peer::DropIdle() {
+    const std::lock_guard lock(m_mutex);
+    m_idle.clear();
+}
+
+void Peer::GiveBack(std::unique_ptr<Channel> channel) {
+    const std::lock_guard lock(m_mutex);
+    if (channel->generation == m_generation && !m_isStalled)
+        m_idle.push_back(std::move(channel));
+}
+
+// A channel that is ready for a call. Null on failure.
+std::unique_ptr<Channel> Peer::Take(Failure& failure) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_isStalled) {
+            std::unique_ptr<Channel> channel = TakeProbed(failure);
+            if (channel != nullptr || failure != Failure::Gone)
+                return channel;
+        }
+        if (!m_idle.empty()) {
+            std::unique_ptr<Channel> channel = std::move(m_idle.back());
+            m_idle.pop_back();
+            return channel;
+        }
+    }
+    return Connect({}, failure);
+}
+
+// While the service is stalled: the probe, if its hello has been answered. With the lock held.
+// Gone: the stalled service has ended.
+std::unique_ptr<Channel> Peer::TakeProbed(Failure& failure) {
+    if (m_probe == nullptr) {
+        m_probe = Channel::Open(m_path, {}, milliseconds::zero(), failure);
+        if (m_probe == nullptr && failure == Failure::Mute) {
+            failure = Failure::Stalled;
+            return nullptr;
+        }
+    }
+    if (m_probe != nullptr) {
+        failure = m_probe->AwaitWelcome(milliseconds::zero());
+        if (failure == Failure::Mute) {
+            failure = Failure::Stalled;
+            return nullptr;
+        }
+    }
+    m_isStalled = false;
+    std::unique_ptr<Channel> channel = std::move(m_probe);
+    if (failure != Failure::None)
+        return nullptr;
+    Adopt(*channel);
+    return channel;
+}
+
+// Connects and waits for the welcome, both within the connect limit.
+std::unique_ptr<Channel> Peer::Connect(const Channel::Purpose& purpose, Failure& failure) {
+    const Deadline deadline(m_limits.connect);
+    std::unique_ptr<Channel> channel = Channel::Open(m_path, purpose, m_limits.connect, failure);
+    if (channel != nullptr) {
+        failure = deadline.HasPassed() ? Failure::Mute : channel->AwaitWelcome(deadline.GetLeft());
+        if (failure == Failure::None) {
+            const std::lock_guard lock(m_mutex);
+            Adopt(*channel);
+            return channel;
+        }
+    }
+    if (failure == Failure::Mute)
+        BecomeStalled(purpose.role == wire::Role::Calls ? std::move(channel) : nullptr);
+    return nullptr;
+}
+
+std::unique_ptr<Channel> Peer::OpenSignals(std::uint32_t session, Failure& failure) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_isStalled) {
+            failure = Failure::Stalled;
+            return nullptr;
+        }
+    }
+    return Connect({wire::Role::Signals, session, {}}, failure);
+}
+
+// Takes a channel, does the step with it, and looks after it according to how that went.
+template <class Step> Failure Peer::WithChannel(Step step) {
+    Failure failure = Failure::None;
+    // A connection that ended while it lay idle is found out by sending, before which nothing has
+    // happened: once more, on a new one.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        std::unique_ptr<Channel> channel = Take(failure);
+        if (channel == nullptr)
+            return failure;
+        failure = step(*channel);
+        if (failure == Failure::None || failure == Failure::Refused) {
+            GiveBack(std::move(channel));
+            return failure;
+        }
+        channel.reset();
+        if (failure == Failure::Mute) {
+            Failure probing = Failure::None;
+            std::unique_ptr<Channel> probe =
+                Channel::Open(m_path, {}, milliseconds::zero(), probing);
+            const bool answers =
+                probe != nullptr && probe->AwaitWelcome(kProbeLimit) == Failure::None;
+            if (answers) {
+                {
+                    const std::lock_guard lock(m_mutex);
+                    Adopt(*probe);
+                }
+                GiveBack(std::move(probe));
+            } else {
+                BecomeStalled(std::move(probe));
+            }
+        }
+        if (failure != Failure::NotSent)
+            return failure;
+        DropIdle();
+    }
+    return Failure::Gone;
+}
+
+Failure Peer::Call(const Target& target, SessionKey* session, const TCMessageBuffer& arguments,
+                   TCMessageBuffer& reply) {
+    return WithChannel([&](Channel& channel) {
+        milliseconds limit = m_limits.call;
+        if (session != nullptr && session->generation != channel.generation) {
+            // The two share the limit.
+            const Deadline deadline(limit);
+            if (const Failure failure = OpenOn(channel, *session); failure != Failure::None)
+                return failure;
+            limit = deadline.GetLeft();
+        }
+        Channel::CallHeader header{target.interfaceName, target.method, target.methodId};
+        header.serial = ++m_serial;
+        header.session = session != nullptr ? session->id : 0;
+        return channel.Call(header, arguments.GetData(), arguments.GetSize(), limit, reply);
+    });
+}
+
+Failure Peer::Open(SessionKey& session) {
+    return WithChannel([&](Channel& channel) { return OpenOn(channel, session); });
+}
+
+namespace {
+
+constexpr std::string_view kSessionInterface = "com.holvi.INorvexSession";
+constexpr std::string_view kOpen = "Open";
+constexpr std::int16_t kOpenId = 0;
+constexpr std::string_view kClose = "Close";
+constexpr std::int16_t kCloseId = 1;
+
+} // namespace
+
+Failure Peer::OpenOn(Channel& channel, SessionKey& session) {
+    if (session.generation == channel.generation)
+        return Failure::None;
+    std::int32_t status = -1;
+    std::uint32_t id = 0;
+    wire::Buffer tree;
+    wire::TreeWriter writer(tree);
+    writer.PutValue(0, status);
+    writer.PutValue(1, id);
+    writer.PutText(2, session.interfaceName, wire::Direction::In);
+    writer.PutValue(3, std::int32_t{session.profile}, wire::Direction::In);
+    writer.PutValue(4, std::int32_t{session.screen}, wire::Direction::In);
+    TCMessageBuffer reply;
+    const Failure failure = channel.Call({kSessionInterface, kOpen, kOpenId, ++m_serial, 0},
+                                         tree.GetData(), tree.GetSize(), m_limits.call, reply);
+    if (failure != Failure::None)
+        return failure;
+    wire::NodeCursor cursor(reply.GetData(), reply.GetSize());
+    wire::Node node;
+    while (cursor.Next(node)) {
+        if (node.tag == 0)
+            node.Get(status);
+        else if (node.tag == 1)
+            node.Get(id);
+    }
+    session.status = status;
+    if (status < 0)
+        return Failure::Refused;
+    session.id = id;
+    session.generation = channel.generation;
+    return Failure::None;
+}
+
+void Peer::Close(SessionKey& session) {
+    WithChannel([&](Channel& channel) {
+        if (session.generation != channel.generation)
+            return Failure::None;
+        wire::Buffer tree;
+        wire::TreeWriter writer(tree);
+        writer.PutValue(0, std::int32_t{-1});
+        writer.PutValue(1, session.id, wire::Direction::In);
+        TCMessageBuffer reply;
+        return channel.Call({kSessionInterface, kClose, kCloseId, ++m_serial, 0}, tree.GetData(),
+                            tree.GetSize(), m_limits.call, reply);
+    });
+    session.generation = 0;
+}
+
+void Peer::Report(Failure failure, const std::string& interfaceName,
+                  const std::string& method) const {
+    const auto print = [&](const char* what) {
+        devicelog::Print("norvex-client", "%s.%s: %s (%s)", interfaceName.c_str(), method.c_str(),
+                         what, m_path.c_str());
+    };
+    switch (failure) {
+    case Failure::None:
+        break;
+    case Failure::Absent:
+        return print("the TV service is absent: nobody listens");
+    case Failure::Foreign:
+        return print("the TV service is another user's process");
+    case Failure::Mute:
+        return print("the TV service is mute: no answer within the limit");
+    case Failure::Stalled:
+        return print("the TV service is mute still: its hello is not answered");
+    case Failure::NotSent:
+    case Failure::Gone:
+        return print("the TV service is gone: the connection ended before the reply");
+    case Failure::Nonsense:
+        return print("the TV service's answer makes no sense");
+    case Failure::Refused:
+        return print("the TV service refuses the session");
+    }
+}
