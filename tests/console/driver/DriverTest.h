@@ -58,3 +58,5 @@ std::string setMenuItem(const std::string& name, bool state, unsigned int id);
 
 // Calls made while the program was loaded, before main.
 const std::vector<std::string>& callsAtLoad();
+// currentMenu, QuarleLogonOff, StatusForquarleDebug and m_child_Pid as they were then.
+const std::string& globalsAtLoad();

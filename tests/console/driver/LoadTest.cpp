@@ -8,8 +8,6 @@
 #include "DebugMenu.h"
 #include "DriverTest.h"
 #include "FakeConnection.h"
-#include "GstPluginDebug.h"
-#include "QuarleDebugMenu.h"
 
 TEST(Load, ConstructsTheTestConsoleAndThenTheSimpleMenuWithItsControl) {
     EXPECT_EQ(callsAtLoad(),
@@ -20,10 +18,7 @@ TEST(Load, ConstructsTheTestConsoleAndThenTheSimpleMenuWithItsControl) {
 }
 
 TEST(Load, GlobalsBeginAtZero) {
-    EXPECT_EQ(currentMenu, 0);
-    EXPECT_FALSE(QuarleLogonOff);
-    EXPECT_FALSE(StatusForquarleDebug);
-    EXPECT_EQ(m_child_Pid, 0);
+    EXPECT_EQ(globalsAtLoad(), "0 0 0 0");
 }
 
 TEST(Load, TestConsoleNeedsNoDestructor) {
