@@ -64,6 +64,7 @@ public:
             ReadBlock(branch);
             return true;
         }
+        MakeRoom(branch);
         const bool counted = m_pNodeCreator->HasElementCount();
         for (TCTreeNode* child = branch.GetFirstChild(); child != nullptr;
              child = branch.GetNextChild()) {
@@ -91,6 +92,17 @@ private:
                 m_pNodeCreator->ReleaseElement(&element);
         }
         m_pContainer->clear();
+    }
+
+    // Counting the children first costs less than a long list that grows step by step.
+    void MakeRoom(TCTreeBranch& branch) {
+        if constexpr (requires { m_pContainer->reserve(std::size_t{}); }) {
+            std::size_t count = 0;
+            for (TCTreeNode* child = branch.GetFirstChild(); child != nullptr;
+                 child = branch.GetNextChild())
+                ++count;
+            m_pContainer->reserve(count);
+        }
     }
 
     void WriteBlock(TCTreeBranch& branch) {
