@@ -1,0 +1,49 @@
+#include <norvex/device/PathResolver.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <unistd.h>
+
+#include <devicelog/DeviceLog.h>
+
+namespace {
+
+constexpr char kTag[] = "norvex-device";
+
+std::string FindVariable(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+// Where the simulated device keeps its files: NORVEX_DEVICE_DIR or, without it, a directory of the
+// user's own state.
+std::string FindBaseDirectory() {
+    if (std::string directory = FindVariable("NORVEX_DEVICE_DIR"); !directory.empty())
+        return directory;
+    if (std::string state = FindVariable("XDG_STATE_HOME"); !state.empty())
+        return state + "/norvex/device";
+    if (std::string home = FindVariable("HOME"); !home.empty())
+        return home + "/.local/state/norvex/device";
+    return "/tmp/norvex-" + std::to_string(getuid()) + "/device";
+}
+
+} // namespace
+
+// A TV comes with its directories; this one makes them when they are asked for.
+std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
+                                            const std::string& relativePath) {
+    if (directory != DEVICE_DIRECTORY_DATA) {
+        devicelog::Print(kTag, "no directory has the number %d, this device knows %d alone",
+                         static_cast<int>(directory), static_cast<int>(DEVICE_DIRECTORY_DATA));
+        return {};
+    }
+    const std::string path = FindBaseDirectory() + "/" + relativePath;
+    const std::filesystem::path parent = std::filesystem::path(path).parent_path();
+    std::error_code error;
+    std::filesystem::create_directories(parent, error);
+    if (error)
+        devicelog::Print(kTag, "cannot make the directory %s: %s", parent.c_str(),
+                         error.message().c_str());
+    return path;
+}

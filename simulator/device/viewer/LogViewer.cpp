@@ -1,0 +1,99 @@
+#include "LogViewer.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <poll.h>
+#include <string_view>
+#include <unistd.h>
+#include <utility>
+
+#include <wire/Tree.h>
+
+#include "Channel.h"
+#include "Surroundings.h"
+
+namespace {
+
+// False when nobody reads any more.
+bool WriteWhole(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
+        if (written >= 0) {
+            text.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno == EAGAIN) {
+            pollfd output{STDOUT_FILENO, POLLOUT, 0};
+            poll(&output, 1, -1);
+        } else if (errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The line of a pushed message; false for a message that is none.
+bool GetLine(const wire::Message& message, std::string& line) {
+    if (message.header.kind != wire::MessageKind::Log)
+        return false;
+    wire::NodeCursor cursor(message.tree, message.header.treeSize);
+    wire::Node node;
+    std::string_view text;
+    while (cursor.Next(node)) {
+        if (node.tag == wire::kLogLine && wire::GetText(node, text)) {
+            line.assign(text);
+            line += '\n';
+            return true;
+        }
+    }
+    return false;
+}
+
+std::unique_ptr<Channel> Follow(const std::string& tag, Failure& failure) {
+    const std::chrono::milliseconds limit = Limits::Find().connect;
+    Channel::Purpose purpose;
+    purpose.role = wire::Role::Log;
+    purpose.logTag = tag;
+    std::unique_ptr<Channel> channel = Channel::Open(FindSocketPath(), purpose, limit, failure);
+    if (channel != nullptr) {
+        failure = channel->AwaitWelcome(limit);
+        if (failure != Failure::None)
+            channel.reset();
+    }
+    return channel;
+}
+
+} // namespace
+
+LogViewer::LogViewer(std::string tag) : m_tag(std::move(tag)) {}
+
+int LogViewer::Run() {
+    Failure failure = Failure::None;
+    const std::unique_ptr<Channel> channel = Follow(m_tag, failure);
+    if (channel == nullptr) {
+        std::cerr << "dlogutil: no TV to follow: "
+                  << (failure == Failure::Absent ? "nobody listens at " : "no answer from ")
+                  << FindSocketPath() << "\n";
+        return EXIT_FAILURE;
+    }
+    std::string line;
+    while (true) {
+        wire::Message message;
+        switch (channel->TakePushed(message)) {
+        case Failure::None:
+            if (GetLine(message, line) && !WriteWhole(line))
+                return EXIT_SUCCESS;
+            continue;
+        case Failure::Mute:
+            break;
+        default:
+            return EXIT_SUCCESS;
+        }
+        // Without events asked for, standard output tells only that its reader has gone.
+        pollfd sources[] = {{channel->GetDescriptor(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
+        if (poll(sources, 2, -1) < 0 && errno != EINTR)
+            return EXIT_FAILURE;
+        if (sources[1].revents != 0)
+            return EXIT_SUCCESS;
+    }
+}

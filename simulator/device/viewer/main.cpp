@@ -1,0 +1,52 @@
+#include <csignal>
+#include <iostream>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "LogViewer.h"
+
+namespace {
+
+constexpr int kBadCommandLine = 2;
+
+// Whoever starts the viewer may have other plans for these signals; here they mean what they
+// always mean.
+void TakeUsualSignals() {
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    for (const int number : {SIGTERM, SIGINT, SIGHUP})
+        std::signal(number, SIG_DFL);
+    // A reader that has gone is seen by the write that fails.
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    TakeUsualSignals();
+
+    CLI::App app("Shows the lines of one tag of the simulated TV's log as they are written.",
+                 "dlogutil");
+    app.footer(
+        "Follows the TV behind NORVEX_SOCKET until it ends, or until interrupted. A tag that "
+        "nobody writes shows nothing.");
+    std::string tag;
+    app.add_option("TAG", tag, "the tag, for example tvvideosink")
+        ->required()
+        ->check(CLI::Validator(
+            [](const std::string& text) {
+                return text.empty() || text.size() > 255 ? "a tag has 1 to 255 characters" : "";
+            },
+            "", "length"));
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp& help) {
+        return app.exit(help);
+    } catch (const CLI::ParseError& error) {
+        std::cerr << "dlogutil: " << error.what() << "; see dlogutil --help\n";
+        return kBadCommandLine;
+    }
+    return LogViewer(tag).Run();
+}
