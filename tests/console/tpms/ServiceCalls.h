@@ -14,8 +14,8 @@ inline std::string missingTag(const std::string& tag) {
 
 // The look-up of a channel number on any antenna, without what it prints, up to the find.
 inline std::string findByMajor(const std::string& service, const std::string& major) {
-    return "{CreateService()}{GetNavigationCriteria(14, 0)}{CriteriaHelper.Where(13, " +
-           major + ")}{CriteriaHelper.Fetch(12)}{" + service + ".FindService(true, 1)}";
+    return "{CreateService()}{GetNavigationCriteria(14, 0)}{CriteriaHelper.Where(13, " + major +
+           ")}{CriteriaHelper.Fetch(12)}{" + service + ".FindService(true, 1)}";
 }
 // Its end.
 inline std::string foundByMajor(const std::string& service) {
