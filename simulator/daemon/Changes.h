@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+
+#include "EventSources.h"
+
+namespace sim {
+
+// Tells whoever waits for a condition that the TV may have changed: once, as soon as nothing else
+// is to be done, for however many changes there were.
+class Changes {
+public:
+    using Listener = std::function<void()>;
+
+    // To be called after each change: calls are seen to, what happens by itself (timers, the end of
+    // a scan) is for the part to tell. Costs next to nothing while nobody waits.
+    void Tell() {
+        if (!m_listeners.empty() && !m_idle.IsRunning())
+            m_idle.StartWhenIdle([this] { TellAll(); });
+    }
+
+    // A listener is called from the loop, and may remove itself or others then.
+    std::uint64_t AddListener(Listener listener) {
+        m_listeners.emplace(++m_lastId, std::move(listener));
+        return m_lastId;
+    }
+    void RemoveListener(std::uint64_t id) { m_listeners.erase(id); }
+
+private:
+    void TellAll();
+
+    std::map<std::uint64_t, Listener> m_listeners;
+    std::uint64_t m_lastId = 0;
+    Timer m_idle;
+};
+
+} // namespace sim

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "Client.h"
+
+namespace sim {
+
+// Every client that is connected or was so less than the grace period ago.
+class Clients {
+public:
+    using ReleaseHook = std::function<void(Client&)>;
+
+    explicit Clients(unsigned graceMilliseconds = 2000) : m_graceMilliseconds(graceMilliseconds) {}
+
+    // A connection of the client with this token has said hello. The reference stays valid until
+    // the client's release, thus at least while it has a connection.
+    Client& Connected(const Token& token);
+    // One of its connections has ended.
+    void Disconnected(Client& client);
+
+    // Called, in the order in which they were added, when a client is gone for good.
+    void AddReleaseHook(ReleaseHook hook) { m_hooks.push_back(std::move(hook)); }
+
+    std::size_t GetCount() const { return m_clients.size(); }
+    template <class F> void ForEach(F&& visit) const {
+        for (const auto& [token, client] : m_clients)
+            visit(*client);
+    }
+
+private:
+    void Release(const Token& token);
+
+    unsigned m_graceMilliseconds;
+    std::uint32_t m_lastNumber = 0;
+    std::map<Token, std::unique_ptr<Client>> m_clients;
+    std::vector<ReleaseHook> m_hooks;
+};
+
+} // namespace sim

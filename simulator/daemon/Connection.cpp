@@ -1,0 +1,188 @@
+#include "Connection.h"
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace sim {
+
+namespace {
+
+constexpr std::size_t kMaxPacket = wire::kPacketHeaderSize + wire::kMaxPacketPayload;
+// Packets of one long message that are read in a row before others have their turn.
+constexpr int kPacketsInARow = 16;
+// Fewer turns for long replies; the kernel grants what its limit allows.
+constexpr int kSendBuffer = 4 << 20;
+
+} // namespace
+
+// A message on its way out; does not move, since its pieces point into it.
+struct Connection::Outgoing {
+    Outgoing(const wire::MessageHeader& header, wire::Buffer bytes, int packetsSent)
+        : tree(std::move(bytes)), sender(header, {}, {}, tree.GetData(), tree.GetSize()) {
+        for (int sent = 0; sent < packetsSent; ++sent)
+            sender.Next(pieces);
+        count = sender.Next(pieces);
+    }
+
+    wire::Buffer tree;
+    wire::PacketSender sender;
+    iovec pieces[wire::PacketSender::kMaxPieces];
+    int count;
+};
+
+Connection::Connection(int fd, std::uint32_t number, Owner& owner)
+    : m_fd(fd), m_number(number), m_owner(owner) {
+    setsockopt(m_fd, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
+    m_watch.Start(m_fd, G_IO_IN, [this](GIOCondition conditions) { Ready(conditions); });
+}
+
+Connection::~Connection() {
+    if (m_fd >= 0)
+        close(m_fd);
+}
+
+void Connection::Ready(GIOCondition conditions) {
+    if (conditions & G_IO_OUT)
+        Flush();
+    if (IsOpen() && (conditions & ~G_IO_OUT) != 0)
+        Read();
+}
+
+void Connection::Read() {
+    // Whoever does not read its replies is not read from either.
+    for (int count = 0; count < kPacketsInARow && IsOpen() && m_queue.empty(); ++count) {
+        if (!ReadPacket())
+            return;
+    }
+    if (IsOpen() && !m_queue.empty()) {
+        // Told of an error or the end while something waits to be sent.
+        char byte = 0;
+        if (recv(m_fd, &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0)
+            End({});
+    }
+}
+
+// False when no more is to be read for now.
+bool Connection::ReadPacket() {
+    // Shared by all connections: there is one thread, and a packet is used up before the next.
+    static unsigned char packet[kMaxPacket];
+    const ssize_t size = recv(m_fd, packet, sizeof packet, MSG_DONTWAIT | MSG_TRUNC);
+    if (size < 0) {
+        if (errno != EAGAIN && errno != EINTR)
+            End(errno == ECONNRESET ? std::string() : std::strerror(errno));
+        return false;
+    }
+    if (size == 0) {
+        End({});
+        return false;
+    }
+    const auto received = static_cast<std::size_t>(size);
+    if (received > sizeof packet) {
+        End("a packet is too long");
+        return false;
+    }
+    switch (m_assembler.Feed(packet, received)) {
+    case wire::PacketAssembler::Result::NeedMore:
+        return true;
+    case wire::PacketAssembler::Result::Malformed:
+        End("a packet makes no sense");
+        return false;
+    case wire::PacketAssembler::Result::Complete:
+        break;
+    }
+    const wire::Buffer& bytes = m_assembler.GetMessage();
+    wire::Message message;
+    if (!wire::ParseMessage(bytes.GetData(), bytes.GetSize(), message)) {
+        End("a message makes no sense");
+        return false;
+    }
+    m_owner.MessageArrived(*this, message);
+    // One message a turn: the loop asks again, and every connection has its turn.
+    return false;
+}
+
+ssize_t Connection::SendPieces(int fd, iovec* pieces, int count) {
+    msghdr packet{};
+    packet.msg_iov = pieces;
+    packet.msg_iovlen = static_cast<std::size_t>(count);
+    ssize_t sent = 0;
+    do {
+        sent = sendmsg(fd, &packet, MSG_DONTWAIT | MSG_NOSIGNAL);
+    } while (sent < 0 && errno == EINTR);
+    return sent;
+}
+
+void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
+    if (!IsOpen())
+        return tree.Clear();
+    int packetsSent = 0;
+    if (m_queue.empty()) {
+        wire::PacketSender sender(header, {}, {}, tree.GetData(), tree.GetSize());
+        iovec pieces[wire::PacketSender::kMaxPieces];
+        int count = 0;
+        while ((count = sender.Next(pieces)) > 0) {
+            if (SendPieces(m_fd, pieces, count) < 0)
+                break;
+            ++packetsSent;
+        }
+        if (count == 0)
+            return tree.Clear();
+        if (errno != EAGAIN) {
+            tree.Clear();
+            // The peer has gone in between; the rest is the owner's usual way.
+            return End(errno == EPIPE || errno == ECONNRESET ? std::string()
+                                                             : std::strerror(errno));
+        }
+    }
+    if (role != wire::Role::Calls && m_queued > kMaxQueued) {
+        tree.Clear();
+        return End("takes nothing of what is sent to it");
+    }
+    m_queued += tree.GetSize();
+    m_queue.push_back(std::make_unique<Outgoing>(header, std::exchange(tree, {}), packetsSent));
+    if (m_queue.size() == 1) {
+        m_watch.SetConditions(G_IO_OUT);
+        m_stuck.Start(kStuckMilliseconds, [this] { End("takes nothing of what is sent to it"); });
+    }
+}
+
+void Connection::Flush() {
+    bool progress = false;
+    while (!m_queue.empty()) {
+        Outgoing& first = *m_queue.front();
+        if (first.count == 0) {
+            m_queued -= first.tree.GetSize();
+            m_queue.pop_front();
+            continue;
+        }
+        if (SendPieces(m_fd, first.pieces, first.count) < 0) {
+            if (errno != EAGAIN)
+                return End({});
+            break;
+        }
+        progress = true;
+        first.count = first.sender.Next(first.pieces);
+    }
+    if (m_queue.empty()) {
+        m_stuck.Stop();
+        m_watch.SetConditions(G_IO_IN);
+    } else if (progress) {
+        m_stuck.Start(kStuckMilliseconds, [this] { End("takes nothing of what is sent to it"); });
+    }
+}
+
+void Connection::End(const std::string& why) {
+    if (!IsOpen())
+        return;
+    m_watch.Stop();
+    m_stuck.Stop();
+    helloDeadline.Stop();
+    close(std::exchange(m_fd, -1));
+    m_owner.ConnectionEnded(*this, why);
+}
+
+} // namespace sim

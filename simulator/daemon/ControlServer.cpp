@@ -1,0 +1,56 @@
+#include "ControlServer.h"
+
+#include <algorithm>
+#include <exception>
+
+#include <nlohmann/json.hpp>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace sim {
+
+ControlServer::ControlServer(const ControlCommands& commands, Log& log)
+    : m_commands(commands), m_log(log) {}
+
+bool ControlServer::Open(const std::string& path, std::string& error) {
+    return m_listener.Open(
+        path, SOCK_STREAM, [this](int fd) { Accept(fd); },
+        [this](const std::string& line) { m_log.Write(kOwnTag, "%s", line.c_str()); }, error);
+}
+
+void ControlServer::Accept(int fd) {
+    if (m_connections.size() >= kMaxConnections) {
+        m_log.Write(kOwnTag, "refused a control connection: there are %zu", m_connections.size());
+        close(fd);
+        return;
+    }
+    m_connections.push_back(std::make_unique<ControlConnection>(
+        fd, [this](const auto& request, auto& asker) { Request(request, asker); },
+        [this](auto& connection) { Ended(connection); }));
+}
+
+void ControlServer::Request(const nlohmann::json& request, ControlConnection& asker) {
+    const auto name = request.find("command");
+    const ControlCommands::Command* command = name != request.end() && name->is_string()
+                                                  ? m_commands.Find(name->get<std::string>())
+                                                  : nullptr;
+    if (command == nullptr)
+        return asker.Fail("no such command");
+    try {
+        (*command)(request, asker);
+    } catch (const std::exception& failure) {
+        // A request that lacks something, or holds it in another type.
+        asker.Fail(std::string("the request makes no sense: ") + failure.what());
+    }
+}
+
+void ControlServer::Ended(ControlConnection& connection) {
+    const auto found =
+        std::find_if(m_connections.begin(), m_connections.end(),
+                     [&](const auto& candidate) { return candidate.get() == &connection; });
+    m_ended.push_back(std::move(*found));
+    m_connections.erase(found);
+    m_cleanUp.StartWhenIdle([this] { m_ended.clear(); });
+}
+
+} // namespace sim

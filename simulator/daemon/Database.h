@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <sqlite3.h>
+
+namespace sim {
+
+class Database;
+
+// A prepared statement. Values are bound, never written into the text.
+class Statement {
+public:
+    Statement() = default;
+    ~Statement() { sqlite3_finalize(m_statement); }
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    // False, and the database's error set, when the text is refused. Prepare again to reuse.
+    bool Prepare(Database& database, std::string_view text);
+    bool IsPrepared() const { return m_statement != nullptr; }
+
+    // Places count from 1. Texts must outlive the run.
+    void Bind(int place, std::int64_t value) { sqlite3_bind_int64(m_statement, place, value); }
+    // SQLite's integers are signed; all 64 bits are kept.
+    void Bind(int place, std::uint64_t value) { Bind(place, static_cast<std::int64_t>(value)); }
+    void Bind(int place, std::string_view text);
+
+    enum class Step { Row, Done, Failed };
+    Step Next();
+    // Columns of the row, counted from 0.
+    std::int64_t Int(int column) const { return sqlite3_column_int64(m_statement, column); }
+    std::uint64_t Number64(int column) const { return static_cast<std::uint64_t>(Int(column)); }
+    bool IsNull(int column) const {
+        return sqlite3_column_type(m_statement, column) == SQLITE_NULL;
+    }
+    std::string_view Text(int column) const; // until the next step
+    std::string_view Blob(int column) const; // until the next step
+
+    // Runs a statement without rows, and makes it ready for the next time.
+    bool Run();
+    void Reset();
+    sqlite3_stmt* Get() const { return m_statement; }
+
+private:
+    sqlite3_stmt* m_statement = nullptr;
+};
+
+// The TV's database: in memory, or a file in which each change is committed at once.
+class Database {
+public:
+    Database() = default;
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    // An empty path: in memory. False when it is no database, is in use by another process, or
+    // cannot be written.
+    bool Open(const std::string& path);
+    // Statements without rows, several at once.
+    bool Execute(const char* text);
+    std::string GetError() const;
+    sqlite3* Get() const { return m_database; }
+
+private:
+    sqlite3* m_database = nullptr;
+};
+
+// Several changes that are committed together, or not at all when Commit is not reached.
+class Transaction {
+public:
+    explicit Transaction(Database& database);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    bool Commit();
+
+private:
+    Database& m_database;
+    bool m_open;
+};
+
+} // namespace sim

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "Chassis.h"
+#include "Interface.h"
+#include "Part.h"
+
+namespace sim {
+
+// com.holvi.IDevice: what belongs to the device rather than to its TV service: the key-value store,
+// and the switches of the log's tags. Both are kept in the database.
+class Device : public Interface, public Part {
+public:
+    explicit Device(Chassis& chassis);
+
+    // The value of a key, or `fallback` when there is none.
+    std::int32_t GetValue(const std::string& key, std::int32_t fallback) const;
+
+    const char* GetStateName() const override { return "device"; }
+    nlohmann::json DescribeState() const override;
+    void Reset() override;
+
+private:
+    void GetInt(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void StartLogTag(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void StopLogTag(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    std::int32_t SwitchTag(const std::string& tag, bool started);
+    bool SetKey(const std::vector<std::string>& words, std::string& error);
+    void SetDefaults();
+
+    Chassis& m_chassis;
+    std::map<std::string, std::int32_t> m_values;
+};
+
+} // namespace sim

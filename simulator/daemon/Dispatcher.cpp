@@ -1,0 +1,165 @@
+#include "Dispatcher.h"
+
+#include <algorithm>
+#include <csignal>
+#include <exception>
+#include <optional>
+
+#include <unistd.h>
+
+#include "Client.h"
+
+namespace sim {
+
+namespace {
+
+// Memory that is kept for the next reply.
+constexpr std::size_t kKeptMemory = 4u << 20;
+const std::string_view kPrefix = "com.holvi.";
+
+// The reply of an operation that does not happen: its result alone, which is its first argument.
+void WriteResult(const Method& method, std::int32_t result, ReplyWriter& out) {
+    if (method.arguments.empty() || method.arguments[0].direction != wire::Direction::Out)
+        return;
+    if (method.arguments[0].form == &kInt)
+        out.Int(0, result);
+    else if (method.arguments[0].form == &kBool)
+        out.Bool(0, result != 0);
+}
+
+} // namespace
+
+void Dispatcher::Add(Interface& interface) {
+    m_interfaces.push_back(&interface);
+    m_byName.emplace(interface.GetName(), &interface);
+}
+
+Interface* Dispatcher::Find(std::string_view interfaceName) const {
+    const auto found = m_byName.find(interfaceName);
+    return found == m_byName.end() ? nullptr : found->second;
+}
+
+std::vector<Method*> Dispatcher::FindMethods(std::string_view name) const {
+    std::vector<Method*> methods;
+    if (name.starts_with(kPrefix))
+        name.remove_prefix(kPrefix.size());
+    for (const Interface* interface : m_interfaces) {
+        std::string_view interfaceName = interface->GetName();
+        if (interfaceName.starts_with(kPrefix))
+            interfaceName.remove_prefix(kPrefix.size());
+        for (const auto& method : interface->GetMethods()) {
+            if (name == std::string(interfaceName) + "." + method->name)
+                methods.push_back(method.get());
+        }
+    }
+    return methods;
+}
+
+void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
+    const std::uint64_t sequence = m_journal.TakeSequence();
+    m_log.SetSequence(sequence);
+    m_reply.ClearAndTrim(kKeptMemory);
+    Interface* interface = Find(message.interfaceName);
+    Method* method =
+        interface == nullptr ? nullptr : interface->Find(message.header.methodId, message.method);
+    std::optional<Injection> injection;
+    std::string fault;
+    if (method == nullptr) {
+        fault = "unknown operation";
+    } else {
+        ++method->calls;
+        injection = m_injections.Take(*method);
+        if (!injection || injection->kind == Injection::Kind::Delay ||
+            injection->kind == Injection::Kind::Drop) {
+            fault = Run(connection, message, *interface, *method, sequence);
+        } else if (injection->kind == Injection::Kind::Result) {
+            ReplyWriter out(m_reply);
+            WriteResult(*method, injection->number, out);
+        } else if (injection->kind == Injection::Kind::Die) {
+            kill(getpid(), SIGKILL);
+        }
+    }
+    if (!fault.empty()) {
+        m_reply.Clear();
+        m_log.Write(kOwnTag, "%.*s.%.*s (%d): %s", static_cast<int>(message.interfaceName.size()),
+                    message.interfaceName.data(), static_cast<int>(message.method.size()),
+                    message.method.data(), message.header.methodId, fault.c_str());
+    }
+
+    m_journal.Add({sequence,
+                   connection.client->GetNumber(),
+                   message.header.session,
+                   interface,
+                   method,
+                   message.interfaceName,
+                   message.method,
+                   message.header.methodId,
+                   injection ? injection->GetName() : nullptr,
+                   fault,
+                   {message.tree, message.header.treeSize},
+                   {m_reply.GetData(), m_reply.GetSize()}});
+
+    wire::MessageHeader header;
+    header.kind = wire::MessageKind::Reply;
+    header.methodId = message.header.methodId;
+    header.serial = message.header.serial;
+    header.session = message.header.session;
+    if (!injection || injection->kind == Injection::Kind::Result)
+        connection.Send(header, m_reply);
+    else if (injection->kind == Injection::Kind::Delay)
+        SendLate(connection, header, static_cast<unsigned>(injection->number));
+    else if (injection->kind == Injection::Kind::Close)
+        connection.End("closed by order");
+    if (m_listener)
+        m_listener();
+    m_log.SetSequence(0);
+}
+
+std::string Dispatcher::Run(Connection& connection, const wire::Message& message,
+                            Interface& interface, Method& method, std::uint64_t sequence) {
+    const ArgumentReader in(method.arguments, message.tree, message.header.treeSize);
+    if (!in.IsValid())
+        return in.DescribeFault();
+    Call call{*connection.client, nullptr, sequence};
+    if (interface.GetCalls() == Interface::Calls::ToSession) {
+        call.session = m_sessions.Find(message.header.session);
+        if (call.session == nullptr || call.session->client != connection.client ||
+            call.session->interface != &interface)
+            return "no session " + std::to_string(message.header.session) + " of this client";
+    }
+    ReplyWriter out(m_reply);
+    try {
+        method.handler(call, in, out);
+    } catch (const std::exception& failure) {
+        return failure.what();
+    }
+    if (m_reply.GetSize() > wire::kMaxTreeSize)
+        return "the reply is too long";
+    return {};
+}
+
+void Dispatcher::SendLate(Connection& connection, const wire::MessageHeader& header,
+                          unsigned milliseconds) {
+    const auto late = m_late.emplace(m_late.end());
+    late->connection = &connection;
+    late->header = header;
+    std::swap(late->tree, m_reply);
+    late->timer.Start(milliseconds, [this, late] {
+        late->connection->Send(late->header, late->tree);
+        m_late.erase(late);
+    });
+}
+
+void Dispatcher::Forget(const Connection& connection) {
+    m_late.remove_if([&](const Late& late) { return late.connection == &connection; });
+}
+
+void Dispatcher::Reset() {
+    m_injections.Clear();
+    for (const Interface* interface : m_interfaces) {
+        for (const auto& method : interface->GetMethods())
+            method->calls = 0;
+    }
+}
+
+} // namespace sim

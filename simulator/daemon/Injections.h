@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <optional>
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace sim {
+
+struct Method;
+
+// A failure that was ordered for the next calls of an operation.
+struct Injection {
+    enum class Kind {
+        Result, // the operation does not happen; the reply holds this result alone
+        Delay,  // it happens, the reply comes late by so many milliseconds
+        Drop,   // it happens, the reply never comes
+        Close,  // it does not happen, the connection is closed
+        Die,    // it does not happen, the daemon ends on the spot
+    };
+    Kind kind = Kind::Result;
+    std::int32_t number = 0; // the result, or milliseconds
+
+    const char* GetName() const;
+};
+
+// What was ordered, by operation; used up in the order in which it was given.
+class Injections {
+public:
+    void Add(const Method& method, Injection injection, unsigned calls);
+    // What is to be done to this call; counts it.
+    std::optional<Injection> Take(const Method& method);
+    bool IsEmpty() const { return m_orders.empty(); }
+    void Clear() { m_orders.clear(); }
+
+    // Calls still to come, by operation.
+    nlohmann::json Describe() const;
+
+private:
+    struct Order {
+        Injection injection;
+        unsigned calls;
+    };
+    std::map<const Method*, std::deque<Order>> m_orders;
+};
+
+} // namespace sim

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace sim {
+
+class Interface;
+struct Method;
+
+// What a call was, as the journal is told of it.
+struct CallRecord {
+    std::uint64_t sequence;
+    std::uint32_t client;
+    std::uint32_t session;
+    const Interface* interface; // null: unknown
+    const Method* method;       // null: unknown
+    std::string_view interfaceName;
+    std::string_view methodName;
+    std::int16_t methodId;
+    const char* injected;   // what was done to it by order, null: nothing. A constant.
+    std::string_view fault; // why it made no sense; empty: it did
+    std::span<const unsigned char> arguments;
+    std::span<const unsigned char> results;
+};
+
+// Every call of the last while, as the bytes that went over the wire: a ring that is bounded in
+// bytes and in entries, the oldest go first. Calls are put into words only for who asks.
+class Journal {
+public:
+    static constexpr std::size_t kDefaultBytes = 8u << 20;
+    static constexpr std::size_t kDefaultEntries = 32768;
+    // A longer tree is kept up to here.
+    static constexpr std::size_t kMaxTree = 16u << 10;
+
+    explicit Journal(std::size_t bytes = kDefaultBytes, std::size_t entries = kDefaultEntries);
+    ~Journal();
+    Journal(const Journal&) = delete;
+    Journal& operator=(const Journal&) = delete;
+
+    // The number of the next call or event of the run, from 1.
+    std::uint64_t TakeSequence() { return ++m_lastSequence; }
+    std::uint64_t GetLastSequence() const { return m_lastSequence; }
+
+    void Add(const CallRecord& call);
+    void Clear();
+
+    // Calls since the journal was made, those that are no longer kept as well: the place of the
+    // first kept one and the place after the last.
+    std::uint64_t GetBegin() const { return m_begin; }
+    std::uint64_t GetEnd() const { return m_end; }
+    // One call in words; `place` must be kept.
+    nlohmann::json Describe(std::uint64_t place) const;
+
+    // Called after each Add.
+    void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
+
+private:
+    struct Entry;
+
+    std::size_t MakeRoom(std::size_t size);
+    Entry& At(std::uint64_t place) const;
+
+    std::size_t m_byteCount;
+    std::size_t m_entryCount;
+    // Neither is cleared when made, so that memory is taken as the journal fills.
+    std::unique_ptr<unsigned char[]> m_bytes;
+    std::unique_ptr<Entry[]> m_entries;
+    std::uint64_t m_begin = 0;
+    std::uint64_t m_end = 0;
+    std::size_t m_head = 0;
+    std::uint64_t m_lastSequence = 0;
+    std::function<void()> m_listener;
+};
+
+} // namespace sim

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace sim {
+
+// The tag of what the daemon tells of itself; never stopped.
+constexpr const char* kOwnTag = "norvex";
+
+// The TV's log: lines with a tag, to a file and to whoever follows the tag. A stopped tag writes
+// nothing.
+class Log {
+public:
+    using Sink = std::function<void(std::string_view tag, std::string_view line)>;
+
+    Log();
+    ~Log();
+    Log(const Log&) = delete;
+    Log& operator=(const Log&) = delete;
+
+    // Lines are added to the end of the file. False when it cannot be opened; errno tells why.
+    bool OpenFile(const std::string& path);
+    // Gets each line, without a line end.
+    void SetSink(Sink sink) { m_sink = std::move(sink); }
+
+    // Each line carries the number of the call or event that it tells of.
+    void SetSequence(std::uint64_t sequence) { m_sequence = sequence; }
+
+    __attribute__((format(printf, 3, 4))) void Write(const char* tag, const char* format, ...);
+
+    // The media elements' tags are started from the beginning, those of the live provider stopped.
+    bool IsStarted(std::string_view tag) const;
+    const std::map<std::string, bool, std::less<>>& GetTags() const { return m_tags; }
+    void SetTag(const std::string& tag, bool started);
+    void ResetTags();
+
+private:
+    int m_file = -1;
+    Sink m_sink;
+    std::uint64_t m_sequence = 0;
+    std::map<std::string, bool, std::less<>> m_tags;
+};
+
+} // namespace sim

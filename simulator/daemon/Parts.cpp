@@ -1,0 +1,22 @@
+#include "Parts.h"
+
+#include "Chassis.h"
+#include "Commands.h"
+#include "DebugPrintControl.h"
+#include "Device.h"
+#include "SessionInterface.h"
+
+namespace sim {
+
+void MountParts(Chassis& chassis, const Options& options) {
+    chassis.Mount<SessionInterface>(chassis);
+    chassis.Mount<Device>(chassis);
+    chassis.Mount<DebugPrintControl>(chassis, options.items);
+
+    AddStateCommands(chassis);
+    AddCallsCommand(chassis);
+    AddInjectCommand(chassis);
+    AddWaitCommand(chassis);
+}
+
+} // namespace sim

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include <wire/Tree.h>
+
+namespace sim {
+
+// Writes an operation's out arguments, by place, straight into the reply. What is not written is
+// left as it was on the client's side.
+class ReplyWriter {
+public:
+    explicit ReplyWriter(wire::Buffer& buffer) : m_tree(buffer) {}
+
+    void Int(std::int16_t place, std::int32_t value) { m_tree.PutValue(place, value); }
+    void UInt(std::int16_t place, std::uint32_t value) { m_tree.PutValue(place, value); }
+    void UShort(std::int16_t place, std::uint16_t value) { m_tree.PutValue(place, value); }
+    void Number64(std::int16_t place, std::uint64_t value) { m_tree.PutValue(place, value); }
+    void Bool(std::int16_t place, bool value) {
+        m_tree.PutValue(place, static_cast<std::uint8_t>(value));
+    }
+    void Text(std::int16_t place, std::string_view text) { m_tree.PutText(place, text); }
+    // For objects: BeginBranch(place) ... EndBranch.
+    wire::TreeWriter& Tree() { return m_tree; }
+
+private:
+    wire::TreeWriter m_tree;
+};
+
+} // namespace sim

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "Session.h"
+
+namespace sim {
+
+// The sessions of all clients, by id. Ids count from 1 and are never used again in a run.
+class Sessions {
+public:
+    // `opened` is false when the session is about to end; called before the interface's own hook
+    // then, and after it when it opens.
+    using Hook = std::function<void(const Session&, bool opened)>;
+
+    // Asks the interface; null when it refuses, and `status` says why (0 on success).
+    Session* Open(Interface& interface, std::int32_t profile, std::uint16_t screen, Client& client,
+                  std::int32_t& status);
+    // False unless it is a session of this client.
+    bool Close(std::uint32_t id, const Client& client);
+    // Ends what a client that is gone has left open, newest first.
+    void CloseAll(const Client& client);
+
+    // Null for an id that is not, or no longer, in use.
+    Session* Find(std::uint32_t id);
+    void AddHook(Hook hook) { m_hooks.push_back(std::move(hook)); }
+    std::size_t GetCount() const { return m_sessions.size(); }
+    template <class F> void ForEach(F&& visit) const {
+        for (const auto& [id, session] : m_sessions)
+            visit(*session);
+    }
+
+private:
+    void Close(Session& session);
+
+    std::uint32_t m_lastId = 0;
+    std::map<std::uint32_t, std::unique_ptr<Session>> m_sessions;
+    std::vector<Hook> m_hooks;
+};
+
+} // namespace sim

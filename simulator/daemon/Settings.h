@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "Database.h"
+
+namespace sim {
+
+// Numbers that parts keep beyond the daemon's end: by part and key, in the database.
+class Settings {
+public:
+    explicit Settings(Database& database) : m_database(database) {}
+
+    // Once, when the database is open. False: the database's error tells why.
+    bool Prepare();
+
+    // False and nothing kept when the database refuses.
+    bool Put(std::string_view part, std::string_view key, std::int64_t value);
+    // Forgets all of a part.
+    bool Clear(std::string_view part);
+    // Calls visit(key, value) for each number that the part has put.
+    template <class F> void ForEach(std::string_view part, F&& visit) {
+        m_select.Bind(1, part);
+        while (m_select.Next() == Statement::Step::Row)
+            visit(m_select.Text(0), m_select.Int(1));
+        m_select.Reset();
+    }
+    Database& GetDatabase() { return m_database; }
+
+private:
+    Database& m_database;
+    Statement m_put;
+    Statement m_clear;
+    Statement m_select;
+};
+
+} // namespace sim

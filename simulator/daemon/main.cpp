@@ -1,0 +1,149 @@
+// norvex-sim: the simulated TV.
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <CLI/CLI.hpp>
+#include <fcntl.h>
+#include <glib.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include "Chassis.h"
+#include "ControlServer.h"
+#include "Parts.h"
+#include "Path.h"
+#include "Server.h"
+
+namespace {
+
+struct CommandLine {
+    std::string socket;
+    std::string database;
+    std::string log;
+    int readyDescriptor = -1;
+    sim::Options options;
+};
+
+int Fail(const std::string& line) {
+    std::fprintf(stderr, "norvex-sim: %s\n", line.c_str());
+    return 1;
+}
+
+// The program's own exit codes; -1 when it goes on.
+int ParseCommandLine(int count, char** words, CommandLine& line) {
+    CLI::App app{"The simulated TV: serves the TV service's clients on a socket until it is told "
+                 "to end (SIGTERM, SIGINT).",
+                 "norvex-sim"};
+    app.add_option("--socket", line.socket,
+                   "Where clients connect; the control socket is beside "
+                   "it, with .ctl at the end")
+        ->envname("NORVEX_SOCKET")
+        ->type_name("PATH");
+    app.add_option("--database", line.database,
+                   "Keep the TV's state in this file; without it, it ends with the daemon")
+        ->type_name("FILE");
+    app.add_option("--log", line.log, "Write the log to the end of this file")->type_name("FILE");
+    app.add_option("--ready-fd", line.readyDescriptor,
+                   "Write a line to this descriptor, and close it, when clients can connect")
+        ->check(CLI::Range(0, 1 << 20))
+        ->type_name("N");
+    app.add_option("--items", line.options.items,
+                   "So many debug menu items beside the built-in ones")
+        ->check(CLI::Range(0, 1000000))
+        ->type_name("N");
+    try {
+        app.parse(count, words);
+    } catch (const CLI::CallForHelp&) {
+        std::fputs(app.help().c_str(), stdout);
+        return 0;
+    } catch (const CLI::Error& error) {
+        std::fprintf(stderr, "norvex-sim: %s\n", error.what());
+        return 2;
+    }
+    if (line.readyDescriptor >= 0 && fcntl(line.readyDescriptor, F_GETFD) < 0) {
+        std::fprintf(stderr, "norvex-sim: --ready-fd: %d is not open\n", line.readyDescriptor);
+        return 2;
+    }
+    return -1;
+}
+
+// The signals that end the daemon come through a descriptor, so that they are seen to between two
+// calls and by the one thread that there is.
+int BlockEndSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    std::signal(SIGPIPE, SIG_IGN);
+    return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+void TellReady(int descriptor) {
+    if (descriptor < 0)
+        return;
+    while (write(descriptor, "ready\n", 6) < 0 && errno == EINTR) {
+    }
+    close(descriptor);
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    CommandLine line;
+    if (const int status = ParseCommandLine(count, words, line); status >= 0)
+        return status;
+    const int ends = BlockEndSignals();
+    if (ends < 0)
+        return Fail(std::string("signals: ") + std::strerror(errno));
+
+    std::string error;
+    if (line.socket.empty()) {
+        if (!sim::MakeDefaultDirectory(error))
+            return Fail(error);
+        line.socket = sim::GetDefaultSocketPath();
+    }
+    const std::string controlPath = sim::GetControlPath(line.socket);
+    if (controlPath.size() > sim::Listener::kMaxPath)
+        return Fail(line.socket + ": too long for a socket");
+    sim::PathClaim claim;
+    if (!claim.Take(line.socket, error))
+        return Fail(error);
+    sim::Log log;
+    if (!line.log.empty() && !log.OpenFile(line.log))
+        return Fail(line.log + ": " + std::strerror(errno));
+    sim::Database database;
+    sim::Settings probe(database);
+    if (!database.Open(line.database) || !probe.Prepare())
+        return Fail(line.database + ": " + database.GetError());
+
+    sim::Chassis chassis(database, log);
+    if (!chassis.settings.Prepare())
+        return Fail(line.database + ": " + database.GetError());
+    sim::MountParts(chassis, line.options);
+    sim::Server server(chassis.clients, chassis.dispatcher, chassis.signals, log);
+    chassis.SetEpoch(server.GetEpoch());
+    log.SetSink([&](std::string_view tag, std::string_view text) { server.PushLine(tag, text); });
+    sim::ControlServer control(chassis.commands, log);
+    // Whoever finds the product's socket finds the control socket as well.
+    if (!control.Open(controlPath, error) || !server.Open(line.socket, error))
+        return Fail(error);
+
+    GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
+    sim::FdWatch endWatch;
+    endWatch.Start(ends, G_IO_IN, [&](GIOCondition) { g_main_loop_quit(loop); });
+    log.Write(sim::kOwnTag, "ready on %s", line.socket.c_str());
+    TellReady(line.readyDescriptor);
+    g_main_loop_run(loop);
+    log.Write(sim::kOwnTag, "ends");
+    log.SetSink(nullptr);
+    endWatch.Stop();
+    g_main_loop_unref(loop);
+    close(ends);
+    return 0;
+}

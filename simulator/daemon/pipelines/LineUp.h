@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace sim {
+
+// What a pipeline can be set to: antenna mode and service mode, numbered as clients number them.
+struct TvMode {
+    std::int32_t antenna = 0;
+    std::int32_t serviceMode = 0;
+
+    auto operator<=>(const TvMode&) const = default;
+};
+
+// What carries services over an antenna.
+struct Transponder {
+    std::int32_t antenna = 0;
+    std::int32_t frequency = 0; // kHz; 0: whatever is there
+
+    auto operator<=>(const Transponder&) const = default;
+    // "air/474000", or "air" for a frequency of 0.
+    std::string ToWord() const;
+};
+
+// The antenna's word ("air", "cable", "satellite"), or its number in digits.
+std::string ToAntennaWord(std::int32_t antenna);
+// A transponder from its word. Nothing for what is none.
+std::optional<Transponder> ParseTransponder(const std::string& word);
+
+// What a pipeline has to know of a service.
+struct ServiceFacts {
+    std::int32_t antenna = -1;  // -1: of any antenna
+    std::int32_t frequency = 0; // kHz; 0: comes over no transponder that is known
+    bool streamed = false;      // comes over the internet: needs no tuner, no antenna's signal
+    bool captions = false;
+    // As the signal tells them that a service's information has begun to come.
+    std::int16_t channelType = 0;
+    std::int16_t profile = 0;
+    std::int16_t major = 0;
+
+    bool operator==(const ServiceFacts&) const = default;
+};
+
+// Where the pipelines ask what a service id is.
+class LineUp {
+public:
+    virtual ~LineUp() = default;
+    // Nothing for an id that no service has.
+    virtual std::optional<ServiceFacts> FindFacts(std::uint64_t service) = 0;
+};
+
+// A TV whose channels were never set up: tunes what it is told to, and knows nothing of it.
+class NoLineUp : public LineUp {
+public:
+    std::optional<ServiceFacts> FindFacts(std::uint64_t service) override;
+};
+
+} // namespace sim

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+
+#include <norvex/client/ServiceId.h>
+#include <norvex/client/TPMSStatus.h>
+
+#include "Handle.h"
+#include "LineUp.h"
+#include "Rect.h"
+
+namespace sim {
+
+// What of a broadcast stream is processed.
+struct DtvModes {
+    bool demux = false;
+    bool audio = false;
+    bool video = false;
+
+    bool operator==(const DtvModes&) const = default;
+};
+
+struct Crop {
+    Rect first;
+    Rect second;
+
+    bool operator==(const Crop&) const = default;
+};
+
+struct Preview {
+    std::int32_t source = 0;
+    std::uint64_t service = INVALID_SERVICE_ID;
+
+    bool operator==(const Preview&) const = default;
+};
+
+// The service shown last under a TV mode, of the broadcast and of the streamed ones.
+struct Latest {
+    std::uint64_t broadcast = INVALID_SERVICE_ID;
+    std::uint64_t streamed = INVALID_SERVICE_ID;
+
+    bool operator==(const Latest&) const = default;
+};
+
+// What of a pipeline can be changed; a new one has these values.
+struct PipelineState {
+    std::int32_t source = 0; // the tuner
+    std::uint64_t service = INVALID_SERVICE_ID;
+    ServiceFacts facts; // of the service
+    TvMode tvMode;
+    std::map<TvMode, Latest> latest;
+    std::optional<Preview> preview;
+
+    // As clients gave them; 0 is off.
+    std::int32_t videoMute = 0;
+    std::int32_t audioMute = 0;
+    std::optional<std::int32_t> windowId;
+    std::optional<Crop> crop;
+    DtvModes dtvModes;
+    std::set<std::int32_t> hdmiAnalysis; // inputs
+    std::uint32_t decoderRestarts = 0;
+
+    // Which of A, B and C were called, in the order of the calls: since the last change of the
+    // source or service, and before that change.
+    std::string preparedNext;
+    std::string preparedLast;
+
+    // Where the tuner stands.
+    Transponder tuner;
+    // The service's information comes in, and captions are among it.
+    bool receiving = false;
+    bool captions = false;
+    // When each event was seen last, in milliseconds since the daemon's start.
+    std::map<ESIEvent, std::uint64_t> events;
+
+    bool operator==(const PipelineState&) const = default;
+};
+
+struct Pipeline : PipelineState {
+    explicit Pipeline(Handle itsHandle) : handle(itsHandle), word(itsHandle.ToWord()) {}
+
+    const Handle handle;
+    const std::string word; // of the handle, for log lines
+    // Open sessions of interfaces that work on a pipeline: its reference count.
+    std::int32_t sessions = 0;
+
+    bool IsAsNew() const { return PipelineState(*this) == PipelineState(); }
+};
+
+// A change of what a pipeline shows, as a client asked for it.
+struct Change {
+    std::uint64_t sequence = 0; // of the call
+    std::optional<std::int32_t> source;
+    std::optional<std::uint64_t> service;
+    std::optional<TvMode> tvMode;
+};
+
+} // namespace sim

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Chassis.h"
+#include "Interface.h"
+#include "Pipelines.h"
+
+namespace sim {
+
+// An interface whose sessions each work on one pipeline, and hold it.
+class PipelineInterface : public Interface {
+public:
+    PipelineInterface(const char* name, Chassis& chassis, Pipelines& pipelines)
+        : Interface(name, Calls::ToSession), m_log(chassis.log), m_pipelines(pipelines) {}
+
+    std::int32_t OpenSession(Session& session) override;
+    void CloseSession(Session& session) override;
+
+protected:
+    static Handle HandleOf(const Call& call) {
+        return {call.session->profile, call.session->screen};
+    }
+    // That the call is for. Valid to the end of the call.
+    Pipeline& PipelineOf(const Call& call) { return m_pipelines.At(HandleOf(call)); }
+
+    Log& m_log;
+    Pipelines& m_pipelines;
+};
+
+} // namespace sim

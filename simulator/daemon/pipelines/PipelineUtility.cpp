@@ -1,0 +1,152 @@
+#include "PipelineUtility.h"
+
+#include <cinttypes>
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "PipelineForms.h"
+#include "Results.h"
+
+namespace sim {
+
+namespace {
+
+void WritePipeline(wire::TreeWriter& tree, std::int16_t place, const Pipeline& pipeline) {
+    const std::size_t branch = tree.BeginBranch(place);
+    tree.PutValue(0, pipeline.handle.profile);
+    tree.PutValue(1, pipeline.handle.screen);
+    // Packed: 32 bits the event, 64 bits its time.
+    std::string times;
+    for (const auto& [event, milliseconds] : pipeline.events) {
+        const auto number = static_cast<std::int32_t>(event);
+        times.append(reinterpret_cast<const char*>(&number), sizeof number);
+        times.append(reinterpret_cast<const char*>(&milliseconds), sizeof milliseconds);
+    }
+    tree.PutLeaf(2, wire::NodeKind::Array, times.data(), times.size());
+    tree.EndBranch(branch);
+}
+
+__attribute__((format(printf, 1, 2))) std::string Print(const char* format, ...) {
+    char text[160];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    return text;
+}
+
+// What the status tells of a pipeline in words.
+std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pending) {
+    std::vector<std::string> entries;
+    entries.push_back(Print("source %d, antenna %s, service mode %d", pipeline.source,
+                            ToAntennaWord(pipeline.tvMode.antenna).c_str(),
+                            pipeline.tvMode.serviceMode));
+    if (pipeline.service != INVALID_SERVICE_ID)
+        entries.push_back(Print("service 0x%" PRIx64 ", %s", pipeline.service,
+                                pipeline.receiving ? "received" : "not received"));
+    if (pipeline.videoMute != 0 || pipeline.audioMute != 0)
+        entries.push_back(Print("mute: video %d, audio %d", pipeline.videoMute,
+                                pipeline.audioMute));
+    if (pending != nullptr && pending->source)
+        entries.push_back(Print("pending: source %d", *pending->source));
+    if (pending != nullptr && pending->service)
+        entries.push_back(Print("pending: service 0x%" PRIx64, *pending->service));
+    return entries;
+}
+
+} // namespace
+
+PipelineUtility::PipelineUtility(Chassis& chassis, Pipelines& pipelines, Preparation& preparation)
+    : PipelineInterface("com.holvi.IPipelineUtility", chassis, pipelines),
+      m_preparation(preparation) {
+    Add("NotifyReceiverState",
+        {Out("status", kInt), In("type", kInt), In("receiver", kText), In("state", kInt),
+         In("service", kNumber64)},
+        &PipelineUtility::NotifyReceiverState);
+    Add("RegisterForStateChange",
+        {Out("status", kInt), In("type", kInt), In("receiver", kText), In("option", kInt)},
+        &PipelineUtility::RegisterForStateChange);
+    Add("UnregisterFromStateChange",
+        {Out("status", kInt), In("type", kInt), In("receiver", kText)},
+        &PipelineUtility::UnregisterFromStateChange);
+    Add("CheckPendingState", {Out("status", kInt), In("type", kInt), Out("pending", kBool)},
+        &PipelineUtility::CheckPendingState);
+    Add("GetCurrentTPMSStatus", {Out("status", kInt), Out("snapshot", kStatus)},
+        &PipelineUtility::GetCurrentTPMSStatus);
+    Add("NotifyReadyForSetService",
+        {Out("status", kInt), In("type", kInt), In("application", kText), In("state", kInt),
+         In("service", kNumber64)},
+        &PipelineUtility::NotifyReadyForSetService);
+}
+
+void PipelineUtility::NotifyReceiverState(const Call& call, const ArgumentReader& in,
+                                          ReplyWriter& out) {
+    out.Int(0, m_preparation.SetState(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
+                                      std::string(in.Text(2)), in.Int(3), in.Number64(4),
+                                      call.client));
+}
+
+void PipelineUtility::RegisterForStateChange(const Call& call, const ArgumentReader& in,
+                                             ReplyWriter& out) {
+    out.Int(0, m_preparation.Register(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
+                                      std::string(in.Text(2)), in.Int(3), call.client));
+}
+
+void PipelineUtility::UnregisterFromStateChange(const Call& call, const ArgumentReader& in,
+                                                ReplyWriter& out) {
+    out.Int(0, m_preparation.Unregister(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
+                                        std::string(in.Text(2)), call.client));
+}
+
+void PipelineUtility::CheckPendingState(const Call& call, const ArgumentReader& in,
+                                        ReplyWriter& out) {
+    const auto type = static_cast<EStateChangeType>(in.Int(1));
+    if (type != STATE_CHANGE_SERVICE && type != STATE_CHANGE_SOURCE) {
+        m_log.Write(kOwnTag, "CheckPendingState refused: no such kind of change, %d", in.Int(1));
+        return out.Int(0, kBadArgument);
+    }
+    out.Int(0, kDone);
+    out.Bool(2, m_preparation.IsPending(HandleOf(call), type));
+}
+
+// Of all pipelines, whichever the session is for.
+void PipelineUtility::GetCurrentTPMSStatus(const Call&, const ArgumentReader&, ReplyWriter& out) {
+    out.Int(0, kDone);
+    wire::TreeWriter& tree = out.Tree();
+    const std::size_t status = tree.BeginBranch(1);
+    const std::size_t pipelines = tree.BeginBranch(0);
+    std::int16_t place = 0;
+    for (const auto& [handle, pipeline] : m_pipelines.GetAll())
+        WritePipeline(tree, place++, pipeline);
+    tree.EndBranch(pipelines);
+    const std::size_t entries = tree.BeginBranch(1);
+    place = 0;
+    for (const auto& [handle, pipeline] : m_pipelines.GetAll()) {
+        for (const std::string& text :
+             MakeEntries(pipeline, m_preparation.GetPending(handle))) {
+            const std::size_t entry = tree.BeginBranch(place++);
+            tree.PutValue(0, handle.profile);
+            tree.PutValue(1, handle.screen);
+            tree.PutText(2, text);
+            tree.EndBranch(entry);
+        }
+    }
+    tree.EndBranch(entries);
+    tree.EndBranch(status);
+}
+
+// Tells of one service: unlike a receiver's state it cannot be for any.
+void PipelineUtility::NotifyReadyForSetService(const Call& call, const ArgumentReader& in,
+                                               ReplyWriter& out) {
+    const std::uint64_t service = in.Number64(4);
+    if (service == INVALID_SERVICE_ID) {
+        m_log.Write(kOwnTag, "NotifyReadyForSetService refused: the invalid service");
+        return out.Int(0, kBadArgument);
+    }
+    out.Int(0, m_preparation.SetState(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
+                                      std::string(in.Text(2)), in.Int(3), service, call.client));
+}
+
+} // namespace sim

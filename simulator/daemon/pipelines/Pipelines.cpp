@@ -1,0 +1,204 @@
+#include "Pipelines.h"
+
+#include <cinttypes>
+#include <utility>
+
+#include <norvex/client/Signal.h>
+#include <norvex/client/Source.h>
+
+#include "Results.h"
+
+namespace sim {
+
+namespace {
+
+// The payload of SIGNAL_SI_STARTED.
+std::uint64_t PackFacts(const ServiceFacts& facts) {
+    return std::uint64_t{static_cast<std::uint16_t>(facts.channelType)} |
+           std::uint64_t{static_cast<std::uint16_t>(facts.profile)} << 16 |
+           std::uint64_t{static_cast<std::uint16_t>(facts.major)} << 32;
+}
+
+} // namespace
+
+Pipelines::Pipelines(Chassis& chassis, LineUp& lineUp, Surroundings& surroundings,
+                     Subscribers& subscribers)
+    : m_chassis(chassis), m_log(chassis.log), m_lineUp(lineUp), m_surroundings(surroundings),
+      m_subscribers(subscribers), m_start(std::chrono::steady_clock::now()) {
+    At(kMainPipeline);
+    m_surroundings.SetListener([this] { SurroundingsChanged(); });
+}
+
+Pipeline& Pipelines::At(const Handle& handle) {
+    return m_pipelines.try_emplace(handle, handle).first->second;
+}
+
+bool Pipelines::Hold(const Handle& handle) {
+    if (!m_pipelines.contains(handle) && m_pipelines.size() >= kMaxPipelines) {
+        m_log.Write(kOwnTag, "pipeline %s refused: there are %zu", handle.ToWord().c_str(),
+                    m_pipelines.size());
+        return false;
+    }
+    ++At(handle).sessions;
+    return true;
+}
+
+void Pipelines::Release(const Handle& handle) {
+    Pipeline& pipeline = At(handle);
+    --pipeline.sessions;
+    DropIfUnused(pipeline);
+}
+
+void Pipelines::DropIfUnused(const Pipeline& pipeline) {
+    if (pipeline.sessions == 0 && pipeline.IsAsNew() && pipeline.handle != kMainPipeline)
+        m_pipelines.erase(Handle(pipeline.handle));
+}
+
+std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* operation,
+                                     std::uint64_t service, std::int32_t antenna) {
+    if (service == INVALID_SERVICE_ID) {
+        m_log.Write("tvtunerinfosrc", "pipeline %s: %s refused: the invalid service",
+                    pipeline.word.c_str(), operation);
+        return kBadArgument;
+    }
+    const auto facts = m_lineUp.FindFacts(service);
+    if (!facts) {
+        m_log.Write("tvtunerinfosrc", "pipeline %s: %s refused: no service 0x%" PRIx64,
+                    pipeline.word.c_str(), operation, service);
+        return kUnknown;
+    }
+    if (facts->antenna >= 0 && facts->antenna != antenna) {
+        m_log.Write("tvtunerinfosrc",
+                    "pipeline %s: %s refused: service 0x%" PRIx64 " is of antenna %s, not %s",
+                    pipeline.word.c_str(), operation, service,
+                    ToAntennaWord(facts->antenna).c_str(), ToAntennaWord(antenna).c_str());
+        return kRefused;
+    }
+    return kDone;
+}
+
+void Pipelines::Perform(const Handle& handle, const Change& change) {
+    Pipeline& pipeline = At(handle);
+    if (change.source || change.service)
+        pipeline.preparedLast = std::exchange(pipeline.preparedNext, {});
+    if (change.tvMode && *change.tvMode != pipeline.tvMode) {
+        pipeline.tvMode = *change.tvMode;
+        m_log.Write("tvtunerinfosrc", "pipeline %s: antenna %s, service mode %d",
+                    pipeline.word.c_str(), ToAntennaWord(pipeline.tvMode.antenna).c_str(),
+                    pipeline.tvMode.serviceMode);
+    }
+    if (change.source)
+        SetSource(pipeline, *change.source);
+    if (change.service)
+        Tune(pipeline, *change.service);
+    UpdateReception(pipeline);
+    DropIfUnused(pipeline);
+}
+
+void Pipelines::SetSource(Pipeline& pipeline, std::int32_t source) {
+    pipeline.source = source;
+    m_log.Write("extvideosrc", "pipeline %s: picture from source %d", pipeline.word.c_str(),
+                source);
+    m_log.Write("extaudiosrc", "pipeline %s: sound from source %d", pipeline.word.c_str(), source);
+}
+
+void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
+    const auto facts = m_lineUp.FindFacts(service);
+    // Its last service's information and captions are gone.
+    pipeline.receiving = pipeline.captions = false;
+    pipeline.facts = facts.value_or(ServiceFacts{});
+    pipeline.service = facts ? service : INVALID_SERVICE_ID;
+    if (!facts) {
+        // Nothing has been shown under that TV mode, or the service has left the line-up since.
+        m_log.Write("tvtunerinfosrc", "pipeline %s: shows no service", pipeline.word.c_str());
+        MoveTuner(pipeline, {pipeline.tvMode.antenna, 0});
+        return;
+    }
+    Latest& latest = pipeline.latest[pipeline.tvMode];
+    (facts->streamed ? latest.streamed : latest.broadcast) = service;
+    if (facts->streamed) {
+        m_log.Write("quarle-provider", "pipeline %s: streams service 0x%" PRIx64,
+                    pipeline.word.c_str(), service);
+        return;
+    }
+    m_log.Write("tvtunerinfosrc", "pipeline %s: tunes service 0x%" PRIx64, pipeline.word.c_str(),
+                service);
+    MoveTuner(pipeline, {pipeline.tvMode.antenna, facts->frequency});
+}
+
+void Pipelines::MoveTuner(Pipeline& pipeline, const Transponder& transponder) {
+    if (pipeline.tuner == transponder)
+        return;
+    pipeline.tuner = transponder;
+    m_log.Write("tvtunerinfosrc", "pipeline %s: tuner at %s", pipeline.word.c_str(),
+                transponder.ToWord().c_str());
+}
+
+bool Pipelines::HasSignal(const Pipeline& pipeline) const {
+    return m_surroundings.HasSignal(pipeline.tuner);
+}
+
+bool Pipelines::HasCaptions(const Pipeline& pipeline) const {
+    return m_surroundings.HasCaptions(pipeline.receiving && pipeline.facts.captions);
+}
+
+void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {
+    const auto since = std::chrono::steady_clock::now() - m_start;
+    pipeline.events[event] = static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
+}
+
+// What a pipeline receives follows from what it is set to and from what is around the TV.
+void Pipelines::UpdateReception(Pipeline& pipeline) {
+    const Transponder itsOwn{pipeline.tvMode.antenna, pipeline.facts.frequency};
+    const bool receives =
+        pipeline.source == SOURCE_TV && pipeline.service != INVALID_SERVICE_ID &&
+        (pipeline.facts.streamed || m_surroundings.HasSignal(itsOwn));
+    if (receives != pipeline.receiving) {
+        pipeline.receiving = receives;
+        m_log.Write("tvdemuxer", "pipeline %s: service information %s", pipeline.word.c_str(),
+                    receives ? "comes in" : "has stopped");
+        if (receives) {
+            NoteEvent(pipeline, SI_EVENT_STARTED);
+            m_subscribers.Emit(SIGNAL_SI_STARTED, pipeline.handle, PackFacts(pipeline.facts));
+        }
+    }
+    const bool captions = HasCaptions(pipeline);
+    if (captions && !pipeline.captions)
+        NoteEvent(pipeline, SI_EVENT_CAPTIONS);
+    pipeline.captions = captions;
+}
+
+void Pipelines::LineUpChanged() {
+    for (auto& [handle, pipeline] : m_pipelines) {
+        if (pipeline.service == INVALID_SERVICE_ID)
+            continue;
+        const auto facts = m_lineUp.FindFacts(pipeline.service);
+        if (facts && *facts == pipeline.facts)
+            continue;
+        Tune(pipeline, pipeline.service);
+        UpdateReception(pipeline);
+    }
+}
+
+void Pipelines::SurroundingsChanged() {
+    for (auto& [handle, pipeline] : m_pipelines) {
+        UpdateReception(pipeline);
+        const std::size_t ended = std::erase_if(pipeline.hdmiAnalysis, [&](std::int32_t source) {
+            return !m_surroundings.IsPlugged(source);
+        });
+        if (ended > 0)
+            m_log.Write("extvideosrc", "pipeline %s: analysis ended with its input",
+                        pipeline.word.c_str());
+    }
+}
+
+void Pipelines::Reset() {
+    for (auto entry = m_pipelines.begin(); entry != m_pipelines.end();) {
+        static_cast<PipelineState&>(entry->second) = {};
+        const bool needed = entry->second.sessions > 0 || entry->first == kMainPipeline;
+        entry = needed ? std::next(entry) : m_pipelines.erase(entry);
+    }
+}
+
+} // namespace sim

@@ -1,0 +1,223 @@
+#include "Preparation.h"
+
+#include <algorithm>
+#include <cinttypes>
+
+#include <nlohmann/json.hpp>
+
+#include "Results.h"
+#include "Words.h"
+
+namespace sim {
+
+using nlohmann::json;
+
+namespace {
+
+constexpr std::size_t kMaxReceivers = 256; // of a pipeline
+constexpr std::size_t kMaxName = 255;
+constexpr std::uint32_t kMaxLimit = 24 * 3600 * 1000;
+
+// `state` of a receiver that is ready.
+constexpr std::int32_t kReady = 1;
+
+const char* ToWord(EStateChangeType type) {
+    return type == STATE_CHANGE_SERVICE ? "service" : "source";
+}
+
+bool IsKind(EStateChangeType type) {
+    return type == STATE_CHANGE_SERVICE || type == STATE_CHANGE_SOURCE;
+}
+
+} // namespace
+
+Preparation::Preparation(Chassis& chassis, Pipelines& pipelines)
+    : m_chassis(chassis), m_pipelines(pipelines) {
+    chassis.settables.Add("preparation-limit",
+                          "MILLISECONDS: how long a change of service or source is held at most",
+                          [this](const auto& words, auto&) {
+                              std::uint32_t limit = 0;
+                              if (words.size() != 1 || !ParseNumber(words[0], limit) ||
+                                  limit > kMaxLimit)
+                                  return false;
+                              m_limit = limit;
+                              return true;
+                          });
+}
+
+bool Preparation::Concerns(const Change& change, EStateChangeType type) {
+    return type == STATE_CHANGE_SERVICE ? change.service.has_value() : change.source.has_value();
+}
+
+bool Preparation::IsReady(const Receiver& receiver, const Change& change) {
+    return receiver.state == kReady && (receiver.service == INVALID_SERVICE_ID ||
+                                        !change.service || receiver.service == *change.service);
+}
+
+bool Preparation::IsHeld(const Queue& queue, const Change& change) {
+    return std::any_of(queue.receivers.begin(), queue.receivers.end(), [&](const auto& entry) {
+        return Concerns(change, entry.first.type) && !IsReady(entry.second, change);
+    });
+}
+
+void Preparation::Request(const Handle& handle, const Change& change) {
+    const auto found = m_queues.find(handle);
+    if (found == m_queues.end())
+        return m_pipelines.Perform(handle, change);
+    Queue& queue = found->second;
+    if (queue.pending)
+        m_chassis.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " is replaced",
+                            handle.ToWord().c_str(), queue.pending->sequence);
+    queue.pending = change;
+    if (!IsHeld(queue, change))
+        return Perform(handle, queue, "is made");
+    m_chassis.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " waits for its receivers",
+                        handle.ToWord().c_str(), change.sequence);
+    queue.limit.Start(m_limit, [this, handle] { LimitPassed(handle); });
+}
+
+void Preparation::Check(const Handle& handle, Queue& queue) {
+    if (queue.pending && !IsHeld(queue, *queue.pending))
+        Perform(handle, queue, "is made: nobody holds it any more");
+}
+
+void Preparation::Perform(const Handle& handle, Queue& queue, const char* why) {
+    const Change change = *queue.pending;
+    queue.pending.reset();
+    queue.limit.Stop();
+    for (auto& [key, receiver] : queue.receivers) {
+        if (Concerns(change, key.type))
+            receiver.state = 0;
+    }
+    m_chassis.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " %s",
+                        handle.ToWord().c_str(), change.sequence, why);
+    m_pipelines.Perform(handle, change);
+}
+
+void Preparation::LimitPassed(const Handle& handle) {
+    m_chassis.log.SetSequence(m_chassis.journal.TakeSequence());
+    Perform(handle, m_queues.at(handle), "is made: the limit has passed");
+    m_chassis.log.SetSequence(0);
+    m_chassis.changes.Tell();
+}
+
+bool Preparation::IsPending(const Handle& handle, EStateChangeType type) const {
+    const Change* change = GetPending(handle);
+    return change != nullptr && Concerns(*change, type);
+}
+
+const Change* Preparation::GetPending(const Handle& handle) const {
+    const auto found = m_queues.find(handle);
+    return found != m_queues.end() && found->second.pending ? &*found->second.pending : nullptr;
+}
+
+std::int32_t Preparation::Refuse(const Handle& handle, const char* what, const std::string& name,
+                                 std::int32_t result) const {
+    m_chassis.log.Write(kOwnTag, "pipeline %s: receiver \"%s\" refused: %s",
+                        handle.ToWord().c_str(), name.c_str(), what);
+    return result;
+}
+
+std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type,
+                                   const std::string& name, std::int32_t option,
+                                   const Client& client) {
+    if (!IsKind(type))
+        return Refuse(handle, "no such kind of change", name, kBadArgument);
+    if (name.empty() || name.size() > kMaxName)
+        return Refuse(handle, "no name for a receiver", name, kBadArgument);
+    const ReceiverKey key{type, client.GetNumber(), name};
+    Queue& queue = m_queues[handle];
+    if (!queue.receivers.contains(key) && queue.receivers.size() >= kMaxReceivers)
+        return Refuse(handle, "too many receivers", name, kTooMany);
+    // A second registration takes the option alone.
+    queue.receivers[key].option = option;
+    m_chassis.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives changes of the %s",
+                        handle.ToWord().c_str(), name.c_str(), ToWord(type));
+    return kDone;
+}
+
+std::int32_t Preparation::Unregister(const Handle& handle, EStateChangeType type,
+                                     const std::string& name, const Client& client) {
+    if (!IsKind(type))
+        return Refuse(handle, "no such kind of change", name, kBadArgument);
+    const auto queue = m_queues.find(handle);
+    if (queue == m_queues.end() ||
+        queue->second.receivers.erase({type, client.GetNumber(), name}) == 0)
+        return Refuse(handle, "is not registered", name, kUnknown);
+    m_chassis.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives no changes of the %s now",
+                        handle.ToWord().c_str(), name.c_str(), ToWord(type));
+    Check(handle, queue->second);
+    if (queue->second.receivers.empty())
+        m_queues.erase(queue);
+    return kDone;
+}
+
+std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type,
+                                   const std::string& name, std::int32_t state,
+                                   std::uint64_t service, const Client& client) {
+    if (!IsKind(type))
+        return Refuse(handle, "no such kind of change", name, kBadArgument);
+    const auto queue = m_queues.find(handle);
+    if (queue == m_queues.end())
+        return Refuse(handle, "is not registered", name, kUnknown);
+    const auto found = queue->second.receivers.find({type, client.GetNumber(), name});
+    if (found == queue->second.receivers.end())
+        return Refuse(handle, "is not registered", name, kUnknown);
+    found->second.state = state;
+    found->second.service = service;
+    m_chassis.log.Write("quarle-daemon",
+                        "pipeline %s: \"%s\" is in state %d for a change of the %s, 0x%" PRIx64,
+                        handle.ToWord().c_str(), name.c_str(), state, ToWord(type), service);
+    Check(handle, queue->second);
+    return kDone;
+}
+
+void Preparation::ReleaseClient(Client& client) {
+    for (auto& [handle, queue] : m_queues) {
+        std::erase_if(queue.receivers, [&](const auto& entry) {
+            return entry.first.client == client.GetNumber();
+        });
+        Check(handle, queue);
+    }
+    std::erase_if(m_queues, [](const auto& entry) { return entry.second.receivers.empty(); });
+}
+
+json Preparation::Describe(const Queue& queue) {
+    json receivers = json::array();
+    for (const auto& [key, receiver] : queue.receivers) {
+        receivers.push_back({{"kind", ToWord(key.type)},
+                             {"name", key.name},
+                             {"client", key.client},
+                             {"option", receiver.option},
+                             {"state", receiver.state},
+                             {"service", ToHexWord(receiver.service)}});
+    }
+    json described{{"receivers", receivers}, {"pending", nullptr}};
+    if (!queue.pending)
+        return described;
+    const Change& change = *queue.pending;
+    json& pending = described["pending"] = {
+        {"call", change.sequence}, {"source", nullptr}, {"service", nullptr}, {"tvMode", nullptr}};
+    if (change.source)
+        pending["source"] = *change.source;
+    if (change.service)
+        pending["service"] = ToHexWord(*change.service);
+    if (change.tvMode)
+        pending["tvMode"] = {{"antenna", change.tvMode->antenna},
+                             {"serviceMode", change.tvMode->serviceMode}};
+    return described;
+}
+
+json Preparation::DescribeState() const {
+    json pipelines = json::object();
+    for (const auto& [handle, queue] : m_queues)
+        pipelines[handle.ToWord()] = Describe(queue);
+    return {{"limitMs", m_limit}, {"pipelines", pipelines}};
+}
+
+void Preparation::Reset() {
+    m_queues.clear();
+    m_limit = kDefaultLimit;
+}
+
+} // namespace sim

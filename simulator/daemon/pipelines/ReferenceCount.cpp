@@ -1,0 +1,20 @@
+#include "ReferenceCount.h"
+
+#include "Results.h"
+
+namespace sim {
+
+ReferenceCount::ReferenceCount(Chassis& chassis, Pipelines& pipelines)
+    : PipelineInterface("com.holvi.IReferenceCount", chassis, pipelines) {
+    Add("GetReferenceCount", {Out("status", kInt), Out("count", kInt)},
+        &ReferenceCount::GetReferenceCount);
+}
+
+void ReferenceCount::GetReferenceCount(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+    const Pipeline& pipeline = PipelineOf(call);
+    m_log.Write(kOwnTag, "pipeline %s: %d sessions", pipeline.word.c_str(), pipeline.sessions);
+    out.Int(0, kDone);
+    out.Int(1, pipeline.sessions);
+}
+
+} // namespace sim

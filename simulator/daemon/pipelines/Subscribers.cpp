@@ -1,0 +1,110 @@
+#include "Subscribers.h"
+
+#include <cinttypes>
+
+#include <nlohmann/json.hpp>
+
+#include "Results.h"
+
+namespace sim {
+
+using nlohmann::json;
+
+namespace {
+
+constexpr std::size_t kMaxTypes = 256; // that one session is subscribed to
+
+} // namespace
+
+Subscribers::Subscribers(Chassis& chassis)
+    : Interface("com.holvi.ISignalSubscriber", Calls::ToSession), m_chassis(chassis) {
+    Add("Subscribe",
+        {Out("status", kInt), In("type", kInt), In("mode", kInt), In("filter", kInt),
+         In("profile", kInt), In("screen", kInt)},
+        &Subscribers::Subscribe);
+    Add("Unsubscribe",
+        {Out("status", kInt), In("type", kInt), In("filter", kInt), In("profile", kInt),
+         In("screen", kInt)},
+        &Subscribers::Unsubscribe);
+}
+
+std::int32_t Subscribers::OpenSession(Session& session) {
+    m_subscribers[session.id].client = session.client->GetNumber();
+    return 0;
+}
+
+void Subscribers::CloseSession(Session& session) {
+    m_subscribers.erase(session.id);
+}
+
+void Subscribers::Subscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+    const std::int32_t type = in.Int(1);
+    auto& counts = m_subscribers.at(call.session->id).counts;
+    if (!counts.contains(type) && counts.size() >= kMaxTypes) {
+        m_chassis.log.Write(kOwnTag, "Subscribe refused: %zu types already", counts.size());
+        return out.Int(0, kTooMany);
+    }
+    const std::uint32_t count = ++counts[type];
+    m_chassis.log.Write(kOwnTag,
+                        "signal %d: session %" PRIu32 " subscribed %" PRIu32
+                        " times (mode %d, filter %d, profile %d, screen %d)",
+                        type, call.session->id, count, in.Int(2), in.Int(3), in.Int(4), in.Int(5));
+    out.Int(0, kDone);
+}
+
+void Subscribers::Unsubscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+    const std::int32_t type = in.Int(1);
+    auto& counts = m_subscribers.at(call.session->id).counts;
+    const auto found = counts.find(type);
+    if (found == counts.end()) {
+        m_chassis.log.Write(kOwnTag, "Unsubscribe refused: not subscribed to signal %d", type);
+        return out.Int(0, kRefused);
+    }
+    const std::uint32_t left = --found->second;
+    if (left == 0)
+        counts.erase(found);
+    m_chassis.log.Write(kOwnTag,
+                        "signal %d: session %" PRIu32 " subscribed %" PRIu32
+                        " times (filter %d, profile %d, screen %d)",
+                        type, call.session->id, left, in.Int(2), in.Int(3), in.Int(4));
+    out.Int(0, kDone);
+}
+
+void Subscribers::Emit(std::int32_t type, const Handle& handle, std::uint64_t data) {
+    const std::uint64_t number = m_chassis.signals.TakeNumber();
+    const Signals::Signal signal{type, handle.profile, handle.screen, data};
+    std::size_t sent = 0;
+    for (const auto& [session, subscriber] : m_subscribers) {
+        if (subscriber.counts.contains(type))
+            sent += m_chassis.signals.Send(session, signal, number);
+    }
+    m_chassis.log.Write(kOwnTag, "signal %d of pipeline %s to %zu", type, handle.ToWord().c_str(),
+                        sent);
+}
+
+std::size_t Subscribers::SendToAll(const Signals::Signal& signal) {
+    const std::uint64_t number = m_chassis.signals.TakeNumber();
+    std::size_t sent = 0;
+    for (const auto& [session, subscriber] : m_subscribers)
+        sent += m_chassis.signals.Send(session, signal, number);
+    return sent;
+}
+
+json Subscribers::DescribeState() const {
+    json described = json::array();
+    for (const auto& [session, subscriber] : m_subscribers) {
+        json counts = json::object();
+        for (const auto& [type, count] : subscriber.counts)
+            counts[std::to_string(type)] = count;
+        described.push_back(
+            {{"session", session}, {"client", subscriber.client}, {"subscriptions", counts}});
+    }
+    return described;
+}
+
+void Subscribers::Reset() {
+    for (auto& [session, subscriber] : m_subscribers)
+        subscriber.counts.clear();
+}
+
+} // namespace sim

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+
+#include "Chassis.h"
+#include "Handle.h"
+#include "Interface.h"
+#include "Part.h"
+
+namespace sim {
+
+// com.holvi.ISignalSubscriber: who is told of what. A session of it is one registered callback.
+// Subscriptions are counted for each session and signal type, and end with the session.
+//
+// This TV does not narrow a subscription: mode, filter, profile and screen only stand in the log.
+class Subscribers : public Interface, public Part {
+public:
+    explicit Subscribers(Chassis& chassis);
+
+    // A signal of the TV's own: goes to the sessions that have subscribed to its type.
+    void Emit(std::int32_t type, const Handle& handle, std::uint64_t data);
+    // Goes to every registered callback. How many have got it.
+    std::size_t SendToAll(const Signals::Signal& signal);
+
+    std::int32_t OpenSession(Session& session) override;
+    void CloseSession(Session& session) override;
+
+    const char* GetStateName() const override { return "subscribers"; }
+    nlohmann::json DescribeState() const override;
+    // Nobody is subscribed to anything; the callbacks stay registered.
+    void Reset() override;
+
+private:
+    struct Subscriber {
+        std::uint32_t client = 0;
+        std::map<std::int32_t, std::uint32_t> counts; // by type, above 0
+    };
+
+    void Subscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void Unsubscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+
+    Chassis& m_chassis;
+    std::map<std::uint32_t, Subscriber> m_subscribers; // by session
+};
+
+} // namespace sim

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Chassis.h"
+#include "LineUp.h"
+#include "Part.h"
+
+namespace sim {
+
+// What is around the TV and can be changed by norvex-simctl alone: the antennas' signals, captions
+// that are there whatever the service says, and what is plugged into the HDMI inputs.
+class Surroundings : public Part {
+public:
+    explicit Surroundings(Chassis& chassis);
+
+    // Called after each change.
+    void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
+
+    bool HasSignal(const Transponder& transponder) const;
+    // Whether captions come with a service that has them, or has none.
+    bool HasCaptions(bool ofService) const;
+    static bool IsHdmi(std::int32_t source);
+    bool IsPlugged(std::int32_t hdmiSource) const { return m_plugged.at(hdmiSource); }
+
+    const char* GetStateName() const override { return "surroundings"; }
+    nlohmann::json DescribeState() const override;
+    void Reset() override;
+
+private:
+    enum class Captions { OfService, On, Off };
+    using WordList = std::vector<std::string>;
+
+    bool SetTuner(const WordList& words, std::string& error);
+    bool SetCaptions(const WordList& words);
+    bool SetHdmi(const WordList& words);
+    void SetDefaults();
+    void Tell();
+
+    Chassis& m_chassis;
+    std::function<void()> m_listener;
+    std::set<Transponder> m_cut;
+    Captions m_captions = Captions::OfService;
+    std::map<std::int32_t, bool> m_plugged;
+};
+
+} // namespace sim
