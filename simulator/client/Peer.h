@@ -57,6 +57,9 @@ public:
     // A connection for signals, welcomed and ready to be watched. Null on failure.
     std::unique_ptr<Channel> OpenSignals(std::uint32_t session, Failure& failure);
 
+    // Closes the connections that wait for a call: they may have ended unseen.
+    void DropIdle();
+
     const std::string& GetPath() const { return m_path; }
     const Limits& GetLimits() const { return m_limits; }
 
@@ -70,7 +73,6 @@ private:
     std::unique_ptr<Channel> TakeProbed(Failure& failure);
     void GiveBack(std::unique_ptr<Channel> channel);
     void BecomeStalled(std::unique_ptr<Channel> probe);
-    void DropIdle();
     void Adopt(Channel& channel);
     Failure OpenOn(Channel& channel, SessionKey& session);
 

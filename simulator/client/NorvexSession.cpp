@@ -1,0 +1,3 @@
+#include <norvex/client/NorvexSession.h>
+
+INorvexSession::~INorvexSession() = default;

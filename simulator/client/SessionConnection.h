@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <norvex/client/NorvexAPIConnection.h>
+
+#include "Peer.h"
+
+// The connection of one session: adds the session to each call. The session is opened when it is
+// first needed, and again under every run of the daemon that does not know it, so that an object of
+// a test outlives the daemon. Its end closes it.
+class SessionConnection final : public NorvexAPIConnection {
+public:
+    // `profile` and `screen` address the pipeline; 0, 0 for services that have none.
+    SessionConnection(std::string interfaceName, int profile, int screen);
+    ~SessionConnection() override;
+
+    // Opens the session now. Refused: GetStatus says why, below 0. After any other failure it is
+    // opened later.
+    Failure Open();
+    // The same without a line in the log, for who tries again and again.
+    Failure OpenQuietly() { return m_peer->Open(m_key); }
+    // Ends the session; the next call opens another.
+    void Close();
+    int GetStatus() const { return m_key.status; }
+    // The daemon's number of the session, and under which generation it was given; see Peer.
+    std::uint32_t GetSession() const { return m_key.id; }
+    std::uint64_t GetGeneration() const { return m_key.generation; }
+
+    std::string& GetInterfaceName() { return m_key.interfaceName; }
+    const std::shared_ptr<Peer>& GetPeer() const { return m_peer; }
+
+    bool Exchange(const std::string& interfaceName, const std::string& method, short methodId,
+                  bool flag, const TCMessageBuffer& arguments, TCMessageBuffer& reply) override;
+
+private:
+    std::shared_ptr<Peer> m_peer;
+    SessionKey m_key;
+};
