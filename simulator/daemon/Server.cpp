@@ -128,6 +128,7 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
     wire::TreeWriter writer(tree);
     writer.PutValue(wire::kWelcomeVersion, wire::kProtocolVersion);
     writer.PutValue(wire::kWelcomeEpoch, m_epoch);
+    writer.PutValue(wire::kWelcomeClient, connection.client->GetNumber());
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Welcome;
     header.serial = message.header.serial;
