@@ -1,6 +1,7 @@
 #include "Session.h"
 
 #include "ExitStatus.h"
+#include "GivenWords.h"
 #include "InputBuffer.h"
 #include "OutputTee.h"
 #include "Plugin.h"

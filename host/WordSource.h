@@ -1,8 +1,6 @@
 #pragma once
 
-#include <string>
 #include <string_view>
-#include <utility>
 
 namespace host {
 
@@ -14,20 +12,6 @@ public:
     // The next bytes as they come, blocking until there are some; empty when there will be none any
     // more. The bytes stay in place until the next call.
     virtual std::string_view Next() = 0;
-};
-
-// A text given beforehand.
-class TCGivenWords : public IWordSource {
-public:
-    explicit TCGivenWords(std::string words) : m_Words(std::move(words)) {}
-
-    std::string_view Next() override {
-        return std::exchange(m_Used, true) ? std::string_view() : std::string_view(m_Words);
-    }
-
-private:
-    std::string m_Words;
-    bool m_Used = false;
 };
 
 } // namespace host
