@@ -1,0 +1,78 @@
+// A program with one data race on purpose: what the signal callback writes, on the thread of the
+// main loop, and what the menu writes go through a buffer that counts without a lock. Built for the
+// thread sanitizer alone, which must report it: a run of it that reports nothing elsewhere says
+// something only as long as this one is reported.
+
+#include <atomic>
+#include <iostream>
+#include <streambuf>
+#include <string>
+#include <thread>
+
+#include <glib.h>
+
+#include "FakeNorvexAPI.h"
+#include "TPMSDebugMenu.h"
+
+namespace {
+
+int plantedCounter = 0;
+
+__attribute__((noinline)) void countWithoutALock() {
+    ++plantedCounter;
+}
+
+class CountingOutput : public std::streambuf {
+protected:
+    std::streamsize xsputn(const char*, std::streamsize count) override {
+        countWithoutALock();
+        return count;
+    }
+    int_type overflow(int_type byte) override {
+        countWithoutALock();
+        return traits_type::not_eof(byte);
+    }
+};
+
+// Relaxed, so that it orders nothing: the menu goes on after the callback without the sanitizer
+// seeing that it waited.
+std::atomic<bool> calledBack{false};
+
+gboolean callBack(gpointer) {
+    FakeNorvexAPI::current().lastCallback()(SIGNAL_TUNE_AROUND_FINISHED, PROFILE_MAIN, 0, {0},
+                                            nullptr);
+    calledBack.store(true, std::memory_order_relaxed);
+    return G_SOURCE_REMOVE;
+}
+
+// Two words: before the second one a signal comes.
+class Input : public std::streambuf {
+protected:
+    int_type underflow() override {
+        if (m_word == "9\n") {
+            g_idle_add(callBack, nullptr);
+            while (!calledBack.load(std::memory_order_relaxed))
+                std::this_thread::yield();
+        }
+        m_word = m_word.empty() ? "9\n" : "99\n";
+        setg(m_word.data(), m_word.data(), m_word.data() + m_word.size());
+        return traits_type::to_int_type(*gptr());
+    }
+
+private:
+    std::string m_word;
+};
+
+} // namespace
+
+int main() {
+    FakeNorvexAPI tv;
+    Input input;
+    CountingOutput output;
+    std::streambuf* oldInput = std::cin.rdbuf(&input);
+    std::streambuf* oldOutput = std::cout.rdbuf(&output);
+    TCDebugMenuTPMS().Enter();
+    std::cin.rdbuf(oldInput);
+    std::cout.rdbuf(oldOutput);
+    return 0;
+}
