@@ -4,6 +4,8 @@
 #include "Commands.h"
 #include "DebugPrintControl.h"
 #include "Device.h"
+#include "LineUp.h"
+#include "PipelineParts.h"
 #include "SessionInterface.h"
 
 namespace sim {
@@ -12,6 +14,7 @@ void MountParts(Chassis& chassis, const Options& options) {
     chassis.Mount<SessionInterface>(chassis);
     chassis.Mount<Device>(chassis);
     chassis.Mount<DebugPrintControl>(chassis, options.items);
+    MountPipelines(chassis, chassis.Mount<NoLineUp>());
 
     AddStateCommands(chassis);
     AddCallsCommand(chassis);

@@ -61,6 +61,7 @@ struct PipelineState {
     std::int32_t audioMute = 0;
     std::optional<std::int32_t> windowId;
     std::optional<Crop> crop;
+    std::optional<Rect> mainPicture; // where zooming put it; else the whole screen
     DtvModes dtvModes;
     std::set<std::int32_t> hdmiAnalysis; // inputs
     std::uint32_t decoderRestarts = 0;

@@ -47,8 +47,8 @@ std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pen
         entries.push_back(Print("service 0x%" PRIx64 ", %s", pipeline.service,
                                 pipeline.receiving ? "received" : "not received"));
     if (pipeline.videoMute != 0 || pipeline.audioMute != 0)
-        entries.push_back(Print("mute: video %d, audio %d", pipeline.videoMute,
-                                pipeline.audioMute));
+        entries.push_back(
+            Print("mute: video %d, audio %d", pipeline.videoMute, pipeline.audioMute));
     if (pending != nullptr && pending->source)
         entries.push_back(Print("pending: source %d", *pending->source));
     if (pending != nullptr && pending->service)
@@ -68,8 +68,7 @@ PipelineUtility::PipelineUtility(Chassis& chassis, Pipelines& pipelines, Prepara
     Add("RegisterForStateChange",
         {Out("status", kInt), In("type", kInt), In("receiver", kText), In("option", kInt)},
         &PipelineUtility::RegisterForStateChange);
-    Add("UnregisterFromStateChange",
-        {Out("status", kInt), In("type", kInt), In("receiver", kText)},
+    Add("UnregisterFromStateChange", {Out("status", kInt), In("type", kInt), In("receiver", kText)},
         &PipelineUtility::UnregisterFromStateChange);
     Add("CheckPendingState", {Out("status", kInt), In("type", kInt), Out("pending", kBool)},
         &PipelineUtility::CheckPendingState);
@@ -124,8 +123,7 @@ void PipelineUtility::GetCurrentTPMSStatus(const Call&, const ArgumentReader&, R
     const std::size_t entries = tree.BeginBranch(1);
     place = 0;
     for (const auto& [handle, pipeline] : m_pipelines.GetAll()) {
-        for (const std::string& text :
-             MakeEntries(pipeline, m_preparation.GetPending(handle))) {
+        for (const std::string& text : MakeEntries(pipeline, m_preparation.GetPending(handle))) {
             const std::size_t entry = tree.BeginBranch(place++);
             tree.PutValue(0, handle.profile);
             tree.PutValue(1, handle.screen);

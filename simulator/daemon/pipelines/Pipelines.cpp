@@ -142,6 +142,12 @@ bool Pipelines::HasCaptions(const Pipeline& pipeline) const {
     return m_surroundings.HasCaptions(pipeline.receiving && pipeline.facts.captions);
 }
 
+void Pipelines::ResetMainPicture(const Handle& handle) {
+    Pipeline& pipeline = At(handle);
+    pipeline.mainPicture.reset();
+    DropIfUnused(pipeline);
+}
+
 void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {
     const auto since = std::chrono::steady_clock::now() - m_start;
     pipeline.events[event] = static_cast<std::uint64_t>(
@@ -151,9 +157,8 @@ void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {
 // What a pipeline receives follows from what it is set to and from what is around the TV.
 void Pipelines::UpdateReception(Pipeline& pipeline) {
     const Transponder itsOwn{pipeline.tvMode.antenna, pipeline.facts.frequency};
-    const bool receives =
-        pipeline.source == SOURCE_TV && pipeline.service != INVALID_SERVICE_ID &&
-        (pipeline.facts.streamed || m_surroundings.HasSignal(itsOwn));
+    const bool receives = pipeline.source == SOURCE_TV && pipeline.service != INVALID_SERVICE_ID &&
+                          (pipeline.facts.streamed || m_surroundings.HasSignal(itsOwn));
     if (receives != pipeline.receiving) {
         pipeline.receiving = receives;
         m_log.Write("tvdemuxer", "pipeline %s: service information %s", pipeline.word.c_str(),

@@ -44,6 +44,9 @@ public:
     bool HasSignal(const Pipeline& pipeline) const;
     bool HasCaptions(const Pipeline& pipeline) const;
 
+    // The main picture fills the screen again.
+    void ResetMainPicture(const Handle& handle);
+
     // Marks the event as seen now.
     void NoteEvent(Pipeline& pipeline, ESIEvent event);
 

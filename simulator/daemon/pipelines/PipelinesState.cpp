@@ -69,7 +69,8 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
         {"events", DescribeEvents(pipeline)},
         {"preview", nullptr},
         {"windowId", nullptr},
-        {"crop", nullptr}};
+        {"crop", nullptr},
+        {"mainPicture", nullptr}};
     if (pipeline.preview)
         described["preview"] = {{"source", pipeline.preview->source},
                                 {"service", DescribeService(pipeline.preview->service)}};
@@ -78,6 +79,8 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
     if (pipeline.crop)
         described["crop"] = {{"first", pipeline.crop->first.Describe()},
                              {"second", pipeline.crop->second.Describe()}};
+    if (pipeline.mainPicture)
+        described["mainPicture"] = pipeline.mainPicture->Describe();
     return described;
 }
 

@@ -33,16 +33,15 @@ bool IsKind(EStateChangeType type) {
 
 Preparation::Preparation(Chassis& chassis, Pipelines& pipelines)
     : m_chassis(chassis), m_pipelines(pipelines) {
-    chassis.settables.Add("preparation-limit",
-                          "MILLISECONDS: how long a change of service or source is held at most",
-                          [this](const auto& words, auto&) {
-                              std::uint32_t limit = 0;
-                              if (words.size() != 1 || !ParseNumber(words[0], limit) ||
-                                  limit > kMaxLimit)
-                                  return false;
-                              m_limit = limit;
-                              return true;
-                          });
+    chassis.settables.Add(
+        "preparation-limit", "MILLISECONDS: how long a change of service or source is held at most",
+        [this](const auto& words, auto&) {
+            std::uint32_t limit = 0;
+            if (words.size() != 1 || !ParseNumber(words[0], limit) || limit > kMaxLimit)
+                return false;
+            m_limit = limit;
+            return true;
+        });
 }
 
 bool Preparation::Concerns(const Change& change, EStateChangeType type) {
@@ -50,8 +49,8 @@ bool Preparation::Concerns(const Change& change, EStateChangeType type) {
 }
 
 bool Preparation::IsReady(const Receiver& receiver, const Change& change) {
-    return receiver.state == kReady && (receiver.service == INVALID_SERVICE_ID ||
-                                        !change.service || receiver.service == *change.service);
+    return receiver.state == kReady && (receiver.service == INVALID_SERVICE_ID || !change.service ||
+                                        receiver.service == *change.service);
 }
 
 bool Preparation::IsHeld(const Queue& queue, const Change& change) {
@@ -174,9 +173,8 @@ std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type,
 
 void Preparation::ReleaseClient(Client& client) {
     for (auto& [handle, queue] : m_queues) {
-        std::erase_if(queue.receivers, [&](const auto& entry) {
-            return entry.first.client == client.GetNumber();
-        });
+        std::erase_if(queue.receivers,
+                      [&](const auto& entry) { return entry.first.client == client.GetNumber(); });
         Check(handle, queue);
     }
     std::erase_if(m_queues, [](const auto& entry) { return entry.second.receivers.empty(); });

@@ -16,8 +16,8 @@ constexpr std::size_t kMaxPrepared = 16;
 
 SourceControl::SourceControl(Chassis& chassis, Pipelines& pipelines, Preparation& preparation,
                              const Surroundings& surroundings)
-    : PipelineInterface("com.holvi.ISourceControl", chassis, pipelines),
-      m_preparation(preparation), m_surroundings(surroundings) {
+    : PipelineInterface("com.holvi.ISourceControl", chassis, pipelines), m_preparation(preparation),
+      m_surroundings(surroundings) {
     Add("SetSource", {Out("status", kInt), In("source", kInt), In("text", kText)},
         &SourceControl::SetSource);
     Add("SetSource",
@@ -129,25 +129,24 @@ void SourceControl::StartHDMIAnalysis(const Call& call, const ArgumentReader& in
     out.Int(0, status);
 }
 
-void SourceControl::StopHDMIAnalysis(const Call& call, const ArgumentReader& in,
-                                     ReplyWriter& out) {
+void SourceControl::StopHDMIAnalysis(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
     Pipeline& pipeline = PipelineOf(call);
     const std::int32_t source = in.Int(1);
     std::int32_t status = CheckHdmi(pipeline, "StopHDMIAnalysis", source);
     if (status == kDone && pipeline.hdmiAnalysis.erase(source) == 0) {
-        m_log.Write("extvideosrc", "pipeline %s: StopHDMIAnalysis refused: source %d is not "
-                                   "analysed",
+        m_log.Write("extvideosrc",
+                    "pipeline %s: StopHDMIAnalysis refused: source %d is not "
+                    "analysed",
                     pipeline.word.c_str(), source);
         status = kRefused;
     } else if (status == kDone) {
-        m_log.Write("extvideosrc", "pipeline %s: analysis of source %d ends",
-                    pipeline.word.c_str(), source);
+        m_log.Write("extvideosrc", "pipeline %s: analysis of source %d ends", pipeline.word.c_str(),
+                    source);
     }
     out.Int(0, status);
 }
 
-void SourceControl::SetPreviewSource(const Call& call, const ArgumentReader& in,
-                                     ReplyWriter& out) {
+void SourceControl::SetPreviewSource(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
     Pipeline& pipeline = PipelineOf(call);
     const std::int32_t source = in.Int(1);
     const std::int32_t status = CheckSource(pipeline, "SetPreviewSource", source);

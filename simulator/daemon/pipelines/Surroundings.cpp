@@ -47,7 +47,8 @@ Surroundings::Surroundings(Chassis& chassis) : m_chassis(chassis) {
     chassis.settables.Add(
         "tuner", "air|cable|satellite[/FREQUENCY] on|off: the signal of a transponder, or antenna",
         [this](const auto& words, auto& error) { return SetTuner(words, error); });
-    chassis.settables.Add("captions", "on|off|service: whether captions come, or as the service has them",
+    chassis.settables.Add("captions",
+                          "on|off|service: whether captions come, or as the service has them",
                           [this](const auto& words, auto&) { return SetCaptions(words); });
     chassis.settables.Add("hdmi", "hdmi1..hdmi8|SOURCE plugged|unplugged: what is at an input",
                           [this](const auto& words, auto&) { return SetHdmi(words); });

@@ -9,15 +9,18 @@ VideoControl::VideoControl(Chassis& chassis, Pipelines& pipelines)
     : PipelineInterface("com.holvi.IVideoControl", chassis, pipelines) {
     Add("SetCropVideo", {Out("status", kInt), In("first", kRect), In("second", kRect)},
         &VideoControl::SetCropVideo);
-    Add("SetWindowId", {Out("status", kInt), In("windowId", kInt)}, &VideoControl::SetWindowId);
+    // The window's id travels as a value that could come back, since clients hand it by pointer; it
+    // is only read.
+    Add("SetWindowId", {Out("status", kInt), Out("windowId", kInt)}, &VideoControl::SetWindowId);
 }
 
 void VideoControl::SetCropVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
     Pipeline& pipeline = PipelineOf(call);
     const Crop crop{ReadRect(in.At(1)), ReadRect(in.At(2))};
     if (!crop.first.IsOnScreen() || !crop.second.IsOnScreen()) {
-        m_log.Write("tvvideodec", "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
-                                  "the screen",
+        m_log.Write("tvvideodec",
+                    "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
+                    "the screen",
                     pipeline.word.c_str(), crop.first.IsOnScreen() ? "second" : "first");
         return out.Int(0, kBadArgument);
     }

@@ -56,13 +56,10 @@ private:
                  const char* operation, bool Window::*flag);
     void GetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out,
                  const char* operation, bool Window::*flag);
-    void SetMain(const Call& call, const Rect& main);
 
     std::uint32_t m_limit = kDefaultLimit;
     std::int32_t m_lastId = 0;
     std::map<std::int32_t, Window> m_windows;
-    // Where the windows' makers put the main picture; whole screen without.
-    std::map<Handle, Rect> m_mains;
 };
 
 } // namespace sim

@@ -1,0 +1,146 @@
+// `norvex-simctl signal TYPE [NAME=VALUE...]`: a signal to every registered callback.
+#include <map>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+#include <norvex/client/Signal.h>
+
+#include "Chassis.h"
+#include "ControlConnection.h"
+#include "Handle.h"
+#include "PipelineParts.h"
+#include "Subscribers.h"
+#include "Words.h"
+
+namespace sim {
+
+using nlohmann::json;
+
+namespace {
+
+constexpr std::uint32_t kMaxCount = 1'000'000;
+
+// A part of the payload. Signed values of its size are taken as well as unsigned ones.
+struct Field {
+    const char* name;
+    unsigned shift;
+    unsigned bits;
+};
+
+struct Kind {
+    std::int32_t type;
+    const char* name;
+    std::vector<Field> fields;
+};
+
+const std::vector<Kind>& GetKinds() {
+    static const std::vector<Kind> kKinds{
+        {SIGNAL_SI_STARTED,
+         "SIGNAL_SI_STARTED",
+         {{"chType", 0, 16}, {"srvProfile", 16, 16}, {"chNumber", 32, 16}}},
+        {SIGNAL_TUNE_AROUND_SERVICE_DONE,
+         "SIGNAL_TUNE_AROUND_SERVICE_DONE",
+         {{"serviceId", 0, 64}}},
+        {SIGNAL_TUNE_AROUND_FINISHED, "SIGNAL_TUNE_AROUND_FINISHED", {{"flag", 0, 16}}},
+        {SIGNAL_BARKER_CHANNEL_TUNE, "SIGNAL_BARKER_CHANNEL_TUNE", {{"success", 0, 8}}}};
+    return kKinds;
+}
+
+bool ParseField(const std::string& value, const Field& field, std::uint64_t& data) {
+    const std::uint64_t mask = ~std::uint64_t{0} >> (64 - field.bits);
+    std::uint64_t number = 0;
+    std::int64_t negative = 0;
+    if (value.starts_with('-')) {
+        if (!ParseNumber(value, negative) || negative < -static_cast<std::int64_t>(mask / 2) - 1)
+            return false;
+        number = static_cast<std::uint64_t>(negative) & mask;
+    } else if (!ParseNumber(value, number) || number > mask) {
+        return false;
+    }
+    data = (data & ~(mask << field.shift)) | number << field.shift;
+    return true;
+}
+
+// What was asked for.
+struct Order {
+    Signals::Signal signal{0, kMainPipeline.profile, kMainPipeline.screen, 0};
+    std::uint32_t count = 1;
+};
+
+// One NAME=VALUE.
+bool ParseWord(const std::string& word, const Kind* kind, Order& order) {
+    const std::size_t equals = word.find('=');
+    if (equals == std::string::npos)
+        return false;
+    const std::string name = word.substr(0, equals);
+    const std::string value = word.substr(equals + 1);
+    if (name == "profile")
+        return ParseNumber(value, order.signal.profile);
+    if (name == "screen")
+        return ParseNumber(value, order.signal.screen);
+    if (name == "data")
+        return ParseNumber(value, order.signal.data);
+    if (name == "count")
+        return ParseNumber(value, order.count) && order.count <= kMaxCount;
+    if (kind == nullptr)
+        return false;
+    for (const Field& field : kind->fields) {
+        if (name == field.name)
+            return ParseField(value, field, order.signal.data);
+    }
+    return false;
+}
+
+std::string DescribeNames(const Kind* kind) {
+    std::string names = "profile, screen, data, count";
+    if (kind != nullptr) {
+        for (const Field& field : kind->fields)
+            names += std::string(", ") + field.name;
+    }
+    return names;
+}
+
+// Why it makes no sense; empty: it does.
+std::string Parse(const std::vector<std::string>& words, Order& order) {
+    const std::string type = words.empty() ? "" : words[0];
+    const Kind* kind = nullptr;
+    bool known = ParseNumber(type, order.signal.type);
+    for (const Kind& candidate : GetKinds()) {
+        if (known ? candidate.type == order.signal.type : type == candidate.name)
+            kind = &candidate;
+    }
+    if (kind != nullptr) {
+        order.signal.type = kind->type;
+        known = true;
+    }
+    if (!known)
+        return "no signal is called \"" + type + "\"";
+    for (std::size_t place = 1; place < words.size(); ++place) {
+        if (!ParseWord(words[place], kind, order))
+            return "\"" + words[place] + "\" makes no sense; expected NAME=VALUE, of " +
+                   DescribeNames(kind);
+    }
+    return {};
+}
+
+} // namespace
+
+void AddSignalCommand(Chassis& chassis, Subscribers& subscribers) {
+    chassis.commands.Add("signal", [&](const json& request, ControlConnection& asker) {
+        Order order;
+        const std::string error = Parse(request.at("words").get<std::vector<std::string>>(), order);
+        if (!error.empty())
+            return asker.Fail(error);
+        std::size_t sent = 0;
+        for (std::uint32_t signal = 0; signal < order.count; ++signal)
+            sent += subscribers.SendToAll(order.signal);
+        chassis.log.SetSequence(chassis.journal.TakeSequence());
+        chassis.log.Write(kOwnTag, "signal %d sent by order: %zu", order.signal.type, sent);
+        chassis.log.SetSequence(0);
+        chassis.changes.Tell();
+        asker.Answer({{"sent", sent}});
+    });
+}
+
+} // namespace sim
