@@ -45,7 +45,8 @@ nlohmann::json Injections::Describe() const {
     nlohmann::json words = nlohmann::json::array();
     for (const auto& [method, orders] : m_orders) {
         for (const Order& order : orders)
-            words.push_back({{"method", method->name},
+            words.push_back({{"interface", method->interface->GetName()},
+                             {"method", method->name},
                              {"kind", order.injection.GetName()},
                              {"number", order.injection.number},
                              {"calls", order.calls}});

@@ -15,7 +15,7 @@ void Interface::Add(const char* name, std::vector<Argument> arguments, Method::H
     if (arguments.size() > ArgumentReader::kMaxArguments)
         throw std::length_error(std::string(name) + " has too many arguments");
     m_methods.push_back(
-        std::make_unique<Method>(Method{name, static_cast<std::int16_t>(m_methods.size()),
+        std::make_unique<Method>(Method{this, name, static_cast<std::int16_t>(m_methods.size()),
                                         std::move(arguments), std::move(handler)}));
 }
 

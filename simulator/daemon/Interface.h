@@ -14,12 +14,14 @@
 
 namespace sim {
 
+class Interface;
 struct Session;
 
 // One operation of an interface.
 struct Method {
     using Handler = std::function<void(const Call&, const ArgumentReader&, ReplyWriter&)>;
 
+    const Interface* interface;
     std::string name;
     std::int16_t id;
     std::vector<Argument> arguments;

@@ -65,6 +65,10 @@ int ParseCommandLine(int count, char** words, CommandLine& line) {
         std::fprintf(stderr, "norvex-sim: %s\n", error.what());
         return 2;
     }
+    if (sim::GetControlPath(line.socket).size() > sim::Listener::kMaxPath) {
+        std::fprintf(stderr, "norvex-sim: --socket: %s is too long\n", line.socket.c_str());
+        return 2;
+    }
     if (line.readyDescriptor >= 0 && fcntl(line.readyDescriptor, F_GETFD) < 0) {
         std::fprintf(stderr, "norvex-sim: --ready-fd: %d is not open\n", line.readyDescriptor);
         return 2;
@@ -109,8 +113,6 @@ int main(int count, char** words) {
         line.socket = sim::GetDefaultSocketPath();
     }
     const std::string controlPath = sim::GetControlPath(line.socket);
-    if (controlPath.size() > sim::Listener::kMaxPath)
-        return Fail(line.socket + ": too long for a socket");
     sim::PathClaim claim;
     if (!claim.Take(line.socket, error))
         return Fail(error);

@@ -1,0 +1,38 @@
+// norvex-simctl: looks at a simulated TV and changes its surroundings.
+
+#include <cstdio>
+
+#include "../Path.h"
+#include "Subcommands.h"
+
+int main(int count, char** words) {
+    CLI::App app{"Looks at a simulated TV (norvex-sim), waits for it, makes it fail.",
+                 "norvex-simctl"};
+    simctl::Line line;
+    line.socketPath = sim::GetDefaultSocketPath();
+    app.add_option("--socket", line.socketPath, "The TV's socket")
+        ->envname("NORVEX_SOCKET")
+        ->type_name("PATH");
+    app.require_subcommand(1);
+    app.fallthrough();
+
+    simctl::AddState(app, line);
+    simctl::AddCalls(app, line);
+    simctl::AddInject(app, line);
+    simctl::AddWait(app, line);
+    simctl::AddReset(app, line);
+    simctl::AddSet(app, line);
+
+    try {
+        app.parse(count, words);
+    } catch (const CLI::CallForHelp&) {
+        const auto chosen = app.get_subcommands();
+        std::fputs((chosen.empty() ? app.help() : chosen.front()->help(app.get_name())).c_str(),
+                   stdout);
+        return 0;
+    } catch (const CLI::Error& error) {
+        std::fprintf(stderr, "norvex-simctl: %s\n", error.what());
+        return 2;
+    }
+    return line.run();
+}
