@@ -35,5 +35,9 @@ struct Delivery {
 // when nobody has taken it within 10 seconds.
 Delivery deliver(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data,
                  void* userData = nullptr);
+// The same without waiting.
+void send(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data);
+// Waits until the callback has returned from everything sent. False after 10 seconds.
+bool waitUntilDelivered();
 
 } // namespace MainLoopWatch

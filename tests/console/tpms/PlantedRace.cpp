@@ -45,11 +45,11 @@ gboolean callBack(gpointer) {
     return G_SOURCE_REMOVE;
 }
 
-// Two words: before the second one a signal comes.
+// "9" shows the menu again after a signal has come; "99" leaves.
 class Input : public std::streambuf {
 protected:
     int_type underflow() override {
-        if (m_word == "9\n") {
+        if (m_word.empty()) {
             g_idle_add(callBack, nullptr);
             while (!calledBack.load(std::memory_order_relaxed))
                 std::this_thread::yield();

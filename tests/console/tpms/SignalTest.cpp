@@ -195,3 +195,40 @@ TEST_F(SignalLine, ComesForEachOfManySignals) {
     enter();
     EXPECT_EQ(console.dialogue(), kEntered + kMainMenu + "cmd> " + lines + "{typed 99}" + kLeft);
 }
+
+// Nothing waits for the callback: its lines come while the menus are written.
+TEST_F(SignalLine, IsNeitherLostNorBrokenWhileMenusAreWritten) {
+    constexpr int kWords = 200;
+    constexpr int kSignalsAWord = 5;
+    bool delivered = false;
+    for (int i = 0; i < kWords; ++i) {
+        console.meanwhile([i] {
+            for (int k = 0; k < kSignalsAWord; ++k) {
+                MainLoopWatch::send(SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0,
+                                    {static_cast<std::uint64_t>(i * kSignalsAWord + k)});
+            }
+        });
+        console.type("9");
+    }
+    console.meanwhile([&] { delivered = MainLoopWatch::waitUntilDelivered(); });
+    console.type("99");
+    enter();
+    EXPECT_TRUE(delivered);
+
+    int signals = 0;
+    std::string menusAlone;
+    for (const std::string& piece : console.insertions()) {
+        if (piece.starts_with("\tSIGNAL")) {
+            EXPECT_EQ(piece, "\tSIGNAL_TUNE_AROUND_SERVICE_DONE -> profile:1, screenId: 0, "
+                             "serviceId: " +
+                                 std::to_string(signals++) + "\n");
+        } else {
+            menusAlone += piece;
+        }
+    }
+    EXPECT_EQ(signals, kWords * kSignalsAWord);
+    std::string expected;
+    for (int i = 0; i <= kWords; ++i)
+        expected += kMainMenu + "cmd> ";
+    EXPECT_EQ(menusAlone, expected);
+}
