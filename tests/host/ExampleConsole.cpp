@@ -117,6 +117,12 @@ extern "C" __attribute__((visibility("default"))) void zarn_startmaindebug() {
             PrintLater(ReadWord("pipe> "));
         } else if (word == "unflushed") {
             std::cout << "not flushed";
+        } else if (word == "ask") {
+            std::string name;
+            std::cin.tie(nullptr);
+            std::cout << "name? ";
+            std::cin >> name;
+            std::cout << "hello " << name << std::endl;
         } else if (word == "child") {
             ListDescriptorsInChild();
         } else if (word == "noecho") {

@@ -48,11 +48,13 @@ class InputTestCase(HostTestCase):
         )
         self.assert_done(process, START)
 
-    def test_unflushed_output_comes_before_the_host_waits(self):
+    def test_a_prompt_that_the_plug_in_does_not_flush_comes_before_the_host_waits(self):
         with self.started_host() as host:
             self.read_until(host.stdout, "cmd> ")
-            host.stdin.write(b"unflushed sub ")
-            self.assertEqual(self.read_until(host.stdout, "sub> "), "not flushedcmd> sub> ")
+            host.stdin.write(b"ask\n")
+            self.assertEqual(self.read_until(host.stdout, "name? "), "name? ")
+            host.stdin.write(b"you\n")
+            self.assertEqual(self.read_until(host.stdout, "cmd> "), "hello you\ncmd> ")
 
     def test_the_process_ends_within_200_ms_of_the_read_that_finds_no_word(self):
         # A sanitizer's own work at the end is not what is measured.

@@ -1,6 +1,8 @@
 """Scripts: words typed, texts waited for, and how a miss is told."""
 
 import os
+import re
+import signal
 import time
 
 from hostprocess import START, HostTestCase
@@ -64,6 +66,18 @@ class ScriptTestCase(HostTestCase):
                 self.read_until(host.stdout, "closed\n"), "signal: now\nexample closed\n"
             )
             self.assertEqual(host.wait(), 0)
+
+    def test_signals_are_left_to_the_plug_ins_threads(self):
+        script = self.write("script", "one\nexpect never within 3600\n")
+        with self.started_host("--script", script) as host:
+            self.read_until(host.stdout, "got one\ncmd> ")
+            threads = os.listdir(f"/proc/{host.pid}/task")
+            self.assertGreater(len(threads), 1)
+            for thread in threads:
+                with open(f"/proc/{host.pid}/task/{thread}/status", encoding="utf-8") as status:
+                    blocked = int(re.search("SigBlk:\\s*([0-9a-f]+)", status.read())[1], 16)
+                taken = not blocked & 1 << (signal.SIGINT - 1)
+                self.assertEqual(taken, int(thread) == host.pid)
 
     def test_texts_printed_on_leaving_can_be_expected(self):
         self.assert_done(
