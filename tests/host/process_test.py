@@ -225,6 +225,20 @@ class OutputTestCase(HostTestCase):
         self.assert_done(self.run_host(words="unflushed"), START + "not flushedcmd> ")
 
 
+    def test_absent_standard_descriptors_are_not_taken_by_a_file_that_the_host_opens(self):
+        for closed in ("<&- >&-", "<&- >&- 2>&-"):
+            process = subprocess.run(
+                ["/bin/sh", "-c", f'exec "$@" {closed}', "sh", HOST, EXAMPLE, "-c", "one child 99",
+                 "--transcript", self.path("record")],
+                timeout=LIMIT, check=False,
+            )
+            self.assertEqual(process.returncode, 0)
+            self.assertEqual(
+                self.read("record"),
+                START + "one\ngot one\ncmd> child\nchild has:\ncmd> 99\nexample closed\n",
+            )
+
+
 class InstrumentedTestCase(HostTestCase):
     @unittest.skipUnless("address" in BUILD, "only an address sanitizer build looks for leaks")
     def test_a_leak_is_reported_at_the_end_of_input(self):
