@@ -1,10 +1,9 @@
 // Entering and leaving the test console, its main menu and the choices that open nothing.
 
+#include <atomic>
 #include <thread>
 
 #include <glib.h>
-
-#include <norvex/client/SignalSubscriber.h>
 
 #include "MainLoopWatch.h"
 #include "TPMSScenario.h"
@@ -12,6 +11,11 @@
 namespace {
 
 class TestConsole : public TPMSScenario {};
+class TestConsoleDeathTest : public TPMSScenario {
+protected:
+    // The words are the other process's.
+    void TearDown() override {}
+};
 
 } // namespace
 
@@ -203,6 +207,14 @@ TEST_F(TestConsole, IsLeftWhileAnotherThreadIteratesTheDefaultContext) {
         }
     }
     EXPECT_EQ(MainLoopWatch::runsEnded(), kTimes);
+}
+
+// Its thread cannot be left behind.
+TEST_F(TestConsoleDeathTest, EndsTheProcessWhenAnExceptionLeavesIt) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    tv.runWithin("AVControl.MuteVideo", [] { throw 1; });
+    console.type("2 0 1 1");
+    EXPECT_DEATH(enter(), "left by an exception, after:(.|\n)*AVControl.MuteVideo\\(1\\)");
 }
 
 TEST_F(TestConsole, BeginsWithoutASubscriberAndCallsNothing) {

@@ -152,6 +152,21 @@ TEST_F(EpgDataFeeding, AsksForProgrammesWhateverTheListsAnswer) {
                                        "\tno data in 1 programs\n" + freed(1) + kDone);
 }
 
+// The counter has 16 bits.
+TEST_F(EpgDataFeeding, CountsProgrammesFromTheBeginningAfter65535) {
+    constexpr int kChannels = 65537;
+    tv.giveServiceList(
+        std::vector<FakeRecord>(kChannels, {{{12, 1}, {4, 2}, {13, 3}, {14, 4}}, true}));
+    for (int i = 0; i < kChannels; ++i)
+        tv.giveProgram(5);
+    console.type("1 99").run([this] { menus.m_EpgDataFeeding(); });
+    const std::string line = "\tfreq:2 -> 3-4: title size: 5\n";
+    const std::string end = line + "\tno data in 65536 programs\n" + kMenu + "cmd> ";
+    const std::string transcript = console.transcript();
+    EXPECT_TRUE(transcript.ends_with(end)) << transcript.substr(transcript.size() - 600);
+    EXPECT_EQ(transcript.size(), kMenu.size() + 5 + (kChannels - 1) * line.size() + end.size());
+}
+
 TEST_F(EpgDataFeeding, AsksWhetherTuneAroundIsNeeded) {
     tv.giveTvMode(2, 1);
     tv.giveServiceList({{{{12, 1}}}, {{{12, -1}}}});
