@@ -172,6 +172,18 @@ TEST_F(NullString, ReadingIsReportedWithLine93) {
                   "_TCApiAssert(m_data, norvex-api-internal/MarshalableString, 93, null)"});
 }
 
+using NullStringDeathTest = NullString;
+
+// It is a bug of the caller's, and not survived.
+TEST_F(NullStringDeathTest, IsUsedAllTheSameAfterTheReport) {
+    FakeCore::onAssert(nullptr);
+    TCMarshalableString wrapper(nullptr);
+    FakeBranch branch;
+    branch.becomeText("abc");
+    EXPECT_DEATH(wrapper.ClassToTree(branch), "");
+    EXPECT_DEATH(wrapper.TreeToClass(branch), "");
+}
+
 TEST_F(NullString, ATextThatIsThereIsNotReported) {
     std::string text = "abc";
     TCMarshalableString wrapper(&text);
