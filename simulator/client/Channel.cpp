@@ -212,10 +212,8 @@ Failure Channel::ReceiveReply(std::uint32_t serial, const Deadline& deadline,
             return Failure::Nonsense;
         const std::size_t before =
             wire::kMessageHeaderSize + header.interfaceSize + header.methodSize;
-        auto* place = static_cast<unsigned char*>(reply.Extend(header.treeSize));
-        if (here > before)
-            std::memcpy(place, payload + before, here - before);
-        if (const Failure failure = ReceiveRest(deadline, place + (here - before), whole - here);
+        reply.Append(payload + before, here - before);
+        if (const Failure failure = ReceiveRest(deadline, whole - here, reply);
             failure != Failure::None)
             return failure;
         if (header.serial == serial)
@@ -224,8 +222,9 @@ Failure Channel::ReceiveReply(std::uint32_t serial, const Deadline& deadline,
     }
 }
 
-// Further packets of a long message go where they belong without a stop on the way.
-Failure Channel::ReceiveRest(const Deadline& deadline, unsigned char* place, std::size_t size) {
+// Further packets of a long message go where they belong without a stop on the way. Memory is taken
+// as they come, not as the header announced them.
+Failure Channel::ReceiveRest(const Deadline& deadline, std::size_t size, TCMessageBuffer& reply) {
     while (size > 0) {
         const auto left = deadline.GetLeft();
         if (left == milliseconds::zero())
@@ -233,23 +232,22 @@ Failure Channel::ReceiveRest(const Deadline& deadline, unsigned char* place, std
         ArmReceive(left);
         const std::size_t expected = std::min(size, wire::kMaxPacketPayload);
         unsigned char head[wire::kPacketHeaderSize];
-        iovec pieces[2] = {{head, sizeof head}, {place, expected}};
+        iovec pieces[2] = {{head, sizeof head}, {reply.Extend(expected), expected}};
         msghdr packet{};
         packet.msg_iov = pieces;
         packet.msg_iovlen = 2;
-        const ssize_t received = recvmsg(m_socket, &packet, MSG_TRUNC);
+        ssize_t received = 0;
+        do
+            received = recvmsg(m_socket, &packet, MSG_TRUNC);
+        while (received < 0 && errno == EINTR && !deadline.HasPassed());
         if (received == 0)
             return Failure::Gone;
-        if (received < 0) {
-            if (errno == EINTR)
-                continue;
-            return IsTimeout(errno) ? Failure::Mute : Failure::Gone;
-        }
+        if (received < 0)
+            return IsTimeout(errno) || errno == EINTR ? Failure::Mute : Failure::Gone;
         bool more = false;
         if (static_cast<std::size_t>(received) != wire::kPacketHeaderSize + expected ||
             !wire::DecodePacketHeader(head, sizeof head, more) || more != (expected < size))
             return Failure::Nonsense;
-        place += expected;
         size -= expected;
     }
     return Failure::None;

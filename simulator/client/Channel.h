@@ -82,7 +82,7 @@ private:
     Failure Send(wire::PacketSender& sender, const Deadline& deadline);
     Failure Receive(const Deadline& deadline, std::size_t& size);
     Failure ReceiveReply(std::uint32_t serial, const Deadline& deadline, TCMessageBuffer& reply);
-    Failure ReceiveRest(const Deadline& deadline, unsigned char* place, std::size_t size);
+    Failure ReceiveRest(const Deadline& deadline, std::size_t size, TCMessageBuffer& reply);
     Failure ReadWelcome(const wire::Message& message);
     // The socket's own limits, which cost less than asking it first whether it is ready.
     void ArmReceive(std::chrono::milliseconds limit);
