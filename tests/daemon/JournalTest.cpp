@@ -1,0 +1,155 @@
+#include "Journal.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <wire/Tree.h>
+
+#include "Interface.h"
+
+namespace {
+
+using nlohmann::json;
+using wire::Direction;
+
+class FakeInterface : public sim::Interface {
+public:
+    FakeInterface() : Interface("com.holvi.IFake", Calls::ToInterface) {
+        Add("Do",
+            {sim::Out("status", sim::kInt), sim::In("service", sim::kNumber64),
+             sim::In("word", sim::kText), sim::Out("screen", sim::kText)},
+            &FakeInterface::Do);
+    }
+
+private:
+    void Do(const sim::Call&, const sim::ArgumentReader&, sim::ReplyWriter&) {}
+};
+
+class JournalTest : public testing::Test {
+protected:
+    void Add(sim::Journal& journal, const std::string& word = "word",
+             const std::string& screen = "screen") {
+        m_arguments.Clear();
+        m_results.Clear();
+        wire::TreeWriter arguments(m_arguments);
+        arguments.PutValue(0, std::int32_t{-1});
+        arguments.PutValue(1, std::uint64_t{0x8000000000000001}, Direction::In);
+        arguments.PutText(2, word, Direction::In);
+        const std::uint32_t length = 5;
+        arguments.PutLeaf(3, wire::NodeKind::Length, &length, sizeof length);
+        wire::TreeWriter results(m_results);
+        results.PutValue(0, std::int32_t{1});
+        results.PutText(3, screen);
+        journal.Add({journal.TakeSequence(),
+                     4,
+                     5,
+                     &m_interface,
+                     m_interface.GetMethods()[0].get(),
+                     "com.holvi.IFake",
+                     "Do",
+                     0,
+                     nullptr,
+                     {},
+                     {m_arguments.GetData(), m_arguments.GetSize()},
+                     {m_results.GetData(), m_results.GetSize()}});
+    }
+
+    FakeInterface m_interface;
+    wire::Buffer m_arguments;
+    wire::Buffer m_results;
+};
+
+TEST_F(JournalTest, ACallIsPutIntoWords) {
+    sim::Journal journal;
+    Add(journal);
+    json words = journal.Describe(0);
+    EXPECT_GT(words["time"], 0);
+    words.erase("time");
+    EXPECT_EQ(words, json::parse(R"({
+        "sequence": 1, "client": 4, "session": 5, "id": 0,
+        "interface": "com.holvi.IFake", "method": "Do",
+        "arguments": [
+            {"place": 0, "direction": "out", "name": "status", "type": "int", "value": -1},
+            {"place": 1, "direction": "in", "name": "service", "type": "64 bits",
+             "value": "0x8000000000000001"},
+            {"place": 2, "direction": "in", "name": "word", "type": "text", "value": "word"},
+            {"place": 3, "direction": "out", "name": "screen", "type": "text", "length": 5}],
+        "results": [
+            {"place": 0, "direction": "out", "name": "status", "type": "int", "value": 1},
+            {"place": 3, "direction": "out", "name": "screen", "type": "text",
+             "value": "screen"}]})"));
+}
+
+TEST_F(JournalTest, WhatMakesNoSenseIsShownAsItsBytes) {
+    sim::Journal journal;
+    wire::TreeWriter tree(m_arguments);
+    tree.PutValue(0, std::uint16_t{0xABCD}, Direction::In);
+    journal.Add({1,
+                 1,
+                 0,
+                 nullptr,
+                 nullptr,
+                 "com.holvi.INone",
+                 "Go",
+                 9,
+                 nullptr,
+                 "unknown operation",
+                 {m_arguments.GetData(), m_arguments.GetSize()},
+                 {}});
+    const json words = journal.Describe(0);
+    EXPECT_EQ(words["interface"], "com.holvi.INone");
+    EXPECT_EQ(words["method"], "Go");
+    EXPECT_EQ(words["id"], 9);
+    EXPECT_EQ(words["fault"], "unknown operation");
+    EXPECT_EQ(words["arguments"], json::parse(R"([{"place": 0, "direction": "in",
+                                                   "value": {"hex": "cdab"}}])"));
+}
+
+TEST_F(JournalTest, TheOldestMakeWayForTheNew) {
+    // Room for a few calls in bytes; sizes change, so that the ring's end is met in many ways.
+    sim::Journal journal(4096, 1000);
+    for (std::size_t call = 0; call < 500; ++call) {
+        Add(journal, std::string(call % 97, 'w'), std::string(call % 113, 's'));
+        ASSERT_EQ(journal.GetEnd(), call + 1);
+        ASSERT_GT(journal.GetEnd() - journal.GetBegin(), 5u);
+        for (std::uint64_t place = journal.GetBegin(); place < journal.GetEnd(); ++place) {
+            const json words = journal.Describe(place);
+            ASSERT_EQ(words["sequence"], place + 1);
+            ASSERT_EQ(words["arguments"][2]["value"], std::string(place % 97, 'w'));
+            ASSERT_EQ(words["results"][1]["value"], std::string(place % 113, 's'));
+        }
+    }
+}
+
+TEST_F(JournalTest, EntriesAreBoundedAsWell) {
+    sim::Journal journal(1u << 20, 3);
+    for (int call = 0; call < 10; ++call)
+        Add(journal);
+    EXPECT_EQ(journal.GetBegin(), 7u);
+    EXPECT_EQ(journal.GetEnd(), 10u);
+    EXPECT_EQ(journal.Describe(7)["sequence"], 8);
+}
+
+TEST_F(JournalTest, ALongTreeIsCutAndSaysSo) {
+    sim::Journal journal;
+    Add(journal, "word", std::string(100000, 's'));
+    const json words = journal.Describe(0);
+    EXPECT_EQ(words["resultsCut"], m_results.GetSize());
+    EXPECT_FALSE(words.contains("argumentsCut"));
+    EXPECT_EQ(words["results"][0]["value"], 1);
+    const auto shown = words["results"][1]["value"].get<std::string>();
+    EXPECT_GT(shown.size(), 10000u);
+    EXPECT_EQ(shown, std::string(shown.size(), 's'));
+}
+
+TEST_F(JournalTest, ClearingKeepsCounting) {
+    sim::Journal journal;
+    Add(journal);
+    journal.Clear();
+    EXPECT_EQ(journal.GetBegin(), journal.GetEnd());
+    Add(journal);
+    EXPECT_EQ(journal.Describe(journal.GetBegin())["sequence"], 2);
+}
+
+} // namespace

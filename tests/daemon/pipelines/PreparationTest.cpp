@@ -1,0 +1,331 @@
+#include <gtest/gtest.h>
+
+#include "Handle.h"
+#include "TestTv.h"
+
+namespace {
+
+constexpr std::uint64_t kAny = ~std::uint64_t{0};
+constexpr std::int32_t kService = 0;
+constexpr std::int32_t kSource = 1;
+
+// An application with a pipeline utility.
+class Application {
+public:
+    explicit Application(TestTv& tv) : client(tv), session(client.Open("IPipelineUtility")) {}
+
+    std::int32_t Register(std::int32_t kind, const std::string& name) {
+        return client
+            .Call(session, "RegisterForStateChange", 1,
+                  CallTree().In(kind).Text(name).In(std::int32_t{0}))
+            .Status();
+    }
+    std::int32_t Unregister(std::int32_t kind, const std::string& name) {
+        return client.Call(session, "UnregisterFromStateChange", 2, CallTree().In(kind).Text(name))
+            .Status();
+    }
+    std::int32_t NotifyState(std::int32_t kind, const std::string& name, std::int32_t state,
+                             std::uint64_t service) {
+        return client
+            .Call(session, "NotifyReceiverState", 0,
+                  CallTree().In(kind).Text(name).In(state).In(service))
+            .Status();
+    }
+    std::int32_t NotifyReady(const std::string& name, std::uint64_t service) {
+        return client
+            .Call(session, "NotifyReadyForSetService", 5,
+                  CallTree().In(kService).Text(name).In(std::int32_t{1}).In(service))
+            .Status();
+    }
+    bool IsPending(std::int32_t kind) {
+        const Reply reply =
+            client.Call(session, "CheckPendingState", 3, CallTree().In(kind).Out(std::uint8_t{0}));
+        EXPECT_EQ(reply.Status(), kDone);
+        return *reply.Get<std::uint8_t>(2) != 0;
+    }
+
+    TestClient client;
+    std::uint32_t session;
+};
+
+// Someone who changes the main pipeline, and the applications that may hold the change.
+class PreparationTest : public testing::Test {
+protected:
+    std::int32_t SetService(std::uint64_t service) {
+        return viewer
+            .Call(navigation, "SetService", 5,
+                  CallTree().In(service).In(std::int32_t{0}).In(std::int32_t{0}).Text(""))
+            .Status();
+    }
+    std::int32_t SetSource(std::int32_t value) {
+        return viewer.Call(source, "SetSource", 0, CallTree().In(value).Text("")).Status();
+    }
+    nlohmann::json State(const std::string& name) { return tv.State("/pipelines/1:0/" + name); }
+
+    TestTv tv;
+    TestClient viewer{tv};
+    std::uint32_t navigation = viewer.Open("IServiceNavigation");
+    std::uint32_t source = viewer.Open("ISourceControl");
+    Application app{tv};
+};
+
+TEST_F(PreparationTest, NobodyRegisteredMeansNoWaiting) {
+    EXPECT_EQ(SetService(kAirService), kDone);
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_FALSE(app.IsPending(kService));
+}
+
+TEST_F(PreparationTest, HoldsAServiceUntilEveryReceiverIsReadyForIt) {
+    EXPECT_EQ(app.Register(kService, "one"), kDone);
+    EXPECT_EQ(app.Register(kService, "two"), kDone);
+    EXPECT_EQ(SetService(kAirService), kDone); // at once
+    EXPECT_TRUE(State("service").is_null());
+    EXPECT_TRUE(app.IsPending(kService));
+    EXPECT_FALSE(app.IsPending(kSource));
+    EXPECT_EQ(tv.State("/preparation/pipelines/1:0/pending/service"), "0xfa0000000002002d");
+    EXPECT_TRUE(tv.Logged("quarle-daemon", "waits for its receivers"));
+    EXPECT_EQ(app.NotifyReady("one", kAirService), kDone);
+    EXPECT_TRUE(app.IsPending(kService));
+    EXPECT_EQ(app.NotifyReady("two", kOtherAirService), kDone); // of another one
+    EXPECT_TRUE(app.IsPending(kService));
+    EXPECT_EQ(app.NotifyReady("two", kAirService), kDone);
+    EXPECT_FALSE(app.IsPending(kService));
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+}
+
+TEST_F(PreparationTest, ReadinessForAnyServiceCounts) {
+    app.Register(kService, "one");
+    SetService(kAirService);
+    EXPECT_EQ(app.NotifyState(kService, "one", 1, kAny), kDone);
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+}
+
+TEST_F(PreparationTest, ReadinessToldBeforeIsUsedUpByTheChange) {
+    app.Register(kService, "one");
+    app.NotifyReady("one", kAirService);
+    SetService(kAirService);
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    SetService(kAirService);
+    EXPECT_TRUE(app.IsPending(kService));
+}
+
+TEST_F(PreparationTest, ReadinessCanBeTakenBack) {
+    app.Register(kService, "one");
+    app.NotifyState(kService, "one", 1, kAny);
+    app.NotifyState(kService, "one", 0, kAny);
+    SetService(kAirService);
+    EXPECT_TRUE(app.IsPending(kService));
+    EXPECT_EQ(tv.State("/preparation/pipelines/1:0/receivers/0/state"), 0);
+}
+
+TEST_F(PreparationTest, ReceiversOfSourcesHoldSourcesOnly) {
+    app.Register(kSource, "one");
+    EXPECT_EQ(SetService(kAirService), kDone);
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(SetSource(13), kDone);
+    EXPECT_EQ(State("source"), 0);
+    EXPECT_TRUE(app.IsPending(kSource));
+    EXPECT_FALSE(app.IsPending(kService));
+    EXPECT_EQ(tv.State("/preparation/pipelines/1:0/pending/source"), 13);
+    EXPECT_EQ(app.NotifyState(kSource, "one", 1, kAny), kDone);
+    EXPECT_EQ(State("source"), 13);
+}
+
+TEST_F(PreparationTest, AChangeOfBothWaitsForBothKinds) {
+    SetSource(13);
+    app.Register(kSource, "source");
+    app.Register(kService, "service");
+    viewer.Call(source, "SetSource", 1, CallTree().In(std::int32_t{0}).In(kAirService).Text(""));
+    EXPECT_TRUE(app.IsPending(kSource));
+    EXPECT_TRUE(app.IsPending(kService));
+    app.NotifyReady("service", kAirService);
+    EXPECT_EQ(State("source"), 13);
+    app.NotifyState(kSource, "source", 1, kAny);
+    EXPECT_EQ(State("source"), 0);
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+}
+
+TEST_F(PreparationTest, ATvModeWaitsWithItsService) {
+    app.Register(kService, "one");
+    viewer.Call(navigation, "SetTvMode", 3, CallTree().TvMode(1, 0).In(kCableService).Text(""));
+    EXPECT_EQ(State("tvMode/antenna"), 0);
+    EXPECT_EQ(tv.State("/preparation/pipelines/1:0/pending/tvMode/antenna"), 1);
+    app.NotifyReady("one", kCableService);
+    EXPECT_EQ(State("tvMode/antenna"), 1);
+    EXPECT_EQ(State("service"), "0x11");
+}
+
+TEST_F(PreparationTest, HappensWhenTheLastOneUnregisters) {
+    app.Register(kService, "one");
+    app.Register(kService, "two");
+    SetService(kAirService);
+    EXPECT_EQ(app.Unregister(kService, "one"), kDone);
+    EXPECT_TRUE(app.IsPending(kService));
+    EXPECT_EQ(app.Unregister(kService, "two"), kDone);
+    EXPECT_FALSE(app.IsPending(kService));
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_FALSE(tv.State("/preparation/pipelines").contains("1:0"));
+}
+
+TEST_F(PreparationTest, HappensWhenTheLimitHasPassed) {
+    EXPECT_EQ(tv.Set("preparation-limit", {"1"}), "");
+    app.Register(kService, "one");
+    SetService(kAirService);
+    EXPECT_TRUE(app.IsPending(kService));
+    tv.Logged("", "");
+    tv.WaitUntil([&] { return !State("service").is_null(); });
+    EXPECT_TRUE(tv.Logged("quarle-daemon", "the limit has passed"));
+    EXPECT_FALSE(app.IsPending(kService));
+}
+
+TEST_F(PreparationTest, ANewerChangeTakesThePlaceOfOneThatWaits) {
+    app.Register(kService, "one");
+    SetService(kAirService);
+    SetService(kOtherAirService);
+    EXPECT_TRUE(tv.Logged("quarle-daemon", "is replaced"));
+    app.NotifyReady("one", kAirService); // too late
+    EXPECT_TRUE(app.IsPending(kService));
+    app.NotifyReady("one", kOtherAirService);
+    EXPECT_EQ(State("service"), "0x8000000000000007");
+    // One that nobody holds does so as well.
+    SetService(kAirService);
+    SetSource(13);
+    EXPECT_EQ(State("source"), 13);
+    EXPECT_FALSE(app.IsPending(kService));
+    EXPECT_EQ(State("service"), "0x8000000000000007");
+}
+
+TEST_F(PreparationTest, ARefusedChangeLeavesThePendingOne) {
+    app.Register(kService, "one");
+    SetService(kAirService);
+    EXPECT_LT(SetService(kAny), 0);
+    app.NotifyReady("one", kAirService);
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+}
+
+TEST_F(PreparationTest, RegistrationsOutliveTheirSession) {
+    app.Register(kService, "one");
+    app.client.Close(app.session);
+    SetService(kAirService);
+    EXPECT_TRUE(State("service").is_null());
+    app.session = app.client.Open("IPipelineUtility");
+    EXPECT_EQ(app.Unregister(kService, "one"), kDone);
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+}
+
+TEST_F(PreparationTest, RegistrationsGoWithTheirClient) {
+    app.Register(kService, "one");
+    Application other(tv);
+    other.Register(kService, "one"); // the same name is another receiver
+    SetService(kAirService);
+    app.NotifyReady("one", kAirService);
+    EXPECT_TRUE(app.IsPending(kService));
+    other.client.Die();
+    EXPECT_FALSE(app.IsPending(kService));
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+}
+
+TEST_F(PreparationTest, ReceiversBelongToOnePipeline) {
+    app.client.Close(app.session);
+    app.session = app.client.Open("IPipelineUtility", 101);
+    app.Register(kService, "one");
+    SetService(kAirService);
+    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+}
+
+TEST_F(PreparationTest, RefusesWhatMakesNoSense) {
+    EXPECT_LT(app.Register(2, "one"), 0);
+    EXPECT_TRUE(tv.Logged("norvex", "no such kind of change"));
+    EXPECT_LT(app.Register(kService, ""), 0);
+    EXPECT_LT(app.Register(kService, std::string(256, 'x')), 0);
+    EXPECT_LT(app.Unregister(kService, "one"), 0);
+    EXPECT_TRUE(tv.Logged("norvex", "\"one\" refused: is not registered"));
+    EXPECT_LT(app.NotifyState(kService, "one", 1, kAny), 0);
+    EXPECT_LT(app.NotifyReady("one", kAirService), 0);
+    app.Register(kService, "one");
+    EXPECT_LT(app.NotifyState(kSource, "one", 1, kAny), 0); // of the other kind
+    EXPECT_LT(app.NotifyState(-1, "one", 1, kAny), 0);
+    EXPECT_LT(app.NotifyReady("one", kAny), 0);
+    EXPECT_TRUE(tv.Logged("norvex", "NotifyReadyForSetService refused: the invalid service"));
+    const Reply reply = app.client.Call(app.session, "CheckPendingState", 3,
+                                        CallTree().In(std::int32_t{2}).Out(std::uint8_t{0}));
+    EXPECT_LT(reply.Status(), 0);
+    EXPECT_FALSE(reply.Find(2));
+}
+
+TEST_F(PreparationTest, ReceiversAreLimitedInNumber) {
+    for (int number = 0; number < 256; ++number)
+        EXPECT_EQ(app.Register(kService, std::to_string(number)), kDone);
+    EXPECT_LT(app.Register(kService, "one too many"), 0);
+    EXPECT_TRUE(tv.Logged("norvex", "too many receivers"));
+    EXPECT_EQ(app.Register(kService, "0"), kDone); // has its place
+}
+
+// What the snapshot tells: the events of each pipeline, and lines of text.
+struct Snapshot {
+    explicit Snapshot(const Reply& reply) {
+        wire::NodeCursor parts(*reply.Find(1));
+        wire::Node part;
+        EXPECT_TRUE(parts.Next(part));
+        wire::Node child;
+        for (wire::NodeCursor all(part); all.Next(child);) {
+            const std::string word = ReadHandle(child);
+            wire::Node times;
+            for (wire::NodeCursor fields(child); fields.Next(times);) {
+                if (times.tag == 2)
+                    events[word] = times.size / 12;
+            }
+        }
+        EXPECT_TRUE(parts.Next(part));
+        for (wire::NodeCursor all(part); all.Next(child);) {
+            wire::Node field;
+            std::string_view text;
+            for (wire::NodeCursor fields(child); fields.Next(field);) {
+                if (field.tag == 2) {
+                    EXPECT_TRUE(wire::GetText(field, text));
+                }
+            }
+            entries.push_back(ReadHandle(child) + " " + std::string(text));
+        }
+    }
+
+    static std::string ReadHandle(const wire::Node& node) {
+        wire::NodeCursor fields(node);
+        wire::Node field;
+        sim::Handle handle;
+        EXPECT_TRUE(fields.Next(field) && field.Get(handle.profile));
+        EXPECT_TRUE(fields.Next(field) && field.Get(handle.screen));
+        return handle.ToWord();
+    }
+    bool Has(const std::string& entry) const {
+        return std::find(entries.begin(), entries.end(), entry) != entries.end();
+    }
+
+    std::map<std::string, std::uint32_t> events;
+    std::vector<std::string> entries;
+};
+
+TEST_F(PreparationTest, TheStatusTellsOfAllPipelines) {
+    const auto get = [&] {
+        const Reply reply =
+            app.client.Call(app.session, "GetCurrentTPMSStatus", 4, CallTree().OutObject());
+        EXPECT_EQ(reply.Status(), kDone);
+        return Snapshot(reply);
+    };
+    EXPECT_EQ(get().events, (std::map<std::string, std::uint32_t>{{"1:0", 0}}));
+    SetService(kAirService);
+    const auto pip = viewer.Open("IAVControl", 101, 1);
+    viewer.Call(pip, "MuteVideo", 1, CallTree().In(std::int32_t{1}));
+    viewer.Call(pip, "RestartVideoDecoder", 0);
+    app.Register(kSource, "one");
+    SetSource(13);
+    const Snapshot snapshot = get();
+    // Started and captions; restarted.
+    EXPECT_EQ(snapshot.events, (std::map<std::string, std::uint32_t>{{"1:0", 2}, {"101:1", 1}}));
+    EXPECT_TRUE(snapshot.Has("1:0 source 0, antenna air, service mode 0"));
+    EXPECT_TRUE(snapshot.Has("1:0 service 0xfa0000000002002d, received"));
+    EXPECT_TRUE(snapshot.Has("1:0 pending: source 13"));
+    EXPECT_TRUE(snapshot.Has("101:1 mute: video 1, audio 0"));
+}
+
+} // namespace

@@ -1,0 +1,222 @@
+#include <gtest/gtest.h>
+
+#include "TestTv.h"
+
+namespace {
+
+using sim::Rect;
+
+const Rect kPart{100, 100, 200, 200};
+const Rect kPlace{1500, 50, 400, 300};
+const Rect kMain{0, 0, 1920, 1080};
+
+// A client's zoom control.
+class Zoomer {
+public:
+    explicit Zoomer(TestTv& tv, std::int32_t profile = 1)
+        : client(tv), session(client.Open("IZoomControl", profile)) {}
+
+    Reply Create(const Rect& source, const Rect& destination, const Rect& main) {
+        return client.Call(
+            session, "CreateZoomWindow", 0,
+            CallTree().Out(std::int32_t{-1}).Rect(source).Rect(destination).Rect(main));
+    }
+    std::int32_t Create() { return Create(kPart, kPlace, kMain).Get<std::int32_t>(1).value_or(-1); }
+    std::int32_t Delete(const std::vector<std::int32_t>& ids, const Rect& main = kMain) {
+        return client.Call(session, "DeleteZoomWindow", 1, CallTree().Ids(ids).Rect(main)).Status();
+    }
+    std::int32_t Set(const std::vector<std::int32_t>& ids, bool on) {
+        return client
+            .Call(session, "SetZoomWindow", 2,
+                  CallTree().Ids(ids).In(static_cast<std::uint8_t>(on)))
+            .Status();
+    }
+    std::int32_t Mute(const std::vector<std::int32_t>& ids, bool mute) {
+        return client
+            .Call(session, "MuteZoomWindow", 3,
+                  CallTree().Ids(ids).In(static_cast<std::uint8_t>(mute)))
+            .Status();
+    }
+    std::optional<bool> IsStarted(std::int32_t id) {
+        return Flag("IsZoomWindowStarted", 4, 2, CallTree().In(id).Out(std::uint8_t{0}));
+    }
+    std::optional<bool> IsMuted(std::int32_t id) {
+        return Flag("IsZoomWindowMuted", 5, 2, CallTree().In(id).Out(std::uint8_t{0}));
+    }
+    std::optional<bool> IsAvailable() {
+        return Flag("IsZoomAvailable", 7, 1, CallTree().Out(std::uint8_t{0}));
+    }
+    std::int32_t SetRect(std::int32_t id, const Rect& source, const Rect& destination,
+                         const Rect& main) {
+        return client
+            .Call(session, "SetZoomWindowRect", 6,
+                  CallTree().In(id).Rect(source).Rect(destination).Rect(main))
+            .Status();
+    }
+    std::int32_t SharingType() {
+        return *client.Call(session, "GetZoomSharingType", 8, CallTree().Out(std::int32_t{0}))
+                    .Get<std::int32_t>(1);
+    }
+    std::vector<std::int32_t> Connected() {
+        const Reply reply =
+            client.Call(session, "GetConnectedZoomWindows", 9, CallTree().OutObject());
+        EXPECT_EQ(reply.Status(), kDone);
+        return reply.Ids(1);
+    }
+
+    TestClient client;
+    std::uint32_t session;
+
+private:
+    std::optional<bool> Flag(const char* method, std::int16_t id, std::int16_t place,
+                             const CallTree& arguments) {
+        const Reply reply = client.Call(session, method, id, arguments);
+        const auto flag = reply.Get<std::uint8_t>(place);
+        EXPECT_EQ(reply.Status() > 0, flag.has_value());
+        return flag ? std::optional(*flag != 0) : std::nullopt;
+    }
+};
+
+TEST(ZoomControl, MakesWindowsUpToALimit) {
+    TestTv tv;
+    Zoomer zoomer(tv);
+    EXPECT_EQ(zoomer.IsAvailable(), true);
+    EXPECT_EQ(zoomer.SharingType(), 1);
+    EXPECT_TRUE(zoomer.Connected().empty());
+    for (std::int32_t id = 1; id <= 4; ++id)
+        EXPECT_EQ(zoomer.Create(), id);
+    EXPECT_EQ(zoomer.Connected(), (std::vector<std::int32_t>{1, 2, 3, 4}));
+    EXPECT_EQ(zoomer.IsAvailable(), false);
+    EXPECT_EQ(zoomer.SharingType(), 0);
+    const Reply reply = zoomer.Create(kPart, kPlace, kMain);
+    EXPECT_LT(reply.Status(), 0);
+    EXPECT_FALSE(reply.Find(1));
+    EXPECT_TRUE(tv.Logged("tvfpaparser", "CreateZoomWindow refused: there are 4 windows"));
+    EXPECT_EQ(zoomer.Delete({2}), kDone);
+    EXPECT_EQ(zoomer.SharingType(), 2);
+    EXPECT_EQ(zoomer.Create(), 5); // ids are not used again
+    EXPECT_EQ(tv.Set("zoom-limit", {"5"}), "");
+    EXPECT_EQ(zoomer.IsAvailable(), true);
+}
+
+TEST(ZoomControl, ChecksEveryRectangle) {
+    TestTv tv;
+    Zoomer zoomer(tv);
+    const std::int32_t window = zoomer.Create();
+    for (const Rect& bad :
+         {Rect{-1, 0, 100, 100}, Rect{0, 0, 0, 0}, Rect{0, 0, 10, -10}, Rect{1900, 0, 100, 100},
+          Rect{0, 1000, 100, 81}, Rect{INT32_MAX, INT32_MAX, INT32_MAX, INT32_MAX}}) {
+        EXPECT_LT(zoomer.Create(bad, kPlace, kMain).Status(), 0);
+        EXPECT_TRUE(tv.Logged("tvfpaparser", "CreateZoomWindow refused"));
+        EXPECT_LT(zoomer.Create(kPart, bad, kMain).Status(), 0);
+        EXPECT_LT(zoomer.Create(kPart, kPlace, bad).Status(), 0);
+        EXPECT_LT(zoomer.SetRect(window, bad, kPlace, kMain), 0);
+        EXPECT_TRUE(tv.Logged("tvfpaparser", "SetZoomWindowRect refused"));
+        EXPECT_LT(zoomer.SetRect(window, kPart, bad, kMain), 0);
+        EXPECT_LT(zoomer.SetRect(window, kPart, kPlace, bad), 0);
+        EXPECT_LT(zoomer.Delete({window}, bad), 0);
+    }
+    EXPECT_EQ(zoomer.Connected(), std::vector<std::int32_t>{window});
+    EXPECT_EQ(tv.State("/zoom/windows/1/destination"), kPlace.Describe());
+    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), kMain.Describe());
+}
+
+TEST(ZoomControl, MovesAWindowAndTheMainPicture) {
+    TestTv tv;
+    Zoomer zoomer(tv);
+    const std::int32_t window = zoomer.Create();
+    const Rect part{0, 0, 1, 1};
+    const Rect place{10, 20, 30, 40};
+    const Rect main{0, 0, 1280, 720};
+    EXPECT_EQ(zoomer.SetRect(window, part, place, main), kDone);
+    EXPECT_EQ(tv.State("/zoom/windows/1/source"), part.Describe());
+    EXPECT_EQ(tv.State("/zoom/windows/1/destination"), place.Describe());
+    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), main.Describe());
+    EXPECT_EQ(zoomer.Delete({window}, kMain), kDone);
+    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), kMain.Describe());
+    EXPECT_EQ(tv.State("/zoom/windows"), nlohmann::json::object());
+}
+
+TEST(ZoomControl, StartsAndMutesSeveralAtOnce) {
+    TestTv tv;
+    Zoomer zoomer(tv);
+    const std::int32_t first = zoomer.Create();
+    const std::int32_t second = zoomer.Create();
+    EXPECT_EQ(zoomer.IsStarted(first), false);
+    EXPECT_EQ(zoomer.IsMuted(first), false);
+    EXPECT_EQ(zoomer.Set({first, second}, true), kDone);
+    EXPECT_EQ(zoomer.Mute({second, second}, true), kDone);
+    EXPECT_EQ(zoomer.IsStarted(first), true);
+    EXPECT_EQ(zoomer.IsStarted(second), true);
+    EXPECT_EQ(zoomer.IsMuted(first), false);
+    EXPECT_EQ(zoomer.IsMuted(second), true);
+    EXPECT_EQ(zoomer.Mute({second}, false), kDone);
+    EXPECT_EQ(zoomer.Set({first}, false), kDone);
+    EXPECT_EQ(zoomer.IsMuted(second), false);
+    EXPECT_EQ(zoomer.IsStarted(first), false);
+}
+
+TEST(ZoomControl, RefusesUnknownWindowsAllOrNothing) {
+    TestTv tv;
+    Zoomer zoomer(tv);
+    const std::int32_t window = zoomer.Create();
+    for (const std::int32_t unknown : {-1, 0, 2, INT32_MAX}) {
+        EXPECT_LT(zoomer.Set({window, unknown}, true), 0);
+        EXPECT_TRUE(tv.Logged("tvfpaparser", "SetZoomWindow refused"));
+        EXPECT_LT(zoomer.Mute({window, unknown}, true), 0);
+        EXPECT_LT(zoomer.Delete({window, unknown}), 0);
+        EXPECT_LT(zoomer.SetRect(unknown, kPart, kPlace, kMain), 0);
+        EXPECT_FALSE(zoomer.IsStarted(unknown));
+        EXPECT_FALSE(zoomer.IsMuted(unknown));
+    }
+    EXPECT_LT(zoomer.Delete({}), 0);
+    EXPECT_EQ(zoomer.IsStarted(window), false);
+    EXPECT_EQ(zoomer.IsMuted(window), false);
+    EXPECT_EQ(zoomer.Connected().size(), 1u);
+}
+
+TEST(ZoomControl, WindowsBelongToTheirPipelineAndClient) {
+    TestTv tv;
+    Zoomer owner(tv);
+    Zoomer other(tv);
+    Zoomer elsewhere(tv, 101);
+    const std::int32_t window = owner.Create();
+    // Everybody sees it.
+    EXPECT_EQ(owner.Set({window}, true), kDone);
+    EXPECT_EQ(other.IsStarted(window), true);
+    EXPECT_EQ(other.Connected(), std::vector<std::int32_t>{window});
+    EXPECT_LT(other.Delete({window}), 0);
+    EXPECT_TRUE(tv.Logged("tvfpaparser", "window 1 is client"));
+    EXPECT_LT(other.Mute({window}, true), 0);
+    EXPECT_LT(other.SetRect(window, kPart, kPlace, kMain), 0);
+    EXPECT_FALSE(elsewhere.IsStarted(window));
+    EXPECT_TRUE(elsewhere.Connected().empty());
+    // It is not the session's.
+    owner.client.Close(owner.session);
+    EXPECT_EQ(other.Connected(), std::vector<std::int32_t>{window});
+}
+
+TEST(ZoomControl, WindowsVanishWithTheirClient) {
+    TestTv tv;
+    Zoomer owner(tv);
+    Zoomer other(tv);
+    owner.Create(kPart, kPlace, {0, 0, 640, 480});
+    const std::int32_t kept =
+        other.Create(kPart, kPlace, {0, 0, 960, 540}).Get<std::int32_t>(1).value();
+    owner.client.Die();
+    EXPECT_EQ(other.Connected(), std::vector<std::int32_t>{kept});
+    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture/width"), 960);
+    EXPECT_TRUE(tv.Logged("tvfpaparser", "is gone with client"));
+}
+
+TEST(ZoomControl, TheMainPictureIsWholeAgainWhenTheLastClientIsGone) {
+    TestTv tv;
+    Zoomer owner(tv, 101);
+    owner.Create(kPart, kPlace, {0, 0, 640, 480});
+    EXPECT_EQ(tv.State("/pipelines/101:0/mainPicture/width"), 640);
+    owner.client.Die();
+    EXPECT_FALSE(tv.State("/pipelines").contains("101:0"));
+    EXPECT_EQ(tv.State("/zoom/windows"), nlohmann::json::object());
+}
+
+} // namespace
