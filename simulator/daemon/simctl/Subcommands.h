@@ -20,5 +20,6 @@ void AddInject(CLI::App& app, Line& line);
 void AddWait(CLI::App& app, Line& line);
 void AddReset(CLI::App& app, Line& line);
 void AddSet(CLI::App& app, Line& line);
+void AddSignal(CLI::App& app, Line& line);
 
 } // namespace simctl

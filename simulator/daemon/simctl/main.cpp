@@ -22,6 +22,7 @@ int main(int count, char** words) {
     simctl::AddWait(app, line);
     simctl::AddReset(app, line);
     simctl::AddSet(app, line);
+    simctl::AddSignal(app, line);
 
     try {
         app.parse(count, words);
