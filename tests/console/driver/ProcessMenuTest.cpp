@@ -83,7 +83,7 @@ TEST_F(ProcessMenu, WhatANumberIsTheDeviceDecides) {
 
 TEST_F(ProcessMenu, NumbersWithoutAnEntryAreNotImplemented) {
     for (const char* word : {"2", "0", "8", "00", "9", "10", "98", "100", "2147483648",
-                             "4294967295", "99999999999999999999"}) {
+                             "4294967295", "99999999999999999999", "9223372036854775809"}) {
         Console again;
         again.type(word).type("99").run(zarn_startmaindebug);
         EXPECT_EQ(again.transcript(), "DebugUtil\n" + screens::processMenu +

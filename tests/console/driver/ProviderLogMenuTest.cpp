@@ -151,7 +151,8 @@ TEST_F(ProviderLogMenu, StateSurvivesTheConsole) {
 }
 
 TEST_F(ProviderLogMenu, AnyNumberButZeroMeansOn) {
-    for (const char* word : {"1", "2", "-1", "+7", "1x", "099", "4294967297"}) {
+    for (const char* word :
+         {"1", "2", "-1", "+7", "1x", "099", "4294967297", "9223372036854775808"}) {
         currentMenu = 1;
         QuarleLogonOff = false;
         EXPECT_EQ(ParserQuarleCommand(word), providerListOn) << word;
@@ -162,7 +163,8 @@ TEST_F(ProviderLogMenu, AnyNumberButZeroMeansOn) {
 }
 
 TEST_F(ProviderLogMenu, WordsWithoutANumberAndZeroMeanOff) {
-    for (const char* word : {"yes", "0", "off", "x", "on", "x1", "00", "-0", "4294967296"}) {
+    for (const char* word :
+         {"yes", "0", "off", "x", "on", "x1", "00", "-0", "4294967296", "-9223372036854775809"}) {
         currentMenu = 1;
         QuarleLogonOff = true;
         makeMarker();
