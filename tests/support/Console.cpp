@@ -14,6 +14,9 @@ namespace {
 
 struct OutOfWords {};
 
+// More often than any scenario waits for a prompt.
+constexpr int kMostFlushes = 20000;
+
 // One step of the input: a word, something to be done before it, or a time without words.
 struct Step {
     std::string word;
@@ -115,6 +118,7 @@ private:
         std::lock_guard lock(m_mutex);
         Timeline::now().typed(step.fault == std::ios_base::badbit ? "<broken>" : "<end>");
         m_faulty = step;
+        m_faultyFlushes = 0;
         m_sinceFlush.clear();
         if (step.fault == std::ios_base::badbit) {
             // The mask would turn the fault into an exception; it is only for running out of words.
@@ -130,7 +134,17 @@ private:
         std::lock_guard lock(m_mutex);
         const bool prompted = m_sinceFlush.ends_with(m_faulty.prompt);
         m_sinceFlush.clear();
-        if (m_faulty.prompts > 0 && prompted && --m_faulty.prompts == 0) {
+        if (m_faulty.prompts == 0)
+            return;
+        // A console that repeats something else would do so for ever.
+        if (++m_faultyFlushes > kMostFlushes) {
+            ADD_FAILURE() << "without input, the console does not come back to \""
+                          << m_faulty.prompt << "\"";
+            m_faulty.prompts = 1;
+        } else if (!prompted) {
+            return;
+        }
+        if (--m_faulty.prompts == 0) {
             std::cin.clear();
             std::cin.exceptions(std::ios_base::badbit);
         }
@@ -139,6 +153,7 @@ private:
     std::mutex m_mutex;
     std::string m_sinceFlush;
     Step m_faulty;
+    int m_faultyFlushes = 0;
 
     Input m_input;
     Output m_output;
