@@ -26,11 +26,12 @@ std::string MarkerFile() {
                                            "quarle-provider/data/FCdebug.conf");
 }
 
-// Switching off goes the way of switching on backwards.
+// Switching off goes the way of switching on backwards. What fails is passed over: the tags follow
+// the switch without the file, too.
 
 void SwitchLogOn() {
     if (std::FILE* marker = std::fopen(MarkerFile().c_str(), "w"))
-        std::fclose(marker);
+        static_cast<void>(std::fclose(marker));
     startdlogtagbydefault(kDaemonTag);
     startdlogtagbydefault(kProviderTag);
 }
@@ -38,7 +39,7 @@ void SwitchLogOn() {
 void SwitchLogOff() {
     stopdlogtagbydefault(kDaemonTag);
     stopdlogtagbydefault(kProviderTag);
-    std::remove(MarkerFile().c_str());
+    static_cast<void>(std::remove(MarkerFile().c_str()));
 }
 
 } // namespace
@@ -52,8 +53,8 @@ std::string GetQuarleDebugMenu() {
     currentMenu = kListScreen;
 
     char row[256];
-    std::snprintf(row, sizeof(row), "%2d: [%-3s] %-17s", 0, QuarleLogonOff ? "ON" : "OFF",
-                  "QUARLE_PROVIDER");
+    static_cast<void>(std::snprintf(row, sizeof(row), "%2d: [%-3s] %-17s", 0,
+                                    QuarleLogonOff ? "ON" : "OFF", "QUARLE_PROVIDER"));
 
     std::string menu = "\n";
     menu += kFrameRule;
