@@ -112,7 +112,7 @@ TEST_F(JournalTest, TheOldestMakeWayForTheNew) {
     for (std::size_t call = 0; call < 500; ++call) {
         Add(journal, std::string(call % 97, 'w'), std::string(call % 113, 's'));
         ASSERT_EQ(journal.GetEnd(), call + 1);
-        ASSERT_GT(journal.GetEnd() - journal.GetBegin(), 5u);
+        ASSERT_TRUE(call < 6 || journal.GetEnd() - journal.GetBegin() > 5);
         for (std::uint64_t place = journal.GetBegin(); place < journal.GetEnd(); ++place) {
             const json words = journal.Describe(place);
             ASSERT_EQ(words["sequence"], place + 1);

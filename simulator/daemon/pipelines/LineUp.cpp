@@ -44,6 +44,12 @@ std::optional<Transponder> ParseTransponder(const std::string& word) {
     return transponder;
 }
 
+std::uint64_t ToSignalData(const ServiceFacts& facts) {
+    return std::uint64_t{static_cast<std::uint16_t>(facts.channelType)} |
+           std::uint64_t{static_cast<std::uint16_t>(facts.profile)} << 16 |
+           std::uint64_t{static_cast<std::uint16_t>(facts.major)} << 32;
+}
+
 std::optional<ServiceFacts> NoLineUp::FindFacts(std::uint64_t service) {
     if (service == INVALID_SERVICE_ID)
         return {};

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "ReplyWriter.h"
+
 namespace sim {
 
 // What a pipeline can be set to: antenna mode and service mode, numbered as clients number them.
@@ -43,12 +45,31 @@ struct ServiceFacts {
     bool operator==(const ServiceFacts&) const = default;
 };
 
+// The payload of SIGNAL_SI_STARTED.
+std::uint64_t ToSignalData(const ServiceFacts& facts);
+
+// What a line-up that was set up can do beside.
+class ChannelList {
+public:
+    virtual ~ChannelList() = default;
+    // GetServiceList's answer: status and records, of the services of that TV mode. `criteria` fits
+    // kCriteria.
+    virtual void List(const wire::Node& criteria, const TvMode& tvMode, std::int32_t first,
+                      std::int32_t count, ReplyWriter& out) = 0;
+    // The service that the TV starts with. -1 in the TV mode: whatever it is. kDone or a refusal,
+    // which is in the log then.
+    virtual std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode,
+                                          std::int32_t option) = 0;
+};
+
 // Where the pipelines ask what a service id is.
 class LineUp {
 public:
     virtual ~LineUp() = default;
     // Nothing for an id that no service has.
     virtual std::optional<ServiceFacts> FindFacts(std::uint64_t service) = 0;
+    // Null: the channels were never set up.
+    virtual ChannelList* GetChannelList() { return nullptr; }
 };
 
 // A TV whose channels were never set up: tunes what it is told to, and knows nothing of it.

@@ -29,7 +29,7 @@ PipelineParts MountPipelines(Chassis& chassis, LineUp& lineUp) {
     chassis.Mount<TunerControl>(chassis, pipelines);
     chassis.Mount<DataControl>(chassis, pipelines);
     chassis.Mount<SourceControl>(chassis, pipelines, preparation, surroundings);
-    chassis.Mount<ServiceNavigation>(chassis, pipelines, preparation);
+    chassis.Mount<ServiceNavigation>(chassis, lineUp, pipelines, preparation);
     chassis.Mount<PipelineUtility>(chassis, pipelines, preparation);
     chassis.Mount<ZoomControl>(chassis, pipelines);
 

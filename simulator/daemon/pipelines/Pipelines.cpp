@@ -10,17 +10,6 @@
 
 namespace sim {
 
-namespace {
-
-// The payload of SIGNAL_SI_STARTED.
-std::uint64_t PackFacts(const ServiceFacts& facts) {
-    return std::uint64_t{static_cast<std::uint16_t>(facts.channelType)} |
-           std::uint64_t{static_cast<std::uint16_t>(facts.profile)} << 16 |
-           std::uint64_t{static_cast<std::uint16_t>(facts.major)} << 32;
-}
-
-} // namespace
-
 Pipelines::Pipelines(Chassis& chassis, LineUp& lineUp, Surroundings& surroundings,
                      Subscribers& subscribers)
     : m_chassis(chassis), m_log(chassis.log), m_lineUp(lineUp), m_surroundings(surroundings),
@@ -165,7 +154,7 @@ void Pipelines::UpdateReception(Pipeline& pipeline) {
                     receives ? "comes in" : "has stopped");
         if (receives) {
             NoteEvent(pipeline, SI_EVENT_STARTED);
-            m_subscribers.Emit(SIGNAL_SI_STARTED, pipeline.handle, PackFacts(pipeline.facts));
+            m_subscribers.Emit(SIGNAL_SI_STARTED, pipeline.handle, ToSignalData(pipeline.facts));
         }
     }
     const bool captions = HasCaptions(pipeline);

@@ -6,16 +6,17 @@
 
 #include "PipelineForms.h"
 #include "Results.h"
+#include "ServiceForms.h"
 
 namespace sim {
 
-ServiceNavigation::ServiceNavigation(Chassis& chassis, Pipelines& pipelines,
+ServiceNavigation::ServiceNavigation(Chassis& chassis, LineUp& lineUp, Pipelines& pipelines,
                                      Preparation& preparation)
-    : PipelineInterface("com.holvi.IServiceNavigation", chassis, pipelines),
+    : PipelineInterface("com.holvi.IServiceNavigation", chassis, pipelines), m_lineUp(lineUp),
       m_preparation(preparation) {
     Add("GetTvMode", {Out("status", kInt), Out("tvMode", kTvMode)}, &ServiceNavigation::GetTvMode);
     Add("GetServiceList",
-        {Out("status", kInt), In("criteria", kAnything), Out("records", kAnything),
+        {Out("status", kInt), In("criteria", kCriteria), Out("records", kRecords),
          In("tvMode", kTvMode), In("first", kInt), In("count", kInt)},
         &ServiceNavigation::GetServiceList);
     Add("SetTvMode", {Out("status", kInt), In("tvMode", kTvMode), In("text", kText)},
@@ -60,8 +61,15 @@ void ServiceNavigation::GetTvMode(const Call& call, const ArgumentReader&, Reply
     WriteTvMode(out.Tree(), 1, PipelineOf(call).tvMode);
 }
 
-void ServiceNavigation::GetServiceList(const Call&, const ArgumentReader&, ReplyWriter& out) {
-    RefuseWithoutLineUp("GetServiceList", out);
+void ServiceNavigation::GetServiceList(const Call& call, const ArgumentReader& in,
+                                       ReplyWriter& out) {
+    ChannelList* list = m_lineUp.GetChannelList();
+    if (list == nullptr)
+        return RefuseWithoutLineUp("GetServiceList", out);
+    TvMode tvMode;
+    if (!ReadMode(PipelineOf(call), in.At(3), "GetServiceList", tvMode))
+        return out.Int(0, kBadArgument);
+    list->List(in.At(1), tvMode, in.Int(4), in.Int(5), out);
 }
 
 // Without a service: back to what was shown last under that mode.
@@ -139,8 +147,11 @@ void ServiceNavigation::Show(const Call& call, std::uint64_t service,
     m_preparation.Request(HandleOf(call), change);
 }
 
-void ServiceNavigation::SetBootupService(const Call&, const ArgumentReader&, ReplyWriter& out) {
-    RefuseWithoutLineUp("SetBootupService", out);
+void ServiceNavigation::SetBootupService(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    ChannelList* list = m_lineUp.GetChannelList();
+    if (list == nullptr)
+        return RefuseWithoutLineUp("SetBootupService", out);
+    out.Int(0, list->SetBootupService(in.Number64(1), ReadTvMode(in.At(2)), in.Int(3)));
 }
 
 void ServiceNavigation::GetLatestVeldaServiceId(const Call& call, const ArgumentReader& in,

@@ -10,7 +10,8 @@ namespace sim {
 // com.holvi.IServiceNavigation: what a pipeline is tuned to, and the way through the line-up.
 class ServiceNavigation : public PipelineInterface {
 public:
-    ServiceNavigation(Chassis& chassis, Pipelines& pipelines, Preparation& preparation);
+    ServiceNavigation(Chassis& chassis, LineUp& lineUp, Pipelines& pipelines,
+                      Preparation& preparation);
 
 private:
     void GetTvMode(const Call& call, const ArgumentReader& in, ReplyWriter& out);
@@ -32,6 +33,7 @@ private:
                    ReplyWriter& out);
     void RefuseWithoutLineUp(const char* operation, ReplyWriter& out);
 
+    LineUp& m_lineUp;
     Preparation& m_preparation;
 };
 

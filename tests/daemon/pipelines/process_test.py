@@ -41,15 +41,27 @@ class TvTestCase(unittest.TestCase):
         with os.fdopen(ready) as end:
             self.assertEqual(end.read(), "ready\n")
 
-    def simctl(self, *words, check=True):
+    def simctl(self, *words):
         return subprocess.run(
             [SIMCTL, *words],
             env=self.environment,
             stdout=subprocess.PIPE,
             text=True,
             timeout=LIMIT,
-            check=check,
+            check=True,
         ).stdout
+
+    def simctl_fails(self, *words):
+        """Its status and its line of error."""
+        done = subprocess.run(
+            [SIMCTL, *words],
+            env=self.environment,
+            stderr=subprocess.PIPE,
+            text=True,
+            timeout=LIMIT,
+            check=False,
+        )
+        return done.returncode, done.stderr
 
     def state(self):
         return json.loads(self.simctl("state", "--json"))
@@ -137,6 +149,25 @@ class PipelineTest(TvTestCase):
         self.assertEqual(self.simctl("signal", "193", "serviceId=7", "count=100"), "100\n")
         for _ in range(100):
             console.expect_exact("serviceId: 7\r\n")
+
+    def test_signals_and_settings_that_make_no_sense_are_refused(self):
+        for words in (
+            ("signal", "SI_STARTED"),
+            ("signal", "2147483648"),
+            ("signal", "81", "chType"),
+            ("signal", "81", "serviceId=1"),
+            ("signal", "81", "chType=65536"),
+            ("signal", "81", "chType=-32769"),
+            ("signal", "194", "flag=1x"),
+            ("signal", "4711", "flag=1"),
+            ("signal", "195", "screen=65536"),
+            ("signal", "195", "count=10001"),
+            ("set", "hdmi", "hdmi9", "plugged"),
+            ("set", "nothing", "1"),
+        ):
+            self.assertEqual(self.simctl_fails(*words)[0], 1, words)
+        self.assertEqual(self.state()["daemon"]["signals"], 0)
+        self.assertIn("success", self.simctl_fails("signal", "195", "successes=1")[1])
 
     def test_surroundings_change_what_a_console_is_told(self):
         console = self.console()

@@ -1,0 +1,625 @@
+"""norvex-sim and norvex-simctl as processes."""
+
+import contextlib
+import errno
+import json
+import os
+import resource
+import signal
+import socket
+import stat
+import struct
+import subprocess
+import tempfile
+import unittest
+
+import norvex_wire as wire
+from norvex_tv import LIMIT, SIM, SIMCTL, Tv
+
+
+class TvTestCase(unittest.TestCase):
+    def tv(self, *options, **more):
+        tv = Tv(*options, **more)
+        self.addCleanup(tv.__exit__)
+        return tv
+
+    def folder(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        return folder.name
+
+    def assert_fails(self, words, status, text, **options):
+        result = subprocess.run(words, capture_output=True, text=True, timeout=LIMIT, check=False,
+                                **options)
+        self.assertEqual((result.returncode, result.stdout), (status, ""), result)
+        self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
+        self.assertIn(text, result.stderr)
+
+    def assert_closed(self, connection):
+        with self.assertRaises(wire.Closed):
+            connection.receive()
+
+
+class StartTestCase(TvTestCase):
+    def test_help_is_shown(self):
+        for words in [[SIM], [SIMCTL], [SIMCTL, "state"], [SIMCTL, "calls"], [SIMCTL, "inject"],
+                      [SIMCTL, "wait"], [SIMCTL, "reset"], [SIMCTL, "set"]]:
+            result = subprocess.run([*words, "--help"], capture_output=True, text=True,
+                                    timeout=LIMIT, check=False)
+            self.assertEqual((result.returncode, result.stderr), (0, ""))
+            self.assertIn("Usage: ", result.stdout)
+
+    def test_bad_arguments_are_one_line_and_status_2(self):
+        for words in [["--nonsense"], ["word"], ["--ready-fd", "x"], ["--items", "-1"],
+                      ["--socket"], ["--ready-fd", "987"], ["--socket", "/tmp/" + "x" * 200]]:
+            self.assert_fails([SIM, *words], 2, "norvex-sim: ")
+        for words in [[], ["nonsense"], ["inject", "IA.B"], ["inject", "IA.B", "--drop", "--die"],
+                      ["inject", "--drop"], ["inject", "IA.B", "--delay", "-1"], ["wait"],
+                      ["wait", "/debug/qos"], ["wait", "/debug/qos", "like", "1"],
+                      ["wait", "calls", "IA.B", "many"], ["set"]]:
+            self.assert_fails([SIMCTL, *words], 2, "norvex-simctl: ")
+
+    def test_a_file_that_is_no_database_is_refused(self):
+        folder = self.folder()
+        path = os.path.join(folder, "text")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write("no database\n" * 100)
+        words = [SIM, "--socket", os.path.join(folder, "s"), "--database"]
+        self.assert_fails([*words, path], 1, "file is not a database")
+        self.assert_fails([*words, os.path.join(folder, "none", "db")], 1, "unable to open")
+        self.assertEqual(os.listdir(folder), ["text"])
+
+    def test_sockets_are_the_users_own_and_go_at_the_end(self):
+        tv = self.tv()
+        for path in (tv.socket, tv.socket + ".ctl"):
+            self.assertEqual(stat.S_IMODE(os.stat(path).st_mode), 0o600)
+        for number in (signal.SIGTERM, signal.SIGINT):
+            with tv.connect() as client:
+                self.assertEqual(tv.end(number), 0)
+                self.assert_closed(client)
+            self.assertEqual(os.listdir(tv.folder), ["log"])
+            tv.start()
+
+    def test_a_second_daemon_on_a_socket_is_refused(self):
+        tv = self.tv()
+        self.assert_fails([SIM, "--socket", tv.socket], 1,
+                          "another norvex-sim is running on " + tv.socket)
+        self.assertEqual(tv.simctl("wait", "/debug/qos == false"), "")
+
+    def test_of_many_that_start_at_once_exactly_one_runs(self):
+        folder = self.folder()
+        path = os.path.join(folder, "s")
+        for _ in range(3):
+            ready, told = os.pipe()
+            daemons = [subprocess.Popen([SIM, "--socket", path, "--ready-fd", str(told)],
+                                        pass_fds=[told], stderr=subprocess.PIPE)
+                       for _ in range(6)]
+            os.close(told)
+            with os.fdopen(ready) as lines:
+                self.assertEqual(lines.read(), "ready\n")
+            running = [daemon for daemon in daemons if daemon.poll() is None]
+            self.assertEqual(len(running), 1)
+            # The next round finds what a dead one leaves.
+            running[0].kill()
+            for daemon in daemons:
+                daemon.communicate(timeout=LIMIT)
+
+    def test_the_socket_of_a_dead_daemon_is_cleared_away(self):
+        tv = self.tv()
+        with tv.connect() as client:
+            before = client.epoch
+        tv.kill()
+        self.assertIn("tv.sock", os.listdir(tv.folder))
+        tv.start()
+        with tv.connect() as client:
+            self.assertNotEqual(client.epoch, before)
+
+    def test_what_is_no_socket_stays(self):
+        path = os.path.join(self.folder(), "s")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write("mine")
+        self.assert_fails([SIM, "--socket", path], 1, "exists and is no socket")
+        with open(path, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "mine")
+
+    def test_the_environment_names_the_socket(self):
+        folder = self.folder()
+        environment = {**os.environ, "NORVEX_SOCKET": os.path.join(folder, "s")}
+        self.assert_fails([SIMCTL, "state"], 1, "no daemon is running at", env=environment)
+        del environment["NORVEX_SOCKET"]
+        environment["XDG_RUNTIME_DIR"] = folder
+        self.assert_fails([SIMCTL, "state"], 1, os.path.join(folder, "norvex.sock"),
+                          env=environment)
+
+    def test_state_is_kept_in_the_database_through_a_sudden_end(self):
+        tv = self.tv("--database", os.path.join(self.folder(), "db"))
+        with tv.connect() as client:
+            client.start()
+            client.execute("items")
+            client.execute("103")
+            client.execute("qos")
+            client.execute("on")
+            client.call("IDevice", "StartLogTag", 1,
+                        [wire.value(0, "i", -1), wire.text(1, "quarle-daemon", wire.IN)])
+        tv.simctl("set", "key", "db/other", "-5")
+        tv.kill()
+        tv.start()
+        state = tv.state()
+        self.assertEqual(state["debug"]["itemsOn"], 1)
+        self.assertTrue(state["debug"]["items"][2]["state"])
+        self.assertTrue(state["debug"]["qos"])
+        self.assertTrue(state["device"]["logTags"]["quarle-daemon"])
+        self.assertEqual(state["device"]["keys"]["db/other"], -5)
+
+    def test_without_a_database_state_ends_with_the_daemon(self):
+        tv = self.tv()
+        with tv.connect() as client:
+            client.start()
+            client.execute("qos")
+            client.execute("on")
+        # It survives the client, though.
+        self.assertTrue(tv.state()["debug"]["qos"])
+        tv.end()
+        tv.start()
+        self.assertFalse(tv.state()["debug"]["qos"])
+
+
+class DebugPrintControlTestCase(TvTestCase):
+    STATUS = wire.value(0, "i", -1)
+
+    def setUp(self):
+        self.daemon = self.tv()
+        self.client = self.daemon.connect()
+        self.addCleanup(self.client.close)
+
+    def call(self, method, method_id, *arguments, status=STATUS):
+        return self.client.call("IDebugPrintControl", method, method_id, [status, *arguments])
+
+    def test_a_dialogue_from_start_to_stop(self):
+        status, screen = self.client.start()
+        self.assertEqual(status, 1)
+        self.assertTrue(screen.endswith("norvex> "))
+        status, screen = self.client.execute("nonsense")
+        self.assertEqual(status, 1)
+        self.assertIn('Unknown word "nonsense"', screen)
+        self.assertEqual(self.client.execute("99")[0], 0)
+        self.assertEqual(self.client.stop(), 1)
+        self.assertEqual(self.client.stop(), 0)
+
+    def test_a_word_without_a_dialogue_is_refused(self):
+        self.assertEqual(self.client.execute("help"), (-1, ""))
+        self.client.start()
+        self.client.execute("99")
+        self.assertEqual(self.client.execute("help"), (-1, ""))
+        self.assertIn("#1 client 1 has no dialogue open", self.daemon.log())
+
+    def test_each_client_has_its_own_dialogue(self):
+        with self.daemon.connect() as other:
+            self.client.start()
+            self.client.execute("items")
+            self.assertEqual(other.execute("101")[0], -1)
+            other.start()
+            self.assertIn("Unknown word", other.execute("101")[1])
+            self.assertIn("Tuner lock is ON", self.client.execute("101")[1])
+            self.assertIn(" items on : 1 of 16", other.execute("status")[1])
+            # A second connection of the same client goes on where the first one is.
+            with self.daemon.connect(token=self.client.token) as again:
+                self.assertIn("Tuner lock is OFF", again.execute("101")[1])
+
+    def test_items_are_listed_and_set(self):
+        def items():
+            answer = self.call("GetMenuItems", 4, wire.branch(1, []))
+            self.assertEqual(wire.read(answer[0], "i"), 1)
+            listed = []
+            for place, (tag, kind, _, content) in enumerate(wire.nodes(answer[1])):
+                self.assertEqual((tag, kind), (place, wire.BRANCH))
+                item = wire.by_tag(content)
+                listed.append((wire.read_text(item[0]), wire.read(item[1], "B"),
+                               wire.read(item[2], "I")))
+            return listed
+
+        self.assertEqual(items()[:2], [("Tuner lock", 0, 101), ("Section filter", 0, 102)])
+        answer = self.call("SetMenuItem", 6, wire.menu_item(1, "any name", 1, 102, wire.IN))
+        self.assertEqual(wire.read(answer[0], "i"), 1)
+        self.assertEqual(items()[1], ("Section filter", 1, 102))
+        answer = self.call("SetMenuItem", 6, wire.menu_item(1, "Tuner lock", 1, 7, wire.IN))
+        self.assertEqual(wire.read(answer[0], "i"), -2)
+        both = [wire.menu_item(0, "", 1, 101), wire.menu_item(1, "", 0, 102)]
+        self.call("SetMenuItems", 5, wire.branch(1, both, wire.IN))
+        self.assertEqual([item[1] for item in items()[:3]], [1, 0, 0])
+        # One that is not there, and none is set.
+        both = [wire.menu_item(0, "", 0, 101), wire.menu_item(1, "", 0, 7)]
+        answer = self.call("SetMenuItems", 5, wire.branch(1, both, wire.IN))
+        self.assertEqual(wire.read(answer[0], "i"), -2)
+        self.assertEqual(items()[0][1], 1)
+        answer = self.call("Check", 3, wire.value(1, "i", 0))
+        self.assertEqual((wire.read(answer[0], "i"), wire.read(answer[1], "i")), (1, 1))
+
+    def test_ten_thousand_items_arrive_whole(self):
+        self.daemon.simctl("set", "items", 10000)
+        answer = self.call("GetMenuItems", 4, wire.branch(1, []))
+        listed = wire.nodes(answer[1])
+        self.assertEqual(len(listed), 10016)
+        last = wire.by_tag(listed[-1][3])
+        self.assertEqual(wire.read_text(last[0]), "Extra debug switch 10000")
+        self.assertEqual(wire.read(last[2], "I"), 10116)
+
+    def test_qos_and_modes_are_switched(self):
+        nothing = wire.value(0, "B", 0)
+        self.assertEqual(self.call("IsQoSEnabled", 8, status=nothing)[0], b"\0")
+        answer = self.call("SetQoSEnabled", 7, wire.value(1, "B", 1, wire.IN))
+        self.assertEqual(wire.read(answer[0], "i"), 1)
+        self.assertEqual(self.call("IsQoSEnabled", 8, status=nothing)[0], b"\1")
+        for mode, result in ((1, 1), (9, -2)):
+            answer = self.call("SetDebugMode", 9, wire.value(1, "i", mode, wire.IN),
+                               wire.value(2, "B", 1, wire.IN))
+            self.assertEqual(wire.read(answer[0], "i"), result)
+            answer = self.call("IsDebugModeEnabled", 10, wire.value(1, "i", mode, wire.IN),
+                               status=nothing)
+            self.assertEqual(wire.read(answer[0], "B"), int(result > 0))
+
+    def test_a_dialogue_ends_with_its_client(self):
+        self.client.start()
+        self.client.close()
+        self.daemon.wait("/debug/dialogues == {}")
+        self.assertIn("client 1 is gone", self.daemon.log())
+
+
+class DeviceTestCase(TvTestCase):
+    def test_keys_are_read(self):
+        tv = self.tv()
+        with tv.connect() as client:
+            def get(key):
+                answer = client.call("IDevice", "GetInt", 0,
+                                     [wire.value(0, "i", -1), wire.text(1, key, wire.IN),
+                                      wire.value(2, "i", 77)])
+                return [wire.read(answer[place], "i") for place in sorted(answer)]
+
+            self.assertEqual(get("db/tv-viewer/window_id"), [1, 1])
+            tv.simctl("set", "key", "db/tv-viewer/window_id", "-3")
+            self.assertEqual(get("db/tv-viewer/window_id"), [1, -3])
+            self.assertEqual(get("db/none"), [-2])
+            for words in (["a"], ["a", "x"], ["a", "1x"], ["a", "99999999999"], ["", "1"]):
+                tv.simctl("set", "key", *words, status=1)
+            tv.simctl("reset")
+            self.assertEqual(get("db/tv-viewer/window_id"), [1, 1])
+
+    def test_a_tag_is_followed_while_it_is_started(self):
+        tv = self.tv()
+        with tv.connect() as client, tv.connect(role=wire.ROLE_LOG, tag="norvex") as follower, \
+                tv.connect(role=wire.ROLE_LOG, tag="quarle-daemon") as other:
+            def switch(method, method_id, tag):
+                answer = client.call("IDevice", method, method_id,
+                                     [wire.value(0, "i", -1), wire.text(1, tag, wire.IN)])
+                return wire.read(answer[0], "i")
+
+            self.assertEqual(client.execute("x")[0], -1)
+            kind, _, _, tree = follower.receive()
+            self.assertEqual(kind, wire.LOG)
+            self.assertRegex(wire.read_text(wire.by_tag(tree)[0]),
+                             r"^[-0-9]{10}T[:.0-9]{12} \d+ norvex: #1 client 1 has no dialogue")
+            self.assertEqual(switch("StartLogTag", 1, "quarle-daemon"), 1)
+            self.assertTrue(tv.state()["device"]["logTags"]["quarle-daemon"])
+            self.assertEqual(switch("StopLogTag", 2, "quarle-daemon"), 1)
+            # The daemon's own tag cannot be stopped.
+            self.assertEqual(switch("StopLogTag", 2, "norvex"), -3)
+            self.assertEqual(switch("StartLogTag", 1, ""), -3)
+            self.assertEqual(switch("StartLogTag", 1, "two words"), -3)
+            # Of its own tag nothing was written: the next message is none.
+            other.socket.setblocking(False)
+            with self.assertRaises(BlockingIOError):
+                other.receive()
+            tv.end()
+            other.socket.setblocking(True)
+            self.assert_closed(other)
+
+
+class ControlTestCase(TvTestCase):
+    def setUp(self):
+        self.daemon = self.tv()
+
+    def test_the_state_is_shown_a_line_a_value(self):
+        lines = self.daemon.simctl("state").splitlines()
+        self.assertIn("/debug/qos false", lines)
+        self.assertIn('/debug/items/0/name "Tuner lock"', lines)
+        self.assertIn("/device/keys/db~1tv-viewer~1window_id 1", lines)
+
+    def test_the_journal_has_every_call_with_its_words(self):
+        with self.daemon.connect() as client:
+            client.start()
+            client.execute("a\n\u00e4")
+            client.call("INone", "Do", 3, [wire.node(0, wire.VALUE, b"\1\2", wire.IN)])
+        calls = self.daemon.calls()
+        self.assertEqual([call["sequence"] for call in calls], [1, 2, 3])
+        self.assertEqual(calls[1]["method"], "Execute")
+        self.assertEqual(calls[1]["arguments"][1], {
+            "place": 1, "direction": "in", "name": "command", "type": "text",
+            "value": "a\n\u00e4"})
+        self.assertEqual(calls[1]["results"][0]["value"], 1)
+        self.assertEqual(calls[2]["arguments"][0]["value"], {"hex": "0102"})
+        self.assertEqual(calls[2]["fault"], "unknown operation")
+        lines = self.daemon.simctl("calls").splitlines()
+        self.assertRegex(lines[1], r'^#2 client 1 IDebugPrintControl.Execute\(command="a\\n\\u00e4"\)'
+                                   r' = status 1, screen "')
+
+    def test_json_is_never_invalid(self):
+        with self.daemon.connect() as client:
+            client.start()
+            client.execute(b"\xff\xfe\x80")
+            client.call("I\udcff".encode("utf-8", "surrogateescape").decode("latin-1"), "Do", 0)
+        result = subprocess.run([SIMCTL, "--socket", self.daemon.socket, "calls", "--json"],
+                                capture_output=True, timeout=LIMIT, check=True)
+        calls = [json.loads(line) for line in result.stdout.decode("utf-8").splitlines()]
+        self.assertEqual(calls[1]["arguments"][1]["value"], "\ufffd\ufffd\ufffd")
+
+    def test_calls_are_followed(self):
+        with self.daemon.connect() as client, subprocess.Popen(
+                [SIMCTL, "--socket", self.daemon.socket, "calls", "--follow", "--json"],
+                stdout=subprocess.PIPE, text=True) as follower:
+            client.start()
+            self.assertEqual(json.loads(follower.stdout.readline())["method"], "Start")
+            client.stop()
+            self.assertEqual(json.loads(follower.stdout.readline())["method"], "Stop")
+            self.daemon.end()
+            self.assertEqual(follower.stdout.read(), "")
+            self.assertEqual(follower.wait(LIMIT), 0)
+
+    def test_a_follower_that_does_not_read_holds_nobody_up(self):
+        with self.daemon.connect() as client, socket.socket(socket.AF_UNIX) as follower:
+            follower.connect(self.daemon.socket + ".ctl")
+            follower.send(b'{"command":"calls","follow":true}\n')
+            client.start()
+            for _ in range(3000):
+                client.execute("items")
+            self.assertEqual(client.execute("99")[0], 0)
+            lines = b""
+            follower.settimeout(LIMIT)
+            while b'"value":"99"' not in lines:
+                received = follower.recv(1 << 20)
+                self.assertTrue(received)
+                lines = lines[-1000:] + received
+
+    def test_waiting_for_the_state(self):
+        self.daemon.simctl("wait", "/debug/qos == false")
+        self.daemon.simctl("wait", "/debug/qos", "!=", "true")
+        self.daemon.simctl("wait", "/debug/items/0/name", "==", "Tuner", "lock")
+        self.daemon.simctl("wait", "/debug/none == null")
+        result = self.daemon.run_simctl("wait", "/debug/itemsOn > 0", "--timeout", "0.05")
+        self.assertEqual((result.returncode, result.stderr), (1, "norvex-simctl: timed out\n"))
+        with self.daemon.connect() as client, subprocess.Popen(
+                [SIMCTL, "--socket", self.daemon.socket, "wait", "/debug/itemsOn >= 2"]) as waiter:
+            client.start()
+            client.execute("items")
+            client.execute("101")
+            self.assertIsNone(waiter.poll())
+            client.execute("102")
+            self.assertEqual(waiter.wait(LIMIT), 0)
+
+    def test_waiting_for_calls(self):
+        result = self.daemon.run_simctl("wait", "calls", "INone.Do", 1)
+        self.assertEqual((result.returncode, len(result.stderr.splitlines())), (1, 1))
+        with self.daemon.connect() as client, subprocess.Popen(
+                [SIMCTL, "--socket", self.daemon.socket, "wait",
+                 "calls IDebugPrintControl.Stop 3"]) as waiter:
+            for _ in range(3):
+                self.assertIsNone(waiter.poll())
+                client.stop()
+            self.assertEqual(waiter.wait(LIMIT), 0)
+        self.daemon.simctl("wait", "calls", "IDebugPrintControl.Stop", 2)
+        self.daemon.simctl("reset")
+        self.daemon.simctl("wait", "calls", "IDebugPrintControl.Stop", 1, "--timeout", "0.05",
+                           status=1)
+
+    def test_ordered_failures_happen(self):
+        with self.daemon.connect() as client:
+            self.daemon.simctl("inject", "IDebugPrintControl.Stop", "--result", "-7", "--count", 2)
+            self.assertEqual([client.stop(), client.stop(), client.stop()], [-7, -7, 0])
+            self.daemon.simctl("inject", "com.holvi.IDebugPrintControl.Stop", "--delay", 50)
+            self.assertEqual(client.stop(), 0)
+            self.daemon.simctl("inject", "IDebugPrintControl.Stop", "--drop")
+            client.ask("IDebugPrintControl", "Stop", 2, [wire.value(0, "i", -1)])
+            # The lost reply's place is taken by the next one's.
+            self.assertEqual(client.stop(), 0)
+            self.daemon.simctl("inject", "IDebugPrintControl.Stop", "--close")
+            with self.assertRaises(wire.Closed):
+                client.stop()
+        injected = [call.get("injected") for call in self.daemon.calls()]
+        self.assertEqual(injected, ["result", "result", None, "delay", "drop", None, "close"])
+        with self.daemon.connect() as client:
+            self.daemon.simctl("inject", "IDebugPrintControl.Stop", "--die")
+            with self.assertRaises(wire.Closed):
+                client.stop()
+        self.assertEqual(self.daemon.process.wait(LIMIT), -signal.SIGKILL)
+        self.daemon.simctl("state", status=1)
+
+    def test_what_cannot_be_ordered_is_said(self):
+        result = self.daemon.run_simctl("inject", "INone.Do", "--drop")
+        self.assertEqual((result.returncode, result.stderr),
+                         (1, 'norvex-simctl: no operation is called "INone.Do"\n'))
+        result = self.daemon.run_simctl("set", "nonsense", "1")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("items, key", result.stderr)
+
+    def test_reset_brings_everything_back(self):
+        new = self.daemon.state()
+        with self.daemon.connect() as client:
+            client.start()
+            client.execute("items")
+            client.execute("all")
+            client.stop()
+        self.daemon.simctl("set", "items", 5)
+        self.daemon.simctl("inject", "IDebugPrintControl.Stop", "--drop")
+        self.daemon.simctl("reset")
+        state = self.daemon.state()
+        self.assertEqual(self.daemon.calls(), [])
+        for part in set(new) - {"daemon"}:
+            self.assertEqual(state[part], new[part])
+        self.assertEqual(state["daemon"]["injections"], [])
+
+    def test_requests_that_make_no_sense_are_refused(self):
+        for request in [b"\n", b"nonsense\n", b"[]\n", b"{}\n", b'{"command":1}\n',
+                        b'{"command":"none"}\n', b'{"command":"wait"}\n',
+                        b'{"command":"wait","path":"debug","comparison":"==","value":1}\n',
+                        b'{"command":"inject","method":5}\n', b'{"command":"set","name":"items"}\n']:
+            with socket.socket(socket.AF_UNIX) as control:
+                control.settimeout(LIMIT)
+                control.connect(self.daemon.socket + ".ctl")
+                control.send(request)
+                answer = b""
+                while received := control.recv(4096):
+                    answer += received
+                self.assertIn("error", json.loads(answer), request)
+
+
+class SessionTestCase(TvTestCase):
+    def test_a_client_keeps_its_sessions_for_a_while(self):
+        tv = self.tv()
+        with tv.connect() as client:
+            token = client.token
+            self.assertEqual(client.open_session("IDebugPrintControl"), (-2, 0))
+            self.assertEqual(client.open_session("INone"), (-2, 0))
+            self.assertEqual(client.open_session("IAVControl", 1, -1), (-3, 0))
+            status, session = client.open_session("IAVControl")
+            self.assertEqual(status, 0)
+        with tv.connect(token=token) as client:
+            with tv.connect() as other:
+                self.assertEqual(other.close_session(session), -2)
+            self.assertEqual(client.close_session(session), 1)
+            self.assertEqual(client.close_session(session), -2)
+
+    def test_a_client_that_is_gone_loses_them(self):
+        tv = self.tv()
+        with tv.connect() as client:
+            client.open_session("IAVControl")
+            client.open_session("IAVControl", 101)
+            self.assertEqual(len(tv.state()["daemon"]["sessions"]), 2)
+        tv.wait("/daemon/sessions == []")
+        tv.wait("/daemon/clients == []")
+
+
+class HostilePeerTestCase(TvTestCase):
+    def setUp(self):
+        self.daemon = self.tv()
+
+    def assert_serves(self):
+        with self.daemon.connect() as client:
+            self.assertEqual(client.stop(), 0)
+
+    def raw(self):
+        connection = self.daemon.connect(hello=False)
+        self.addCleanup(connection.close)
+        return connection
+
+    def test_nonsense_ends_its_connection_alone(self):
+        hello = wire.message(wire.HELLO, wire.value(0, "I", 1) + wire.node(1, wire.ARRAY, b"t" * 16)
+                             + wire.value(2, "I", 0))
+        huge = struct.pack("<BxhIIHHII", wire.CALL, 0, 1, 0, 0, 0, 0xFFFFFFFF, 0)
+        with self.daemon.connect() as witness:
+            for packet in [b"x", b"nonsense" * 10, wire.packets(huge)[0],
+                           struct.pack("<HBB", 0x564E, 1, 1) + huge,
+                           wire.packets(wire.message(wire.CALL))[0],
+                           wire.packets(wire.message(wire.WELCOME))[0],
+                           wire.packets(wire.message(wire.HELLO))[0],
+                           wire.packets(wire.message(wire.HELLO, b"\1" * 7))[0],
+                           wire.packets(wire.message(99))[0],
+                           wire.packets(hello.replace(b"t" * 16, b"t" * 15 + b"\0\0"))[0],
+                           b"\0" * 100000]:
+                peer = self.raw()
+                peer.socket.send(packet)
+                self.assert_closed(peer)
+            self.assertEqual(witness.stop(), 0)
+        self.assertIn("dropped connection", self.daemon.log())
+
+    def test_another_version_is_refused(self):
+        peer = self.raw()
+        with self.assertRaises(wire.Closed):
+            peer.hello(version=2)
+        self.assertIn("speaks version 2", self.daemon.log())
+
+    def test_a_hello_may_be_repeated_but_not_with_another_token(self):
+        with self.daemon.connect() as client:
+            client.hello()
+            client.token = os.urandom(16)
+            with self.assertRaises(wire.Closed):
+                client.hello()
+
+    def test_a_message_that_begins_long_before_the_hello_gets_no_memory(self):
+        peer = self.raw()
+        message = wire.message(wire.HELLO, bytes(200000))
+        with contextlib.suppress(wire.Closed):
+            peer.send(message)
+        self.assert_closed(peer)
+
+    def test_a_thousand_silent_connections_make_way(self):
+        _, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
+        if hard < 2000:
+            self.skipTest("too few descriptors")
+        soft = resource.getrlimit(resource.RLIMIT_NOFILE)[0]
+        resource.setrlimit(resource.RLIMIT_NOFILE, (max(soft, 2000), hard))
+        self.addCleanup(resource.setrlimit, resource.RLIMIT_NOFILE, (soft, hard))
+        with self.daemon.connect() as client:
+            silent = [self.raw() for _ in range(1000)]
+            self.assert_serves()
+            self.assertEqual(client.stop(), 0)
+            # Those that were left are dropped in time, which the last one's end tells.
+            self.assert_closed(silent[-1])
+            for connection in silent:
+                self.assert_closed(connection)
+        self.assertIn("made way without having said hello", self.daemon.log())
+        self.assertIn("said no hello in time", self.daemon.log())
+
+    def test_a_client_that_never_reads_is_not_read_from_either(self):
+        peer = self.daemon.connect()
+        self.addCleanup(peer.close)
+        self.daemon.simctl("set", "items", 10000)
+        peer.socket.setblocking(False)
+        with self.assertRaises(BlockingIOError):
+            while True:
+                peer.ask("IDebugPrintControl", "GetMenuItems", 4,
+                         [wire.value(0, "i", -1), wire.branch(1, [])])
+        self.assert_serves()
+        # One reply waits, the other requests were not even taken.
+        self.assertLess(self.memory(), 100 << 20)
+
+    def test_a_follower_that_never_reads_is_dropped(self):
+        follower = self.daemon.connect(role=wire.ROLE_LOG, tag="norvex")
+        self.addCleanup(follower.close)
+        with self.daemon.connect() as client:
+            word = "x" * 60000
+            while "takes nothing of what is sent to it" not in self.daemon.log():
+                for _ in range(1000):
+                    client.call(word[:250], word[:250], 0)
+            self.assertEqual(client.stop(), 0)
+        self.assertLess(self.memory(), 100 << 20)
+
+    def test_running_out_of_descriptors_is_survived(self):
+        pid = self.daemon.process.pid
+        used = len(os.listdir(f"/proc/{pid}/fd"))
+        with self.daemon.connect() as client:
+            resource.prlimit(pid, resource.RLIMIT_NOFILE, (used + 3, used + 3))
+            peers = [self.daemon.connect(hello=False) for _ in range(5)]
+            before = self.processor_time()
+            # What it has goes on; the queue waits without spinning.
+            for _ in range(20):
+                self.assertEqual(client.stop(), 0)
+            self.assertIn("cannot accept: " + os.strerror(errno.EMFILE), self.daemon.log())
+            # Each silent one is dropped in time, and lets the next one in.
+            for peer in peers:
+                self.assert_closed(peer)
+                peer.close()
+            self.assertLess(self.processor_time() - before, 1.0)
+        with self.daemon.connect() as client:
+            self.assertEqual(client.stop(), 0)
+
+    def memory(self):
+        with open(f"/proc/{self.daemon.process.pid}/statm", encoding="utf-8") as file:
+            return int(file.read().split()[1]) * resource.getpagesize()
+
+    def processor_time(self):
+        with open(f"/proc/{self.daemon.process.pid}/stat", encoding="utf-8") as file:
+            fields = file.read().rsplit(")", 1)[1].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+if __name__ == "__main__":
+    unittest.main()
