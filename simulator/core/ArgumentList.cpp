@@ -1,7 +1,6 @@
 #include "ArgumentList.h"
 
 #include <climits>
-#include <cstring>
 #include <utility>
 
 #include <norvex/core/Marshalable.h>
@@ -109,7 +108,7 @@ bool ArgumentList::Decode() {
                    static_cast<long long>(node.size) != argument.size) {
             return false;
         } else {
-            std::memcpy(argument.data, node.data, node.size);
+            wire::CopyContent(argument.data, node.data, node.size);
         }
     }
     return true;

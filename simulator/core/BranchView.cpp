@@ -1,7 +1,6 @@
 #include "BranchView.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include <wire/Message.h>
 
@@ -67,8 +66,7 @@ bool BranchState::AppendLeaf(int childTag, wire::NodeKind childKind, const void*
     unsigned char* to = buffer->Extend(wire::kNodeHeaderSize + contentSize);
     wire::EncodeNodeHeader(to, static_cast<std::int16_t>(childTag), childKind, wire::Direction::Out,
                            static_cast<std::uint32_t>(contentSize));
-    if (contentSize > 0)
-        std::memcpy(to + wire::kNodeHeaderSize, content, contentSize);
+    wire::CopyContent(to + wire::kNodeHeaderSize, content, contentSize);
     ++childCount;
     return true;
 }

@@ -1,7 +1,5 @@
 #include <norvex/core/TreeToClassFormatter.h>
 
-#include <cstring>
-
 #include <norvex/core/LengthInfoContainer.h>
 #include <norvex/core/Marshalable.h>
 
@@ -14,8 +12,7 @@ namespace {
 bool CopyLeaf(const wire::Node& node, wire::NodeKind kind, long long size, void* data) {
     if (node.kind != kind || size != node.size || (data == nullptr && size > 0))
         return false;
-    if (size > 0)
-        std::memcpy(data, node.data, node.size);
+    wire::CopyContent(data, node.data, node.size);
     return true;
 }
 

@@ -19,12 +19,6 @@ bool IsWellFormed(NodeCursor cursor, int depth) {
     return !cursor.IsMalformed();
 }
 
-std::uint32_t CheckedSize(std::size_t size) {
-    if (size > UINT32_MAX)
-        throw std::length_error("a node's content is limited to 4 GiB");
-    return static_cast<std::uint32_t>(size);
-}
-
 } // namespace
 
 bool IsWellFormed(const void* data, std::size_t size) {
@@ -33,30 +27,22 @@ bool IsWellFormed(const void* data, std::size_t size) {
 
 void TreeWriter::PutLeaf(std::int16_t tag, NodeKind kind, const void* data, std::size_t size,
                          Direction direction) {
-    const std::uint32_t length = CheckedSize(size);
+    const std::uint32_t length = CheckSize(size);
     unsigned char* place = m_buffer.Extend(kNodeHeaderSize + size);
     EncodeNodeHeader(place, tag, kind, direction, length);
-    if (size > 0)
-        std::memcpy(place + kNodeHeaderSize, data, size);
+    CopyContent(place + kNodeHeaderSize, data, size);
 }
 
 void TreeWriter::PutText(std::int16_t tag, std::string_view text, Direction direction) {
     const std::size_t begin = BeginBranch(tag, direction);
-    PutValue(0, CheckedSize(text.size()));
+    PutValue(0, CheckSize(text.size()));
     if (!text.empty())
         PutLeaf(1, NodeKind::Array, text.data(), text.size());
     EndBranch(begin);
 }
 
-std::size_t TreeWriter::BeginBranch(std::int16_t tag, Direction direction) {
-    const std::size_t begin = m_buffer.GetSize();
-    EncodeNodeHeader(m_buffer.Extend(kNodeHeaderSize), tag, NodeKind::Branch, direction, 0);
-    return begin;
-}
-
-void TreeWriter::EndBranch(std::size_t begin) {
-    const std::uint32_t size = CheckedSize(m_buffer.GetSize() - begin - kNodeHeaderSize);
-    std::memcpy(m_buffer.GetData() + begin + 4, &size, 4);
+void TreeWriter::ThrowTooLong() {
+    throw std::length_error("a node's content is limited to 4 GiB");
 }
 
 bool GetText(const Node& node, std::string_view& text) {

@@ -32,6 +32,26 @@ inline void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind ki
     std::memcpy(place + 4, &size, 4);
 }
 
+// Copies a node's content. Most contents are single values, for which a call costs more than the
+// copy.
+inline void CopyContent(void* to, const void* from, std::size_t size) {
+    switch (size) {
+    case 0:
+        break;
+    case 1:
+        std::memcpy(to, from, 1);
+        break;
+    case 4:
+        std::memcpy(to, from, 4);
+        break;
+    case 8:
+        std::memcpy(to, from, 8);
+        break;
+    default:
+        std::memcpy(to, from, size);
+    }
+}
+
 // A node as a reader sees it; `data` points into the message.
 struct Node {
     std::int16_t tag = 0;
@@ -112,12 +132,27 @@ public:
     // 0, the bytes (tag 1).
     void PutText(std::int16_t tag, std::string_view text, Direction direction = Direction::Out);
     // Begins a branch; the result is handed to EndBranch, innermost first.
-    std::size_t BeginBranch(std::int16_t tag, Direction direction = Direction::Out);
-    void EndBranch(std::size_t begin);
+    std::size_t BeginBranch(std::int16_t tag, Direction direction = Direction::Out) {
+        const std::size_t begin = m_buffer.GetSize();
+        EncodeNodeHeader(m_buffer.Extend(kNodeHeaderSize), tag, NodeKind::Branch, direction, 0);
+        return begin;
+    }
+    void EndBranch(std::size_t begin) {
+        const std::uint32_t size = CheckSize(m_buffer.GetSize() - begin - kNodeHeaderSize);
+        std::memcpy(m_buffer.GetData() + begin + 4, &size, 4);
+    }
 
     Buffer& GetBuffer() { return m_buffer; }
 
 private:
+    // A node's content is limited to what its header can say; std::length_error beyond.
+    static std::uint32_t CheckSize(std::size_t size) {
+        if (size > UINT32_MAX)
+            ThrowTooLong();
+        return static_cast<std::uint32_t>(size);
+    }
+    [[noreturn]] static void ThrowTooLong();
+
     Buffer& m_buffer;
 };
 
