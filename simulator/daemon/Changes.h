@@ -8,8 +8,8 @@
 
 namespace sim {
 
-// Tells whoever waits for a condition that the TV may have changed: once, as soon as nothing else
-// is to be done, for however many changes there were.
+// Tells whoever waits for a condition that the TV may have changed: in the loop's next round, once
+// for however many changes there were.
 class Changes {
 public:
     using Listener = std::function<void()>;
@@ -18,7 +18,7 @@ public:
     // a scan) is for the part to tell. Costs next to nothing while nobody waits.
     void Tell() {
         if (!m_listeners.empty() && !m_idle.IsRunning())
-            m_idle.StartWhenIdle([this] { TellAll(); });
+            m_idle.StartSoon([this] { TellAll(); });
     }
 
     // A listener is called from the loop, and may remove itself or others then.

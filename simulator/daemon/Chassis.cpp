@@ -37,6 +37,7 @@ json Chassis::DescribeClients() const {
                    {"sequence", journal.GetLastSequence()},
                    {"calls", journal.GetEnd()},
                    {"signals", signals.GetLastNumber()},
+                   {"viewers", log.GetFollowerCount()},
                    {"injections", injections.Describe()},
                    {"clients", json::array()},
                    {"sessions", json::array()}};

@@ -87,7 +87,10 @@ bool Connection::ReadPacket() {
     }
     switch (m_assembler.Feed(packet, received)) {
     case wire::PacketAssembler::Result::NeedMore:
-        return true;
+        // A hello is short: who has not said it gets no memory for more.
+        if (client == nullptr)
+            End("begins with a long message");
+        return client != nullptr;
     case wire::PacketAssembler::Result::Malformed:
         End("a packet makes no sense");
         return false;

@@ -81,7 +81,7 @@ void ControlConnection::SetSource(Source source) {
 void ControlConnection::Wake() {
     // Later: whoever wakes it is in the middle of a call.
     if (!m_wake.IsRunning())
-        m_wake.StartWhenIdle([this] { Write(); });
+        m_wake.StartSoon([this] { Write(); });
 }
 
 void ControlConnection::Write() {

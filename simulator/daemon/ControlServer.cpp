@@ -50,7 +50,7 @@ void ControlServer::Ended(ControlConnection& connection) {
                      [&](const auto& candidate) { return candidate.get() == &connection; });
     m_ended.push_back(std::move(*found));
     m_connections.erase(found);
-    m_cleanUp.StartWhenIdle([this] { m_ended.clear(); });
+    m_cleanUp.StartSoon([this] { m_ended.clear(); });
 }
 
 } // namespace sim

@@ -71,8 +71,11 @@ void Timer::Start(unsigned milliseconds, Handler handler) {
     Attach(g_timeout_source_new(milliseconds), std::move(handler));
 }
 
-void Timer::StartWhenIdle(Handler handler) {
-    Attach(g_idle_source_new(), std::move(handler));
+void Timer::StartSoon(Handler handler) {
+    // Not behind everything else: under load nothing is ever idle.
+    GSource* source = g_idle_source_new();
+    g_source_set_priority(source, G_PRIORITY_DEFAULT);
+    Attach(source, std::move(handler));
 }
 
 void Timer::Attach(GSource* source, Handler handler) {

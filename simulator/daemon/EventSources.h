@@ -29,7 +29,7 @@ private:
     void* m_tag = nullptr;
 };
 
-// Calls the handler once, after a time or as soon as nothing else is to be done.
+// Calls the handler once, after a time or in the loop's next round.
 class Timer {
 public:
     using Handler = std::function<void()>;
@@ -40,7 +40,7 @@ public:
     Timer& operator=(const Timer&) = delete;
 
     void Start(unsigned milliseconds, Handler handler);
-    void StartWhenIdle(Handler handler);
+    void StartSoon(Handler handler);
     void Stop();
     bool IsRunning() const { return m_source != nullptr; }
 

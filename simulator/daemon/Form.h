@@ -17,7 +17,8 @@ struct Form {
     // Whether a node of that kind and size makes sense; null: always. Branches have been found well
     // formed at every depth before.
     bool (*check)(const wire::Node&);
-    // Called for nodes that passed; for a node cut short by the journal it tells what is there.
+    // Called for nodes of that kind and size, also for those that did not pass or that the journal
+    // has cut short: tells what is there.
     nlohmann::json (*words)(const wire::Node&);
 
     bool Fits(const wire::Node& node) const;

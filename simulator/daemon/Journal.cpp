@@ -59,31 +59,42 @@ json DescribeArgument(const Argument* argument, const wire::Node& node) {
     return words;
 }
 
+// Makes a tree whole again that was cut at its end: the nodes that go beyond it end there. Gives
+// the size of what is whole.
+std::size_t Mend(unsigned char* tree, std::size_t size) {
+    std::size_t at = 0;
+    while (size - at >= wire::kNodeHeaderSize) {
+        std::uint32_t length = 0;
+        std::memcpy(&length, tree + at + 4, sizeof length);
+        const std::size_t left = size - at - wire::kNodeHeaderSize;
+        if (length > left) {
+            length = static_cast<std::uint32_t>(left);
+            if (tree[at + 2] == static_cast<unsigned char>(wire::NodeKind::Branch))
+                length =
+                    static_cast<std::uint32_t>(Mend(tree + at + wire::kNodeHeaderSize, length));
+            std::memcpy(tree + at + 4, &length, sizeof length);
+        }
+        at += wire::kNodeHeaderSize + length;
+    }
+    return at;
+}
+
 // `size` of the `fullSize` bytes are there.
 json DescribeTree(const Method* method, const unsigned char* tree, std::size_t size,
                   std::size_t fullSize) {
+    std::vector<unsigned char> mended;
+    if (size < fullSize) {
+        mended.assign(tree, tree + size);
+        tree = mended.data();
+        size = Mend(mended.data(), size);
+    }
     json words = json::array();
     wire::NodeCursor cursor(tree, size);
-    const unsigned char* next = tree;
-    const auto describe = [&](const wire::Node& node) {
+    wire::Node node;
+    while (cursor.Next(node)) {
         const auto place = static_cast<std::size_t>(node.tag);
         const bool known = method != nullptr && node.tag >= 0 && place < method->arguments.size();
         words.push_back(DescribeArgument(known ? &method->arguments[place] : nullptr, node));
-    };
-    wire::Node node;
-    while (cursor.Next(node)) {
-        describe(node);
-        next = node.data + node.size;
-    }
-    const auto left = static_cast<std::size_t>(tree + size - next);
-    if (size < fullSize && left >= wire::kNodeHeaderSize) {
-        // The node in which the tree was cut: what is there of it.
-        std::memcpy(&node.tag, next, sizeof node.tag);
-        node.kind = static_cast<wire::NodeKind>(next[2]);
-        node.direction = static_cast<wire::Direction>(next[3]);
-        node.data = next + wire::kNodeHeaderSize;
-        node.size = static_cast<std::uint32_t>(left - wire::kNodeHeaderSize);
-        describe(node);
     }
     return words;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -38,10 +39,15 @@ public:
     void SetTag(const std::string& tag, bool started);
     void ResetTags();
 
+    // How many follow the log at the moment, whatever their tags: kept by whoever lets them in.
+    void SetFollowerCount(std::size_t count) { m_followerCount = count; }
+    std::size_t GetFollowerCount() const { return m_followerCount; }
+
 private:
     int m_file = -1;
     Sink m_sink;
     std::uint64_t m_sequence = 0;
+    std::size_t m_followerCount = 0;
     std::map<std::string, bool, std::less<>> m_tags;
 };
 

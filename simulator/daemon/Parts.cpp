@@ -4,22 +4,23 @@
 #include "Commands.h"
 #include "DebugPrintControl.h"
 #include "Device.h"
-#include "LineUp.h"
-#include "PipelineParts.h"
+#include "ServiceParts.h"
 #include "SessionInterface.h"
 
 namespace sim {
 
-void MountParts(Chassis& chassis, const Options& options) {
+bool MountParts(Chassis& chassis, const Options& options, std::string& error) {
     chassis.Mount<SessionInterface>(chassis);
     chassis.Mount<Device>(chassis);
     chassis.Mount<DebugPrintControl>(chassis, options.items);
-    MountPipelines(chassis, chassis.Mount<NoLineUp>());
+    if (!MountServices(chassis, options.lineUp ? &*options.lineUp : nullptr, error))
+        return false;
 
     AddStateCommands(chassis);
     AddCallsCommand(chassis);
     AddInjectCommand(chassis);
     AddWaitCommand(chassis);
+    return true;
 }
 
 } // namespace sim

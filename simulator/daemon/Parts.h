@@ -1,6 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
+
+#include "ServiceLineUp.h"
 
 namespace sim {
 
@@ -9,7 +13,9 @@ class Chassis;
 // What the TV is made of. Here, and only here, a new part is mounted.
 struct Options {
     std::uint32_t items = 0; // debug menu items beside the built-in ones
+    std::optional<LineUpSource> lineUp; // in place of the built-in one, or the database's
 };
-void MountParts(Chassis& chassis, const Options& options);
+// False: `error` is one line.
+bool MountParts(Chassis& chassis, const Options& options, std::string& error);
 
 } // namespace sim

@@ -63,9 +63,10 @@ bool ReadHello(const wire::Message& message, HelloContent& hello) {
 
 } // namespace
 
-Server::Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Log& log)
-    : m_clients(clients), m_dispatcher(dispatcher), m_signals(signals), m_log(log),
-      m_epoch(MakeEpoch()) {}
+Server::Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Changes& changes,
+               Log& log)
+    : m_clients(clients), m_dispatcher(dispatcher), m_signals(signals), m_changes(changes),
+      m_log(log), m_epoch(MakeEpoch()) {}
 
 Server::~Server() = default;
 
@@ -116,8 +117,10 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
         connection.role = static_cast<wire::Role>(hello.role);
         connection.session = hello.session;
         connection.tag = hello.tag;
-        if (connection.role == wire::Role::Log)
+        if (connection.role == wire::Role::Log) {
             m_followers.push_back(&connection);
+            FollowersChanged();
+        }
         if (connection.role == wire::Role::Signals)
             m_signals.Attach(hello.session, connection);
     } else if (connection.client->GetToken() != hello.token) {
@@ -139,7 +142,8 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
     if (!why.empty())
         m_log.Write(kOwnTag, "dropped connection %u: %s", connection.GetNumber(), why.c_str());
     m_mute.remove(&connection);
-    m_followers.remove(&connection);
+    if (m_followers.remove(&connection) > 0)
+        FollowersChanged();
     m_signals.Detach(connection);
     m_dispatcher.Forget(connection);
     if (connection.client != nullptr)
@@ -149,7 +153,12 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
                      [&](const auto& candidate) { return candidate.get() == &connection; });
     m_ended.push_back(std::move(*found));
     m_connections.erase(found);
-    m_cleanUp.StartWhenIdle([this] { m_ended.clear(); });
+    m_cleanUp.StartSoon([this] { m_ended.clear(); });
+}
+
+void Server::FollowersChanged() {
+    m_log.SetFollowerCount(m_followers.size());
+    m_changes.Tell();
 }
 
 void Server::PushLine(std::string_view tag, std::string_view line) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Changes.h"
 #include "Clients.h"
 #include "Connection.h"
 #include "Dispatcher.h"
@@ -24,7 +25,7 @@ public:
     static constexpr std::size_t kMaxMute = 64;
     static constexpr unsigned kHelloMilliseconds = 2000;
 
-    Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Log& log);
+    Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Changes& changes, Log& log);
     ~Server() override;
 
     // False: `error` is a line. The path must have been claimed.
@@ -41,11 +42,13 @@ private:
     void Accept(int fd);
     void MessageArrived(Connection& connection, const wire::Message& message) override;
     void ConnectionEnded(Connection& connection, const std::string& why) override;
+    void FollowersChanged();
     void Hello(Connection& connection, const wire::Message& message);
 
     Clients& m_clients;
     Dispatcher& m_dispatcher;
     Signals& m_signals;
+    Changes& m_changes;
     Log& m_log;
     std::uint64_t m_epoch;
     std::uint32_t m_lastNumber = 0;

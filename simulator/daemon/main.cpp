@@ -15,6 +15,7 @@
 
 #include "Chassis.h"
 #include "ControlServer.h"
+#include "LineUpFile.h"
 #include "Parts.h"
 #include "Path.h"
 #include "Server.h"
@@ -25,6 +26,7 @@ struct CommandLine {
     std::string socket;
     std::string database;
     std::string log;
+    std::string lineUp;
     int readyDescriptor = -1;
     sim::Options options;
 };
@@ -46,6 +48,9 @@ int ParseCommandLine(int count, char** words, CommandLine& line) {
         ->type_name("PATH");
     app.add_option("--database", line.database,
                    "Keep the TV's state in this file; without it, it ends with the daemon")
+        ->type_name("FILE");
+    app.add_option("--lineup", line.lineUp,
+                   "The TV's services; without it, those in the database, or built-in ones")
         ->type_name("FILE");
     app.add_option("--log", line.log, "Write the log to the end of this file")->type_name("FILE");
     app.add_option("--ready-fd", line.readyDescriptor,
@@ -119,6 +124,11 @@ int main(int count, char** words) {
     sim::Log log;
     if (!line.log.empty() && !log.OpenFile(line.log))
         return Fail(line.log + ": " + std::strerror(errno));
+    if (!line.lineUp.empty()) {
+        auto& lineUp = line.options.lineUp.emplace(sim::LineUpSource{line.lineUp, {}});
+        if (!sim::ReadLineUpFile(line.lineUp, lineUp.name, lineUp.text, error))
+            return Fail(error);
+    }
     sim::Database database;
     sim::Settings probe(database);
     if (!database.Open(line.database) || !probe.Prepare())
@@ -127,8 +137,9 @@ int main(int count, char** words) {
     sim::Chassis chassis(database, log);
     if (!chassis.settings.Prepare())
         return Fail(line.database + ": " + database.GetError());
-    sim::MountParts(chassis, line.options);
-    sim::Server server(chassis.clients, chassis.dispatcher, chassis.signals, log);
+    if (!sim::MountParts(chassis, line.options, error))
+        return Fail(error);
+    sim::Server server(chassis.clients, chassis.dispatcher, chassis.signals, chassis.changes, log);
     chassis.SetEpoch(server.GetEpoch());
     log.SetSink([&](std::string_view tag, std::string_view text) { server.PushLine(tag, text); });
     sim::ControlServer control(chassis.commands, log);
