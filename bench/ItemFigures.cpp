@@ -57,10 +57,10 @@ int main() {
     sdBus.Connect();
     gdBus.Connect();
 
-    const auto call = [](auto& peer) {
+    const auto call = [count](auto& peer) {
         return bench::NanosecondsEach(kCalls,
                                       [&] {
-                                          if (peer.GetMenuItems().size() != kItems)
+                                          if (peer.GetMenuItems().size() != count)
                                               bench::GiveUp("the items did not all arrive");
                                       }) /
                1000;
