@@ -1,30 +1,37 @@
 #include "DeviceService.h"
 
-#include <memory>
+#include <mutex>
 
+#include <norvex/client/NorvexAPIConnection.h>
 #include <norvex/core/MessageBuffer.h>
 #include <wire/Tree.h>
-
-#include "Peer.h"
 
 namespace deviceservice {
 
 namespace {
-
-const std::string& InterfaceName() {
-    static const auto* name = new std::string("com.holvi.IDevice");
-    return *name;
-}
 
 // Arguments by place: the status, the text and, where one is asked for, the value.
 constexpr std::int16_t kStatus = 0;
 constexpr std::int16_t kText = 1;
 constexpr std::int16_t kValue = 2;
 
+// The process's connection to the device's services.
+struct Line {
+    std::mutex mutex;
+    NorvexAPIConnection connection{"com.holvi.Norvex.SignalIFace", "/com/holvi/Norvex/SignalObject",
+                                   true};
+};
+
+// Never given up: whoever asks once asks again, and the process may be ending.
+Line& GetLine() {
+    static auto* line = new Line;
+    return *line;
+}
+
 } // namespace
 
 int Call(const std::string& method, std::int16_t methodId, const char* text, int* value) {
-    int status = kNoAnswer;
+    int status = kFailed;
     wire::Buffer tree;
     wire::TreeWriter writer(tree);
     writer.PutValue(kStatus, status);
@@ -34,14 +41,13 @@ int Call(const std::string& method, std::int16_t methodId, const char* text, int
     TCMessageBuffer arguments;
     arguments.Append(tree.GetData(), tree.GetSize());
 
-    // Never given up: whoever asks once asks again, and the process may be ending.
-    static const auto* peer = new std::shared_ptr<Peer>(Peer::Find());
     TCMessageBuffer reply;
-    const Failure failure =
-        (*peer)->Call({InterfaceName(), method, methodId}, nullptr, arguments, reply);
-    if (failure != Failure::None) {
-        (*peer)->Report(failure, InterfaceName(), method);
-        return kNoAnswer;
+    {
+        Line& line = GetLine();
+        const std::lock_guard lock(line.mutex);
+        if (!line.connection.Exchange("com.holvi.IDevice", method, methodId, false, arguments,
+                                      reply))
+            return kFailed;
     }
     int answer = 0;
     bool hasAnswer = false;
@@ -53,12 +59,11 @@ int Call(const std::string& method, std::int16_t methodId, const char* text, int
         else if (node.tag == kValue)
             hasAnswer = node.Get(answer);
     }
-    if (value != nullptr && status == 0) {
-        if (!hasAnswer)
-            return kNoAnswer;
+    if (status <= 0 || (value != nullptr && !hasAnswer))
+        return kFailed;
+    if (value != nullptr)
         *value = answer;
-    }
-    return status;
+    return 0;
 }
 
 } // namespace deviceservice
