@@ -84,12 +84,13 @@ class ViewerTestCase(DeviceLogsTestCase):
         )
         self.addCleanup(viewer.close, force=True)
         self.wait_for("/daemon/viewers", "==", "1")
-        self.run_words("5 12 1 99 99 99\n")
+        self.run_words("5 12 1 2 99 99 99\n")
         self.run_words("4 0 1 99 99\n")
-        self.run_words("5 12 2 99 99 99\n")
+        self.run_words("5 12 1 99 99 99\n")
         # What came first is the line of the second visit.
-        viewer.expect_exact("receives no changes")
-        self.assertNotIn("receives changes", viewer.before)
+        viewer.expect_exact("receives changes")
+        self.assertNotIn("\n", viewer.before)
+        self.assertNotIn("receives no changes", viewer.before)
 
     def test_viewers_get_the_consoles_first_three_descriptors_and_no_other(self):
         self.start_tv()
