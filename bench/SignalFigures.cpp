@@ -1,0 +1,71 @@
+// Signals on their way from the daemon to the console's output, while its menu goes on answering:
+// how many a second, and whether all of them come. Beside it a loop that writes the same lines.
+
+#include "ConsoleProcess.h"
+#include "FarSide.h"
+#include "Figure.h"
+#include "Program.h"
+#include "Rounds.h"
+#include "SimulatedTv.h"
+
+#include <chrono>
+#include <string>
+
+namespace {
+
+constexpr std::size_t kSignals = 10000;
+constexpr int kRounds = 9;
+const std::string kLine = "\tSIGNAL_TUNE_AROUND_SERVICE_DONE -> profile:1, screenId: 0, serviceId: "
+                          "18014398509482147885\n";
+const std::string kNewMenu = "\n\ncmd> ";
+
+double SecondsSince(std::chrono::steady_clock::time_point begin) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+} // namespace
+
+int main() {
+    const bench::TCSimulatedTv tv;
+    bench::TCConsoleProcess console({HOST, PLUGIN});
+    console.Await(kNewMenu);
+    console.Type("5\n");
+    console.Await(" 21. Set boot up service\n");
+    console.Await(kNewMenu);
+    // Its subscriber is known to the TV by then: the test console registers before its first menu.
+    bench::OutputOf({SIMCTL, "wait", "/subscribers/0/client >= 1"});
+
+    const std::vector<std::string> send = {SIMCTL, "signal", "193",
+                                           "serviceId=18014398509482147885",
+                                           "count=" + std::to_string(kSignals)};
+    const auto console_round = [&] {
+        const std::size_t before = console.Count("SERVICE_DONE");
+        const auto begin = std::chrono::steady_clock::now();
+        bench::OutputOf(send);
+        // The menu answers meanwhile.
+        console.Type("9\n9\n9\n9\n");
+        console.Await("SERVICE_DONE", kSignals);
+        const double seconds = SecondsSince(begin);
+        console.Type("0\n");
+        console.Await("Command not recognized");
+        if (console.Count("SERVICE_DONE") != before + kSignals)
+            bench::GiveUp("signals were lost or came twice");
+        return static_cast<double>(kSignals) / seconds;
+    };
+    const auto loop_round = [&] {
+        const auto run = bench::RunPiped({LINE_LOOP, kLine, std::to_string(kSignals)}, "");
+        return static_cast<double>(kSignals) / run.m_Seconds;
+    };
+    const std::vector<double> medians =
+        bench::MedianOfRounds({{"console", console_round}, {"bare loop", loop_round}}, kRounds);
+
+    bench::TSFigure figure;
+    figure.m_Name = "signals_printed";
+    figure.m_Unit = "signals/s";
+    figure.m_Value = medians[0];
+    figure.m_Peers = {{"bare loop", medians[1]}, {"asked for", 10000}};
+    figure.m_Ratio = medians[0] / 10000;
+    figure.m_Limit = 1;
+    figure.m_AtLeast = true;
+    return bench::PrintFigures({figure}) ? 0 : 1;
+}
