@@ -21,5 +21,6 @@ void AddWait(CLI::App& app, Line& line);
 void AddReset(CLI::App& app, Line& line);
 void AddSet(CLI::App& app, Line& line);
 void AddSignal(CLI::App& app, Line& line);
+void AddLineUp(CLI::App& app, Line& line);
 
 } // namespace simctl

@@ -23,6 +23,7 @@ int main(int count, char** words) {
     simctl::AddReset(app, line);
     simctl::AddSet(app, line);
     simctl::AddSignal(app, line);
+    simctl::AddLineUp(app, line);
 
     try {
         app.parse(count, words);

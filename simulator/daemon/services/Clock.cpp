@@ -1,0 +1,78 @@
+#include "Clock.h"
+
+#include <ctime>
+#include <memory>
+
+#include <glib.h>
+#include <nlohmann/json.hpp>
+
+#include "Words.h"
+
+namespace sim {
+
+using nlohmann::json;
+
+namespace {
+
+// The end of the year 9999: what GLib's dates can hold.
+constexpr std::int64_t kLast = 253402300799;
+
+struct DateDeleter {
+    void operator()(GDateTime* date) const { g_date_time_unref(date); }
+};
+using Date = std::unique_ptr<GDateTime, DateDeleter>;
+
+// "2026-03-01T20:15:00Z"; without a zone it is UTC. Or seconds since 1970.
+bool ParseTime(const std::string& word, std::int64_t& seconds) {
+    if (ParseNumber(word, seconds))
+        return seconds >= 0 && seconds <= kLast;
+    const std::unique_ptr<GTimeZone, decltype(&g_time_zone_unref)> utc(g_time_zone_new_utc(),
+                                                                       g_time_zone_unref);
+    const Date date(g_date_time_new_from_iso8601(word.c_str(), utc.get()));
+    if (date == nullptr)
+        return false;
+    seconds = g_date_time_to_unix(date.get());
+    return seconds >= 0;
+}
+
+std::string ToWord(std::int64_t seconds) {
+    const Date date(g_date_time_new_from_unix_utc(seconds));
+    if (date == nullptr)
+        return std::to_string(seconds);
+    const std::unique_ptr<char, decltype(&g_free)> text(
+        g_date_time_format(date.get(), "%Y-%m-%dT%H:%M:%SZ"), g_free);
+    return text.get();
+}
+
+} // namespace
+
+Clock::Clock(Chassis& chassis) : m_chassis(chassis) {
+    chassis.settables.Add("clock",
+                          "TIME|machine: the TV's time, as 2026-03-01T20:15:00Z or in seconds "
+                          "since 1970; or the machine's again",
+                          [this](const auto& words, auto& error) { return Set(words, error); });
+}
+
+std::int64_t Clock::Now() const {
+    return std::time(nullptr) + m_offset;
+}
+
+bool Clock::Set(const std::vector<std::string>& words, std::string&) {
+    std::int64_t seconds = 0;
+    if (words.size() != 1)
+        return false;
+    if (words[0] == "machine")
+        m_offset = 0;
+    else if (ParseTime(words[0], seconds))
+        m_offset = seconds - std::time(nullptr);
+    else
+        return false;
+    m_chassis.log.Write(kOwnTag, "it is %s", ToWord(Now()).c_str());
+    return true;
+}
+
+json Clock::DescribeState() const {
+    return {{"now", ToWord(Now())}, {"set", m_offset != 0}};
+}
+
+} // namespace sim

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Chassis.h"
+#include "Part.h"
+
+namespace sim {
+
+// What time it is on the TV: the machine's time, or one that was set (`norvex-simctl set clock`)
+// and runs on from there.
+class Clock : public Part {
+public:
+    explicit Clock(Chassis& chassis);
+
+    std::int64_t Now() const; // seconds since 1970
+
+    const char* GetStateName() const override { return "clock"; }
+    nlohmann::json DescribeState() const override;
+    void Reset() override { m_offset = 0; }
+
+private:
+    bool Set(const std::vector<std::string>& words, std::string& error);
+
+    Chassis& m_chassis;
+    std::int64_t m_offset = 0; // seconds before the machine's time
+};
+
+} // namespace sim

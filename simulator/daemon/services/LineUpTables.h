@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Database.h"
+#include "LineUp.h"
+#include "LineUpText.h"
+#include "ServiceRecord.h"
+
+namespace sim {
+
+// How many of what a line-up has; made when it is loaded.
+struct LineUpCounts {
+    std::int64_t services = 0;
+    std::int64_t air = 0;
+    std::int64_t cable = 0;
+    std::int64_t satellite = 0;
+    std::int64_t streamed = 0;
+    std::int64_t transponders = 0;
+    std::int64_t programmes = 0;
+
+    bool operator==(const LineUpCounts&) const = default;
+};
+
+// The tables of services and programmes. A service's row stands in the line-up's order: by antenna,
+// major, minor and id. What field numbers mean in it: FindServiceField.
+class LineUpTables {
+public:
+    explicit LineUpTables(Database& database) : m_database(database) {}
+
+    // Once: makes tables that are not there yet. False: the database's error tells why.
+    bool Prepare();
+    // Another line-up takes the place of the one that is there. False, and everything as it was,
+    // when the text makes no sense or the database refuses: `error` is one line.
+    bool Replace(std::string_view text, const std::string& name, std::string& error);
+    bool IsEmpty();
+    LineUpCounts Count();
+
+    std::optional<ServiceFacts> FindFacts(std::uint64_t service);
+    // The first barker channel that is listed under that antenna.
+    std::optional<std::uint64_t> FindBarker(std::int32_t antenna);
+    // Calls visit(id) for every service that comes over a transponder of that antenna, in order.
+    void ForEachReceived(std::int32_t antenna, const std::function<void(std::uint64_t)>& visit);
+
+    // The line-up as a text, in pieces of some hundred services: writes those behind the last one
+    // of the piece before. False when there are no more.
+    struct Place {
+        std::int64_t antenna = -1;
+        std::int64_t major = 0;
+        std::int64_t minor = 0;
+        std::int64_t id = 0;
+    };
+    bool WriteNext(Place& place, LineUpWriter& writer);
+
+private:
+    Database& m_database;
+    Statement m_facts;
+    Statement m_barker;
+    Statement m_received;
+    Statement m_next;
+    Statement m_programmes;
+};
+
+} // namespace sim

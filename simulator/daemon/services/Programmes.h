@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "Clock.h"
+#include "Database.h"
+
+namespace sim {
+
+// A programme as it is on now.
+struct PresentProgramme {
+    std::uint64_t start = 0;             // seconds since 1970
+    std::uint32_t duration = 0;          // seconds
+    std::optional<std::u16string> title; // nothing: the programme has none
+};
+
+// What the TV knows of the programmes. They come every day at the same time, so that something is
+// on whenever the clock says it is.
+class Programmes {
+public:
+    Programmes(Database& database, const Clock& clock) : m_database(database), m_clock(clock) {}
+
+    // Once, when the tables are there. False: the database's error tells why.
+    bool Prepare();
+
+    // Nothing when none is known of the service for now.
+    std::optional<PresentProgramme> FindPresent(std::uint64_t service);
+    bool HasPresent(std::uint64_t service);
+    // What a tuner that is on the service's transponder finds: a programme for the rest of the
+    // hour, called after the service, when none was known for now. True when there was something
+    // to add.
+    bool Collect(std::uint64_t service);
+    // Forgets what was collected.
+    bool ForgetCollected();
+
+private:
+    // The row of the programme that is on at that second of the day; the statement stands on it
+    // until its reset. `midnights` is 1 when it began the day before.
+    bool FindRow(std::uint64_t service, std::int64_t second, std::int64_t& midnights);
+
+    Database& m_database;
+    const Clock& m_clock;
+    Statement m_last;  // the last that begins no later than a second of the day
+    Statement m_first; // when the first one begins that does so later
+    Statement m_add;
+};
+
+} // namespace sim

@@ -1,0 +1,38 @@
+#include "ServiceGuide.h"
+
+#include <cinttypes>
+
+#include "Results.h"
+#include "ServiceForms.h"
+
+namespace sim {
+
+ServiceGuide::ServiceGuide(Chassis& chassis, ServiceLineUp& lineUp, Programmes& programmes)
+    : Interface("com.holvi.IServiceGuide", Calls::ToSession), m_log(chassis.log), m_lineUp(lineUp),
+      m_programmes(programmes) {
+    Add("GetCurrentProgram",
+        {Out("status", kInt), In("service", kNumber64), Out("program", kProgramme)},
+        &ServiceGuide::GetCurrentProgram);
+}
+
+void ServiceGuide::GetCurrentProgram(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    const std::uint64_t service = in.Number64(1);
+    const auto programme = m_programmes.FindPresent(service);
+    if (!programme && !m_lineUp.FindFacts(service)) {
+        m_log.Write("tvtunerinfosrc", "GetCurrentProgram refused: no service 0x%" PRIx64, service);
+        return out.Int(0, kUnknown);
+    }
+    // Nothing known of now is no refusal.
+    if (!programme)
+        return out.Int(0, 0);
+    out.Int(0, kDone);
+    const std::size_t branch = out.Tree().BeginBranch(2);
+    out.Tree().PutValue(0, programme->start);
+    out.Tree().PutValue(1, programme->duration);
+    if (programme->title)
+        out.Tree().PutLeaf(2, wire::NodeKind::Array, programme->title->data(),
+                           programme->title->size() * sizeof(char16_t));
+    out.Tree().EndBranch(branch);
+}
+
+} // namespace sim

@@ -1,0 +1,157 @@
+#include "ServiceLineUp.h"
+
+#include <cinttypes>
+
+#include <nlohmann/json.hpp>
+#include <norvex/client/ServiceId.h>
+#include <norvex/client/TvMode.h>
+
+#include "BuiltInLineUp.h"
+#include "Results.h"
+
+namespace sim {
+
+using nlohmann::json;
+
+namespace {
+
+// In the database.
+const char kLineUpPart[] = "lineUp";
+const char kBuiltInKey[] = "builtIn"; // 1: it is the built-in one; not there: never set up
+const char kBootupPart[] = "bootup";
+
+const char kTag[] = "tvtunerinfosrc";
+
+// The profile of the services that a service mode has.
+std::int32_t ToProfile(std::int32_t serviceMode) {
+    return serviceMode == SERVICE_MODE_DEFAULT ? SERVICE_PROFILE_DEFAULT : SERVICE_PROFILE_OPERATOR;
+}
+
+} // namespace
+
+ServiceLineUp::ServiceLineUp(Chassis& chassis, Programmes& programmes)
+    : m_chassis(chassis), m_programmes(programmes), m_tables(chassis.database),
+      m_queries(chassis.database, chassis.log) {}
+
+bool ServiceLineUp::Start(const LineUpSource* given, std::string& error) {
+    if (!m_tables.Prepare() || !m_programmes.Prepare()) {
+        error = "line-up: " + m_chassis.database.GetError();
+        return false;
+    }
+    m_chassis.settings.ForEach(kBootupPart, [this](std::string_view key, std::int64_t value) {
+        if (!m_bootup)
+            m_bootup.emplace();
+        if (key == "service")
+            m_bootup->service = static_cast<std::uint64_t>(value);
+        else if (key == "antenna")
+            m_bootup->tvMode.antenna = static_cast<std::int32_t>(value);
+        else if (key == "serviceMode")
+            m_bootup->tvMode.serviceMode = static_cast<std::int32_t>(value);
+        else if (key == "option")
+            m_bootup->option = static_cast<std::int32_t>(value);
+    });
+    std::optional<bool> builtIn;
+    m_chassis.settings.ForEach(kLineUpPart, [&builtIn](std::string_view key, std::int64_t value) {
+        if (key == kBuiltInKey)
+            builtIn = value != 0;
+    });
+
+    m_new = given != nullptr ? *given : LineUpSource{kBuiltIn, kBuiltInLineUp};
+    m_isNew = given != nullptr || builtIn.value_or(true);
+    if (given != nullptr || !builtIn)
+        return Load(m_new, error);
+    Loaded(m_isNew ? kBuiltIn : "database");
+    return true;
+}
+
+bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
+    if (!m_tables.Replace(source.text, source.name, error)) {
+        m_chassis.log.Write(kTag, "line-up refused: %s", error.c_str());
+        return false;
+    }
+    m_isNew = &source == &m_new;
+    if (!m_chassis.settings.Put(kLineUpPart, kBuiltInKey, m_isNew && IsBuiltIn()))
+        m_chassis.log.Write(kTag, "line-up: %s", m_chassis.database.GetError().c_str());
+    Loaded(source.name);
+    return true;
+}
+
+void ServiceLineUp::Loaded(const std::string& name) {
+    m_name = name;
+    m_counts = m_tables.Count();
+    ++m_loads;
+    m_chassis.log.Write(kTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes",
+                        name.c_str(), m_counts.services, m_counts.programmes);
+    if (m_listener)
+        m_listener();
+}
+
+void ServiceLineUp::List(const wire::Node& criteria, const TvMode& tvMode, std::int32_t first,
+                         std::int32_t count, ReplyWriter& out) {
+    m_queries.List(ReadCriteria(criteria),
+                   {tvMode.antenna, ToProfile(tvMode.serviceMode), first, count}, out);
+}
+
+std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode& tvMode,
+                                             std::int32_t option) {
+    const auto refuse = [&](std::int32_t result, const char* why) {
+        m_chassis.log.Write(kTag, "SetBootupService refused: service 0x%" PRIx64 " %s", service,
+                            why);
+        return result;
+    };
+    if (service == INVALID_SERVICE_ID)
+        return refuse(kBadArgument, "is the invalid one");
+    const auto facts = FindFacts(service);
+    if (!facts)
+        return refuse(kUnknown, "is not in the line-up");
+    if (tvMode.antenna < ANTENNA_NONE || tvMode.antenna > ANTENNA_SATELLITE ||
+        tvMode.serviceMode < SERVICE_MODE_NONE)
+        return refuse(kBadArgument, "is of no such TV mode");
+    if (tvMode.antenna != ANTENNA_NONE && tvMode.antenna != facts->antenna)
+        return refuse(kRefused, "is of another antenna");
+
+    Bootup bootup{service, tvMode, option};
+    bootup.tvMode.antenna = facts->antenna;
+    if (tvMode.serviceMode == SERVICE_MODE_NONE)
+        bootup.tvMode.serviceMode = facts->profile == SERVICE_PROFILE_DEFAULT ? 0 : 1;
+    Transaction transaction(m_chassis.database);
+    Settings& settings = m_chassis.settings;
+    if (!settings.Put(kBootupPart, "service", static_cast<std::int64_t>(service)) ||
+        !settings.Put(kBootupPart, "antenna", bootup.tvMode.antenna) ||
+        !settings.Put(kBootupPart, "serviceMode", bootup.tvMode.serviceMode) ||
+        !settings.Put(kBootupPart, "option", option) || !transaction.Commit())
+        return refuse(kNotKept, m_chassis.database.GetError().c_str());
+    m_bootup = bootup;
+    m_chassis.log.Write(kTag, "the TV starts with service 0x%" PRIx64, service);
+    return kDone;
+}
+
+json ServiceLineUp::DescribeState() const {
+    json described{{"source", m_name},
+                   {"services", m_counts.services},
+                   {"air", m_counts.air},
+                   {"cable", m_counts.cable},
+                   {"satellite", m_counts.satellite},
+                   {"streamed", m_counts.streamed},
+                   {"transponders", m_counts.transponders},
+                   {"programmes", m_counts.programmes},
+                   {"bootup", nullptr}};
+    if (m_bootup)
+        described["bootup"] = {{"service", ToHexWord(m_bootup->service)},
+                               {"antenna", m_bootup->tvMode.antenna},
+                               {"serviceMode", m_bootup->tvMode.serviceMode},
+                               {"option", m_bootup->option}};
+    return described;
+}
+
+void ServiceLineUp::Reset() {
+    std::string error;
+    if (!m_isNew)
+        Load(m_new, error);
+    else if (!m_programmes.ForgetCollected())
+        m_chassis.log.Write(kTag, "line-up: %s", m_chassis.database.GetError().c_str());
+    m_chassis.settings.Clear(kBootupPart);
+    m_bootup.reset();
+}
+
+} // namespace sim

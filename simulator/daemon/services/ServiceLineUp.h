@@ -1,0 +1,82 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "Chassis.h"
+#include "LineUp.h"
+#include "LineUpTables.h"
+#include "Part.h"
+#include "Programmes.h"
+#include "ServiceQueries.h"
+
+namespace sim {
+
+// A line-up as a text, and where the text is from, for error lines and the state.
+struct LineUpSource {
+    std::string name;
+    std::string text;
+};
+
+// The TV's line-up: its services, its programmes, the service that the TV starts with.
+class ServiceLineUp : public LineUp, public ChannelList, public Part {
+public:
+    ServiceLineUp(Chassis& chassis, Programmes& programmes);
+
+    // Once. The line-up that was given; or the one in the database; or, on a TV that never had one,
+    // the built-in one. False: `error` is one line.
+    bool Start(const LineUpSource* given, std::string& error);
+    // Called when there is another line-up.
+    void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
+    // Another line-up takes the place of the one that is there. False, and all as it was: `error`
+    // is one line, and names the text's.
+    bool Load(const LineUpSource& source, std::string& error);
+    // How many times there has been another one.
+    std::uint64_t GetLoads() const { return m_loads; }
+
+    LineUpTables& GetTables() { return m_tables; }
+    ServiceQueries& GetQueries() { return m_queries; }
+
+    std::optional<ServiceFacts> FindFacts(std::uint64_t service) override {
+        return m_tables.FindFacts(service);
+    }
+    ChannelList* GetChannelList() override { return this; }
+    void List(const wire::Node& criteria, const TvMode& tvMode, std::int32_t first,
+              std::int32_t count, ReplyWriter& out) override;
+    std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode,
+                                  std::int32_t option) override;
+
+    // What the TV starts with, if the line-up has it.
+    struct Bootup {
+        std::uint64_t service = 0;
+        TvMode tvMode;
+        std::int32_t option = 0;
+    };
+    const std::optional<Bootup>& GetBootup() const { return m_bootup; }
+
+    const char* GetStateName() const override { return "lineUp"; }
+    nlohmann::json DescribeState() const override;
+    // The line-up that a new TV has, without what scans have found, and no boot-up service.
+    void Reset() override;
+
+private:
+    void Loaded(const std::string& name);
+    bool IsBuiltIn() const { return m_new.name == kBuiltIn; }
+
+    static constexpr const char* kBuiltIn = "built-in";
+
+    Chassis& m_chassis;
+    Programmes& m_programmes;
+    LineUpTables m_tables;
+    ServiceQueries m_queries;
+    std::function<void()> m_listener;
+    LineUpSource m_new;  // of a new TV
+    bool m_isNew = true; // it is still the one that is there
+    std::string m_name;
+    LineUpCounts m_counts;
+    std::uint64_t m_loads = 0;
+    std::optional<Bootup> m_bootup;
+};
+
+} // namespace sim

@@ -1,0 +1,226 @@
+#include "ServiceQueries.h"
+
+#include <cstring>
+
+#include <norvex/client/CriteriaHelper.h>
+#include <wire/Message.h>
+
+#include "Results.h"
+#include "ServiceFields.h"
+
+namespace sim {
+
+namespace {
+
+// SQLite takes expressions a thousand deep; each condition is one step.
+constexpr std::size_t kMaxConditions = 500;
+constexpr std::size_t kMaxFetched = 500;
+// Shapes that are kept prepared. Consoles have a handful.
+constexpr std::size_t kMaxStatements = 64;
+
+const char kTag[] = "tvtunerinfosrc";
+const char kOrder[] = " ORDER BY antenna, major, minor, id LIMIT ?";
+
+// Of the record or the list among the operation's arguments.
+constexpr std::int16_t kResultPlace = 2;
+
+// The status stands first, but is known last.
+template <class F> void WriteWithStatus(ReplyWriter& out, F&& write) {
+    wire::Buffer& reply = out.Tree().GetBuffer();
+    const std::size_t begin = reply.GetSize();
+    out.Int(0, 0);
+    const std::int32_t status = write();
+    if (status <= 0)
+        reply.Truncate(begin + wire::kNodeHeaderSize + sizeof status);
+    std::memcpy(reply.GetData() + begin + wire::kNodeHeaderSize, &status, sizeof status);
+}
+
+void AppendNumber(std::string& shape, std::int32_t number) {
+    shape.append(reinterpret_cast<const char*>(&number), sizeof number);
+}
+
+std::string ToSelect(const Criteria& criteria) {
+    std::string text = "SELECT ";
+    const char* between = "";
+    for (const std::int32_t field : criteria.fetched) {
+        text += between;
+        text += FindServiceField(field)->column;
+        between = ", ";
+    }
+    // Nothing fetched: a record without fields.
+    return text + (criteria.fetched.empty() ? "NULL" : "") + " FROM service";
+}
+
+// A service without the field meets no condition that it equals something, and each that it
+// differs. Values take the places from `place`.
+std::string ToConditions(const Criteria& criteria, std::size_t place, const char* between) {
+    std::string text;
+    for (const Condition& condition : criteria.conditions) {
+        text += between;
+        text += FindServiceField(condition.field)->column;
+        text += (condition.differs == 0 ? " = ?" : " IS NOT ?") + std::to_string(place++);
+        between = " AND ";
+    }
+    return text;
+}
+
+} // namespace
+
+std::string ServiceQueries::ToFindText(const Criteria& criteria) {
+    return ToSelect(criteria) + ToConditions(criteria, 1, " WHERE ") + kOrder +
+           std::to_string(criteria.conditions.size() + 1);
+}
+
+std::string ServiceQueries::ToListText(const Criteria& criteria) {
+    const std::size_t behind = criteria.conditions.size() + 3;
+    // The table's own key has the antenna first and the line-up's order behind it. The plus keeps
+    // the profile from looking like a better way in.
+    return ToSelect(criteria) + " WHERE antenna = ?1 AND +profile = ?2" +
+           ToConditions(criteria, 3, " AND ") + kOrder + std::to_string(behind) + " OFFSET ?" +
+           std::to_string(behind + 1);
+}
+
+Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int32_t& result) {
+    m_shape.assign(1, static_cast<char>(kind));
+    AppendNumber(m_shape, static_cast<std::int32_t>(criteria.conditions.size()));
+    for (const Condition& condition : criteria.conditions) {
+        AppendNumber(m_shape, condition.differs);
+        AppendNumber(m_shape, condition.field);
+    }
+    for (const std::int32_t field : criteria.fetched)
+        AppendNumber(m_shape, field);
+    const auto known = m_statements.find(m_shape);
+    if (known != m_statements.end())
+        return &known->second;
+
+    if (criteria.conditions.size() > kMaxConditions || criteria.fetched.size() > kMaxFetched) {
+        m_log.Write(kTag, "query refused: %zu conditions, %zu fields", criteria.conditions.size(),
+                    criteria.fetched.size());
+        result = kTooMany;
+        return nullptr;
+    }
+    const auto isKnown = [&](std::int32_t field) {
+        if (FindServiceField(field) != nullptr)
+            return true;
+        m_log.Write(kTag, "query refused: no service has a field %d", field);
+        return false;
+    };
+    result = kBadArgument;
+    for (const Condition& condition : criteria.conditions) {
+        if (!isKnown(condition.field))
+            return nullptr;
+    }
+    for (const std::int32_t field : criteria.fetched) {
+        if (!isKnown(field))
+            return nullptr;
+    }
+    if (m_statements.size() >= kMaxStatements)
+        m_statements.clear();
+    Statement& statement = m_statements[m_shape];
+    if (!statement.Prepare(m_database,
+                           kind == Kind::Find ? ToFindText(criteria) : ToListText(criteria))) {
+        m_statements.erase(m_shape);
+        result = Refuse("query");
+        return nullptr;
+    }
+    return &statement;
+}
+
+std::int32_t ServiceQueries::Refuse(const char* operation) {
+    m_log.Write(kTag, "%s refused: %s", operation, m_database.GetError().c_str());
+    return kNotKept;
+}
+
+void ServiceQueries::WriteRecord(const Criteria& criteria, const Statement& row,
+                                 wire::TreeWriter& tree, std::int16_t place) {
+    const std::size_t branch = tree.BeginBranch(place);
+    int column = 0;
+    for (const std::int32_t number : criteria.fetched) {
+        const auto tag = static_cast<std::int16_t>(number);
+        const std::int64_t value = row.Int(column);
+        if (number == SERVICE_FIELD_ID)
+            tree.PutValue(tag, value);
+        else if (value == 0 && row.IsNull(column))
+            tree.PutLeaf(tag, wire::NodeKind::Value, nullptr, 0);
+        else
+            tree.PutValue(tag, static_cast<std::int32_t>(value));
+        ++column;
+    }
+    tree.EndBranch(branch);
+}
+
+void ServiceQueries::Find(const Criteria& criteria, std::int32_t count, ReplyWriter& out) {
+    WriteWithStatus(out, [&] { return WriteFirst(criteria, count, out.Tree()); });
+}
+
+void ServiceQueries::List(const Criteria& criteria, const Page& page, ReplyWriter& out) {
+    WriteWithStatus(out, [&] { return WriteAll(criteria, page, out.Tree()); });
+}
+
+std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t count,
+                                        wire::TreeWriter& tree) {
+    if (count <= 0) {
+        m_log.Write(kTag, "FindService refused: %d services asked for", count);
+        return kBadArgument;
+    }
+    std::int32_t result = 0;
+    Statement* statement = Prepare(Kind::Find, criteria, result);
+    if (statement == nullptr)
+        return result;
+    int at = 1;
+    for (const Condition& condition : criteria.conditions)
+        statement->Bind(at++, std::int64_t{condition.value});
+    statement->Bind(at, std::int64_t{count});
+    std::int32_t found = 0;
+    Statement::Step step = statement->Next();
+    for (; step == Statement::Step::Row;
+         step = found < count ? statement->Next() : Statement::Step::Done) {
+        if (found++ == 0)
+            WriteRecord(criteria, *statement, tree, kResultPlace);
+    }
+    if (step == Statement::Step::Failed)
+        found = Refuse("FindService");
+    statement->Reset();
+    return found;
+}
+
+std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page,
+                                      wire::TreeWriter& tree) {
+    if (page.first < 0 || page.count < 0) {
+        m_log.Write(kTag, "GetServiceList refused: no page of %d services behind %d", page.count,
+                    page.first);
+        return kBadArgument;
+    }
+    std::int32_t result = 0;
+    Statement* statement = Prepare(Kind::List, criteria, result);
+    if (statement == nullptr)
+        return result;
+    int at = 1;
+    statement->Bind(at++, std::int64_t{page.antenna});
+    statement->Bind(at++, std::int64_t{page.profile});
+    for (const Condition& condition : criteria.conditions)
+        statement->Bind(at++, std::int64_t{condition.value});
+    statement->Bind(at++, std::int64_t{page.count == 0 ? -1 : page.count});
+    statement->Bind(at, std::int64_t{page.first});
+
+    result = kDone;
+    const std::size_t list = tree.BeginBranch(kResultPlace);
+    std::int16_t number = 0;
+    Statement::Step step = statement->Next();
+    for (; step == Statement::Step::Row && result == kDone; step = statement->Next()) {
+        // Places begin anew behind the 16 bits of a tag: records are told by their order.
+        WriteRecord(criteria, *statement, tree, number);
+        number = number == INT16_MAX ? std::int16_t{0} : static_cast<std::int16_t>(number + 1);
+        if (tree.GetBuffer().GetSize() > wire::kMaxTreeSize) {
+            m_log.Write(kTag, "GetServiceList refused: the list is too long for one reply");
+            result = kTooMany;
+        }
+    }
+    if (step == Statement::Step::Failed)
+        result = Refuse("GetServiceList");
+    statement->Reset();
+    tree.EndBranch(list);
+    return result;
+}
+
+} // namespace sim
