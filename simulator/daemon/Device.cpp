@@ -99,7 +99,8 @@ bool Device::SetKey(const std::vector<std::string>& words, std::string& error) {
     if (words.size() != 2 || !IsName(words[0]))
         return false;
     const char* end = words[1].data() + words[1].size();
-    if (std::from_chars(words[1].data(), end, value).ptr != end || words[1].empty())
+    const auto [stopped, problem] = std::from_chars(words[1].data(), end, value);
+    if (problem != std::errc() || stopped != end)
         return false;
     if (!m_values.contains(words[0]) && m_values.size() >= kMaxKeys) {
         error = "the key-value store is full";

@@ -66,7 +66,7 @@ def read_text(content):
     children = by_tag(content)
     data = children.get(1, b"")
     assert len(data) == read(children[0], "I")
-    return data.decode()
+    return data.decode(errors="replace")
 
 
 # ---- messages and packets ----
@@ -102,8 +102,10 @@ class Connection:
         self.epoch = None
         self.serial = 0
         self.socket = socket.socket(socket.AF_UNIX, socket.SOCK_SEQPACKET)
-        self.socket.settimeout(limit)
+        # A connect that may not block gives up at once where the daemon is behind with accepting.
+        self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_SNDTIMEO, struct.pack("ll", limit, 0))
         self.socket.connect(path)
+        self.socket.settimeout(limit)
         if hello:
             self.hello(role, session, tag)
 
