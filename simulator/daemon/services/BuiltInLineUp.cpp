@@ -272,7 +272,7 @@ streamed air
     programme 06:00 360 "Frühstück & Überraschungen"
     programme 12:00 360 "Die große Reise"
     programme 18:00 360 "Abendschau"
-  service 0x7000000000000002 7 "Stream Seven"
+  service 0x7000000000000002 70 "Stream Seventy"
     programme 00:00 600 "Jazz 🎷 until Dawn"
     programme 10:00 600 "Morning Concert 🎻"
     programme 20:00 240 "Live 🎤"

@@ -32,6 +32,13 @@ public:
         m_tree.EndBranch(branch);
         return *this;
     }
+    // An object whose content `write` puts into the tree.
+    template <class F> CallTree& Object(F&& write) {
+        const std::size_t branch = m_tree.BeginBranch(m_place++, wire::Direction::In);
+        write(m_tree);
+        m_tree.EndBranch(branch);
+        return *this;
+    }
     // An object that is only asked for.
     CallTree& OutObject() {
         m_tree.EndBranch(m_tree.BeginBranch(m_place++));

@@ -150,8 +150,13 @@ void TestClient::Die() {
     m_tv.WaitUntil([&] { return m_tv.chassis.clients.GetCount() < before; });
 }
 
-TestTv::TestTv() : chassis(database, log), parts(sim::MountPipelines(Prepare(), lineUp)) {
+TestTv::TestTv(const Mount& mount, const std::string& databasePath)
+    : chassis(database, log), parts(mount(Prepare(databasePath))) {
     chassis.Mount<sim::SessionInterface>(chassis);
+}
+
+TestTv::TestTv()
+    : TestTv([this](sim::Chassis& mounted) { return sim::MountPipelines(mounted, lineUp); }) {
     lineUp.services = {
         {kAirService,
          {.antenna = 0,
@@ -166,8 +171,8 @@ TestTv::TestTv() : chassis(database, log), parts(sim::MountPipelines(Prepare(), 
         {kStreamedService, {.antenna = 0, .streamed = true, .channelType = 9, .major = 10}}};
 }
 
-sim::Chassis& TestTv::Prepare() {
-    EXPECT_TRUE(database.Open({}));
+sim::Chassis& TestTv::Prepare(const std::string& databasePath) {
+    EXPECT_TRUE(database.Open(databasePath));
     EXPECT_TRUE(chassis.settings.Prepare());
     log.SetSink(
         [this](std::string_view tag, std::string_view line) { m_lines.emplace_back(tag, line); });

@@ -86,7 +86,11 @@ private:
 // The pipelines of a TV, with a line-up of the test's own, called as a client calls them.
 class TestTv {
 public:
+    using Mount = std::function<sim::PipelineParts(sim::Chassis&)>;
+
     TestTv();
+    // With what `mount` mounts in place of the pipelines alone; in memory without a path.
+    explicit TestTv(const Mount& mount, const std::string& databasePath = {});
 
     nlohmann::json State(const std::string& path) const {
         return chassis.DescribeState().at(nlohmann::json::json_pointer(path));
@@ -102,7 +106,7 @@ public:
     sim::Log log;
 
 private:
-    sim::Chassis& Prepare();
+    sim::Chassis& Prepare(const std::string& databasePath);
 
     std::vector<std::pair<std::string, std::string>> m_lines;
 

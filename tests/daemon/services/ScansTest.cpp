@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include "LineUpTv.h"
+
+namespace {
+
+const char kText[] = "transponder air 474000\n"
+                     "service 0x1 1 \"One\"\n"
+                     "service 0x2 2 \"Two\"\n"
+                     "  programme 00:00 1440 \"All day\"\n"
+                     "transponder air 482000\n"
+                     "service 0x8000000000000003 3 \"Three\"\n"
+                     "transponder air 490000\n"
+                     "service 0x4 4 \"Guide\" barker\n"
+                     "transponder cable 330000\n"
+                     "service 0x5 5 \"Cable\"\n"
+                     "transponder satellite 11347000\n"
+                     "service 0x6 6 \"Secret guide\" barker unlisted\n"
+                     "streamed air\n"
+                     "service 0x7 7 \"Stream\"\n";
+constexpr std::uint64_t kThree = 0x8000000000000003ULL;
+
+using Signals = std::vector<std::string>;
+
+class ScansTest : public testing::Test {
+protected:
+    void SetUp() override {
+        EXPECT_EQ(tv.Set("scan-pace", {"0"}), "");
+        EXPECT_EQ(tv.Set("clock", {"2026-03-01T20:15:00Z"}), "");
+        client.Subscribe({81, 193, 194, 195});
+    }
+    Signals WaitForEnd() {
+        tv.WaitUntil([&] { return tv.State("/scan/running").is_null(); });
+        return client.TakeSignals();
+    }
+    std::string Tuner() { return tv.State("/pipelines/1:0/tuner/at"); }
+
+    LineUpTv tv{kText};
+    LineUpClient client{tv};
+};
+
+TEST_F(ScansTest, TuneAroundTellsOfEachServiceAndOfItsEnd) {
+    EXPECT_EQ(client.StartTuneAround({1, 2, kThree}), kDone);
+    EXPECT_TRUE(client.TakeSignals().empty()); // in the background
+    EXPECT_EQ(tv.State("/scan/running"), "tuneAround");
+    EXPECT_EQ(tv.State("/scan/of"), 3);
+    EXPECT_EQ(WaitForEnd(),
+              (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "81 1:0 0x200000001", "193 1:0 0x2",
+                       "81 1:0 0x300000001", "193 1:0 0x8000000000000003", "194 1:0 0x0"}));
+    EXPECT_EQ(tv.State("/scan/last"), "completed");
+    EXPECT_EQ(tv.State("/scan/done"), 3);
+}
+
+TEST_F(ScansTest, TuneAroundCollectsMissingProgrammes) {
+    EXPECT_EQ(client.IsTuneAroundNeeded({1, 2, kThree}), 1);
+    EXPECT_EQ(client.StartTuneAround({1, 2, kThree}), kDone);
+    WaitForEnd();
+    EXPECT_EQ(client.IsTuneAroundNeeded({1, 2, kThree}), 0);
+    EXPECT_EQ(client.IsTuneAroundNeeded({4}), 1);
+    // The hour's rest is known, and no more; what is written down stays as it is.
+    EXPECT_EQ(tv.Set("clock", {"2026-03-01T21:00:00Z"}), "");
+    EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
+    EXPECT_EQ(tv.Show(), LineUpTv(kText).Show());
+    EXPECT_EQ(tv.Set("clock", {"2026-03-01T20:59:00Z"}), "");
+    EXPECT_EQ(client.IsTuneAroundNeeded({1}), 0);
+    tv.chassis.Reset();
+    EXPECT_EQ(tv.Set("clock", {"2026-03-01T20:59:00Z"}), "");
+    EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
+}
+
+TEST_F(ScansTest, TheTunerStandsOnWhatIsVisitedAndGoesBack) {
+    EXPECT_EQ(client.SetService(1), kDone);
+    EXPECT_EQ(Tuner(), "air/474000");
+    EXPECT_EQ(tv.Set("scan-pace", {"3600000"}), "");
+    EXPECT_EQ(client.StartTuneAround({kThree, 5}), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x8000000000000003"; });
+    EXPECT_EQ(Tuner(), "air/482000");
+    // The picture is another matter.
+    EXPECT_EQ(tv.State("/pipelines/1:0/service"), "0x1");
+    EXPECT_EQ(client.StopManualScan(), kDone);
+    EXPECT_EQ(Tuner(), "air/474000");
+    EXPECT_TRUE(tv.State("/scan/service").is_null());
+}
+
+TEST_F(ScansTest, ACutTransponderYieldsNothing) {
+    EXPECT_EQ(tv.Set("tuner", {"air/482000", "off"}), "");
+    EXPECT_EQ(client.StartTuneAround({1, kThree, 7}), kDone);
+    EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "81 1:0 0x700000009",
+                                     "193 1:0 0x7", "194 1:0 0x0"}));
+    EXPECT_EQ(client.IsTuneAroundNeeded({kThree}), 1);
+    EXPECT_EQ(client.IsTuneAroundNeeded({1, 7}), 0);
+}
+
+TEST_F(ScansTest, ASignalThatIsCutDuringAVisitYieldsNoProgramme) {
+    EXPECT_EQ(tv.Set("scan-pace", {"1"}), "");
+    EXPECT_EQ(client.StartTuneAround({1}), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x1"; });
+    EXPECT_EQ(tv.Set("tuner", {"air", "off"}), "");
+    EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x100000001", "194 1:0 0x0"}));
+}
+
+TEST_F(ScansTest, StoppedSaysSo) {
+    EXPECT_EQ(tv.Set("scan-pace", {"3600000"}), "");
+    EXPECT_EQ(client.StartTuneAround({1, 2}), kDone);
+    tv.WaitUntil([&] { return !tv.State("/scan/service").is_null(); });
+    EXPECT_EQ(client.TakeSignals(), (Signals{"81 1:0 0x100000001"}));
+    EXPECT_EQ(client.StopManualScan(), kDone);
+    EXPECT_EQ(client.TakeSignals(), (Signals{"194 1:0 0x1"}));
+    EXPECT_EQ(tv.State("/scan/last"), "stopped");
+    EXPECT_LT(client.StopManualScan(), 0);
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "tune around cannot be stopped"));
+    EXPECT_TRUE(client.TakeSignals().empty());
+}
+
+TEST_F(ScansTest, OneRunsAtATime) {
+    EXPECT_EQ(client.StartTuneAround({1}), kDone);
+    EXPECT_LT(client.StartTuneAround({2}), 0);
+    EXPECT_LT(client.StartBarkerChannelScan(-1), 0);
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "barker channel refused: tune around runs"));
+    EXPECT_LT(client.StopBarkerChannelScan(), 0);
+    EXPECT_EQ(client.StopManualScan(), kDone);
+    EXPECT_EQ(client.StartBarkerChannelScan(-1), kDone);
+    EXPECT_LT(client.StartTuneAround({1}), 0);
+    EXPECT_LT(client.StopManualScan(), 0);
+    EXPECT_EQ(client.StopBarkerChannelScan(), kDone);
+    EXPECT_EQ(client.TakeSignals(), (Signals{"194 1:0 0x1", "195 1:0 0x0"}));
+}
+
+TEST_F(ScansTest, RefusesToVisitNothing) {
+    EXPECT_LT(client.StartTuneAround({}), 0);
+    EXPECT_LT(client.StartTuneAround({kInvalidService, 99}), 0);
+    EXPECT_EQ(client.StartTuneAround({99, 1}), kDone);
+    EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "194 1:0 0x0"}));
+}
+
+TEST_F(ScansTest, OnlySubscribersHear) {
+    LineUpClient other(tv);
+    other.Subscribe({194});
+    EXPECT_EQ(client.StartTuneAround({1}), kDone);
+    EXPECT_EQ(WaitForEnd().size(), 3u);
+    EXPECT_EQ(other.TakeSignals(), (Signals{"194 1:0 0x0"}));
+}
+
+TEST_F(ScansTest, BarkerChannelCollectsForItsAntenna) {
+    EXPECT_EQ(client.IsBarkerChannelScanAvailable(-1), 1);
+    EXPECT_EQ(client.IsBarkerChannelScanAvailable(0), 1);
+    EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
+    EXPECT_EQ(tv.Set("scan-pace", {"1"}), "");
+    EXPECT_EQ(client.StartBarkerChannelScan(-1), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x4"; });
+    EXPECT_EQ(Tuner(), "air/490000");
+    EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x400000001", "195 1:0 0x1"}));
+    EXPECT_EQ(client.IsTuneAroundNeeded({1, 2, kThree, 4}), 0);
+    EXPECT_EQ(client.IsTuneAroundNeeded({5}), 1); // cable
+    EXPECT_EQ(client.IsTuneAroundNeeded({7}), 1); // streamed
+}
+
+TEST_F(ScansTest, BarkerChannelScanFails) {
+    // Cable has none, the satellite's is not listed.
+    for (const std::int32_t antenna : {1, 2}) {
+        EXPECT_EQ(client.IsBarkerChannelScanAvailable(antenna), 0);
+        EXPECT_EQ(client.StartBarkerChannelScan(antenna), kDone);
+        EXPECT_EQ(WaitForEnd(), (Signals{"195 1:0 0x0"}));
+        EXPECT_EQ(tv.State("/scan/last"), "failed");
+    }
+    EXPECT_LT(client.IsBarkerChannelScanAvailable(3), 0);
+    EXPECT_LT(client.StartBarkerChannelScan(3), 0);
+    EXPECT_EQ(tv.Set("tuner", {"air/490000", "off"}), "");
+    EXPECT_EQ(client.IsBarkerChannelScanAvailable(0), 1);
+    EXPECT_EQ(client.StartBarkerChannelScan(0), kDone);
+    EXPECT_EQ(WaitForEnd(), (Signals{"195 1:0 0x0"}));
+    EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
+}
+
+TEST_F(ScansTest, GoesOnWithAnotherLineUp) {
+    EXPECT_EQ(tv.Set("scan-pace", {"1"}), "");
+    EXPECT_EQ(client.StartTuneAround({1, 2, kThree}), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x1"; });
+    EXPECT_EQ(tv.Load("transponder air 1000\nservice 0x8000000000000003 9 \"Moved\""), "");
+    EXPECT_EQ(WaitForEnd().back(), "194 1:0 0x0");
+    EXPECT_EQ(client.IsTuneAroundNeeded({kThree}), 0);
+}
+
+TEST_F(ScansTest, ResetEndsItWithoutAWord) {
+    EXPECT_EQ(client.StartTuneAround({1}), kDone);
+    tv.chassis.Reset();
+    EXPECT_TRUE(tv.State("/scan/running").is_null());
+    EXPECT_TRUE(tv.State("/scan/last").is_null());
+    EXPECT_EQ(tv.State("/scan/paceMs"), sim::Scans::kDefaultPace);
+    EXPECT_TRUE(client.TakeSignals().empty());
+    EXPECT_NE(tv.Set("scan-pace", {"3600001"}), "");
+    EXPECT_NE(tv.Set("scan-pace", {"fast"}), "");
+}
+
+} // namespace
