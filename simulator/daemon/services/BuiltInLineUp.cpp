@@ -104,7 +104,7 @@ transponder air 514000
     programme 10:00 420 "Cycling: the Long Stage"
     programme 17:00 720 "Sports Night"
   service 0xc000000000000003 103 "Pay Three" profile=2
-  service 0xc000000000000004 7-1 "Norvex One for Members" profile=2
+  service 0xc000000000000004 7-5 "Norvex One for Members" profile=2
     programme 00:00 360 "Nachtprogramm – Wiederholungen"
     programme 06:00 360 "Frühstück & Überraschungen"
     programme 12:00 360 "Die große Reise"
