@@ -14,8 +14,11 @@ const char kThinRule[] = "------------------------------------\n";
 const char kPrompt[] = "norvex> ";
 
 std::string Frame(const char* title, const std::string& rows) {
-    return std::string("\n") + kRule + "\t[" + title + "]\n" + kThinRule + rows + kThinRule +
-           " 99 : Exit\n" + kRule + kPrompt;
+    std::string screen = "\n";
+    screen.append(kRule).append("\t[").append(title).append("]\n");
+    screen.append(kThinRule).append(rows).append(kThinRule);
+    screen.append(" 99 : Exit\n").append(kRule).append(kPrompt);
+    return screen;
 }
 
 const char* OnOff(bool on) {
