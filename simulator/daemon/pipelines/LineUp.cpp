@@ -2,8 +2,6 @@
 
 #include <array>
 
-#include <norvex/client/ServiceId.h>
-
 #include "Words.h"
 
 namespace sim {
@@ -48,12 +46,6 @@ std::uint64_t ToSignalData(const ServiceFacts& facts) {
     return std::uint64_t{static_cast<std::uint16_t>(facts.channelType)} |
            std::uint64_t{static_cast<std::uint16_t>(facts.profile)} << 16 |
            std::uint64_t{static_cast<std::uint16_t>(facts.major)} << 32;
-}
-
-std::optional<ServiceFacts> NoLineUp::FindFacts(std::uint64_t service) {
-    if (service == INVALID_SERVICE_ID)
-        return {};
-    return ServiceFacts{};
 }
 
 } // namespace sim

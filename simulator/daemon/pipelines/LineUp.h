@@ -68,14 +68,8 @@ public:
     virtual ~LineUp() = default;
     // Nothing for an id that no service has.
     virtual std::optional<ServiceFacts> FindFacts(std::uint64_t service) = 0;
-    // Null: the channels were never set up.
+    // Null: there is nothing but the facts.
     virtual ChannelList* GetChannelList() { return nullptr; }
-};
-
-// A TV whose channels were never set up: tunes what it is told to, and knows nothing of it.
-class NoLineUp : public LineUp {
-public:
-    std::optional<ServiceFacts> FindFacts(std::uint64_t service) override;
 };
 
 } // namespace sim

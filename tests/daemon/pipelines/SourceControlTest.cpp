@@ -177,10 +177,4 @@ TEST(LineUpChange, DropsServicesThatAreGone) {
     EXPECT_EQ(tv.State("/pipelines/1:0/tuner/at"), "air");
 }
 
-TEST(NoLineUp, TakesEveryServiceButTheInvalidOne) {
-    sim::NoLineUp lineUp;
-    EXPECT_EQ(lineUp.FindFacts(kAirService)->antenna, -1);
-    EXPECT_FALSE(lineUp.FindFacts(kInvalid));
-}
-
 } // namespace
