@@ -12,7 +12,7 @@ class Chassis;
 
 // What the TV is made of. Here, and only here, a new part is mounted.
 struct Options {
-    std::uint32_t items = 0; // debug menu items beside the built-in ones
+    std::uint32_t items = 0;            // debug menu items beside the built-in ones
     std::optional<LineUpSource> lineUp; // in place of the built-in one, or the database's
 };
 // False: `error` is one line.
