@@ -84,6 +84,24 @@ class TestConsoleTestCase(SystemTestCase):
         self.assertEqual(console.before, "")
         self.leave(console, "99", "99")
 
+    def test_ten_thousand_signals_arrive_whole_during_menu_work_with_a_transcript(self):
+        self.start_tv()
+        transcript = self.path("transcript")
+        console = self.open_console("--transcript", transcript)
+        console.sendline("5")
+        console.expect_exact(MAIN_PROMPT)
+        for _ in range(10):
+            self.simctl("signal", "193", "serviceId=0xfa0000000002002d", "count=1000")
+            console.sendline("2 0 1 1 99 0 9 10")
+            console.expect_exact(" CheckTunerSignalState Success!")
+        # Signals come in order: with this one, all others are there.
+        self.simctl("signal", "195", "success=1")
+        console.expect_exact("SIGNAL_BARKER_CHANNEL_TUNE")
+        self.leave(console, "99", "99")
+        line = f"\tSIGNAL_TUNE_AROUND_SERVICE_DONE -> profile:1, screenId: 0, serviceId: {0xFA0000000002002D}\n"
+        with open(transcript, encoding="utf-8") as file:
+            self.assertEqual(file.read().count(line), 10000)
+
     def test_sessions_and_signals_come_back_when_the_tv_is_killed_and_started_again(self):
         self.start_tv()
         console = self.enter()
