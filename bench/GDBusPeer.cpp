@@ -39,8 +39,8 @@ void Answer(GDBusConnection*, const char*, const char*, const char*, const char*
     if (g_strcmp0(method, "Execute") == 0) {
         const char* word = nullptr;
         g_variant_get(arguments, "(&s)", &word);
-        g_dbus_method_invocation_return_value(invocation,
-                                              g_variant_new("(is)", 1, answers.m_Screen.c_str()));
+        const std::string screen = answers.m_Answer ? answers.m_Answer(word) : answers.m_Screen;
+        g_dbus_method_invocation_return_value(invocation, g_variant_new("(is)", 1, screen.c_str()));
     } else {
         g_dbus_method_invocation_return_value(
             invocation, g_variant_new("(i@a(sbu))", 1, ItemList(answers.m_Items)));

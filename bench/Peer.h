@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,8 @@ namespace bench {
 struct TSAnswers {
     std::string m_Screen;
     std::vector<TSMenuItem> m_Items;
+    // Makes the screen of a word in m_Screen's place, where there is one; GDBus only.
+    std::function<std::string(const std::string& word)> m_Answer;
 };
 
 // Another way to make the debug print control's calls to another process, on this thread.

@@ -1,0 +1,134 @@
+#include "LineUp.h"
+
+#include "FarSide.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <unistd.h>
+
+#include <Database.h>
+#include <LineUpTables.h>
+#include <ServiceQueries.h>
+
+#include <norvex/client/CriteriaHelper.h>
+
+namespace bench {
+
+namespace {
+
+// Both ways through the line-up begin so.
+sim::Criteria VisibleServices() {
+    sim::Criteria criteria;
+    criteria.conditions = {{0, SERVICE_FIELD_LISTED, 1}, {0, SERVICE_FIELD_HIDDEN, 0}};
+    criteria.fetched = {SERVICE_FIELD_ID};
+    return criteria;
+}
+
+sim::Criteria ByMajor() {
+    sim::Criteria criteria = VisibleServices();
+    criteria.conditions.push_back({0, SERVICE_FIELD_MAJOR, 0});
+    return criteria;
+}
+
+sim::Criteria Broadcast() {
+    sim::Criteria criteria = VisibleServices();
+    criteria.conditions.push_back({1, SERVICE_FIELD_CHANNEL_TYPE, CHANNEL_TYPE_VIRTUAL});
+    return criteria;
+}
+
+} // namespace
+
+TCLineUp::TCLineUp(int services, bool programmes) : m_Services(services) {
+    m_Path = (std::filesystem::temp_directory_path() / "zarn-bench-lineup.XXXXXX").string();
+    const int descriptor = mkstemp(m_Path.data());
+    std::FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
+    if (file == nullptr)
+        GiveUp(std::strerror(errno));
+    std::fputs("transponder air 474000\n", file);
+    for (int i = 0; i < services; ++i) {
+        std::fprintf(file, "service 0x%x %d-%d \"Service %d\"\n", i + 1, i % kMajors,
+                     i / kMajors + 1, i);
+        if (programmes)
+            std::fputs("programme 00:00 1440 \"All day long\"\n", file);
+    }
+    if (std::ferror(file) != 0 || std::fclose(file) != 0)
+        GiveUp("the line-up could not be written");
+}
+
+TCLineUp::~TCLineUp() {
+    unlink(m_Path.c_str());
+}
+
+struct TCLineUpDatabase::TSQueries {
+    sim::Database m_Database;
+    sim::LineUpTables m_Tables{m_Database};
+    sim::Statement m_FindByMajor;
+    sim::Statement m_List;
+    sim::Statement m_FindTitle;
+};
+
+TCLineUpDatabase::TCLineUpDatabase(const TCLineUp& lineUp)
+    : m_pQueries(std::make_unique<TSQueries>()) {
+    TSQueries& queries = *m_pQueries;
+    std::ifstream file(lineUp.Path());
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    std::string error;
+    if (!queries.m_Database.Open("") || !queries.m_Tables.Prepare())
+        GiveUp(queries.m_Database.GetError().c_str());
+    if (!queries.m_Tables.Replace(text, lineUp.Path(), error))
+        GiveUp(error.c_str());
+    if (!queries.m_FindByMajor.Prepare(queries.m_Database,
+                                       sim::ServiceQueries::ToFindText(ByMajor())) ||
+        !queries.m_List.Prepare(queries.m_Database, sim::ServiceQueries::ToListText(Broadcast())) ||
+        !queries.m_FindTitle.Prepare(queries.m_Database,
+                                     "SELECT start, duration, title FROM programme WHERE"
+                                     " service = ?1 AND start <= ?2 ORDER BY start DESC LIMIT 1"))
+        GiveUp(queries.m_Database.GetError().c_str());
+}
+
+TCLineUpDatabase::~TCLineUpDatabase() = default;
+
+std::uint64_t TCLineUpDatabase::FindByMajor(int major) {
+    sim::Statement& find = m_pQueries->m_FindByMajor;
+    const std::int64_t values[] = {1, 0, major, 1}; // listed, not hidden, the major, one row
+    int place = 1;
+    for (const std::int64_t value : values)
+        find.Bind(place++, value);
+    const std::uint64_t service = find.Next() == sim::Statement::Step::Row ? find.Number64(0) : 0;
+    find.Reset();
+    return service;
+}
+
+std::vector<std::uint64_t> TCLineUpDatabase::List() {
+    sim::Statement& list = m_pQueries->m_List;
+    // Air, profile 0, listed, not hidden, not streamed, all rows from the first.
+    const std::int64_t values[] = {0, 0, 1, 0, CHANNEL_TYPE_VIRTUAL, -1, 0};
+    int place = 1;
+    for (const std::int64_t value : values)
+        list.Bind(place++, value);
+    std::vector<std::uint64_t> services;
+    while (list.Next() == sim::Statement::Step::Row)
+        services.push_back(list.Number64(0));
+    list.Reset();
+    return services;
+}
+
+int TCLineUpDatabase::FindTitleSize(std::uint64_t service, int second) {
+    sim::Statement& find = m_pQueries->m_FindTitle;
+    find.Bind(1, service);
+    find.Bind(2, std::int64_t{second});
+    int size = 0;
+    if (find.Next() == sim::Statement::Step::Row && find.Int(0) + find.Int(1) > second &&
+        sqlite3_column_text16(find.Get(), 2) != nullptr)
+        size = sqlite3_column_bytes16(find.Get(), 2) / 2;
+    find.Reset();
+    return size;
+}
+
+} // namespace bench

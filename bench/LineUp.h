@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// The majors are spread over all that there are; a service's minor is how often its major came.
+constexpr int kMajors = 65536;
+
+// A line-up of services over air, listed and of the profile 0, as a file that `norvex-sim --lineup`
+// takes. Owns the file.
+class TCLineUp {
+public:
+    // With `programmes` each service has one with a title, all day long.
+    explicit TCLineUp(int services, bool programmes = false);
+    ~TCLineUp();
+    TCLineUp(const TCLineUp&) = delete;
+    TCLineUp& operator=(const TCLineUp&) = delete;
+
+    const std::string& Path() const { return m_Path; }
+    int Services() const { return m_Services; }
+
+private:
+    int m_Services;
+    std::string m_Path;
+};
+
+// What SQLite takes by itself: the daemon's own tables in memory, in this process, and the same
+// queries prepared. Ends the program when SQLite refuses.
+class TCLineUpDatabase {
+public:
+    explicit TCLineUpDatabase(const TCLineUp& lineUp);
+    ~TCLineUpDatabase();
+    TCLineUpDatabase(const TCLineUpDatabase&) = delete;
+    TCLineUpDatabase& operator=(const TCLineUpDatabase&) = delete;
+
+    // The first service with that major number; 0 when there is none.
+    std::uint64_t FindByMajor(int major);
+    // The ids of the air line-up's services, streamed ones left out, into a new vector.
+    std::vector<std::uint64_t> List();
+    // Units of the title of a service's programme at that second of the day; 0 when there is none.
+    int FindTitleSize(std::uint64_t service, int second);
+
+private:
+    struct TSQueries;
+    std::unique_ptr<TSQueries> m_pQueries;
+};
+
+} // namespace bench
