@@ -53,7 +53,7 @@ class ChannelsTestCase(SystemTestCase):
         console.sendline("18")
         console.expect_exact(PROCESS_PROMPT)
         console.sendline("3")
-        console.expect_exact("\tcalled StartTuneAround, ret: 1\r\n")
+        # Signals come when they come, also within the menu's own lines: only theirs are whole.
         console.expect_exact("SIGNAL_TUNE_AROUND_FINISHED -> profile:1, screenId: 0, completed: true\r\n")
         console.sendline("99")
         console.expect_exact(MAIN_PROMPT)
@@ -106,7 +106,6 @@ class ChannelsTestCase(SystemTestCase):
         console.sendline("18")
         console.expect_exact(PROCESS_PROMPT)
         console.sendline("3")
-        console.expect_exact("\tcalled StartTuneAround, ret: 1\r\n")
         console.expect_exact("SIGNAL_SI_STARTED")
         self.assertEqual(self.state("/scan/done"), 0)
         self.assertEqual(self.state("/pipelines/1:0/tuner/at"), "air/474000")
@@ -127,7 +126,8 @@ class ChannelsTestCase(SystemTestCase):
         console.expect_exact("\tcalled StopManualScan, ret: -1\r\n")
         self.start_tv("--lineup", self.path("own.lineup"))
         console.sendline("3")
-        console.expect_exact("\tcalled StartTuneAround, ret: 1\r\n")
+        console.expect_exact("SIGNAL_SI_STARTED")
+        self.assertIsNotNone(self.state("/scan/running"))
         self.leave(console, "99", "99", "99")
 
     def test_programmes_of_a_line_up_of_ones_own_are_listed(self):
