@@ -1,0 +1,42 @@
+// The mute test of the console as it ships, in front of a control of sound and picture that answers
+// at once: what is left is the console's own work.
+
+#include "TPMSDebugMenu.h"
+
+#include <fstream>
+#include <iostream>
+
+#include <norvex/client/AVControl.h>
+#include <norvex/client/NorvexAPI.h>
+
+namespace {
+
+class TCSilentAVControl final : public IAVControl {
+public:
+    int RestartVideoDecoder() override { return 1; }
+    int MuteVideo(int) override { return 1; }
+    int MuteAudio(int) override { return 1; }
+};
+
+} // namespace
+
+// In place of the client library's: a program's own definitions come first.
+int NorvexAPI::CreateAVControl(EProfile, int, IAVControl** avControl) {
+    *avControl = new TCSilentAVControl;
+    return 0;
+}
+int NorvexAPI::Destroy(INorvexSession* session) {
+    delete session;
+    return 1;
+}
+
+int main() {
+    // Whole blocks behind std::cin, as the host has them.
+    std::filebuf input;
+    if (input.open("/dev/stdin", std::ios::in) == nullptr)
+        return 1;
+    std::cin.rdbuf(&input);
+    TCDebugMenuTPMS().m_Start_Test2_MuteControl();
+    std::cin.rdbuf(nullptr);
+    return 0;
+}
