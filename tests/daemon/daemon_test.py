@@ -394,6 +394,7 @@ class ControlTestCase(TvTestCase):
         self.daemon.simctl("wait", "/debug/qos", "!=", "true")
         self.daemon.simctl("wait", "/debug/items/0/name", "==", "Tuner", "lock")
         self.daemon.simctl("wait", "/debug/none == null")
+        self.daemon.simctl("wait", "/daemon/injections", "==", "[]")
         result = self.daemon.run_simctl("wait", "/debug/itemsOn > 0", "--timeout", "0.05")
         self.assertEqual((result.returncode, result.stderr), (1, "norvex-simctl: timed out\n"))
         with self.daemon.connect() as client, subprocess.Popen(

@@ -1,9 +1,28 @@
 // norvex-simctl: looks at a simulated TV and changes its surroundings.
 
+#include <algorithm>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 #include "../Path.h"
 #include "Subcommands.h"
+
+namespace {
+
+// The command line's words, last one first, as CLI11 takes them. It would take a word in brackets
+// for a list of its own; with a blank behind it `wait /daemon/clients == []` keeps its value.
+std::vector<std::string> TakeWords(int count, char** words) {
+    std::vector<std::string> taken(words + 1, words + count);
+    for (std::string& word : taken) {
+        if (word.starts_with('[') && word.ends_with(']'))
+            word += ' ';
+    }
+    std::reverse(taken.begin(), taken.end());
+    return taken;
+}
+
+} // namespace
 
 int main(int count, char** words) {
     CLI::App app{"Looks at a simulated TV (norvex-sim), waits for it, makes it fail.",
@@ -26,7 +45,7 @@ int main(int count, char** words) {
     simctl::AddLineUp(app, line);
 
     try {
-        app.parse(count, words);
+        app.parse(TakeWords(count, words));
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();
         std::fputs((chosen.empty() ? app.help() : chosen.front()->help(app.get_name())).c_str(),
