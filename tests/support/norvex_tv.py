@@ -50,9 +50,16 @@ class Tv:
         return self
 
     def __exit__(self, *_):
-        self.kill()
-        if self._folder:
-            self._folder.cleanup()
+        try:
+            # One that still runs leaves well, whatever it went through.
+            if self.process.poll() is None:
+                self.process.send_signal(signal.SIGCONT)
+                status = self.end()
+                assert status == 0, f"norvex-sim ended: {status}"
+        finally:
+            self.kill()
+            if self._folder:
+                self._folder.cleanup()
 
     def end(self, number=signal.SIGTERM):
         """Ends it as a user does; its status."""

@@ -62,12 +62,15 @@ class SystemTestCase(unittest.TestCase):
         with os.fdopen(ready, "rb") as lines:
             self.assertTrue(lines.readline(), "the TV did not start")
 
-    @staticmethod
-    def end_tv(tv):
+    def end_tv(self, tv):
+        """As a user ends it: a TV that still runs leaves well, whatever it went through."""
         if tv.poll() is None:
             tv.send_signal(signal.SIGCONT)
-            tv.kill()
-            tv.wait()
+            tv.terminate()
+            try:
+                self.assertEqual(tv.wait(LIMIT), 0, "the TV did not end well")
+            finally:
+                tv.kill()
 
     def kill_tv(self):
         self.tv.kill()
