@@ -1,0 +1,219 @@
+"""A console on a simulated TV with a relay between the two, all in one loop: nothing happens
+between two steps that is not seen."""
+
+import contextlib
+import json
+import os
+import re
+import selectors
+import signal
+import socket
+import sqlite3
+import subprocess
+import tempfile
+import time
+
+import norvex_proxy
+import norvex_wire as wire
+from norvex_tv import LIMIT, Tv
+
+SUPPORT = os.path.dirname(norvex_proxy.__file__)
+HOST = os.path.join(os.path.dirname(os.environ["NORVEX_SIM"]), "zarn-debughost")
+
+# What the console writes when it waits for a word.
+PROMPT = re.compile(
+    r"(cmd> |norvex> |MLS:1 > |Analysis:2 > |num> |=13\)> |\(int\)> |major> |On:1 |OFF\[0\]: |\(1/0\) = |\w+ = )$")
+MENU = re.compile(r"\[([^\]\n]+)\][\t ]*\n-{36}\n *([^\n]*)")
+# A signal's line comes when it comes.
+SIGNAL_LINE = re.compile(r"\tSIGNAL_[^\n]*\n")
+# Of the client library's log: an exchange that came to nothing.
+FAILURE = re.compile(r"norvex-client: .*(?:TV service is|makes no sense)")
+
+
+class Console:
+    """The console on pipes."""
+
+    def __init__(self, environment, selector):
+        self.process = subprocess.Popen([HOST], env=environment, stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.selector = selector
+        os.set_blocking(self.process.stdout.fileno(), False)
+        selector.register(self.process.stdout, selectors.EVENT_READ, self.read)
+        self.text = ""
+        self.menu = None
+        self.ended = False
+        self.typed = time.monotonic()
+
+    def read(self):
+        data = self.process.stdout.read()
+        if data:
+            self.text += data.decode(errors="replace")
+        elif data == b"":
+            self.selector.unregister(self.process.stdout)
+            self.ended = True
+
+    def type(self, word):
+        self.text = ""
+        self.typed = time.monotonic()
+        self.process.stdin.write(word.encode() + b"\n")
+        self.process.stdin.flush()
+
+    def place(self):
+        """Where it waits for a word: (menu, prompt). None while it does not."""
+        text = SIGNAL_LINE.sub("", self.text)
+        prompt = PROMPT.search(text)
+        if not prompt:
+            return None
+        for title, item in MENU.findall(text):
+            # Two menus have this one title.
+            self.menu = f"{title}: {item}" if title == "Process Debug List" else title
+        return self.menu, prompt.group(1)
+
+    def finish(self):
+        """(exit status, standard error) of a console that has ended."""
+        error = self.process.stderr.read().decode()
+        return self.process.wait(LIMIT), error
+
+    def close(self):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait(LIMIT)
+        for end in (self.process.stdin, self.process.stdout, self.process.stderr):
+            with contextlib.suppress(BrokenPipeError):
+                end.close()
+
+
+class Rig:
+    """Made for one run of the console, in a folder of its own."""
+
+    def __init__(self, call_limit, options=()):
+        self.folder = tempfile.TemporaryDirectory(prefix="zarn-")
+        self.selector = selectors.DefaultSelector()
+        self.database = os.path.join(self.folder.name, "database")
+        self.tv = Tv("--database", self.database, *options, folder=self.folder.name)
+        self.calm()
+        self.proxy = norvex_proxy.Proxy(self.tv.path("front.sock"), self.tv.socket, self.selector)
+        self.proxy.open()
+        self.ready = None
+        # The database's files as they were read last, and what they hold.
+        self.read = None
+        self.content = None
+        milliseconds = str(int(call_limit * 1000))
+        self.console = Console({
+            **os.environ,
+            "NORVEX_SOCKET": self.proxy.path,
+            "NORVEX_LOG": self.tv.path("client.log"),
+            "NORVEX_DEVICE_DIR": self.tv.path("device"),
+            "NORVEX_CALL_LIMIT_MS": milliseconds,
+            "NORVEX_CONNECT_LIMIT_MS": milliseconds,
+            # What the console keeps on purpose.
+            "LSAN_OPTIONS": f"suppressions={SUPPORT}/leaks.supp:print_suppressions=0:fast_unwind_on_malloc=0",
+        }, self.selector)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.console.close()
+        self.proxy.close()
+        self.tv.kill()
+        self.selector.close()
+        self.folder.cleanup()
+
+    def calm(self):
+        """A scan would write its programmes when it likes; this one stays with its first service."""
+        self.control(command="set", name="scan-pace", words=["3600000"])
+
+    def control(self, **request):
+        """The answer of the TV's control socket."""
+        with socket.socket(socket.AF_UNIX) as control:
+            control.settimeout(LIMIT)
+            control.connect(self.tv.socket + ".ctl")
+            control.send(json.dumps(request).encode() + b"\n")
+            answer = b""
+            while received := control.recv(1 << 20):
+                answer += received
+        return json.loads(answer)
+
+    def run_until(self, condition):
+        """Lets everything go on until the condition holds."""
+        end = time.monotonic() + LIMIT
+        while not condition():
+            ready = self.selector.select(max(0, end - time.monotonic()))
+            if not ready:
+                raise AssertionError(f"nothing moves any more, at {self.console.text[-300:]!r}")
+            for key, _ in ready:
+                # One that was ready may have been closed by another's turn.
+                if self.selector.get_map().get(key.fd) is key:
+                    key.data()
+
+    def arrive(self):
+        """Lets the console come to its next prompt, or to its end (None); where it is."""
+        self.run_until(lambda: self.console.ended or self.console.place())
+        return None if self.console.ended else self.console.place()
+
+    def end_input(self):
+        """Nothing more is typed; lets the console come to its end."""
+        self.console.process.stdin.close()
+        self.run_until(lambda: self.console.ended)
+
+    def restart(self):
+        """A new TV. What it says of what it has kept, before anybody calls it."""
+        self.tv.start()
+        self.calm()
+        state = self.kept_state()
+        self.proxy.open()
+        self.proxy.drop_links()
+        self.ready = time.monotonic()
+        return state
+
+    def stop(self):
+        """Returns when the TV stands still."""
+        self.tv.process.send_signal(signal.SIGSTOP)
+        os.waitid(os.P_PID, self.tv.process.pid, os.WSTOPPED)
+
+    def go_on(self):
+        """A stopped TV goes on; returns when it has answered the hellos that it owes."""
+        self.tv.process.send_signal(signal.SIGCONT)
+        os.waitid(os.P_PID, self.tv.process.pid, os.WCONTINUED)
+        self.ready = time.monotonic()
+        self.run_until(lambda: not any(link.exchange and link.exchange.kind == wire.HELLO
+                                       and link.exchange.ended is None for link in self.proxy.links))
+
+    def failures(self):
+        """How many exchanges the client library has logged as failed."""
+        with contextlib.suppress(FileNotFoundError), \
+                open(self.tv.path("client.log"), encoding="utf-8") as file:
+            return len(FAILURE.findall(file.read()))
+        return 0
+
+    def stored(self):
+        """All that the database holds, committed: what a reader finds who comes after the TV's end.
+        The TV's own files are not touched."""
+        files = {}
+        for end in ("", "-wal"):
+            with contextlib.suppress(FileNotFoundError), open(self.database + end, "rb") as file:
+                files[end] = file.read()
+        if files != self.read:
+            self.read = files
+            self.content = self.read_database(files)
+        return self.content
+
+    @staticmethod
+    def read_database(files):
+        with tempfile.TemporaryDirectory(prefix="zarn-") as folder:
+            path = os.path.join(folder, "copy")
+            for end, data in files.items():
+                with open(path + end, "wb") as file:
+                    file.write(data)
+            with contextlib.closing(sqlite3.connect(path)) as database:
+                checked = database.execute("PRAGMA integrity_check").fetchall()
+                if checked != [("ok",)]:
+                    raise AssertionError(f"the database is torn: {checked}")
+                return tuple(database.iterdump())
+
+    def kept_state(self):
+        """What the TV says of what outlives it."""
+        state = self.control(command="state")["state"]
+        del state["debug"]["dialogues"]
+        return state["debug"], state["device"], state["lineUp"]
