@@ -12,7 +12,7 @@ import time
 import norvex_proxy
 import norvex_wire as wire
 from fault_kinds import KINDS, Kill
-from fault_rig import Rig
+from fault_rig import LIMIT, Rig
 
 # Beyond the call limit, for a command of any number of calls.
 COMMAND_SLACK = 0.5
@@ -65,7 +65,8 @@ class Recording:
         self.name = name
         self.call_limit = call_limit
         self.steps = []
-        with Rig(call_limit, OPTIONS[name]) as rig:
+        # Each answer waits until the database has been read.
+        with Rig(LIMIT, OPTIONS[name]) as rig:
             recorder = rig.proxy.fault = Recorder(rig)
             place = rig.arrive()
             for word in WORDS[name].split():
