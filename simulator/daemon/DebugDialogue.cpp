@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <optional>
+
+#include "Printed.h"
 
 namespace sim {
 
@@ -186,10 +187,8 @@ std::string DebugDialogue::ShowItems() const {
     std::string rows;
     const auto& items = m_switches.GetItems();
     for (std::size_t row = 0; row < items.size() && row < kMaxRows; ++row) {
-        char text[128];
-        std::snprintf(text, sizeof text, " %3u: [%-3s] %s\n", items[row].id, OnOff(items[row].on),
-                      items[row].name.c_str());
-        rows += text;
+        rows += Printed(" %3u: [%-3s] %s\n", items[row].id, OnOff(items[row].on),
+                        items[row].name.c_str());
     }
     if (items.size() > kMaxRows)
         rows += " ... up to " + std::to_string(items.back().id) + "\n";
@@ -199,10 +198,7 @@ std::string DebugDialogue::ShowItems() const {
 std::string DebugDialogue::ShowModes() const {
     std::string rows;
     for (const DebugSwitches::Mode& mode : m_switches.GetModes()) {
-        char text[128];
-        std::snprintf(text, sizeof text, " %3d: [%-3s] %s\n", mode.number, OnOff(mode.on),
-                      mode.name);
-        rows += text;
+        rows += Printed(" %3d: [%-3s] %s\n", mode.number, OnOff(mode.on), mode.name);
     }
     return Frame("Norvex modes", rows);
 }

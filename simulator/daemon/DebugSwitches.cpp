@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <iterator>
+
+#include "Printed.h"
 
 namespace sim {
 
@@ -31,9 +32,7 @@ const DebugSwitches::Mode kModes[] = {
 
 // 24 characters: the length of a talkative item's name.
 std::string MakeExtraName(std::uint32_t number) {
-    char name[32];
-    std::snprintf(name, sizeof name, "Extra debug switch %05u", number);
-    return name;
+    return Printed("Extra debug switch %05u", number);
 }
 
 // The number at the end of "item/101"; 0, which is no item's, when there is none.

@@ -1,10 +1,11 @@
 #include "Form.h"
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
+
+#include "Printed.h"
 
 namespace sim {
 
@@ -103,9 +104,7 @@ const Form kIntList{"list of ints", NodeKind::Branch, 0, CheckIntList, IntListWo
 const Form kAnything{"anything", NodeKind::Branch, 0, nullptr, ToTreeWords};
 
 json ToHexWord(std::uint64_t value) {
-    char text[2 + 16 + 1];
-    std::snprintf(text, sizeof text, "0x%llx", static_cast<unsigned long long>(value));
-    return text;
+    return Printed("0x%llx", static_cast<unsigned long long>(value));
 }
 
 json ToTreeWords(const Node& node) {

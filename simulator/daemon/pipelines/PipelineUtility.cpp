@@ -1,12 +1,11 @@
 #include "PipelineUtility.h"
 
 #include <cinttypes>
-#include <cstdarg>
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "PipelineForms.h"
+#include "Printed.h"
 #include "Results.h"
 
 namespace sim {
@@ -28,31 +27,22 @@ void WritePipeline(wire::TreeWriter& tree, std::int16_t place, const Pipeline& p
     tree.EndBranch(branch);
 }
 
-__attribute__((format(printf, 1, 2))) std::string Print(const char* format, ...) {
-    char text[160];
-    va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
-    va_end(arguments);
-    return text;
-}
-
 // What the status tells of a pipeline in words.
 std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pending) {
     std::vector<std::string> entries;
-    entries.push_back(Print("source %d, antenna %s, service mode %d", pipeline.source,
-                            ToAntennaWord(pipeline.tvMode.antenna).c_str(),
-                            pipeline.tvMode.serviceMode));
+    entries.push_back(Printed("source %d, antenna %s, service mode %d", pipeline.source,
+                              ToAntennaWord(pipeline.tvMode.antenna).c_str(),
+                              pipeline.tvMode.serviceMode));
     if (pipeline.service != INVALID_SERVICE_ID)
-        entries.push_back(Print("service 0x%" PRIx64 ", %s", pipeline.service,
-                                pipeline.receiving ? "received" : "not received"));
+        entries.push_back(Printed("service 0x%" PRIx64 ", %s", pipeline.service,
+                                  pipeline.receiving ? "received" : "not received"));
     if (pipeline.videoMute != 0 || pipeline.audioMute != 0)
         entries.push_back(
-            Print("mute: video %d, audio %d", pipeline.videoMute, pipeline.audioMute));
+            Printed("mute: video %d, audio %d", pipeline.videoMute, pipeline.audioMute));
     if (pending != nullptr && pending->source)
-        entries.push_back(Print("pending: source %d", *pending->source));
+        entries.push_back(Printed("pending: source %d", *pending->source));
     if (pending != nullptr && pending->service)
-        entries.push_back(Print("pending: service 0x%" PRIx64, *pending->service));
+        entries.push_back(Printed("pending: service 0x%" PRIx64, *pending->service));
     return entries;
 }
 

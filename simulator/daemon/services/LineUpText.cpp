@@ -1,7 +1,6 @@
 #include "LineUpText.h"
 
 #include <cinttypes>
-#include <cstdio>
 #include <utility>
 #include <vector>
 
@@ -9,6 +8,7 @@
 #include <norvex/client/ServiceId.h>
 
 #include "LineUpWords.h"
+#include "Printed.h"
 #include "Words.h"
 
 namespace sim {
@@ -20,9 +20,7 @@ constexpr std::int32_t kMaxProfile = 32767;
 constexpr std::size_t kMaxText = 255; // bytes of a name or a title
 
 std::string ToTime(std::int32_t second) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%02d:%02d", second / 3600 % 24, second / 60 % 60);
-    return text;
+    return Printed("%02d:%02d", second / 3600 % 24, second / 60 % 60);
 }
 
 // One pass over a text.
@@ -239,9 +237,7 @@ void LineUpWriter::Add(const ServiceRecord& service) {
         m_text += heading + "\n";
     m_heading = std::move(heading);
 
-    char id[32];
-    std::snprintf(id, sizeof id, "0x%" PRIx64, service.id);
-    m_text += std::string("  service ") + id + " " + std::to_string(service.major);
+    m_text += Printed("  service 0x%" PRIx64 " %d", service.id, service.major);
     if (service.minor != 0)
         m_text += "-" + std::to_string(service.minor);
     m_text += " " + Quote(service.name);

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace sim {
+
+// A text of any length, put together as printf does.
+__attribute__((format(printf, 1, 2))) std::string Printed(const char* format, ...);
+
+} // namespace sim
