@@ -25,7 +25,8 @@ std::string DefaultLibrary() {
 }
 
 std::string LoaderReason() {
-    const char* const message = ::dlerror();
+    // Its text is the calling thread's own.
+    const char* const message = ::dlerror(); // NOLINT(concurrency-mt-unsafe)
     std::string reason = message ? message : "unknown reason";
     std::replace(reason.begin(), reason.end(), '\n', ' ');
     return reason;

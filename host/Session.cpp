@@ -13,9 +13,10 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <iostream>
+#include <sstream>
+#include <system_error>
 
 #include <unistd.h>
 
@@ -43,9 +44,9 @@ private:
 };
 
 std::string InSeconds(std::chrono::milliseconds time) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", static_cast<double>(time.count()) / 1000);
-    return text;
+    std::ostringstream text;
+    text << static_cast<double>(time.count()) / 1000;
+    return text.str();
 }
 
 } // namespace
@@ -85,7 +86,7 @@ std::optional<int> TCSession::ReadScript() {
         text.append(block, static_cast<std::size_t>(file.gcount()));
     } while (file);
     if (!file.is_open() || file.bad()) {
-        Complain("cannot read the script " + name + ": " + std::strerror(errno));
+        Complain("cannot read the script " + name + ": " + std::generic_category().message(errno));
         return EXIT_UNAVAILABLE;
     }
 
@@ -104,7 +105,7 @@ std::optional<int> TCSession::OpenTranscript() {
         return std::nullopt;
     }
     Complain("cannot write the transcript " + *m_CommandLine.m_TranscriptFile + ": " +
-             std::strerror(errno));
+             std::generic_category().message(errno));
     return EXIT_UNAVAILABLE;
 }
 
@@ -185,7 +186,7 @@ int TCSession::Conclude(int status) {
     }
     if (m_Transcript.Error() != 0) {
         Complain("cannot write the transcript " + *m_CommandLine.m_TranscriptFile + ": " +
-                 std::strerror(m_Transcript.Error()));
+                 std::generic_category().message(m_Transcript.Error()));
         status = status == EXIT_DONE ? EXIT_UNAVAILABLE : status;
     }
     return status;

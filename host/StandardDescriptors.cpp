@@ -23,7 +23,7 @@ void PrepareStandardDescriptors() {
 
     // A caller may have it ignored, and a console that prints into nothing for ever is what it is
     // there to prevent.
-    std::signal(SIGPIPE, SIG_DFL);
+    static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
 }
 
 } // namespace host

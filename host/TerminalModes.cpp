@@ -25,7 +25,7 @@ bool SameModes(const termios& left, const termios& right) {
 void RestoreAndDie(int signal) {
     RestoreTerminalModes();
     // The handler was taken out on entry and does not hold the signal back: this ends the process.
-    ::raise(signal);
+    static_cast<void>(::raise(signal));
 }
 
 } // namespace

@@ -17,6 +17,7 @@ public:
     bool TreeToClass(TCTreeBranch& branch) override;
 
     // The fields behind it go with it.
+    // NOLINTNEXTLINE(cert-dcl54-cpp): the one operator new is private and takes the place.
     static void operator delete(void* memory) { ::operator delete(memory); }
 
 private:

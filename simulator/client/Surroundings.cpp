@@ -10,6 +10,7 @@
 namespace {
 
 const char* FindVariable(const char* name) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
     const char* value = std::getenv(name);
     return value != nullptr && *value != '\0' ? value : nullptr;
 }

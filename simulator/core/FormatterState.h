@@ -13,18 +13,20 @@ public:
 
     static void* For(TCTreeBranch& branch) { return &GetBranchState(branch); }
 
-    BranchState& GetBranch() const { return *reinterpret_cast<BranchState*>(GetBits() & ~kFailed); }
-    bool HasFailed() const { return (GetBits() & kFailed) != 0; }
+    BranchState& GetBranch() const {
+        return *static_cast<BranchState*>(HasFailed() ? Moved(-kFailed) : m_state);
+    }
+    bool HasFailed() const { return (reinterpret_cast<std::uintptr_t>(m_state) & kFailed) != 0; }
     // Hands `worked` on, and remembers when it is false.
     bool Note(bool worked) {
-        if (!worked)
-            m_state = reinterpret_cast<void*>(GetBits() | kFailed);
+        if (!worked && !HasFailed())
+            m_state = Moved(kFailed);
         return worked;
     }
 
 private:
-    static constexpr std::uintptr_t kFailed = 1;
-    std::uintptr_t GetBits() const { return reinterpret_cast<std::uintptr_t>(m_state); }
+    static constexpr int kFailed = 1;
+    void* Moved(int bytes) const { return static_cast<char*>(m_state) + bytes; }
 
     void*& m_state;
 };

@@ -1,7 +1,7 @@
 #include "Connection.h"
 
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 #include <utility>
 
 #include <sys/socket.h>
@@ -73,7 +73,7 @@ bool Connection::ReadPacket() {
     const ssize_t size = recv(m_fd, packet, sizeof packet, MSG_DONTWAIT | MSG_TRUNC);
     if (size < 0) {
         if (errno != EAGAIN && errno != EINTR)
-            End(errno == ECONNRESET ? std::string() : std::strerror(errno));
+            End(errno == ECONNRESET ? std::string() : std::generic_category().message(errno));
         return false;
     }
     if (size == 0) {
@@ -137,8 +137,8 @@ void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
         if (errno != EAGAIN) {
             tree.Clear();
             // The peer has gone in between; the rest is the owner's usual way.
-            return End(errno == EPIPE || errno == ECONNRESET ? std::string()
-                                                             : std::strerror(errno));
+            const bool gone = errno == EPIPE || errno == ECONNRESET;
+            return End(gone ? std::string() : std::generic_category().message(errno));
         }
     }
     if (role != wire::Role::Calls && m_queued > kMaxQueued) {

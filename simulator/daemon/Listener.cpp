@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -18,7 +19,7 @@ namespace {
 constexpr unsigned kPauseMilliseconds = 200;
 constexpr int kBacklog = 128;
 
-std::string Describe(const std::string& path, const char* what) {
+std::string Describe(const std::string& path, const std::string& what) {
     return path + ": " + what;
 }
 
@@ -38,12 +39,13 @@ bool PathClaim::Take(const std::string& path, std::string& error) {
     for (;;) {
         const int lock = open(m_lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
         if (lock < 0) {
-            error = Describe(m_lockPath, std::strerror(errno));
+            error = Describe(m_lockPath, std::generic_category().message(errno));
             return false;
         }
         if (flock(lock, LOCK_EX | LOCK_NB) != 0) {
-            error = errno == EWOULDBLOCK ? "another norvex-sim is running on " + path
-                                         : Describe(m_lockPath, std::strerror(errno));
+            error = errno == EWOULDBLOCK
+                        ? "another norvex-sim is running on " + path
+                        : Describe(m_lockPath, std::generic_category().message(errno));
             close(lock);
             return false;
         }
@@ -91,7 +93,7 @@ bool Listener::Open(const std::string& path, int type, Accepted accepted, Told t
         fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
     umask(mask);
     if (!bound || listen(fd, kBacklog) != 0) {
-        error = Describe(path, std::strerror(errno));
+        error = Describe(path, std::generic_category().message(errno));
         if (bound)
             unlink(path.c_str());
         if (fd >= 0)
@@ -116,7 +118,7 @@ void Listener::Accept() {
         if (fd < 0) {
             // Out of descriptors or memory: the socket stays readable, so it is left alone a while.
             if (!m_toldOfShortage)
-                m_told(std::string("cannot accept: ") + std::strerror(errno));
+                m_told(std::string("cannot accept: ") + std::generic_category().message(errno));
             m_toldOfShortage = true;
             m_watch.SetConditions(static_cast<GIOCondition>(0));
             m_pause.Start(kPauseMilliseconds, [this] { m_watch.SetConditions(G_IO_IN); });

@@ -2,7 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
+#include <system_error>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,6 +16,7 @@ std::string GetOwnDirectory() {
 }
 
 const char* GetRuntimeDirectory() {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
     const char* directory = std::getenv("XDG_RUNTIME_DIR");
     return directory != nullptr && *directory != '\0' ? directory : nullptr;
 }
@@ -32,7 +33,7 @@ bool MakeDefaultDirectory(std::string& error) {
     const std::string path = runtime != nullptr ? runtime : GetOwnDirectory();
     struct stat there {};
     if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
-        error = path + ": " + std::strerror(errno);
+        error = path + ": " + std::generic_category().message(errno);
         return false;
     }
     // Under /tmp anyone may have been there first.

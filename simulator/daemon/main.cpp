@@ -3,9 +3,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include <CLI/CLI.hpp>
 #include <fcntl.h>
@@ -89,7 +89,7 @@ int BlockEndSignals() {
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
     sigprocmask(SIG_BLOCK, &signals, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
@@ -109,7 +109,7 @@ int main(int count, char** words) {
         return status;
     const int ends = BlockEndSignals();
     if (ends < 0)
-        return Fail(std::string("signals: ") + std::strerror(errno));
+        return Fail(std::string("signals: ") + std::generic_category().message(errno));
 
     std::string error;
     if (line.socket.empty()) {
@@ -123,7 +123,7 @@ int main(int count, char** words) {
         return Fail(error);
     sim::Log log;
     if (!line.log.empty() && !log.OpenFile(line.log))
-        return Fail(line.log + ": " + std::strerror(errno));
+        return Fail(line.log + ": " + std::generic_category().message(errno));
     if (!line.lineUp.empty()) {
         auto& lineUp = line.options.lineUp.emplace(sim::LineUpSource{line.lineUp, {}});
         if (!sim::ReadLineUpFile(line.lineUp, lineUp.name, lineUp.text, error))

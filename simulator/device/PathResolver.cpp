@@ -12,6 +12,7 @@ namespace {
 constexpr char kTag[] = "norvex-device";
 
 std::string FindVariable(const char* name) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
     const char* value = std::getenv(name);
     return value != nullptr ? value : "";
 }
@@ -38,7 +39,7 @@ std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
                          static_cast<int>(directory), static_cast<int>(DEVICE_DIRECTORY_DATA));
         return {};
     }
-    const std::string path = FindBaseDirectory() + "/" + relativePath;
+    std::string path = FindBaseDirectory() + "/" + relativePath;
     const std::filesystem::path parent = std::filesystem::path(path).parent_path();
     std::error_code error;
     std::filesystem::create_directories(parent, error);

@@ -22,6 +22,7 @@ void MakeDirectories(const std::string& path) {
 }
 
 const char* FindVariable(const char* name) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
     const char* value = std::getenv(name);
     return value != nullptr && *value != '\0' ? value : nullptr;
 }
@@ -64,7 +65,8 @@ void LogFile::Rotate() {
     struct stat named {};
     if (fstat(m_file, &mine) == 0 && stat(m_path.c_str(), &named) == 0 &&
         mine.st_ino == named.st_ino && mine.st_dev == named.st_dev)
-        std::rename(m_path.c_str(), (m_path + ".1").c_str());
+        // One that cannot be moved away is written on.
+        static_cast<void>(std::rename(m_path.c_str(), (m_path + ".1").c_str()));
     close(m_file);
     m_file = -1;
 }

@@ -1,7 +1,7 @@
 #include "LineUpFile.h"
 
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,7 +18,7 @@ constexpr off_t kMaxSize = off_t{512} << 20;
 std::string ReadAll(int file, std::string& text) {
     struct stat about {};
     if (fstat(file, &about) != 0)
-        return std::strerror(errno);
+        return std::generic_category().message(errno);
     if (!S_ISREG(about.st_mode))
         return "expected a regular file";
     if (about.st_size > kMaxSize)
@@ -30,7 +30,7 @@ std::string ReadAll(int file, std::string& text) {
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
-            return std::strerror(errno);
+            return std::generic_category().message(errno);
         if (got == 0)
             break;
         size += static_cast<std::size_t>(got);
@@ -44,7 +44,7 @@ std::string ReadAll(int file, std::string& text) {
 bool ReadLineUpFile(const std::string& path, const std::string& name, std::string& text,
                     std::string& error) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    const std::string why = file < 0 ? std::strerror(errno) : ReadAll(file, text);
+    const std::string why = file < 0 ? std::generic_category().message(errno) : ReadAll(file, text);
     if (file >= 0)
         close(file);
     if (why.empty())

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <system_error>
 
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -42,8 +43,9 @@ bool ControlSocket::Connect(double seconds) {
         setsockopt(m_fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     }
     if (m_fd < 0 || connect(m_fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        Complain(errno == ENOENT || errno == ECONNREFUSED ? "no daemon is running at " + m_path
-                                                          : m_path + ": " + std::strerror(errno));
+        Complain(errno == ENOENT || errno == ECONNREFUSED
+                     ? "no daemon is running at " + m_path
+                     : m_path + ": " + std::generic_category().message(errno));
         return false;
     }
     return true;
@@ -57,7 +59,7 @@ bool ControlSocket::Send(const json& request) {
         if (size < 0 && errno == EINTR)
             continue;
         if (size < 0) {
-            Complain(m_path + ": " + std::strerror(errno));
+            Complain(m_path + ": " + std::generic_category().message(errno));
             return false;
         }
         sent += static_cast<std::size_t>(size);

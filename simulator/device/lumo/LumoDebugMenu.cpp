@@ -18,6 +18,7 @@ constexpr char kMenu[] = "====================================\n"
                          "====================================\n";
 
 const char* TextOf(const char* variable) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
     const char* value = std::getenv(variable);
     return value != nullptr ? value : "(not set)";
 }

@@ -17,9 +17,9 @@ void TakeUsualSignals() {
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
     for (const int number : {SIGTERM, SIGINT, SIGHUP})
-        std::signal(number, SIG_DFL);
+        static_cast<void>(std::signal(number, SIG_DFL));
     // A reader that has gone is seen by the write that fails.
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }
 
 } // namespace
