@@ -1,6 +1,7 @@
 #include <cstdint>
 #include <random>
 #include <type_traits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -32,6 +33,21 @@ TEST(MenuItem, TakesNameStateAndId) {
     EXPECT_EQ(item.getName(), "Pipeline");
     EXPECT_TRUE(item.getState());
     EXPECT_EQ(item.getID(), 4294967295u);
+}
+
+TEST(MenuItem, CopiesAndMovesKeepNameStateAndId) {
+    const TSMenuItem item = makeItem("Pipeline", true, 7);
+    TSMenuItem copy(item);
+    TSMenuItem assigned;
+    assigned = item;
+    TSMenuItem moved(std::move(copy));
+    TSMenuItem moveAssigned;
+    moveAssigned = std::move(assigned);
+    for (const TSMenuItem& each : {item, moved, moveAssigned}) {
+        EXPECT_EQ(each.getName(), "Pipeline");
+        EXPECT_TRUE(each.getState());
+        EXPECT_EQ(each.getID(), 7u);
+    }
 }
 
 TEST(MenuItem, NameIsCopied) {

@@ -8,6 +8,7 @@
 #include "DriverTest.h"
 #include "FakeConnection.h"
 #include "FakeCore.h"
+#include "FakeMediaMenu.h"
 #include "FakeTPMS.h"
 #include "Screens.h"
 
@@ -117,10 +118,24 @@ TEST_F(ProcessMenu, Choice3RunsTheMediaMenuAndIsThenNotImplemented) {
                                   notImplemented + menu + typed("99"));
 }
 
+TEST_F(ProcessMenu, Choice3GoesBackToTheMenuWhenTheMediaMenuAnswersOtherThan0) {
+    FakeMediaMenu::answer(1);
+    EXPECT_EQ(run("3 99"),
+              entered + menu + typed("3") + "{GstPluginDebugFunction}" + menu + typed("99"));
+    FakeMediaMenu::answer({});
+}
+
 TEST_F(ProcessMenu, Choice4RunsTheProviderMenuUntilTheTextIs99) {
     EXPECT_EQ(run("4 099 99 99"), entered + menu + typed("4") + screens::providerListOff +
                                       "{flush}" + typed("099") + "{flush}" + typed("99") + menu +
                                       typed("99"));
+}
+
+// The provider menu alone has no control behind it; without its flag no dialogue is left.
+TEST_F(ProcessMenu, DialogueWithoutAControlGoesBackToTheMenu) {
+    console.type("4").meanwhile([] { StatusForquarleDebug = false; }).type("1 99");
+    EXPECT_EQ(run(), entered + menu + typed("4") + screens::providerListOff + "{flush}" +
+                         typed("1") + menu + typed("99"));
 }
 
 TEST_F(ProcessMenu, Choice5EntersTheTestConsole) {
