@@ -56,6 +56,10 @@ void Peer::Adopt(Channel& channel) {
 }
 
 void Peer::BecomeStalled(std::unique_ptr<Channel> probe) {
+    // A hello is under way from now on: the first call after its answer goes well.
+    Failure failure = Failure::None;
+    if (probe == nullptr)
+        probe = Channel::Open(m_path, {}, milliseconds::zero(), failure);
     const std::lock_guard lock(m_mutex);
     m_idle.clear();
     m_isStalled = true;

@@ -212,6 +212,19 @@ TEST_F(UnwelcomePeerTest, AMuteWelcomeStallsToo) {
     EXPECT_EQ(Call(), Failure::Stalled);
 }
 
+TEST_F(UnwelcomePeerTest, AMuteSignalConnectionLeavesAHelloToBeAnswered) {
+    Failure failure = Failure::None;
+    EXPECT_EQ(peer->OpenSignals(1, failure), nullptr);
+    EXPECT_EQ(failure, Failure::Mute);
+    const auto signals = service.Accept();
+    const auto probe = service.Accept();
+    probe->Welcome();
+    std::thread far([&] { FakeService::Serve(*probe); });
+    EXPECT_EQ(Call(), Failure::None);
+    peer.reset();
+    far.join();
+}
+
 TEST_F(PeerTest, EachFailureHasItsOwnLine) {
     const LogWatch log;
     for (const Failure failure :
