@@ -1,0 +1,75 @@
+#include "Walk.h"
+
+#include <chrono>
+#include <cstdio>
+
+#include <unistd.h>
+
+#include "Playback.h"
+#include "Prediction.h"
+#include "Progress.h"
+#include "WordList.h"
+#include "Words.h"
+
+// Defined where the leak sanitizer is.
+extern "C" __attribute__((weak)) int __lsan_do_recoverable_leak_check();
+
+namespace walk {
+
+namespace {
+
+// A session that takes so long does not come back.
+constexpr unsigned kSecondsForSession = 120;
+
+// What ends a process that has lost memory; the report is on standard error by then.
+constexpr int kLeaks = 4;
+
+void played(Playback& playback, const Session& session) {
+    alarm(kSecondsForSession);
+    playback.play(session);
+    if (__lsan_do_recoverable_leak_check && __lsan_do_recoverable_leak_check() != 0)
+        ::_exit(kLeaks);
+    alarm(0);
+}
+
+std::vector<Word> wordsOf(const Session& session) {
+    std::vector<Word> words;
+    for (const Step& step : session.steps)
+        words.push_back(step.word);
+    return words;
+}
+
+} // namespace
+
+int walk(const Options& options) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + std::chrono::seconds(options.seconds);
+    Progress progress{0, options.seed, ""};
+    Coverage coverage = everyRow();
+    Playback playback;
+    while ((options.words == 0 || progress.words < options.words) &&
+           (options.seconds == 0 || Clock::now() < end)) {
+        DrawnWords words(progress.seed, options.session, coverage);
+        const Session session = predict(progress.seed, words, coverage);
+        writeSession(options.progress, WordList::text(wordsOf(session)));
+        played(playback, session);
+        progress.words += static_cast<long>(session.steps.size());
+        ++progress.seed;
+        progress.rows = coverage.text();
+        writeProgress(options.progress, progress);
+    }
+    return 0;
+}
+
+int replay(const Options& options) {
+    Coverage coverage = everyRow();
+    GivenWords words(options.replay);
+    Playback playback;
+    const Session session = predict(options.seed, words, coverage);
+    played(playback, session);
+    std::printf("walk: %zu words, seed %llu, as predicted\n", session.steps.size(),
+                static_cast<unsigned long long>(options.seed));
+    return 0;
+}
+
+} // namespace walk
