@@ -1,54 +1,67 @@
-// A connection's packets: the input is cut at its length bytes, each piece is a packet. Whatever
-// comes out as a message is walked to its last node.
+// What one connection carries: packets in any state become messages or end it. A message that was
+// understood can be sent again and is understood as the same one; memory is taken as bytes come,
+// not as a header announces them.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-
+#include <wire/Message.h>
 #include <wire/Packet.h>
-#include <wire/Tree.h>
+
+#include "Packets.h"
+#include "Require.h"
 
 namespace {
 
-std::size_t Walk(wire::NodeCursor cursor, int depth) {
-    if (depth > wire::kMaxDepth + 1)
-        std::abort();
-    std::size_t sum = 0;
-    wire::Node node;
-    while (cursor.Next(node)) {
-        std::string_view text;
-        if (wire::GetText(node, text))
-            sum += text.size();
-        for (const char byte : node.GetBytes())
-            sum += static_cast<unsigned char>(byte);
-        if (node.IsBranch())
-            sum += Walk(wire::NodeCursor(node), depth + 1);
+void SendAgain(const wire::Message& message) {
+    wire::PacketSender sender(message.header, message.interfaceName, message.method, message.tree,
+                              message.header.treeSize);
+    wire::PacketAssembler assembler;
+    iovec pieces[wire::PacketSender::kMaxPieces];
+    auto result = wire::PacketAssembler::Result::NeedMore;
+    for (int count = 0; (count = sender.Next(pieces)) > 0;) {
+        REQUIRE(result == wire::PacketAssembler::Result::NeedMore);
+        Packet packet;
+        for (int piece = 0; piece < count; ++piece) {
+            const auto* begin = static_cast<const unsigned char*>(pieces[piece].iov_base);
+            packet.insert(packet.end(), begin, begin + pieces[piece].iov_len);
+        }
+        result = assembler.Feed(packet.data(), packet.size());
     }
-    return sum;
+    REQUIRE(result == wire::PacketAssembler::Result::Complete);
+    wire::Message again;
+    REQUIRE(wire::ParseMessage(assembler.GetMessage().GetData(), assembler.GetMessage().GetSize(),
+                               again));
+    REQUIRE(again.header.kind == message.header.kind);
+    REQUIRE(again.header.methodId == message.header.methodId);
+    REQUIRE(again.header.serial == message.header.serial);
+    REQUIRE(again.header.session == message.header.session);
+    REQUIRE(again.interfaceName == message.interfaceName);
+    REQUIRE(again.method == message.method);
+    REQUIRE(std::equal(again.tree, again.tree + again.header.treeSize, message.tree,
+                       message.tree + message.header.treeSize));
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    constexpr std::size_t kKeptMemory = 1u << 20;
+    Input input(data, size);
     wire::PacketAssembler assembler;
-    while (size >= 2) {
-        std::size_t length = data[0] | std::size_t{data[1]} << 8;
-        data += 2;
-        size -= 2;
-        length = length < size ? length : size;
-        const auto result = assembler.Feed(data, length);
-        data += length;
-        size -= length;
-        if (result == wire::PacketAssembler::Result::Malformed)
-            break;
-        if (result == wire::PacketAssembler::Result::NeedMore)
-            continue;
-        const wire::Buffer& bytes = assembler.GetMessage();
-        wire::Message message;
-        if (!wire::ParseMessage(bytes.GetData(), bytes.GetSize(), message))
-            std::abort();
-        if (wire::IsWellFormed(message.tree, message.header.treeSize))
-            Walk({message.tree, message.header.treeSize}, 0);
+    std::size_t fed = 0;
+    while (!input.IsEmpty()) {
+        for (const Packet& packet : TakePackets(input)) {
+            const auto result = assembler.Feed(packet.data(), packet.size());
+            fed += packet.size();
+            REQUIRE(assembler.GetMessage().GetCapacity() <= 2 * fed + kKeptMemory);
+            if (result == wire::PacketAssembler::Result::Malformed)
+                return 0;
+            REQUIRE(assembler.IsInMessage() == (result == wire::PacketAssembler::Result::NeedMore));
+            if (result == wire::PacketAssembler::Result::NeedMore)
+                continue;
+            const wire::Buffer& bytes = assembler.GetMessage();
+            wire::Message message;
+            REQUIRE(wire::ParseMessage(bytes.GetData(), bytes.GetSize(), message));
+            REQUIRE(message.header.GetMessageSize() == bytes.GetSize());
+            SendAgain(message);
+        }
     }
     return 0;
 }

@@ -1,0 +1,166 @@
+// A call of each operation that the simulated TV serves, look-ups included: the first byte chooses
+// the operation, the rest is the call's tree. Every call is answered. One whose arguments are none
+// is answered without a tree and changes nothing; an answer holds only out arguments, each in its
+// form. The journal can put every call into words.
+
+#include <memory>
+#include <optional>
+
+#include <nlohmann/json.hpp>
+#include <sys/socket.h>
+#include <wire/Packet.h>
+
+#include "FuzzedTv.h"
+#include "Input.h"
+#include "Require.h"
+
+namespace {
+
+const std::string kSessions = "com.holvi.INorvexSession";
+
+std::vector<const sim::Method*> FindMethods() {
+    std::vector<const sim::Method*> methods;
+    for (const sim::Interface* interface : FuzzedTv::Get().GetChassis().dispatcher.GetInterfaces())
+        for (const auto& method : interface->GetMethods())
+            methods.push_back(method.get());
+    return methods;
+}
+
+// A client, with one connection that has said hello.
+class Caller {
+public:
+    Caller() : m_socket(FuzzedTv::Get().Connect()) {
+        wire::Buffer tree;
+        wire::TreeWriter writer(tree);
+        writer.PutValue(wire::kHelloVersion, wire::kProtocolVersion);
+        writer.PutLeaf(wire::kHelloToken, wire::NodeKind::Array, "0123456789abcdef",
+                       wire::kTokenSize);
+        writer.PutValue(wire::kHelloRole, wire::Role::Calls);
+        Send(wire::MessageKind::Hello, {}, {}, 0, {tree.GetData(), tree.GetSize()});
+        REQUIRE(Take().header.kind == wire::MessageKind::Welcome);
+    }
+
+    // The reply, valid until the next call.
+    wire::Message Call(const std::string& interface, const std::string& method, std::int16_t id,
+                       std::span<const std::uint8_t> tree) {
+        ++m_serial;
+        Send(wire::MessageKind::Call, interface, method, id, tree);
+        const wire::Message reply = Take();
+        REQUIRE(reply.header.kind == wire::MessageKind::Reply && reply.header.serial == m_serial);
+        REQUIRE(wire::IsWellFormed(reply.tree, reply.header.treeSize));
+        return reply;
+    }
+    void Open(const std::string& interface) {
+        wire::Buffer tree;
+        wire::TreeWriter writer(tree);
+        writer.PutValue(0, std::int32_t{-1});
+        writer.PutValue(1, std::uint32_t{0});
+        writer.PutText(2, interface, wire::Direction::In);
+        writer.PutValue(3, std::int32_t{1}, wire::Direction::In);
+        writer.PutValue(4, std::int32_t{0}, wire::Direction::In);
+        m_session = 0;
+        const wire::Message reply = Call(kSessions, "Open", 0, {tree.GetData(), tree.GetSize()});
+        wire::NodeCursor cursor(reply.tree, reply.header.treeSize);
+        wire::Node node;
+        while (cursor.Next(node)) {
+            if (node.tag == 1)
+                node.Get(m_session);
+        }
+        REQUIRE(m_session != 0);
+    }
+    // The TV is as new, and this client has no sessions.
+    void Reset() {
+        sim::Chassis& chassis = FuzzedTv::Get().GetChassis();
+        chassis.clients.ForEach([&](sim::Client& client) { chassis.sessions.CloseAll(client); });
+        chassis.Reset();
+        m_session = 0;
+    }
+
+private:
+    void Send(wire::MessageKind kind, std::string_view interface, std::string_view method,
+              std::int16_t id, std::span<const std::uint8_t> tree) {
+        wire::MessageHeader header;
+        header.kind = kind;
+        header.methodId = id;
+        header.serial = m_serial;
+        header.session = m_session;
+        wire::PacketSender sender(header, interface, method, tree.data(), tree.size());
+        iovec pieces[wire::PacketSender::kMaxPieces];
+        msghdr packet{};
+        packet.msg_iov = pieces;
+        for (int count = 0; (count = sender.Next(pieces)) > 0;) {
+            packet.msg_iovlen = static_cast<std::size_t>(count);
+            REQUIRE(sendmsg(m_socket, &packet, MSG_NOSIGNAL | MSG_DONTWAIT) > 0);
+        }
+        FuzzedTv::Get().Settle();
+    }
+    wire::Message Take() {
+        static unsigned char packet[wire::kPacketHeaderSize + wire::kMaxPacketPayload];
+        auto result = wire::PacketAssembler::Result::NeedMore;
+        while (result != wire::PacketAssembler::Result::Complete) {
+            const ssize_t size = recv(m_socket, packet, sizeof packet, MSG_DONTWAIT);
+            REQUIRE(size > 0);
+            result = m_assembler.Feed(packet, static_cast<std::size_t>(size));
+            REQUIRE(result != wire::PacketAssembler::Result::Malformed);
+            FuzzedTv::Get().Settle();
+        }
+        wire::Message message;
+        REQUIRE(wire::ParseMessage(m_assembler.GetMessage().GetData(),
+                                   m_assembler.GetMessage().GetSize(), message));
+        return message;
+    }
+
+    int m_socket;
+    std::uint32_t m_serial = 0;
+    std::uint32_t m_session = 0;
+    wire::PacketAssembler m_assembler;
+};
+
+void CheckReply(const sim::Method& method, const wire::Message& reply) {
+    wire::NodeCursor cursor(reply.tree, reply.header.treeSize);
+    wire::Node node;
+    while (cursor.Next(node)) {
+        REQUIRE(node.tag >= 0 && static_cast<std::size_t>(node.tag) < method.arguments.size());
+        const sim::Argument& argument = method.arguments[static_cast<std::size_t>(node.tag)];
+        REQUIRE(argument.direction == wire::Direction::Out && argument.form->Fits(node));
+    }
+}
+
+// What of the state a call may not change when it is refused, without what goes on by itself.
+nlohmann::json DescribeState() {
+    nlohmann::json state = FuzzedTv::Get().GetChassis().DescribeState();
+    state["daemon"].erase("calls");
+    state["daemon"].erase("sequence");
+    state["clock"].erase("now");
+    return state;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const std::vector<const sim::Method*> methods = FindMethods();
+    static Caller caller;
+    const sim::Journal& journal = FuzzedTv::Get().GetChassis().journal;
+    Input input(data, size);
+    const sim::Method& method = *methods[input.Byte() % methods.size()];
+    if (method.interface->GetCalls() == sim::Interface::Calls::ToSession)
+        caller.Open(method.interface->GetName());
+    const auto tree = input.Rest();
+    const bool isCall = sim::ArgumentReader(method.arguments, tree.data(), tree.size()).IsValid();
+    // The state takes much longer to describe than the call to be made: some of the inputs.
+    std::optional<nlohmann::json> before;
+    if (!isCall && size % 16 == 0)
+        before = DescribeState();
+
+    const wire::Message reply =
+        caller.Call(method.interface->GetName(), method.name, method.id, tree);
+    CheckReply(method, reply);
+    REQUIRE(isCall || reply.header.treeSize == 0);
+    REQUIRE(!before || *before == DescribeState());
+    REQUIRE(journal.GetEnd() > journal.GetBegin());
+    REQUIRE(!journal.Describe(journal.GetEnd() - 1)
+                 .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)
+                 .empty());
+    caller.Reset();
+    return 0;
+}

@@ -1,0 +1,110 @@
+// What the simulated TV's socket hears before and behind a hello: packets of up to four
+// connections, in any shape and order. Whatever it sends back is whole, and a client that keeps to
+// the rules is welcomed afterwards.
+
+#include <array>
+#include <memory>
+
+#include <sys/socket.h>
+#include <unistd.h>
+#include <wire/Packet.h>
+#include <wire/Tree.h>
+
+#include "FuzzedTv.h"
+#include "Packets.h"
+#include "Require.h"
+
+namespace {
+
+class Peer {
+public:
+    Peer() : m_socket(FuzzedTv::Get().Connect()) {}
+    ~Peer() { close(m_socket); }
+    Peer(const Peer&) = delete;
+    Peer& operator=(const Peer&) = delete;
+
+    void Send(const Packet& packet) {
+        if (!packet.empty())
+            send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    }
+    // Takes what has come; the number of messages.
+    int Take() {
+        int messages = 0;
+        for (;;) {
+            static unsigned char packet[wire::kPacketHeaderSize + wire::kMaxPacketPayload];
+            const ssize_t size = recv(m_socket, packet, sizeof packet, MSG_DONTWAIT | MSG_TRUNC);
+            if (size <= 0)
+                return messages;
+            REQUIRE(static_cast<std::size_t>(size) <= sizeof packet);
+            const auto result = m_assembler.Feed(packet, static_cast<std::size_t>(size));
+            REQUIRE(result != wire::PacketAssembler::Result::Malformed);
+            if (result == wire::PacketAssembler::Result::NeedMore)
+                continue;
+            wire::Message message;
+            REQUIRE(wire::ParseMessage(m_assembler.GetMessage().GetData(),
+                                       m_assembler.GetMessage().GetSize(), message));
+            REQUIRE(message.header.kind != wire::MessageKind::Hello &&
+                    message.header.kind != wire::MessageKind::Call);
+            REQUIRE(wire::IsWellFormed(message.tree, message.header.treeSize));
+            ++messages;
+        }
+    }
+
+private:
+    int m_socket;
+    wire::PacketAssembler m_assembler;
+};
+
+Packet MakeHello() {
+    wire::Buffer tree;
+    wire::TreeWriter writer(tree);
+    writer.PutValue(wire::kHelloVersion, wire::kProtocolVersion);
+    writer.PutLeaf(wire::kHelloToken, wire::NodeKind::Array, "0123456789abcdef", wire::kTokenSize);
+    writer.PutValue(wire::kHelloRole, wire::Role::Calls);
+    Packet packet(wire::kPacketHeaderSize + wire::kMessageHeaderSize);
+    wire::EncodePacketHeader(packet.data(), false);
+    wire::MessageHeader header;
+    header.kind = wire::MessageKind::Hello;
+    header.treeSize = static_cast<std::uint32_t>(tree.GetSize());
+    wire::EncodeMessageHeader(packet.data() + wire::kPacketHeaderSize, header);
+    packet.insert(packet.end(), tree.GetData(), tree.GetData() + tree.GetSize());
+    return packet;
+}
+
+void Play(Input& input) {
+    std::array<std::unique_ptr<Peer>, 4> peers;
+    while (!input.IsEmpty()) {
+        const std::uint8_t order = input.Byte();
+        std::unique_ptr<Peer>& peer = peers[order & 3];
+        if (peer == nullptr)
+            peer = std::make_unique<Peer>();
+        if ((order & 4) != 0)
+            peer->Send(MakeHello());
+        for (const Packet& packet : TakePackets(input, 1))
+            peer->Send(packet);
+        FuzzedTv::Get().Settle();
+        peer->Take();
+        if ((order & 8) != 0)
+            peer.reset();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedTv& tv = FuzzedTv::Get();
+    Input input(data, size);
+    Play(input);
+    {
+        Peer orderly;
+        orderly.Send(MakeHello());
+        tv.Settle();
+        REQUIRE(orderly.Take() == 1);
+    }
+    tv.Settle();
+    sim::Chassis& chassis = tv.GetChassis();
+    chassis.clients.ForEach([&](sim::Client& client) { chassis.sessions.CloseAll(client); });
+    if (chassis.journal.GetEnd() > 0)
+        chassis.Reset();
+    return 0;
+}
