@@ -270,7 +270,8 @@ Failure Channel::AwaitWelcome(milliseconds limit) {
 }
 
 Failure Channel::ReadWelcome(const wire::Message& message) {
-    if (message.header.kind != wire::MessageKind::Welcome)
+    if (message.header.kind != wire::MessageKind::Welcome ||
+        !wire::IsWellFormed(message.tree, message.header.treeSize))
         return Failure::Nonsense;
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
     wire::Node node;
@@ -284,9 +285,7 @@ Failure Channel::ReadWelcome(const wire::Message& message) {
         else if (node.tag == wire::kWelcomeClient)
             node.Get(m_client);
     }
-    return !cursor.IsMalformed() && version == wire::kProtocolVersion && hasEpoch
-               ? Failure::None
-               : Failure::Nonsense;
+    return version == wire::kProtocolVersion && hasEpoch ? Failure::None : Failure::Nonsense;
 }
 
 Failure Channel::TakePushed(wire::Message& message) {

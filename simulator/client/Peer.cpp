@@ -236,6 +236,8 @@ Failure Peer::OpenOn(Channel& channel, SessionKey& session) {
                                          tree.GetData(), tree.GetSize(), m_limits.call, reply);
     if (failure != Failure::None)
         return failure;
+    if (!wire::IsWellFormed(reply.GetData(), reply.GetSize()))
+        return Failure::Nonsense;
     wire::NodeCursor cursor(reply.GetData(), reply.GetSize());
     wire::Node node;
     while (cursor.Next(node)) {

@@ -24,7 +24,8 @@ struct Arrived {
 
 // False when the message is no signal.
 bool ReadSignal(const wire::Message& message, Arrived& signal) {
-    if (message.header.kind != wire::MessageKind::Signal)
+    if (message.header.kind != wire::MessageKind::Signal ||
+        !wire::IsWellFormed(message.tree, message.header.treeSize))
         return false;
     bool hasType = false;
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
@@ -39,7 +40,7 @@ bool ReadSignal(const wire::Message& message, Arrived& signal) {
         else if (node.tag == wire::kSignalData)
             node.Get(signal.data);
     }
-    return hasType && !cursor.IsMalformed();
+    return hasType;
 }
 
 gboolean OnReadable(gint, GIOCondition, gpointer number) {

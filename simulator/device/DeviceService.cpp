@@ -49,6 +49,9 @@ int Call(const std::string& method, std::int16_t methodId, const char* text, int
                                       reply))
             return kFailed;
     }
+    // A tree that is broken anywhere is no answer.
+    if (!wire::IsWellFormed(reply.GetData(), reply.GetSize()))
+        return kFailed;
     int answer = 0;
     bool hasAnswer = false;
     wire::NodeCursor cursor(reply.GetData(), reply.GetSize());

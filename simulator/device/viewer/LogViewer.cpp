@@ -34,7 +34,8 @@ bool WriteWhole(std::string_view text) {
 
 // The line of a pushed message; false for a message that is none.
 bool GetLine(const wire::Message& message, std::string& line) {
-    if (message.header.kind != wire::MessageKind::Log)
+    if (message.header.kind != wire::MessageKind::Log ||
+        !wire::IsWellFormed(message.tree, message.header.treeSize))
         return false;
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
     wire::Node node;
