@@ -38,6 +38,7 @@ void WriteCoverage() {
 
 } // namespace
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the compiler's name.
 extern "C" void __gcov_dump();
 #endif
 

@@ -17,7 +17,7 @@ public:
     std::string_view Next() override;
 
 private:
-    static constexpr std::size_t kBlock = 64 * 1024; // what a pipe holds
+    static constexpr std::size_t kBlock = std::size_t{64} * 1024; // what a pipe holds
 
     int m_Descriptor;
     std::array<char, kBlock> m_Block;

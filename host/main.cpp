@@ -2,6 +2,7 @@
 #include "Session.h"
 #include "StandardDescriptors.h"
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
 int main(int argc, char** argv) {
     host::PrepareStandardDescriptors();
 

@@ -5,6 +5,7 @@
 
 #include <devicelog/DeviceLog.h>
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): the device's declaration.
 void TCApiPrintMessage(const char* format, ...) {
     char text[4096];
     va_list arguments;

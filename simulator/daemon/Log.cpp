@@ -36,6 +36,7 @@ bool Log::OpenFile(const std::string& path) {
     return m_file >= 0;
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): the compiler checks the arguments against the format.
 void Log::Write(const char* tag, const char* format, ...) {
     if ((m_file < 0 && !m_sink) || !IsStarted(tag))
         return;

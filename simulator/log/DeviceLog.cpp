@@ -61,6 +61,7 @@ void Write(std::string_view tag, std::string_view text) {
     errno = error;
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): the compiler checks the arguments against the format.
 void Print(const char* tag, const char* format, ...) {
     char text[kMaxTextSize + 1];
     va_list arguments;

@@ -220,7 +220,8 @@ bool ReadLineUp(std::string_view text, const std::string& name, LineUpSink& sink
         const std::size_t size = text.find('\n');
         const std::string expected = reader.ReadLine(text.substr(0, size));
         if (!expected.empty()) {
-            error = name + ":" + std::to_string(number) + ": " + expected;
+            error = name;
+            error += ":" + std::to_string(number) + ": " + expected;
             return false;
         }
         text.remove_prefix(size == std::string_view::npos ? text.size() : size + 1);

@@ -1,8 +1,8 @@
 #include "ControlSocket.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <iostream>
 #include <system_error>
 
 #include <sys/socket.h>
@@ -15,7 +15,7 @@ namespace simctl {
 using nlohmann::json;
 
 void Complain(const std::string& line) {
-    std::fprintf(stderr, "norvex-simctl: %s\n", line.c_str());
+    std::cerr << "norvex-simctl: " + line + "\n";
 }
 
 ControlSocket::ControlSocket(std::string socketPath) : m_path(std::move(socketPath) + ".ctl") {}

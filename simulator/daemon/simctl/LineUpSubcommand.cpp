@@ -54,7 +54,7 @@ int Save(const std::string& socketPath, const std::string& file) {
         return 0;
     if (came)
         Complain(file + ": cannot be written");
-    std::remove(unfinished.c_str());
+    static_cast<void>(std::remove(unfinished.c_str()));
     return 1;
 }
 

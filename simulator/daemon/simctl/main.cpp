@@ -1,7 +1,7 @@
 // norvex-simctl: looks at a simulated TV and changes its surroundings.
 
 #include <algorithm>
-#include <cstdio>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -24,6 +24,7 @@ std::vector<std::string> TakeWords(int count, char** words) {
 
 } // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
 int main(int count, char** words) {
     CLI::App app{"Looks at a simulated TV (norvex-sim), waits for it, makes it fail.",
                  "norvex-simctl"};
@@ -48,11 +49,10 @@ int main(int count, char** words) {
         app.parse(TakeWords(count, words));
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();
-        std::fputs((chosen.empty() ? app.help() : chosen.front()->help(app.get_name())).c_str(),
-                   stdout);
+        std::cout << (chosen.empty() ? app.help() : chosen.front()->help(app.get_name()));
         return 0;
     } catch (const CLI::Error& error) {
-        std::fprintf(stderr, "norvex-simctl: %s\n", error.what());
+        std::cerr << "norvex-simctl: " + std::string(error.what()) + "\n";
         return 2;
     }
     return line.run();

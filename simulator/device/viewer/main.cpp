@@ -24,6 +24,7 @@ void TakeUsualSignals() {
 
 } // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the viewer.
 int main(int argc, char** argv) {
     TakeUsualSignals();
 
