@@ -16,6 +16,7 @@ constexpr std::size_t kMaxPacket = wire::kPacketHeaderSize + wire::kMaxPacketPay
 constexpr int kPacketsInARow = 16;
 // Fewer turns for long replies; the kernel grants what its limit allows.
 constexpr int kSendBuffer = 4 << 20;
+const char kTooMuch[] = "its messages and the others' take too much memory";
 
 } // namespace
 
@@ -33,6 +34,12 @@ struct Connection::Outgoing {
     iovec pieces[wire::PacketSender::kMaxPieces];
     int count;
 };
+
+// A message that waits takes more than its bytes, a signal ten times as much.
+std::size_t Connection::GetHeld() const {
+    constexpr std::size_t kEach = sizeof(Outgoing) + 512;
+    return m_assembler.GetMessage().GetSize() + m_queued + m_queue.size() * kEach;
+}
 
 Connection::Connection(int fd, std::uint32_t number, Owner& owner)
     : m_fd(fd), m_number(number), m_owner(owner) {
@@ -90,7 +97,9 @@ bool Connection::ReadPacket() {
         // A hello is short: who has not said it gets no memory for more.
         if (client == nullptr)
             End("begins with a long message");
-        return client != nullptr;
+        else if (!m_owner.HasRoomFor(wire::kMaxPacketPayload))
+            End(kTooMuch);
+        return IsOpen();
     case wire::PacketAssembler::Result::Malformed:
         End("a packet makes no sense");
         return false;
@@ -104,6 +113,7 @@ bool Connection::ReadPacket() {
         return false;
     }
     m_owner.MessageArrived(*this, message);
+    m_assembler.Trim(wire::kMaxPacketPayload);
     // One message a turn: the loop asks again, and every connection has its turn.
     return false;
 }
@@ -144,6 +154,10 @@ void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
     if (role != wire::Role::Calls && m_queued > kMaxQueued) {
         tree.Clear();
         return End("takes nothing of what is sent to it");
+    }
+    if (!m_owner.HasRoomFor(tree.GetSize())) {
+        tree.Clear();
+        return End(kTooMuch);
     }
     m_queued += tree.GetSize();
     m_queue.push_back(std::make_unique<Outgoing>(header, std::exchange(tree, {}), packetsSent));

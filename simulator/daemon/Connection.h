@@ -26,6 +26,8 @@ public:
         // It has ended, or makes no sense; called once. `why` is a line, empty at an ordinary end.
         // The object must live until the loop's next round.
         virtual void ConnectionEnded(Connection& connection, const std::string& why) = 0;
+        // Whether so many bytes more may be held, for a message on its way in or out.
+        virtual bool HasRoomFor(std::size_t) { return true; }
     };
 
     // Owns the descriptor, which is non-blocking.
@@ -45,6 +47,8 @@ public:
     // Ends the connection; the owner is told with `why`.
     void End(const std::string& why);
     bool IsOpen() const { return m_fd >= 0; }
+    // Memory of messages that are not whole yet, or not taken yet.
+    std::size_t GetHeld() const;
 
     // Who it serves: set by the hello.
     Client* client = nullptr;

@@ -25,6 +25,7 @@ std::string ToLine(const json& value) {
 ControlConnection::ControlConnection(int fd, RequestHandler request, EndHandler ended)
     : m_fd(fd), m_request(std::move(request)), m_ended(std::move(ended)) {
     m_watch.Start(m_fd, G_IO_IN, [this](GIOCondition conditions) { Ready(conditions); });
+    m_patience.Start(kRequestMilliseconds, [this] { End(); });
 }
 
 ControlConnection::~ControlConnection() {
@@ -56,6 +57,7 @@ void ControlConnection::Read() {
         return;
     }
     m_asked = true;
+    m_patience.Stop();
     m_in.resize(end);
     const json request = json::parse(std::exchange(m_in, {}), nullptr, false);
     if (!request.is_object())
@@ -118,6 +120,7 @@ void ControlConnection::End() {
         return;
     m_watch.Stop();
     m_wake.Stop();
+    m_patience.Stop();
     close(std::exchange(m_fd, -1));
     m_ended(*this);
 }

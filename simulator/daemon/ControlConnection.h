@@ -35,6 +35,11 @@ public:
     // Lives as long as the connection: what waits for something on its behalf.
     void Keep(std::shared_ptr<void> kept) { m_kept = std::move(kept); }
 
+    bool HasAsked() const { return m_asked; }
+    void End();
+
+    // Who has not asked by then is let go.
+    static constexpr unsigned kRequestMilliseconds = 2000;
     // A request may hold a line-up.
     static constexpr std::size_t kMaxRequest = 64u << 20;
 
@@ -42,7 +47,6 @@ private:
     void Ready(GIOCondition conditions);
     void Read();
     void Write();
-    void End();
 
     int m_fd;
     RequestHandler m_request;
@@ -55,6 +59,7 @@ private:
     bool m_last = false; // nothing comes after what is in m_out
     Source m_source;
     Timer m_wake;
+    Timer m_patience;
     std::shared_ptr<void> m_kept;
 };
 

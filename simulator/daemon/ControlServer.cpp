@@ -20,6 +20,13 @@ bool ControlServer::Open(const std::string& path, std::string& error) {
 
 void ControlServer::Accept(int fd) {
     if (m_connections.size() >= kMaxConnections) {
+        // The oldest that has not said what it wants makes way.
+        const auto silent = std::find_if(m_connections.begin(), m_connections.end(),
+                                         [](const auto& each) { return !each->HasAsked(); });
+        if (silent != m_connections.end())
+            (*silent)->End();
+    }
+    if (m_connections.size() >= kMaxConnections) {
         m_log.Write(kOwnTag, "refused a control connection: there are %zu", m_connections.size());
         close(fd);
         return;

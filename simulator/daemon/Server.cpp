@@ -158,6 +158,12 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
 
 void Server::FollowersChanged() {
     m_log.SetFollowerCount(m_followers.size());
+bool Server::HasRoomFor(std::size_t size) {
+    for (const auto& connection : m_connections)
+        size += connection->GetHeld();
+    return size <= kMaxHeld;
+}
+
     m_changes.Tell();
 }
 

@@ -24,6 +24,9 @@ public:
     static constexpr std::size_t kMaxConnections = 512;
     static constexpr std::size_t kMaxMute = 64;
     static constexpr unsigned kHelloMilliseconds = 2000;
+    // Bytes of messages that all connections together have on their way in and out: whose is the
+    // next one is dropped.
+    static constexpr std::size_t kMaxHeld = 128u << 20;
 
     Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Changes& changes, Log& log);
     ~Server() override;
@@ -42,6 +45,7 @@ private:
     void Accept(int fd);
     void MessageArrived(Connection& connection, const wire::Message& message) override;
     void ConnectionEnded(Connection& connection, const std::string& why) override;
+    bool HasRoomFor(std::size_t size) override;
     void FollowersChanged();
     void Hello(Connection& connection, const wire::Message& message);
 

@@ -93,4 +93,9 @@ PacketAssembler::Result PacketAssembler::Feed(const void* packet, std::size_t si
     return Result::Complete;
 }
 
+void PacketAssembler::Trim(std::size_t limit) {
+    if (!m_inMessage)
+        m_message.ClearAndTrim(limit);
+}
+
 } // namespace wire

@@ -59,6 +59,8 @@ public:
     // The message, after Complete; valid until the next Feed.
     const Buffer& GetMessage() const { return m_message; }
     bool IsInMessage() const { return m_inMessage; }
+    // After the message has been used: what it took beyond `limit` is given back.
+    void Trim(std::size_t limit);
 
 private:
     Buffer m_message;
