@@ -35,7 +35,7 @@ public:
     Settings settings;
     Clients clients;
     Sessions sessions;
-    Signals signals;
+    Signals signals{sessions};
     Journal journal;
     Injections injections;
     Dispatcher dispatcher;

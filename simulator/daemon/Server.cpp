@@ -121,8 +121,9 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
             m_followers.push_back(&connection);
             FollowersChanged();
         }
-        if (connection.role == wire::Role::Signals)
-            m_signals.Attach(hello.session, connection);
+        if (connection.role == wire::Role::Signals && !m_signals.Attach(hello.session, connection))
+            return connection.End("asks for the signals of session " +
+                                  std::to_string(hello.session) + ", which is not its own");
     } else if (connection.client->GetToken() != hello.token) {
         // Saying it again is how a client asks whether a silent daemon is back.
         return connection.End("changed its token");

@@ -2,7 +2,17 @@
 
 #include <wire/Tree.h>
 
+#include "Session.h"
+
 namespace sim {
+
+bool Signals::Attach(std::uint32_t session, Connection& connection) {
+    const Session* served = m_sessions.Find(session);
+    if (served == nullptr || served->client != connection.client)
+        return false;
+    m_connections[session] = &connection;
+    return true;
+}
 
 void Signals::Detach(const Connection& connection) {
     std::erase_if(m_connections, [&](const auto& entry) { return entry.second == &connection; });

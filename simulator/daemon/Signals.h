@@ -4,6 +4,7 @@
 #include <map>
 
 #include "Connection.h"
+#include "Sessions.h"
 
 namespace sim {
 
@@ -18,10 +19,11 @@ public:
         std::uint64_t data;
     };
 
+    explicit Signals(Sessions& sessions) : m_sessions(sessions) {}
+
     // A connection serves the signal subscriber that is this session; a later one takes its place.
-    void Attach(std::uint32_t session, Connection& connection) {
-        m_connections[session] = &connection;
-    }
+    // False: its client has no such session.
+    bool Attach(std::uint32_t session, Connection& connection);
     void Detach(const Connection& connection);
 
     // A number for the next signal of the daemon's run, from 1; the same for everyone who gets it.
@@ -31,6 +33,7 @@ public:
     bool Send(std::uint32_t session, const Signal& signal, std::uint64_t number);
 
 private:
+    Sessions& m_sessions;
     std::map<std::uint32_t, Connection*> m_connections;
     std::uint64_t m_lastNumber = 0;
     wire::Buffer m_tree;

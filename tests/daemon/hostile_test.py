@@ -199,6 +199,52 @@ class HostilePeerTestCase(TvTestCase):
             # Its calls are another matter.
             self.assertEqual(bad.stop(), 0)
 
+    def test_messages_that_never_become_whole_take_so_much_memory_and_no_more(self):
+        header = struct.pack("<BxhIIHHII", wire.CALL, 0, 1, 0, 0, 0, 60 << 20, 0)
+        packet = struct.pack("<HBB", 0x564E, 1, 1) + bytes(wire.MAX_PAYLOAD)
+        hoarders = [self.daemon.connect() for _ in range(8)]
+        with self.daemon.connect() as client:
+            for peer in hoarders:
+                self.addCleanup(peer.close)
+                with contextlib.suppress(BrokenPipeError, ConnectionResetError):
+                    peer.socket.send(packet[:4] + header + packet[28:])
+                    for _ in range(900):
+                        peer.socket.send(packet)
+                self.assert_prompt(client)
+            self.assertLess(self.memory(), MEMORY_BOUND)
+        self.assertIn("take too much memory", self.daemon.log())
+
+    def test_signals_are_for_the_client_whose_session_it_is(self):
+        with self.daemon.connect() as client, self.daemon.connect() as other:
+            _, session = client.open_session("ISignalSubscriber", 0)
+            for wrong in (session, session + 1, 0):
+                with self.assertRaises(wire.Closed):
+                    self.daemon.connect(token=other.token, role=wire.ROLE_SIGNALS, session=wrong)
+            with self.daemon.connect(token=client.token, role=wire.ROLE_SIGNALS,
+                                     session=session) as signals:
+                self.daemon.simctl("signal", 193, "serviceId=1")
+                self.assertEqual(signals.receive()[0], wire.SIGNAL)
+        self.assertIn(f"asks for the signals of session {session}, which is not its own",
+                      self.daemon.log())
+
+    def test_a_crowd_on_the_control_socket_holds_nobody_up(self):
+        self.allow_descriptors()
+        crowd = []
+        for _ in range(1000):
+            peer = socket.socket(socket.AF_UNIX)
+            self.addCleanup(peer.close)
+            peer.setsockopt(socket.SOL_SOCKET, socket.SO_SNDTIMEO, struct.pack("ll", LIMIT, 0))
+            peer.connect(self.daemon.socket + ".ctl")
+            peer.settimeout(LIMIT)
+            crowd.append(peer)
+        with self.daemon.connect() as client:
+            self.assert_prompt(client)
+        self.assertIn("/debug/qos false", self.daemon.simctl("state"))
+        # Who has asked for nothing in time is let go, without a word.
+        for peer in crowd:
+            with contextlib.suppress(ConnectionResetError):
+                self.assertEqual(peer.recv(1), b"")
+
     def test_running_out_of_descriptors_is_survived(self):
         pid = self.daemon.process.pid
         used = len(os.listdir(f"/proc/{pid}/fd"))
