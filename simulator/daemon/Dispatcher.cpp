@@ -27,6 +27,22 @@ void WriteResult(const Method& method, std::int32_t result, ReplyWriter& out) {
         out.Bool(0, result != 0);
 }
 
+// Interfaces may be named without what all of them begin with.
+bool HasText(const Method& method, const wire::Message& message, std::string_view text) {
+    const ArgumentReader in(method.arguments, message.tree, message.header.treeSize);
+    for (std::size_t place = 0; in.IsValid() && place < method.arguments.size(); ++place) {
+        const Argument& argument = method.arguments[place];
+        if (argument.form != &kText || argument.direction != wire::Direction::In)
+            continue;
+        std::string_view value = in.Text(place);
+        if (value != text && value.starts_with(kPrefix))
+            value.remove_prefix(kPrefix.size());
+        if (value == text)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 void Dispatcher::Add(Interface& interface) {
@@ -68,7 +84,8 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
         fault = "unknown operation";
     } else {
         ++method->calls;
-        injection = m_injections.Take(*method);
+        injection = m_injections.Take(
+            *method, [&](std::string_view text) { return HasText(*method, message, text); });
         if (!injection || injection->kind == Injection::Kind::Delay ||
             injection->kind == Injection::Kind::Drop) {
             fault = Run(connection, message, *interface, *method, sequence);

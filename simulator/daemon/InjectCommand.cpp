@@ -29,11 +29,12 @@ void AddInjectCommand(Chassis& chassis) {
         const std::vector<Method*> methods = chassis.dispatcher.FindMethods(name);
         if (methods.empty())
             return asker.Fail("no operation is called \"" + name + "\"");
+        const auto text = request.value("with", std::string());
         if (kind == kKinds.end() || count == 0 ||
             (kind->second == Injection::Kind::Delay && number < 0))
             return asker.Fail("no such failure");
         for (const Method* method : methods)
-            chassis.injections.Add(*method, {kind->second, number}, count);
+            chassis.injections.Add(*method, {kind->second, number, text}, count);
         chassis.changes.Tell();
         asker.Answer(json::object());
     });

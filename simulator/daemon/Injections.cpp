@@ -1,5 +1,7 @@
 #include "Injections.h"
 
+#include <algorithm>
+
 #include <nlohmann/json.hpp>
 
 #include "Interface.h"
@@ -26,16 +28,21 @@ void Injections::Add(const Method& method, Injection injection, unsigned calls) 
     m_orders[&method].push_back({injection, calls});
 }
 
-std::optional<Injection> Injections::Take(const Method& method) {
+std::optional<Injection> Injections::Take(const Method& method, const HasText& hasText) {
     if (m_orders.empty())
         return std::nullopt;
     const auto found = m_orders.find(&method);
     if (found == m_orders.end())
         return std::nullopt;
-    Order& order = found->second.front();
-    const Injection injection = order.injection;
-    if (--order.calls == 0)
-        found->second.pop_front();
+    const auto order =
+        std::find_if(found->second.begin(), found->second.end(), [&](const Order& each) {
+            return each.injection.text.empty() || hasText(each.injection.text);
+        });
+    if (order == found->second.end())
+        return std::nullopt;
+    const Injection injection = order->injection;
+    if (--order->calls == 0)
+        found->second.erase(order);
     if (found->second.empty())
         m_orders.erase(found);
     return injection;
@@ -49,6 +56,7 @@ nlohmann::json Injections::Describe() const {
                              {"method", method->name},
                              {"kind", order.injection.GetName()},
                              {"number", order.injection.number},
+                             {"with", order.injection.text},
                              {"calls", order.calls}});
     }
     return words;

@@ -2,8 +2,11 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -22,6 +25,7 @@ struct Injection {
     };
     Kind kind = Kind::Result;
     std::int32_t number = 0; // the result, or milliseconds
+    std::string text = {};   // empty, or only for calls that have it among their arguments
 
     const char* GetName() const;
 };
@@ -30,8 +34,10 @@ struct Injection {
 class Injections {
 public:
     void Add(const Method& method, Injection injection, unsigned calls);
+    // Whether a text is among a call's arguments.
+    using HasText = std::function<bool(std::string_view text)>;
     // What is to be done to this call; counts it.
-    std::optional<Injection> Take(const Method& method);
+    std::optional<Injection> Take(const Method& method, const HasText& hasText);
     bool IsEmpty() const { return m_orders.empty(); }
     void Clear() { m_orders.clear(); }
 

@@ -280,6 +280,20 @@ class ControlTestCase(TvTestCase):
         self.assertEqual(self.daemon.process.wait(LIMIT), -signal.SIGKILL)
         self.daemon.simctl("state", status=1)
 
+    def test_a_failure_may_be_for_calls_with_a_text_only(self):
+        self.daemon.simctl("inject", "INorvexSession.Open", "--result", "-7", "--with", "IAVControl")
+        self.daemon.simctl("inject", "IDebugPrintControl.Execute", "--result", "-8", "--with", "items",
+                           "--count", 2)
+        self.daemon.simctl("inject", "IDebugPrintControl.Execute", "--result", "-9")
+        with self.daemon.connect() as client:
+            self.assertEqual(client.open_session("ITunerControl")[0], 0)
+            self.assertEqual(client.open_session("IAVControl"), (-7, 0))
+            self.assertEqual(client.open_session("IAVControl")[0], 0)
+            client.start()
+            # Each takes the first order that is for it.
+            self.assertEqual([client.execute(word)[0] for word in ("modes", "items", "qos", "items", "items")],
+                             [-9, -8, 1, -8, 1])
+
     def test_what_cannot_be_ordered_is_said(self):
         result = self.daemon.run_simctl("inject", "INone.Do", "--drop")
         self.assertEqual((result.returncode, result.stderr),

@@ -18,6 +18,7 @@ struct Options {
     bool close = false;
     bool die = false;
     std::uint32_t count = 1;
+    std::string text;
 };
 
 } // namespace
@@ -44,8 +45,15 @@ void AddInject(CLI::App& app, Line& line) {
     inject->add_option("--count", options->count, "For so many calls (1)")
         ->check(CLI::Range(1u, 1000000u))
         ->type_name("N");
+    inject
+        ->add_option("--with", options->text,
+                     "Only calls with this text among their arguments, as INorvexSession.Open "
+                     "--with IAVControl")
+        ->type_name("TEXT");
     inject->callback([&line, options, result, delay] {
         json request{{"command", "inject"}, {"method", options->method}, {"count", options->count}};
+        if (!options->text.empty())
+            request["with"] = options->text;
         if (result->count() > 0) {
             request["kind"] = "result";
             request["number"] = options->result;
