@@ -143,7 +143,8 @@ class BadAnswer(At):
             packets, kind=lambda kind: wire.WELCOME + wire.REPLY - kind),
         "no known kind": lambda packets: header(packets, kind=lambda _: 99),
         "serial ahead": lambda packets: header(packets, serial=lambda serial: serial + 1),
-        "serial behind": lambda packets: header(packets, serial=lambda serial: serial - 1),
+        "serial behind": lambda packets: header(
+            packets, serial=lambda serial: (serial - 1) & 0xFFFFFFFF),
         "4 GiB announced": lambda packets: header(packets, tree=lambda _: 0xFFFFFFFF),
         "names announced": lambda packets: header(packets, interface=lambda _: 0xFFFF),
         "nodes that lie": lambda packets: [

@@ -6,6 +6,7 @@ As a program (see script/faults) it goes through all of them and tells what it h
 import argparse
 import collections
 import multiprocessing
+import struct
 import sys
 import time
 
@@ -129,7 +130,8 @@ class FaultyRun:
             self.recovered = False
             try:
                 self.run()
-            except (AssertionError, OSError) as error:
+                self.expect(rig.tv.end() == 0, "the TV has not ended well")
+            except (AssertionError, OSError, struct.error) as error:
                 self.figures.expect(False, self.what, repr(error))
 
     def expect(self, condition, *told):
