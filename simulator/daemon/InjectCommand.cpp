@@ -26,10 +26,10 @@ void AddInjectCommand(Chassis& chassis) {
         const auto kind = kKinds.find(request.at("kind").get<std::string>());
         const auto number = request.value("number", std::int32_t{0});
         const auto count = request.value("count", 1u);
+        const auto text = request.value("with", std::string());
         const std::vector<Method*> methods = chassis.dispatcher.FindMethods(name);
         if (methods.empty())
             return asker.Fail("no operation is called \"" + name + "\"");
-        const auto text = request.value("with", std::string());
         if (kind == kKinds.end() || count == 0 ||
             (kind->second == Injection::Kind::Delay && number < 0))
             return asker.Fail("no such failure");

@@ -157,14 +157,14 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
     m_cleanUp.StartSoon([this] { m_ended.clear(); });
 }
 
-void Server::FollowersChanged() {
-    m_log.SetFollowerCount(m_followers.size());
 bool Server::HasRoomFor(std::size_t size) {
     for (const auto& connection : m_connections)
         size += connection->GetHeld();
     return size <= kMaxHeld;
 }
 
+void Server::FollowersChanged() {
+    m_log.SetFollowerCount(m_followers.size());
     m_changes.Tell();
 }
 
