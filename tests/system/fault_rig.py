@@ -139,13 +139,17 @@ class Rig:
         """Lets everything go on until the condition holds."""
         end = time.monotonic() + LIMIT
         while not condition():
-            ready = self.selector.select(max(0, end - time.monotonic()))
-            if not ready:
+            if not self.move(end - time.monotonic()):
                 raise AssertionError(f"nothing moves any more, at {self.console.text[-300:]!r}")
-            for key, _ in ready:
-                # One that was ready may have been closed by another's turn.
-                if self.selector.get_map().get(key.fd) is key:
-                    key.data()
+
+    def move(self, limit=0):
+        """Lets what is ready go on; false when nothing is, nor becomes so within the limit."""
+        ready = self.selector.select(max(0, limit))
+        for key, _ in ready:
+            # One that was ready may have been closed by another's turn.
+            if self.selector.get_map().get(key.fd) is key:
+                key.data()
+        return bool(ready)
 
     def arrive(self):
         """Lets the console come to its next prompt, or to its end (None); where it is."""
@@ -173,7 +177,10 @@ class Rig:
         os.waitid(os.P_PID, self.tv.process.pid, os.WSTOPPED)
 
     def go_on(self):
-        """A stopped TV goes on; returns when it has answered the hellos that it owes."""
+        """A stopped TV goes on; returns when it has answered the hellos that it owes: until then
+        calls fail at once, as they should."""
+        while self.move():
+            pass
         self.tv.process.send_signal(signal.SIGCONT)
         os.waitid(os.P_PID, self.tv.process.pid, os.WCONTINUED)
         self.ready = time.monotonic()
