@@ -12,25 +12,28 @@ using nlohmann::json;
 
 namespace {
 
-const std::map<std::string, Injection::Kind> kKinds{{"result", Injection::Kind::Result},
-                                                    {"delay", Injection::Kind::Delay},
-                                                    {"drop", Injection::Kind::Drop},
-                                                    {"close", Injection::Kind::Close},
-                                                    {"die", Injection::Kind::Die}};
+const std::map<std::string, Injection::Kind>& GetKinds() {
+    static const std::map<std::string, Injection::Kind> kinds{{"result", Injection::Kind::Result},
+                                                              {"delay", Injection::Kind::Delay},
+                                                              {"drop", Injection::Kind::Drop},
+                                                              {"close", Injection::Kind::Close},
+                                                              {"die", Injection::Kind::Die}};
+    return kinds;
+}
 
 } // namespace
 
 void AddInjectCommand(Chassis& chassis) {
     chassis.commands.Add("inject", [&chassis](const json& request, ControlConnection& asker) {
         const auto name = request.at("method").get<std::string>();
-        const auto kind = kKinds.find(request.at("kind").get<std::string>());
+        const auto kind = GetKinds().find(request.at("kind").get<std::string>());
         const auto number = request.value("number", std::int32_t{0});
         const auto count = request.value("count", 1u);
         const auto text = request.value("with", std::string());
         const std::vector<Method*> methods = chassis.dispatcher.FindMethods(name);
         if (methods.empty())
             return asker.Fail("no operation is called \"" + name + "\"");
-        if (kind == kKinds.end() || count == 0 ||
+        if (kind == GetKinds().end() || count == 0 ||
             (kind->second == Injection::Kind::Delay && number < 0))
             return asker.Fail("no such failure");
         for (const Method* method : methods)

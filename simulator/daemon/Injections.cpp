@@ -1,6 +1,7 @@
 #include "Injections.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -25,7 +26,7 @@ const char* Injection::GetName() const {
 }
 
 void Injections::Add(const Method& method, Injection injection, unsigned calls) {
-    m_orders[&method].push_back({injection, calls});
+    m_orders[&method].push_back({std::move(injection), calls});
 }
 
 std::optional<Injection> Injections::Take(const Method& method, const HasText& hasText) {

@@ -14,8 +14,10 @@
 
 // All state of the console, in the order of its construction at load. The simple menu is the only
 // one that is destroyed: the shared debug print control goes with it.
+// NOLINTNEXTLINE(cert-err58-cpp): built at load, as the host expects.
 TCDebugMenuTPMS debugMenuTPMS;
 static_assert(std::is_trivially_destructible_v<TCDebugMenuTPMS>);
+// NOLINTNEXTLINE(cert-err58-cpp): built at load, as the host expects.
 TCDebugMenuSimple debugMenuSimple;
 int currentMenu = 0;
 bool QuarleLogonOff = false;

@@ -15,7 +15,7 @@ constexpr int kBadCommandLine = 2;
 void TakeUsualSignals() {
     sigset_t none;
     sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    pthread_sigmask(SIG_SETMASK, &none, nullptr);
     for (const int number : {SIGTERM, SIGINT, SIGHUP})
         static_cast<void>(std::signal(number, SIG_DFL));
     // A reader that has gone is seen by the write that fails.
