@@ -23,36 +23,36 @@ std::string ToWord(const json& argument) {
 }
 
 std::string ToName(const json& argument) {
-    return argument.contains("name") ? argument["name"].get<std::string>()
+    return argument.contains("name") ? argument.at("name").get<std::string>()
                                      : std::to_string(argument.value("place", 0));
 }
 
 // #12 client 1 IDebugPrintControl.Execute(command="items") = status 1, screen "..."
 std::string ToReadableLine(const json& call) {
-    const auto interface = call["interface"].get<std::string>();
-    std::string line = "#" + std::to_string(call["sequence"].get<std::uint64_t>()) + " client " +
-                       std::to_string(call["client"].get<std::uint32_t>());
-    if (const auto session = call["session"].get<std::uint32_t>(); session != 0)
+    const auto interface = call.at("interface").get<std::string>();
+    std::string line = "#" + std::to_string(call.at("sequence").get<std::uint64_t>()) + " client " +
+                       std::to_string(call.at("client").get<std::uint32_t>());
+    if (const auto session = call.at("session").get<std::uint32_t>(); session != 0)
         line += " session " + std::to_string(session);
     line += " " + interface.substr(interface.rfind('.') + 1) + "." +
-            call["method"].get<std::string>() + "(";
+            call.at("method").get<std::string>() + "(";
     const char* between = "";
-    for (const json& argument : call["arguments"]) {
-        if (argument["direction"] != "in")
+    for (const json& argument : call.at("arguments")) {
+        if (argument.at("direction") != "in")
             continue;
         line += between + ToName(argument) + "=" + ToWord(argument);
         between = ", ";
     }
     line += ")";
     between = " = ";
-    for (const json& result : call["results"]) {
+    for (const json& result : call.at("results")) {
         line += between + ToName(result) + " " + ToWord(result);
         between = ", ";
     }
     if (call.contains("injected"))
-        line += " [" + call["injected"].get<std::string>() + " by order]";
+        line += " [" + call.at("injected").get<std::string>() + " by order]";
     if (call.contains("fault"))
-        line += " [" + call["fault"].get<std::string>() + "]";
+        line += " [" + call.at("fault").get<std::string>() + "]";
     return line;
 }
 
@@ -60,11 +60,11 @@ int ShowCalls(const std::string& socketPath, bool follow, bool asJson) {
     const json request{{"command", "calls"}, {"follow", follow}};
     const bool done = ControlSocket(socketPath).AskForLines(request, [&](const json& answer) {
         if (answer.contains("lost"))
-            Complain(answer["lost"].dump() + " calls are no longer kept");
+            Complain(answer.at("lost").dump() + " calls are no longer kept");
         else if (asJson)
-            std::puts(answer["call"].dump().c_str());
+            std::puts(answer.at("call").dump().c_str());
         else
-            std::puts(ToReadableLine(answer["call"]).c_str());
+            std::puts(ToReadableLine(answer.at("call")).c_str());
         return std::fflush(stdout) == 0;
     });
     return done ? 0 : 1;

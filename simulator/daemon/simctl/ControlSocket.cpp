@@ -87,6 +87,19 @@ bool ControlSocket::ReadLine(std::string& line) {
     }
 }
 
+namespace {
+
+// Tells what was wrong with the request.
+bool IsRefusal(const json& answer) {
+    const auto error = answer.find("error");
+    if (error == answer.end())
+        return false;
+    Complain(error->is_string() ? error->get<std::string>() : error->dump());
+    return true;
+}
+
+} // namespace
+
 bool ControlSocket::Ask(const json& request, json& answer, double seconds) {
     if (!Connect(seconds) || !Send(request))
         return false;
@@ -100,11 +113,7 @@ bool ControlSocket::Ask(const json& request, json& answer, double seconds) {
         Complain("the answer makes no sense");
         return false;
     }
-    if (answer.contains("error")) {
-        Complain(answer["error"].get<std::string>());
-        return false;
-    }
-    return true;
+    return !IsRefusal(answer);
 }
 
 bool ControlSocket::AskForLines(const json& request, const std::function<bool(const json&)>& line) {
@@ -113,12 +122,16 @@ bool ControlSocket::AskForLines(const json& request, const std::function<bool(co
     std::string text;
     while (ReadLine(text)) {
         const json answer = json::parse(text, nullptr, false);
-        if (answer.is_object() && answer.contains("error")) {
-            Complain(answer["error"].get<std::string>());
+        if (answer.is_object() && IsRefusal(answer))
+            return false;
+        try {
+            if (!line(answer))
+                return true;
+        } catch (const json::exception&) {
+            // It lacks something, or holds it in another type.
+            Complain("the answer makes no sense");
             return false;
         }
-        if (!line(answer))
-            return true;
     }
     return true;
 }

@@ -34,7 +34,7 @@ int Load(const std::string& socketPath, const std::string& file) {
 bool Write(const std::string& socketPath, std::FILE* file) {
     const json request{{"command", "lineup"}, {"action", "show"}};
     return ControlSocket(socketPath).AskForLines(request, [file](const json& answer) {
-        const auto& text = answer["text"].get_ref<const std::string&>();
+        const auto& text = answer.at("text").get_ref<const std::string&>();
         return std::fwrite(text.data(), 1, text.size(), file) == text.size();
     });
 }
