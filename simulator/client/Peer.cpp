@@ -224,6 +224,8 @@ Failure Peer::OpenOn(Channel& channel, SessionKey& session) {
         return Failure::None;
     std::int32_t status = -1;
     std::uint32_t id = 0;
+    bool hasStatus = false;
+    bool hasId = false;
     wire::Buffer tree;
     wire::TreeWriter writer(tree);
     writer.PutValue(0, status);
@@ -242,10 +244,13 @@ Failure Peer::OpenOn(Channel& channel, SessionKey& session) {
     wire::Node node;
     while (cursor.Next(node)) {
         if (node.tag == 0)
-            node.Get(status);
+            hasStatus = node.Get(status);
         else if (node.tag == 1)
-            node.Get(id);
+            hasId = node.Get(id);
     }
+    // Only who says no has refused.
+    if (!hasStatus || (status >= 0 && !hasId))
+        return Failure::Nonsense;
     session.status = status;
     if (status < 0)
         return Failure::Refused;

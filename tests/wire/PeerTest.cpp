@@ -300,6 +300,27 @@ TEST_F(PeerTest, ARefusedSessionTellsWhy) {
     far.join();
 }
 
+TEST_F(PeerTest, ASessionsOpeningThatIsNotAnsweredIsNoRefusal) {
+    std::thread far([&] {
+        for (const bool hasStatus : {false, true}) {
+            const auto connection = service.Accept();
+            connection->Welcome();
+            wire::Message message;
+            ASSERT_TRUE(connection->Receive(message));
+            wire::Buffer tree;
+            if (hasStatus)
+                wire::TreeWriter(tree).PutValue(0, std::int32_t{0});
+            connection->Reply(message, tree);
+            connection->AwaitEnd();
+        }
+    });
+    EXPECT_EQ(peer->Open(session), Failure::Nonsense) << "neither status nor session";
+    EXPECT_EQ(peer->Open(session), Failure::Nonsense) << "no session";
+    EXPECT_EQ(session.generation, 0u);
+    peer.reset();
+    far.join();
+}
+
 TEST_F(PeerTest, ThreadsCallAtTheSameTimeOnConnectionsOfTheirOwn) {
     std::thread far([&] {
         const auto one = service.Accept();
