@@ -126,7 +126,8 @@ Reply TestClient::Call(std::uint32_t session, const std::string& method, std::in
 
 void TestClient::ListenTo(std::uint32_t session) {
     m_signals = std::make_unique<Line>();
-    m_tv.chassis.signals.Attach(session, *m_signals->connection);
+    m_signals->connection->client = m_client;
+    EXPECT_TRUE(m_tv.chassis.signals.Attach(session, *m_signals->connection));
 }
 
 std::vector<std::string> TestClient::TakeSignals() {
