@@ -151,7 +151,10 @@ class BadAnswer(At):
             packets[0][:28] + packets[0][28:].replace(b"\4\0\0\0", b"\xff\xff\xff\x7f"), *packets[1:]],
         "no tree": lambda packets: [header(packets, tree=lambda _: 0)[0][:28]],
     }
-    # A tree's content is for who has asked for it: the exchange as such has gone well.
+    # Nothing comes that says so.
+    SLOW = ("late", "serial behind", "further packets lost")
+    # A tree's content is for who has asked for it: the exchange as such has gone well. Sessions
+    # are the connection's own affair.
     TREES = ("garbage", "nodes that lie", "no tree")
     # What fails there is not told: the connection is made anew, the session is gone by itself.
     SILENT = ("hello", "INorvexSession.Close")
@@ -166,7 +169,11 @@ class BadAnswer(At):
         if not self.is_it(exchange):
             return packets
         self.happened = exchange
-        if self.way not in self.TREES and exchange.name not in self.SILENT:
+        if self.way in self.SLOW:
+            # The others fail at once if the TV is slow to answer the hello that comes next.
+            self.failures = (0, MANY)
+        elif exchange.name not in self.SILENT and (
+                self.way not in self.TREES or exchange.name == "INorvexSession.Open"):
             self.failures = (1, 1)
         if self.way == "late":
             self.held = link, packets

@@ -177,15 +177,19 @@ class Rig:
         os.waitid(os.P_PID, self.tv.process.pid, os.WSTOPPED)
 
     def go_on(self):
-        """A stopped TV goes on; returns when it has answered the hellos that it owes: until then
-        calls fail at once, as they should."""
-        while self.move():
-            pass
+        """A stopped TV goes on."""
         self.tv.process.send_signal(signal.SIGCONT)
         os.waitid(os.P_PID, self.tv.process.pid, os.WCONTINUED)
         self.ready = time.monotonic()
-        self.run_until(lambda: not any(link.exchange and link.exchange.kind == wire.HELLO
-                                       and link.exchange.ended is None for link in self.proxy.links))
+
+    def settle(self, spoilt):
+        """Returns when the TV has answered the hellos that it owes, but for a spoilt one: until then
+        calls fail at once, as they should."""
+        while self.move():
+            pass
+        self.run_until(lambda: not any(
+            link.exchange and link.exchange.kind == wire.HELLO and link.exchange.ended is None
+            and link.exchange is not spoilt for link in self.proxy.links))
 
     def failures(self):
         """How many exchanges the client library has logged as failed."""
