@@ -269,6 +269,8 @@ def main():
             whole.add(figures)
             for problem in figures.problems:
                 print(problem, flush=True)
+            if sum(whole.runs.values()) % 500 == 0:
+                print(f"faults: {sum(whole.runs.values())} of {len(plan)} runs", file=sys.stderr)
     for kind, count in whole.runs.items():
         print(f"{kind}: {count} runs")
     print(f"slowest call {whole.call:.3f} s, slowest command {whole.command:.3f} s "
