@@ -74,12 +74,16 @@ json Chassis::DescribeStateFor(const std::string& path) const {
     return state;
 }
 
-void Chassis::Reset() {
+std::string Chassis::Reset() {
     dispatcher.Reset();
     journal.Clear();
-    for (Part* part : m_parts)
-        part->Reset();
+    std::string error;
+    for (Part* part : m_parts) {
+        if (!part->Reset() && error.empty())
+            error = std::string(part->GetStateName()) + ": " + database.GetError();
+    }
     changes.Tell();
+    return error;
 }
 
 } // namespace sim

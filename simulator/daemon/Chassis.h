@@ -63,7 +63,8 @@ public:
     // The state as far as a path ("/debug/qos") needs it: what its first step names.
     nlohmann::json DescribeStateFor(const std::string& path) const;
     // All parts as they were when the daemon was new, nothing ordered to fail, the journal empty.
-    void Reset();
+    // Empty, or why not all of them are.
+    std::string Reset();
     // Differs from one run to the next; shown with the clients.
     void SetEpoch(std::uint64_t epoch) { m_epoch = epoch; }
 

@@ -10,28 +10,40 @@ bool Statement::Prepare(Database& database, std::string_view text) {
 }
 
 void Statement::Bind(int place, std::string_view text) {
-    sqlite3_bind_text64(m_statement, place, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+    Note(sqlite3_bind_text64(m_statement, place, text.data(), text.size(), SQLITE_STATIC,
+                             SQLITE_UTF8) == SQLITE_OK);
 }
 
 Statement::Step Statement::Next() {
+    if (m_hasFailed)
+        return Step::Failed;
     switch (sqlite3_step(m_statement)) {
     case SQLITE_ROW:
         return Step::Row;
     case SQLITE_DONE:
         return Step::Done;
     default:
+        m_hasFailed = true;
         return Step::Failed;
     }
 }
 
-std::string_view Statement::Text(int column) const {
+std::string_view Statement::Text(int column) {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
+    Note(text != nullptr);
+    if (text == nullptr)
+        return {};
     return {text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column))};
 }
 
-std::string_view Statement::Blob(int column) const {
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(m_statement, column));
-    return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column))};
+// SQLite converts; the size is that of what it has converted last.
+std::u16string_view Statement::Text16(int column) {
+    const auto* units = static_cast<const char16_t*>(sqlite3_column_text16(m_statement, column));
+    Note(units != nullptr);
+    if (units == nullptr)
+        return {};
+    return {units, static_cast<std::size_t>(sqlite3_column_bytes16(m_statement, column)) /
+                       sizeof(char16_t)};
 }
 
 bool Statement::Run() {
@@ -42,6 +54,7 @@ bool Statement::Run() {
 
 void Statement::Reset() {
     sqlite3_reset(m_statement);
+    m_hasFailed = false;
 }
 
 Database::~Database() {

@@ -22,11 +22,14 @@ public:
     bool Prepare(Database& database, std::string_view text);
     bool IsPrepared() const { return m_statement != nullptr; }
 
-    // Places count from 1. Texts must outlive the run.
-    void Bind(int place, std::int64_t value) { sqlite3_bind_int64(m_statement, place, value); }
+    // Places count from 1. Texts must outlive the run. What cannot be bound makes the run fail.
+    void Bind(int place, std::int64_t value) {
+        Note(sqlite3_bind_int64(m_statement, place, value) == SQLITE_OK);
+    }
     // SQLite's integers are signed; all 64 bits are kept.
     void Bind(int place, std::uint64_t value) { Bind(place, static_cast<std::int64_t>(value)); }
     void Bind(int place, std::string_view text);
+    void BindNull(int place) { Note(sqlite3_bind_null(m_statement, place) == SQLITE_OK); }
 
     enum class Step { Row, Done, Failed };
     Step Next();
@@ -36,16 +39,20 @@ public:
     bool IsNull(int column) const {
         return sqlite3_column_type(m_statement, column) == SQLITE_NULL;
     }
-    std::string_view Text(int column) const; // until the next step
-    std::string_view Blob(int column) const; // until the next step
+    // Both until the next step, which fails when there was no memory for the text.
+    std::string_view Text(int column);
+    std::u16string_view Text16(int column);
+    bool HasFailed() const { return m_hasFailed; }
 
     // Runs a statement without rows, and makes it ready for the next time.
     bool Run();
     void Reset();
-    sqlite3_stmt* Get() const { return m_statement; }
 
 private:
+    void Note(bool good) { m_hasFailed = m_hasFailed || !good; }
+
     sqlite3_stmt* m_statement = nullptr;
+    bool m_hasFailed = false; // since the last reset
 };
 
 // The TV's database: in memory, or a file in which each change is committed at once.
@@ -68,7 +75,8 @@ private:
     sqlite3* m_database = nullptr;
 };
 
-// Several changes that are committed together, or not at all when Commit is not reached.
+// Several changes that are committed together, or not at all when Commit is not reached. What is
+// changed in one that is not open is committed at once and by itself: ask first.
 class Transaction {
 public:
     explicit Transaction(Database& database);
@@ -76,6 +84,7 @@ public:
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
+    bool IsOpen() const { return m_open; }
     bool Commit();
 
 private:

@@ -36,19 +36,21 @@ DebugPrintControl::DebugPrintControl(Chassis& chassis, std::uint32_t extraItems)
     Add("IsDebugModeEnabled", {Out("answer", kBool), In("mode", kInt)},
         &DebugPrintControl::IsDebugModeEnabled);
 
-    chassis.settables.Add("items", "NUMBER: debug menu items beside the built-in ones, all off",
-                          [this](const std::vector<std::string>& words, std::string&) {
-                              std::uint32_t count = 0;
-                              if (words.size() != 1)
-                                  return false;
-                              const char* end = words[0].data() + words[0].size();
-                              const auto [stopped, error] =
-                                  std::from_chars(words[0].data(), end, count);
-                              if (error != std::errc() || stopped != end || count > kMaxExtraItems)
-                                  return false;
-                              m_switches.SetExtraItems(count);
-                              return true;
-                          });
+    chassis.settables.Add(
+        "items", "NUMBER: debug menu items beside the built-in ones, all off",
+        [this, &chassis](const std::vector<std::string>& words, std::string& error) {
+            std::uint32_t count = 0;
+            if (words.size() != 1)
+                return false;
+            const char* end = words[0].data() + words[0].size();
+            const auto [stopped, problem] = std::from_chars(words[0].data(), end, count);
+            if (problem != std::errc() || stopped != end || count > kMaxExtraItems)
+                return false;
+            if (m_switches.SetExtraItems(count))
+                return true;
+            error = chassis.database.GetError();
+            return false;
+        });
 }
 
 void DebugPrintControl::Start(const Call& call, const ArgumentReader&, ReplyWriter& out) {
@@ -163,8 +165,8 @@ json DebugPrintControl::DescribeState() const {
             {"dialogues", dialogues}};
 }
 
-void DebugPrintControl::Reset() {
-    m_switches.Reset();
+bool DebugPrintControl::Reset() {
+    return m_switches.Reset();
 }
 
 void DebugPrintControl::ReleaseClient(Client& client) {

@@ -20,7 +20,7 @@ public:
 
     const char* GetStateName() const override { return "debug"; }
     nlohmann::json DescribeState() const override;
-    void Reset() override;
+    bool Reset() override;
     void ReleaseClient(Client& client) override;
 
 private:

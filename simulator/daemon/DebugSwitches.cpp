@@ -104,6 +104,8 @@ bool DebugSwitches::SetItem(Item& item, bool on) {
 
 bool DebugSwitches::SetItems(const std::vector<std::pair<std::uint32_t, bool>>& states) {
     Transaction together(m_settings.GetDatabase());
+    if (!together.IsOpen())
+        return false;
     for (const auto& [id, on] : states) {
         if (FindItem(id)->on != on && !Keep("item/" + std::to_string(id), on))
             return false;
@@ -136,14 +138,16 @@ bool DebugSwitches::SetMode(Mode& mode, bool on) {
     return true;
 }
 
-void DebugSwitches::SetExtraItems(std::uint32_t count) {
-    m_settings.Clear(kPart);
+bool DebugSwitches::SetExtraItems(std::uint32_t count) {
+    if (!m_settings.Clear(kPart))
+        return false;
     m_extraItems = count;
     SetDefaults();
+    return true;
 }
 
-void DebugSwitches::Reset() {
-    SetExtraItems(m_extraAtStart);
+bool DebugSwitches::Reset() {
+    return SetExtraItems(m_extraAtStart);
 }
 
 } // namespace sim

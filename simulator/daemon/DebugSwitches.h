@@ -46,8 +46,8 @@ public:
     bool SetItems(const std::vector<std::pair<std::uint32_t, bool>>& states);
 
     // So many items beside the built-in ones; everything is off then.
-    void SetExtraItems(std::uint32_t count);
-    void Reset();
+    bool SetExtraItems(std::uint32_t count);
+    bool Reset();
 
 private:
     void SetDefaults();

@@ -121,10 +121,13 @@ json Device::DescribeState() const {
     return {{"keys", m_values}, {"logTags", tags}};
 }
 
-void Device::Reset() {
-    m_chassis.settings.Clear(kKeysPart);
-    m_chassis.settings.Clear(kTagsPart);
+bool Device::Reset() {
+    Transaction together(m_chassis.database);
+    if (!together.IsOpen() || !m_chassis.settings.Clear(kKeysPart) ||
+        !m_chassis.settings.Clear(kTagsPart) || !together.Commit())
+        return false;
     SetDefaults();
+    return true;
 }
 
 } // namespace sim

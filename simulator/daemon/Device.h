@@ -21,7 +21,7 @@ public:
 
     const char* GetStateName() const override { return "device"; }
     nlohmann::json DescribeState() const override;
-    void Reset() override;
+    bool Reset() override;
 
 private:
     void GetInt(const Call& call, const ArgumentReader& in, ReplyWriter& out);

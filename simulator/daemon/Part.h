@@ -14,8 +14,9 @@ public:
     // Where the part's state stands in the whole: "debug" is "/debug" to `norvex-simctl wait`.
     virtual const char* GetStateName() const = 0;
     virtual nlohmann::json DescribeState() const = 0;
-    // Back to how it was when the daemon was new. Sessions stay open.
-    virtual void Reset() = 0;
+    // Back to how it was when the daemon was new. Sessions stay open. False: the database, whose
+    // error tells why, would not let go of what it keeps.
+    virtual bool Reset() = 0;
     // A client is gone for good: what it has made or registered goes as well. Its sessions have
     // been closed before.
     virtual void ReleaseClient(Client&) {}

@@ -15,6 +15,10 @@ bool MountParts(Chassis& chassis, const Options& options, std::string& error) {
     chassis.Mount<DebugPrintControl>(chassis, options.items);
     if (!MountServices(chassis, options.lineUp ? &*options.lineUp : nullptr, error))
         return false;
+    // A TV that had forgotten what it keeps would overwrite it.
+    error = chassis.settings.GetReadError();
+    if (!error.empty())
+        return false;
 
     AddStateCommands(chassis);
     AddCallsCommand(chassis);

@@ -15,9 +15,12 @@ void AddStateCommands(Chassis& chassis) {
     chassis.commands.Add("reset", [&chassis](const json&, ControlConnection& asker) {
         chassis.log.SetSequence(chassis.journal.TakeSequence());
         chassis.log.Write(kOwnTag, "reset");
-        chassis.Reset();
+        const std::string error = chassis.Reset();
         chassis.log.SetSequence(0);
-        asker.Answer(json::object());
+        if (error.empty())
+            asker.Answer(json::object());
+        else
+            asker.Fail(error);
     });
     chassis.commands.Add("set", [&chassis](const json& request, ControlConnection& asker) {
         const auto name = request.at("name").get<std::string>();

@@ -187,12 +187,13 @@ void Pipelines::SurroundingsChanged() {
     }
 }
 
-void Pipelines::Reset() {
+bool Pipelines::Reset() {
     for (auto entry = m_pipelines.begin(); entry != m_pipelines.end();) {
         static_cast<PipelineState&>(entry->second) = {};
         const bool needed = entry->second.sessions > 0 || entry->first == kMainPipeline;
         entry = needed ? std::next(entry) : m_pipelines.erase(entry);
     }
+    return true;
 }
 
 } // namespace sim

@@ -57,7 +57,7 @@ public:
 
     const char* GetStateName() const override { return "pipelines"; }
     nlohmann::json DescribeState() const override;
-    void Reset() override;
+    bool Reset() override;
 
 private:
     void DropIfUnused(const Pipeline& pipeline);

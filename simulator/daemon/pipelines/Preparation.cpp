@@ -213,9 +213,10 @@ json Preparation::DescribeState() const {
     return {{"limitMs", m_limit}, {"pipelines", pipelines}};
 }
 
-void Preparation::Reset() {
+bool Preparation::Reset() {
     m_queues.clear();
     m_limit = kDefaultLimit;
+    return true;
 }
 
 } // namespace sim

@@ -43,7 +43,7 @@ public:
 
     const char* GetStateName() const override { return "preparation"; }
     nlohmann::json DescribeState() const override;
-    void Reset() override;
+    bool Reset() override;
     void ReleaseClient(Client& client) override;
 
 private:

@@ -102,9 +102,10 @@ json Subscribers::DescribeState() const {
     return described;
 }
 
-void Subscribers::Reset() {
+bool Subscribers::Reset() {
     for (auto& [session, subscriber] : m_subscribers)
         subscriber.counts.clear();
+    return true;
 }
 
 } // namespace sim

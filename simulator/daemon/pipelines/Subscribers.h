@@ -29,7 +29,7 @@ public:
     const char* GetStateName() const override { return "subscribers"; }
     nlohmann::json DescribeState() const override;
     // Nobody is subscribed to anything; the callbacks stay registered.
-    void Reset() override;
+    bool Reset() override;
 
 private:
     struct Subscriber {

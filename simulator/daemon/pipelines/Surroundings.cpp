@@ -136,8 +136,9 @@ json Surroundings::DescribeState() const {
             {"hdmi", hdmi}};
 }
 
-void Surroundings::Reset() {
+bool Surroundings::Reset() {
     SetDefaults();
+    return true;
 }
 
 } // namespace sim

@@ -30,7 +30,7 @@ public:
 
     const char* GetStateName() const override { return "surroundings"; }
     nlohmann::json DescribeState() const override;
-    void Reset() override;
+    bool Reset() override;
 
 private:
     enum class Captions { OfService, On, Off };

@@ -270,9 +270,10 @@ json ZoomControl::DescribeState() const {
 }
 
 // Ids go on: those that somebody may still know must not name another window.
-void ZoomControl::Reset() {
+bool ZoomControl::Reset() {
     m_windows.clear();
     m_limit = kDefaultLimit;
+    return true;
 }
 
 } // namespace sim

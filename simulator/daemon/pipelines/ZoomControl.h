@@ -22,7 +22,7 @@ public:
 
     const char* GetStateName() const override { return "zoom"; }
     nlohmann::json DescribeState() const override;
-    void Reset() override;
+    bool Reset() override;
     void ReleaseClient(Client& client) override;
 
 private:

@@ -17,7 +17,10 @@ public:
 
     const char* GetStateName() const override { return "clock"; }
     nlohmann::json DescribeState() const override;
-    void Reset() override { m_offset = 0; }
+    bool Reset() override {
+        m_offset = 0;
+        return true;
+    }
 
 private:
     bool Set(const std::vector<std::string>& words, std::string& error);

@@ -32,7 +32,8 @@ void Load(Chassis& chassis, ServiceLineUp& lineUp, const json& request, ControlC
 // The text in pieces, as fast as the asker takes them.
 class Pieces {
 public:
-    explicit Pieces(ServiceLineUp& lineUp) : m_lineUp(lineUp), m_loads(lineUp.GetLoads()) {}
+    Pieces(Database& database, ServiceLineUp& lineUp)
+        : m_database(database), m_lineUp(lineUp), m_loads(lineUp.GetLoads()) {}
 
     bool Add(std::string& lines) {
         if (m_lineUp.GetLoads() != m_loads) {
@@ -42,10 +43,13 @@ public:
         const bool more = m_lineUp.GetTables().WriteNext(m_place, m_writer);
         if (more)
             lines += ToLine({{"text", m_writer.Take()}});
+        else if (m_place.hasFailed)
+            lines += ToLine({{"error", m_database.GetError()}});
         return more;
     }
 
 private:
+    Database& m_database;
     ServiceLineUp& m_lineUp;
     std::uint64_t m_loads;
     LineUpTables::Place m_place;
@@ -61,9 +65,8 @@ void AddLineUpCommand(Chassis& chassis, ServiceLineUp& lineUp) {
             return Load(chassis, lineUp, request, asker);
         if (action != "show")
             return asker.Fail("expected the action load or show");
-        asker.SetSource([pieces = std::make_shared<Pieces>(lineUp)](std::string& lines) {
-            return pieces->Add(lines);
-        });
+        asker.SetSource([pieces = std::make_shared<Pieces>(chassis.database, lineUp)](
+                            std::string& lines) { return pieces->Add(lines); });
     });
 }
 

@@ -75,7 +75,7 @@ public:
         if (programme.title)
             m_programme.Bind(4, std::string_view(*programme.title));
         else
-            sqlite3_bind_null(m_programme.Get(), 4);
+            m_programme.BindNull(4);
         return m_programme.Run() ? "" : m_database.GetError();
     }
 
@@ -85,14 +85,15 @@ private:
     Statement m_programme;
 };
 
-std::int64_t CountRows(Database& database, const char* query) {
+bool CountRows(Database& database, const char* query, std::int64_t& count) {
     Statement statement;
     if (!statement.Prepare(database, query) || statement.Next() != Statement::Step::Row)
-        return 0;
-    return statement.Int(0);
+        return false;
+    count = statement.Int(0);
+    return true;
 }
 
-ServiceRecord ReadService(const Statement& row) {
+ServiceRecord ReadService(Statement& row) {
     ServiceRecord service;
     const auto number = [&row](int column) { return static_cast<std::int32_t>(row.Int(column)); };
     service.antenna = number(0);
@@ -130,35 +131,36 @@ bool LineUpTables::Prepare() {
                                             " WHERE service = ?1 AND found = 0 ORDER BY start");
 }
 
-bool LineUpTables::Replace(std::string_view text, const std::string& name, std::string& error) {
+bool LineUpTables::Replace(std::string_view text, const std::string& name, std::string& error,
+                           const std::function<bool()>& keep) {
     Transaction transaction(m_database);
     Inserter inserter(m_database);
-    const bool emptied = m_database.Execute("DELETE FROM service; DELETE FROM programme");
-    if (emptied && inserter.Prepare() && !ReadLineUp(text, name, inserter, error))
+    const bool emptied = transaction.IsOpen() &&
+                         m_database.Execute("DELETE FROM service; DELETE FROM programme") &&
+                         inserter.Prepare();
+    if (emptied && !ReadLineUp(text, name, inserter, error))
         return false;
-    if (emptied && transaction.Commit())
+    if (emptied && keep() && transaction.Commit())
         return true;
     error = name + ": " + m_database.GetError();
     return false;
 }
 
-bool LineUpTables::IsEmpty() {
-    return CountRows(m_database, "SELECT EXISTS (SELECT 1 FROM service)") == 0;
-}
-
-LineUpCounts LineUpTables::Count() {
-    LineUpCounts counts;
-    counts.air = CountRows(m_database, "SELECT count(*) FROM service WHERE antenna = 0");
-    counts.cable = CountRows(m_database, "SELECT count(*) FROM service WHERE antenna = 1");
-    counts.satellite = CountRows(m_database, "SELECT count(*) FROM service WHERE antenna = 2");
+bool LineUpTables::Count(LineUpCounts& counts) {
+    const auto count = [this](const char* query, std::int64_t& rows) {
+        return CountRows(m_database, query, rows);
+    };
+    if (!count("SELECT count(*) FROM service WHERE antenna = 0", counts.air) ||
+        !count("SELECT count(*) FROM service WHERE antenna = 1", counts.cable) ||
+        !count("SELECT count(*) FROM service WHERE antenna = 2", counts.satellite) ||
+        !count("SELECT count(*) FROM service WHERE virtual_antenna IS NOT NULL", counts.streamed) ||
+        !count("SELECT count(*) FROM (SELECT DISTINCT antenna, frequency"
+               " FROM service WHERE frequency IS NOT NULL)",
+               counts.transponders) ||
+        !count("SELECT count(*) FROM programme", counts.programmes))
+        return false;
     counts.services = counts.air + counts.cable + counts.satellite;
-    counts.streamed =
-        CountRows(m_database, "SELECT count(*) FROM service WHERE virtual_antenna IS NOT NULL");
-    counts.transponders =
-        CountRows(m_database, "SELECT count(*) FROM (SELECT DISTINCT antenna, frequency"
-                              " FROM service WHERE frequency IS NOT NULL)");
-    counts.programmes = CountRows(m_database, "SELECT count(*) FROM programme");
-    return counts;
+    return true;
 }
 
 std::optional<ServiceFacts> LineUpTables::FindFacts(std::uint64_t service) {
@@ -187,12 +189,14 @@ std::optional<std::uint64_t> LineUpTables::FindBarker(std::int32_t antenna) {
     return service;
 }
 
-void LineUpTables::ForEachReceived(std::int32_t antenna,
+bool LineUpTables::ForEachReceived(std::int32_t antenna,
                                    const std::function<void(std::uint64_t)>& visit) {
     m_received.Bind(1, std::int64_t{antenna});
     while (m_received.Next() == Statement::Step::Row)
         visit(m_received.Number64(0));
+    const bool whole = !m_received.HasFailed();
     m_received.Reset();
+    return whole;
 }
 
 bool LineUpTables::WriteNext(Place& place, LineUpWriter& writer) {
@@ -201,7 +205,7 @@ bool LineUpTables::WriteNext(Place& place, LineUpWriter& writer) {
     m_next.Bind(3, place.minor);
     m_next.Bind(4, place.id);
     bool any = false;
-    while (m_next.Next() == Statement::Step::Row) {
+    while (!place.hasFailed && m_next.Next() == Statement::Step::Row) {
         any = true;
         place = {m_next.Int(0), m_next.Int(1), m_next.Int(2), m_next.Int(3)};
         const ServiceRecord service = ReadService(m_next);
@@ -215,10 +219,12 @@ bool LineUpTables::WriteNext(Place& place, LineUpWriter& writer) {
                 programme.title = m_programmes.Text(2);
             writer.Add(programme);
         }
+        place.hasFailed = m_programmes.HasFailed();
         m_programmes.Reset();
     }
+    place.hasFailed = place.hasFailed || m_next.HasFailed();
     m_next.Reset();
-    return any;
+    return any && !place.hasFailed;
 }
 
 } // namespace sim

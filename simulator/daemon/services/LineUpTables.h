@@ -34,25 +34,30 @@ public:
 
     // Once: makes tables that are not there yet. False: the database's error tells why.
     bool Prepare();
-    // Another line-up takes the place of the one that is there. False, and everything as it was,
-    // when the text makes no sense or the database refuses: `error` is one line.
-    bool Replace(std::string_view text, const std::string& name, std::string& error);
-    bool IsEmpty();
-    LineUpCounts Count();
+    // Another line-up takes the place of the one that is there; what `keep` puts into the database
+    // is committed with it. False, and everything as it was, when the text makes no sense or the
+    // database refuses: `error` is one line.
+    bool Replace(
+        std::string_view text, const std::string& name, std::string& error,
+        const std::function<bool()>& keep = [] { return true; });
+    // False: the database's error tells why.
+    bool Count(LineUpCounts& counts);
 
     std::optional<ServiceFacts> FindFacts(std::uint64_t service);
     // The first barker channel that is listed under that antenna.
     std::optional<std::uint64_t> FindBarker(std::int32_t antenna);
     // Calls visit(id) for every service that comes over a transponder of that antenna, in order.
-    void ForEachReceived(std::int32_t antenna, const std::function<void(std::uint64_t)>& visit);
+    // False when the database has not given them all.
+    bool ForEachReceived(std::int32_t antenna, const std::function<void(std::uint64_t)>& visit);
 
     // The line-up as a text, in pieces of some hundred services: writes those behind the last one
-    // of the piece before. False when there are no more.
+    // of the piece before. False when there are no more, or when the database fails.
     struct Place {
         std::int64_t antenna = -1;
         std::int64_t major = 0;
         std::int64_t minor = 0;
         std::int64_t id = 0;
+        bool hasFailed = false;
     };
     bool WriteNext(Place& place, LineUpWriter& writer);
 

@@ -24,24 +24,32 @@ bool Programmes::Prepare() {
                          " SELECT ?1, ?2, ?3, name, 1 FROM service WHERE id = ?1");
 }
 
+void Programmes::Leave(Statement& statement) {
+    m_hasFailed = m_hasFailed || statement.HasFailed();
+    statement.Reset();
+}
+
 bool Programmes::FindRow(std::uint64_t service, std::int64_t second, std::int64_t& midnights) {
+    m_hasFailed = false;
     m_last.Bind(1, service);
     m_last.Bind(2, second);
     midnights = 0;
     if (m_last.Next() == Statement::Step::Row) {
         if (second < m_last.Int(0) + m_last.Int(1))
             return true;
-        m_last.Reset();
+        Leave(m_last);
         return false;
     }
     // Before the day's first: the last one of the day before may go on.
-    m_last.Reset();
+    Leave(m_last);
+    if (m_hasFailed)
+        return false;
     m_last.Bind(2, std::int64_t{kSecondsOfDay});
     midnights = 1;
     if (m_last.Next() == Statement::Step::Row &&
         second < m_last.Int(0) + m_last.Int(1) - kSecondsOfDay)
         return true;
-    m_last.Reset();
+    Leave(m_last);
     return false;
 }
 
@@ -55,28 +63,24 @@ std::optional<PresentProgramme> Programmes::FindPresent(std::uint64_t service) {
     programme.start =
         static_cast<std::uint64_t>(now - second + m_last.Int(0) - midnights * kSecondsOfDay);
     programme.duration = static_cast<std::uint32_t>(m_last.Int(1));
-    if (!m_last.IsNull(2)) {
-        // SQLite converts; the size is that of what it has converted last.
-        const auto* units = static_cast<const char16_t*>(sqlite3_column_text16(m_last.Get(), 2));
-        const int bytes = sqlite3_column_bytes16(m_last.Get(), 2);
-        programme.title.emplace();
-        if (units != nullptr)
-            programme.title->assign(units, static_cast<std::size_t>(bytes) / sizeof(char16_t));
-    }
-    m_last.Reset();
+    if (!m_last.IsNull(2))
+        programme.title.emplace(m_last.Text16(2));
+    Leave(m_last);
+    if (m_hasFailed)
+        return {};
     return programme;
 }
 
 bool Programmes::HasPresent(std::uint64_t service) {
     std::int64_t midnights = 0;
     const bool found = FindRow(service, m_clock.Now() % kSecondsOfDay, midnights);
-    m_last.Reset();
+    Leave(m_last);
     return found;
 }
 
 bool Programmes::Collect(std::uint64_t service) {
     if (HasPresent(service))
-        return false;
+        return true;
     // Fits between what is known before and after; neither is on now.
     const std::int64_t second = m_clock.Now() % kSecondsOfDay;
     std::int64_t start = second - second % kHour;
@@ -85,20 +89,22 @@ bool Programmes::Collect(std::uint64_t service) {
     m_last.Bind(2, second);
     if (m_last.Next() == Statement::Step::Row)
         start = std::max(start, m_last.Int(0) + m_last.Int(1));
-    m_last.Reset();
+    Leave(m_last);
     m_last.Bind(2, std::int64_t{kSecondsOfDay});
     if (m_last.Next() == Statement::Step::Row)
         start = std::max(start, m_last.Int(0) + m_last.Int(1) - kSecondsOfDay);
-    m_last.Reset();
+    Leave(m_last);
     m_first.Bind(1, service);
     m_first.Bind(2, second);
     if (m_first.Next() == Statement::Step::Row)
         end = std::min(end, m_first.Int(0));
-    m_first.Reset();
+    Leave(m_first);
+    if (m_hasFailed)
+        return false;
     m_add.Bind(1, service);
     m_add.Bind(2, start);
     m_add.Bind(3, end - start);
-    return m_add.Run() && sqlite3_changes(m_database.Get()) > 0;
+    return m_add.Run();
 }
 
 bool Programmes::ForgetCollected() {

@@ -148,7 +148,9 @@ void Scans::BeginVisit() {
 
 void Scans::EndVisit() {
     if (HasSignal(m_facts)) {
-        m_programmes.Collect(m_visited);
+        if (!m_programmes.Collect(m_visited))
+            m_chassis.log.Write(kTag, "programmes of service 0x%" PRIx64 " were not kept: %s",
+                                m_visited, m_chassis.database.GetError().c_str());
         m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_visited);
     }
     ++m_place;
@@ -169,17 +171,20 @@ void Scans::BeginBarker() {
 void Scans::EndBarker() {
     if (!HasSignal(m_facts))
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
-    m_lineUp.GetTables().ForEachReceived(
+    const bool all = m_lineUp.GetTables().ForEachReceived(
         m_antenna, [this](std::uint64_t service) { m_services.push_back(service); });
+    if (!all)
+        return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     CollectSome();
 }
 
 void Scans::CollectSome() {
     Transaction transaction(m_chassis.database);
     const std::size_t end = std::min(m_services.size(), m_place + kCollectedATime);
-    while (m_place < end)
-        m_programmes.Collect(m_services[m_place++]);
-    if (!transaction.Commit())
+    bool kept = transaction.IsOpen();
+    while (kept && m_place < end)
+        kept = m_programmes.Collect(m_services[m_place++]);
+    if (!kept || !transaction.Commit())
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     if (m_place < m_services.size())
         return After(0, &Scans::CollectSome);
@@ -213,7 +218,7 @@ json Scans::DescribeState() const {
     return described;
 }
 
-void Scans::Reset() {
+bool Scans::Reset() {
     m_timer.Stop();
     m_running = Running::Nothing;
     m_services.clear();
@@ -221,6 +226,7 @@ void Scans::Reset() {
     m_visited = INVALID_SERVICE_ID;
     m_outcome = nullptr;
     m_pace = kDefaultPace;
+    return true;
 }
 
 } // namespace sim

@@ -41,7 +41,7 @@ public:
 
     const char* GetStateName() const override { return "scan"; }
     nlohmann::json DescribeState() const override;
-    void Reset() override;
+    bool Reset() override;
 
 private:
     enum class Running { Nothing, TuneAround, Barker };

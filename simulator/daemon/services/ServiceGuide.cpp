@@ -18,6 +18,10 @@ ServiceGuide::ServiceGuide(Chassis& chassis, ServiceLineUp& lineUp, Programmes& 
 void ServiceGuide::GetCurrentProgram(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     const std::uint64_t service = in.Number64(1);
     const auto programme = m_programmes.FindPresent(service);
+    if (m_programmes.HasFailed()) {
+        m_log.Write("tvtunerinfosrc", "GetCurrentProgram refused: the database fails");
+        return out.Int(0, kNotKept);
+    }
     if (!programme && !m_lineUp.FindFacts(service)) {
         m_log.Write("tvtunerinfosrc", "GetCurrentProgram refused: no service 0x%" PRIx64, service);
         return out.Int(0, kUnknown);

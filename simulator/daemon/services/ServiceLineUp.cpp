@@ -40,7 +40,7 @@ bool ServiceLineUp::Start(const LineUpSource* given, std::string& error) {
     }
     m_chassis.settings.ForEach(kBootupPart, [this](std::string_view key, std::int64_t value) {
         if (!m_bootup)
-            m_bootup.emplace();
+            m_bootup = Bootup{};
         if (key == "service")
             m_bootup->service = static_cast<std::uint64_t>(value);
         else if (key == "antenna")
@@ -56,29 +56,41 @@ bool ServiceLineUp::Start(const LineUpSource* given, std::string& error) {
             builtIn = value != 0;
     });
 
+    error = m_chassis.settings.GetReadError();
+    if (!error.empty())
+        return false;
+
     m_new = given != nullptr ? *given : LineUpSource{kBuiltIn, kBuiltInLineUp};
     m_isNew = given != nullptr || builtIn.value_or(true);
     if (given != nullptr || !builtIn)
         return Load(m_new, error);
+    if (!m_tables.Count(m_counts)) {
+        error = "line-up: " + m_chassis.database.GetError();
+        return false;
+    }
     Loaded(m_isNew ? kBuiltIn : "database");
     return true;
 }
 
 bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
-    if (!m_tables.Replace(source.text, source.name, error)) {
+    const bool isNew = &source == &m_new;
+    LineUpCounts counts;
+    const auto keep = [&] {
+        return m_chassis.settings.Put(kLineUpPart, kBuiltInKey, isNew && IsBuiltIn()) &&
+               m_tables.Count(counts);
+    };
+    if (!m_tables.Replace(source.text, source.name, error, keep)) {
         m_chassis.log.Write(kTag, "line-up refused: %s", error.c_str());
         return false;
     }
-    m_isNew = &source == &m_new;
-    if (!m_chassis.settings.Put(kLineUpPart, kBuiltInKey, m_isNew && IsBuiltIn()))
-        m_chassis.log.Write(kTag, "line-up: %s", m_chassis.database.GetError().c_str());
+    m_isNew = isNew;
+    m_counts = counts;
     Loaded(source.name);
     return true;
 }
 
 void ServiceLineUp::Loaded(const std::string& name) {
     m_name = name;
-    m_counts = m_tables.Count();
     ++m_loads;
     m_chassis.log.Write(kTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes",
                         name.c_str(), m_counts.services, m_counts.programmes);
@@ -116,7 +128,8 @@ std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode
         bootup.tvMode.serviceMode = facts->profile == SERVICE_PROFILE_DEFAULT ? 0 : 1;
     Transaction transaction(m_chassis.database);
     Settings& settings = m_chassis.settings;
-    if (!settings.Put(kBootupPart, "service", static_cast<std::int64_t>(service)) ||
+    if (!transaction.IsOpen() ||
+        !settings.Put(kBootupPart, "service", static_cast<std::int64_t>(service)) ||
         !settings.Put(kBootupPart, "antenna", bootup.tvMode.antenna) ||
         !settings.Put(kBootupPart, "serviceMode", bootup.tvMode.serviceMode) ||
         !settings.Put(kBootupPart, "option", option) || !transaction.Commit())
@@ -144,14 +157,14 @@ json ServiceLineUp::DescribeState() const {
     return described;
 }
 
-void ServiceLineUp::Reset() {
+bool ServiceLineUp::Reset() {
     std::string error;
-    if (!m_isNew)
-        Load(m_new, error);
-    else if (!m_programmes.ForgetCollected())
-        m_chassis.log.Write(kTag, "line-up: %s", m_chassis.database.GetError().c_str());
-    m_chassis.settings.Clear(kBootupPart);
+    if (m_isNew ? !m_programmes.ForgetCollected() : !Load(m_new, error))
+        return false;
+    if (!m_chassis.settings.Clear(kBootupPart))
+        return false;
     m_bootup.reset();
+    return true;
 }
 
 } // namespace sim

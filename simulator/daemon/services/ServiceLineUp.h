@@ -58,7 +58,7 @@ public:
     const char* GetStateName() const override { return "lineUp"; }
     nlohmann::json DescribeState() const override;
     // The line-up that a new TV has, without what scans have found, and no boot-up service.
-    void Reset() override;
+    bool Reset() override;
 
 private:
     void Loaded(const std::string& name);
