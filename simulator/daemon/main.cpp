@@ -2,7 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <system_error>
@@ -31,9 +31,12 @@ struct CommandLine {
     sim::Options options;
 };
 
-int Fail(const std::string& line) {
-    std::fprintf(stderr, "norvex-sim: %s\n", line.c_str());
-    return 1;
+constexpr int kFailed = 1;
+constexpr int kBadCommandLine = 2;
+
+int Fail(const std::string& line, int status = kFailed) {
+    std::cerr << "norvex-sim: " + line + "\n";
+    return status;
 }
 
 // The program's own exit codes; -1 when it goes on.
@@ -64,20 +67,16 @@ int ParseCommandLine(int count, char** words, CommandLine& line) {
     try {
         app.parse(count, words);
     } catch (const CLI::CallForHelp&) {
-        std::fputs(app.help().c_str(), stdout);
+        std::cout << app.help();
         return 0;
     } catch (const CLI::Error& error) {
-        std::fprintf(stderr, "norvex-sim: %s\n", error.what());
-        return 2;
+        return Fail(error.what(), kBadCommandLine);
     }
-    if (sim::GetControlPath(line.socket).size() > sim::Listener::kMaxPath) {
-        std::fprintf(stderr, "norvex-sim: --socket: %s is too long\n", line.socket.c_str());
-        return 2;
-    }
-    if (line.readyDescriptor >= 0 && fcntl(line.readyDescriptor, F_GETFD) < 0) {
-        std::fprintf(stderr, "norvex-sim: --ready-fd: %d is not open\n", line.readyDescriptor);
-        return 2;
-    }
+    if (sim::GetControlPath(line.socket).size() > sim::Listener::kMaxPath)
+        return Fail("--socket: " + line.socket + " is too long", kBadCommandLine);
+    if (line.readyDescriptor >= 0 && fcntl(line.readyDescriptor, F_GETFD) < 0)
+        return Fail("--ready-fd: " + std::to_string(line.readyDescriptor) + " is not open",
+                    kBadCommandLine);
     return -1;
 }
 
@@ -88,21 +87,28 @@ int BlockEndSignals() {
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-void TellReady(int descriptor) {
+// False: whoever waits for it would wait in vain.
+bool TellReady(int descriptor) {
     if (descriptor < 0)
-        return;
-    while (write(descriptor, "ready\n", 6) < 0 && errno == EINTR) {
-    }
+        return true;
+    ssize_t written = 0;
+    do
+        written = write(descriptor, "ready\n", 6);
+    while (written < 0 && errno == EINTR);
+    const int error = errno;
     close(descriptor);
+    errno = error;
+    return written >= 0;
 }
 
 } // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
 int main(int count, char** words) {
     CommandLine line;
     if (const int status = ParseCommandLine(count, words, line); status >= 0)
@@ -151,12 +157,15 @@ int main(int count, char** words) {
     sim::FdWatch endWatch;
     endWatch.Start(ends, G_IO_IN, [&](GIOCondition) { g_main_loop_quit(loop); });
     log.Write(sim::kOwnTag, "ready on %s", line.socket.c_str());
-    TellReady(line.readyDescriptor);
-    g_main_loop_run(loop);
+    int status = 0;
+    if (TellReady(line.readyDescriptor))
+        g_main_loop_run(loop);
+    else
+        status = Fail("--ready-fd: " + std::generic_category().message(errno));
     log.Write(sim::kOwnTag, "ends");
     log.SetSink(nullptr);
     endWatch.Stop();
     g_main_loop_unref(loop);
     close(ends);
-    return 0;
+    return status;
 }
