@@ -13,6 +13,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -152,10 +153,16 @@ int TCSession::RunConsole(IWordSource& words, TCScriptInput* script) {
         return EXIT_UNAVAILABLE;
     }
 
-    if (run) {
-        run->Start();
+    try {
+        if (run) {
+            run->Start();
+        }
+        plugin.Enter();
+    } catch (const std::exception& failure) {
+        // A thread that cannot be had, memory: whatever of the console still runs ends with it.
+        Complain(std::string("the console ended by an exception: ") + failure.what());
+        EndProcess(EXIT_UNAVAILABLE);
     }
-    plugin.Enter();
     plugin.Close();
     if (run) {
         run->Finish();
