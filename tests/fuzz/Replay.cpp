@@ -27,9 +27,9 @@ int main(int count, char** words) {
     }
     std::sort(files.begin(), files.end());
     for (const auto& path : files) {
-        // Told first, so that it is known which one has ended the program.
-        std::printf("%s\n", path.c_str());
-        std::fflush(stdout);
+        // Told first, so that it is known which one has ended the program; standard output may be
+        // the target's.
+        std::fprintf(stderr, "%s\n", path.c_str());
         std::ifstream file(path, std::ios::binary);
         const std::string content((std::istreambuf_iterator<char>(file)), {});
         if (!file) {
@@ -40,6 +40,6 @@ int main(int count, char** words) {
         const std::vector<std::uint8_t> bytes(content.begin(), content.end());
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
-    std::printf("%zu inputs\n", files.size());
+    std::fprintf(stderr, "%zu inputs\n", files.size());
     return 0;
 }
