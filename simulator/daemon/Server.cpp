@@ -28,6 +28,8 @@ struct HelloContent {
 
 // False when it makes no sense.
 bool ReadHello(const wire::Message& message, HelloContent& hello) {
+    if (!wire::IsWellFormed(message.tree, message.header.treeSize))
+        return false;
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
     wire::Node node;
     while (cursor.Next(node)) {
@@ -57,8 +59,7 @@ bool ReadHello(const wire::Message& message, HelloContent& hello) {
         if (!good)
             return false;
     }
-    return !cursor.IsMalformed() && hello.hasToken &&
-           hello.role <= static_cast<std::uint32_t>(wire::Role::Log);
+    return hello.hasToken && hello.role <= static_cast<std::uint32_t>(wire::Role::Log);
 }
 
 } // namespace
