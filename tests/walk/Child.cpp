@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "Playback.h"
+#include "Walk.h"
 
 namespace walk {
 
@@ -18,6 +19,8 @@ std::string Ending::text() const {
                ")";
     if (status == Playback::kDiffers)
         return "differs from the prediction";
+    if (status == kLeaks)
+        return "loses memory";
     return "ended with status " + std::to_string(status);
 }
 

@@ -54,7 +54,8 @@ Session Interpreter::run(const Table& entry) {
     m_session.markerThere = drawn("marker", {"there", "absent"}) == "there";
     m_session.readOnly = drawn("disk", {"writable", "writable", "read-only"}) == "read-only";
     m_session.signedDigits = drawn("signs", {"yes", "no", "no"}) == "yes";
-    m_session.viewers = drawn("viewers", {"there", "there", "missing", "no process"});
+    m_session.viewers =
+        drawn("viewers", {"there", "missing", "no process", "no process", "no process"});
     m_variables["console"] = "closed";
     m_table = entry.name;
     runActs(entry.acts);
@@ -241,7 +242,7 @@ void Interpreter::created(const Act& act) {
     const std::string result = m_lots.oneOf(factory, results);
     bool withObject = true;
     if (act.making == Making::MayBeNull)
-        withObject = !m_lots.rarely(factory + " object", 6);
+        withObject = !m_lots.rarely(factory + " object", 4);
     else if (act.making == Making::Checked && result != "0")
         withObject = m_lots.rarely(factory + " object", 2);
 

@@ -38,6 +38,8 @@ int main(int argc, char** argv) {
         ->capture_default_str();
     app.add_flag("--no-shrink", noShrinking, "do not look for a shorter run that shows a finding");
     app.add_flag("--rows", options.tellsRows, "tell how often each row was visited");
+    app.add_flag("--every-row", options.everyRow,
+                 "a row that was never visited is a finding; so it is in a long walk anyway");
     auto* given =
         app.add_option("--replay", words, "one session with these words, as a finding tells them");
     app.add_option("--replay-file", file, "one session with the words of this file")

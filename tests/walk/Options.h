@@ -10,15 +10,17 @@ namespace walk {
 
 struct Options {
     // Words to be typed, and the time after which no further session is begun; 0 is no limit.
-    long words = 5000;
+    long words = 6000;
     long seconds = 0;
     std::uint64_t seed = 1;
     // Words before a session begins to lead out.
-    long session = 300;
+    long session = 200;
     // Findings after which the walk is given up.
     long findings = 3;
     bool shrinks = true;
     bool tellsRows = false;
+    // A row that was never visited is a finding, however short the walk.
+    bool everyRow = false;
 
     // A single session with these words in place of a walk.
     bool replays = false;

@@ -28,13 +28,25 @@ Progress readProgress(const std::string& folder) {
     return progress;
 }
 
-void writeSession(const std::string& folder, const std::string& words) {
-    write(folder + "/session", words);
+void writeSession(const std::string& folder, std::uint64_t seed, const std::string& words) {
+    write(folder + "/session-" + std::to_string(seed), words);
 }
 
-std::string readSession(const std::string& folder) {
-    std::ifstream in(folder + "/session", std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+std::map<std::uint64_t, std::string> readSessions(const std::string& folder) {
+    std::map<std::uint64_t, std::string> sessions;
+    for (const auto& file : std::filesystem::directory_iterator(folder)) {
+        const std::string name = file.path().filename();
+        if (!name.starts_with("session-") || name.ends_with(".new"))
+            continue;
+        std::ifstream in(file.path(), std::ios::binary);
+        sessions[std::stoull(name.substr(8))].assign(std::istreambuf_iterator<char>(in), {});
+    }
+    return sessions;
+}
+
+void forgetSessions(const std::string& folder) {
+    for (const auto& [seed, words] : readSessions(folder))
+        std::filesystem::remove(folder + "/session-" + std::to_string(seed));
 }
 
 } // namespace walk

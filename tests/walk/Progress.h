@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 
 // What a walking process leaves behind, so that nothing is lost with it: files in a folder.
@@ -17,8 +18,11 @@ struct Progress {
 // Each is replaced as a whole.
 void writeProgress(const std::string& folder, const Progress& progress);
 Progress readProgress(const std::string& folder);
-// The words of the session that is under way.
-void writeSession(const std::string& folder, const std::string& words);
-std::string readSession(const std::string& folder);
+
+// The words of sessions that are under way, or through but not yet known to have lost nothing; by
+// their seeds.
+void writeSession(const std::string& folder, std::uint64_t seed, const std::string& words);
+std::map<std::uint64_t, std::string> readSessions(const std::string& folder);
+void forgetSessions(const std::string& folder);
 
 } // namespace walk

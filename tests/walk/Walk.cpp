@@ -21,15 +21,18 @@ namespace {
 // A session that takes so long does not come back.
 constexpr unsigned kSecondsForSession = 120;
 
-// What ends a process that has lost memory; the report is on standard error by then.
-constexpr int kLeaks = 4;
+// Looking for lost memory takes as long as a session does.
+constexpr std::uint64_t kSessionsBetweenLooks = 16;
 
 void played(Playback& playback, const Session& session) {
     alarm(kSecondsForSession);
     playback.play(session);
+    alarm(0);
+}
+
+void endWhereMemoryIsLost() {
     if (__lsan_do_recoverable_leak_check && __lsan_do_recoverable_leak_check() != 0)
         ::_exit(kLeaks);
-    alarm(0);
 }
 
 std::vector<Word> wordsOf(const Session& session) {
@@ -51,13 +54,18 @@ int walk(const Options& options) {
            (options.seconds == 0 || Clock::now() < end)) {
         DrawnWords words(progress.seed, options.session, coverage);
         const Session session = predict(progress.seed, words, coverage);
-        writeSession(options.progress, WordList::text(wordsOf(session)));
+        writeSession(options.progress, progress.seed, WordList::text(wordsOf(session)));
         played(playback, session);
         progress.words += static_cast<long>(session.steps.size());
         ++progress.seed;
+        if (progress.seed % kSessionsBetweenLooks == 0) {
+            endWhereMemoryIsLost();
+            forgetSessions(options.progress);
+        }
         progress.rows = coverage.text();
         writeProgress(options.progress, progress);
     }
+    endWhereMemoryIsLost();
     return 0;
 }
 
@@ -67,6 +75,7 @@ int replay(const Options& options) {
     Playback playback;
     const Session session = predict(options.seed, words, coverage);
     played(playback, session);
+    endWhereMemoryIsLost();
     std::printf("walk: %zu words, seed %llu, as predicted\n", session.steps.size(),
                 static_cast<unsigned long long>(options.seed));
     return 0;

@@ -4,6 +4,9 @@
 
 namespace walk {
 
+// What ends a process that has lost memory; the report is on standard error by then.
+inline constexpr int kLeaks = 4;
+
 // In this process, until the words or the time are used up. 0, or the process ends with what became
 // of it: Playback::kDiffers, a sanitizer's report, a crash.
 int walk(const Options& options);

@@ -2,8 +2,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <map>
 
 #include "Child.h"
+#include "Playback.h"
 #include "Prediction.h"
 #include "Progress.h"
 #include "Shrinking.h"
@@ -14,8 +17,8 @@ namespace walk {
 
 namespace {
 
-// In so many words each row has been visited.
-constexpr long kWordsForEachRow = 4000;
+// In so many words each row has been visited, whatever the seed.
+constexpr long kWordsForEachRow = 20000;
 // What depends on how threads meet need not show each time.
 constexpr int kTries = 3;
 
@@ -61,9 +64,14 @@ public:
             if (ending.isGood())
                 break;
             ++findings;
-            tell(seed++, ending);
+            const auto sessions = readSessions(m_folder);
+            forgetSessions(m_folder);
+            tell(sessions, ending);
+            // The one that was under way is left out.
+            if (ending != Ending{kLeaks, 0})
+                ++seed;
         }
-        if (findings == 0 && words >= kWordsForEachRow) {
+        if (findings == 0 && (m_options.everyRow || words >= kWordsForEachRow)) {
             for (const std::string& row : m_rows.unvisited()) {
                 std::printf("walk: never visited: %s\n", row.c_str());
                 ++findings;
@@ -80,10 +88,26 @@ public:
     }
 
 private:
-    void tell(std::uint64_t seed, const Ending& ending) {
+    // The last of the sessions; where memory was lost, the first one that loses some.
+    void tell(const std::map<std::uint64_t, std::string>& sessions, const Ending& ending) {
+        if (sessions.empty()) {
+            std::printf("walk: finding: %s outside of a session\n", ending.text().c_str());
+            return;
+        }
+        std::uint64_t seed = sessions.rbegin()->first;
+        std::string text = sessions.rbegin()->second;
+        if (ending == Ending{kLeaks, 0}) {
+            for (const auto& [earlier, words] : sessions) {
+                if (!repeats(earlier, ending, WordList::parsed(words)))
+                    continue;
+                seed = earlier;
+                text = words;
+                break;
+            }
+        }
         std::printf("walk: finding: session of seed %llu %s\n",
                     static_cast<unsigned long long>(seed), ending.text().c_str());
-        std::vector<Word> words = WordList::parsed(readSession(m_folder));
+        std::vector<Word> words = WordList::parsed(text);
         if (m_options.shrinks)
             words = shrunk(seed, ending, words);
         std::printf("walk: replay with\n  %s --seed %llu --replay \"%s\"\n",
@@ -113,7 +137,7 @@ private:
             const Ending now = runChild(m_program, replaying(seed, words), true);
             if (now == ending)
                 return true;
-            if (now.isGood() && ending.status == 3)
+            if (now.isGood() && ending.status == Playback::kDiffers)
                 return false;
         }
         return false;
@@ -121,8 +145,7 @@ private:
 
     std::vector<std::string> replaying(std::uint64_t seed, const std::vector<Word>& words) const {
         const std::string file = m_folder + "/replay";
-        writeSession(m_folder, WordList::text(words));
-        std::filesystem::rename(m_folder + "/session", file);
+        std::ofstream(file, std::ios::binary) << WordList::text(words);
         return {"--seed", std::to_string(seed), "--replay-file", file};
     }
 

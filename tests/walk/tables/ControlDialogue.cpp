@@ -11,7 +11,7 @@ const std::string kCall = "Run(connection, com.holvi.IDebugPrintControl, ";
 Acts answered(const std::string& method) {
     return {
         draw("exchange", {"works", "works", "works", "works", "works", "fails"}),
-        draw("status", {"1", "1", "1", "1", "2", "2147483647", "0", "-1", "-7", "none"}),
+        draw("status", {"1", "1", "1", "1", "2", "2147483647", "0", "-1", "none", "none"}),
         draw("shown", {"Norvex> ", "help\n items\n> ", "a%d%s\n\n\tb", "\xc3\xa9> ", "", "none"}),
         script("reply", method),
         choose("shown", {{method + " shows nothing", {"none", ""}, {}},

@@ -23,20 +23,31 @@ const std::string kMenu = "====================================\n"
                           " 99 : Exit\n"
                           "====================================\n";
 
-// A viewer for the row's element; in a machine without the program the child ends by itself, in one
-// without room for a process there is none.
 Row viewer(const std::string& number, const std::string& element) {
-    const std::string started = "child: execl(/usr/bin/dlogutil; dlogutil, " + element + ")";
-    return {number,
-            {number},
-            {say("[GST Debug Log ON] ExecuteLogOn : " + element + "\n"), note("vfork"),
-             choose("viewers",
-                    {{"viewer there", {"there"}, {note(started)}},
-                     {"viewer missing", {"missing"}, {note(started), note("child: _exit(1)")}},
-                     {"no process", {}, {}}})}};
+    return {number, {number}, {set("element", element), run(logViewer)}};
 }
 
 } // namespace
+
+// A viewer for the row's element; in a machine without the program the child ends by itself, in one
+// without room for a process there is none.
+const Table& logViewer() {
+    static const Table table = {
+        "log viewer",
+        {
+            say("[GST Debug Log ON] ExecuteLogOn : $element\n"),
+            note("vfork"),
+            choose("viewers", {{"there",
+                                {"there"},
+                                {note("child: execl(/usr/bin/dlogutil; dlogutil, $element)")}},
+                               {"missing",
+                                {"missing"},
+                                {note("child: execl(/usr/bin/dlogutil; dlogutil, $element)"),
+                                 note("child: _exit(1)")}},
+                               {"no process", {}, {}}}),
+        }};
+    return table;
+}
 
 const Table& mediaLogMenu() {
     static const Table table = {

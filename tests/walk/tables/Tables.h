@@ -10,6 +10,7 @@ const Table& processMenu();
 const Table& controlDialogue();
 const Table& providerLogMenu();
 const Table& mediaLogMenu();
+const Table& logViewer();
 const Table& simpleMenu();
 
 // The pipeline test console and, in the order of its menu, what it leads to.
