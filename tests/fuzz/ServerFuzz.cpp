@@ -1,6 +1,6 @@
 // What the simulated TV's socket hears before and behind a hello: packets of up to four
-// connections, in any shape and order. Whatever it sends back is whole, and a client that keeps to
-// the rules is welcomed afterwards.
+// connections, in any shape and order. Whatever it sends back is whole, nobody is welcomed without
+// a whole hello, and a client that keeps to the rules is welcomed afterwards.
 
 #include <array>
 #include <memory>
@@ -24,8 +24,16 @@ public:
     Peer& operator=(const Peer&) = delete;
 
     void Send(const Packet& packet) {
-        if (!packet.empty())
-            send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (packet.empty())
+            return;
+        send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        wire::Message message;
+        if (m_sent.Feed(packet.data(), packet.size()) == wire::PacketAssembler::Result::Complete &&
+            wire::ParseMessage(m_sent.GetMessage().GetData(), m_sent.GetMessage().GetSize(),
+                               message) &&
+            message.header.kind == wire::MessageKind::Hello &&
+            wire::IsWellFormed(message.tree, message.header.treeSize))
+            ++m_hellos;
     }
     // Takes what has come; the number of messages.
     int Take() {
@@ -46,12 +54,16 @@ public:
             REQUIRE(message.header.kind != wire::MessageKind::Hello &&
                     message.header.kind != wire::MessageKind::Call);
             REQUIRE(wire::IsWellFormed(message.tree, message.header.treeSize));
+            if (message.header.kind == wire::MessageKind::Welcome)
+                REQUIRE(--m_hellos >= 0);
             ++messages;
         }
     }
 
 private:
     int m_socket;
+    wire::PacketAssembler m_sent;
+    int m_hellos = 0; // whole ones that have not been answered
     wire::PacketAssembler m_assembler;
 };
 
