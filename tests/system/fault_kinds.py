@@ -22,6 +22,8 @@ class At(norvex_proxy.Fault):
         self.number = number
         self.way = way
         self.happened = None
+        # Whose answer does not come any more, or is none.
+        self.spoilt = None
         # How many failed calls the client library logs by the next prompt: at least, at most.
         self.failures = (0, 1)
 
@@ -168,7 +170,7 @@ class BadAnswer(At):
     def answer(self, exchange, link, packets):
         if not self.is_it(exchange):
             return packets
-        self.happened = exchange
+        self.happened = self.spoilt = exchange
         if self.way in self.SLOW:
             # The others fail at once if the TV is slow to answer the hello that comes next.
             self.failures = (0, MANY)

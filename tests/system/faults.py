@@ -189,7 +189,7 @@ class FaultyRun:
         least, most = self.fault.failures
         self.expect(least <= failures <= most, failures, "calls have failed")
         self.fault.end()
-        self.rig.settle(self.fault.happened)
+        self.rig.settle(self.fault.spoilt)
         self.logged = self.rig.failures()
         if isinstance(self.fault, Kill):
             lost = self.fault.has_lost(self.recording)
