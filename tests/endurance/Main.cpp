@@ -23,7 +23,7 @@ namespace {
 using Entry = void();
 
 [[noreturn]] void Fail(const std::string& line) {
-    std::fprintf(stderr, "zarn-endurance: %s\n", line.c_str());
+    static_cast<void>(std::fprintf(stderr, "zarn-endurance: %s\n", line.c_str()));
     std::exit(1);
 }
 

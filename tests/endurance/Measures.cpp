@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 
 // There in a build with the address sanitizer, whose heap the C library does not know.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the sanitizer's name
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
 
 namespace {

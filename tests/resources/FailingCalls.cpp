@@ -26,7 +26,6 @@
 #include <sqlite3.h>
 #include <sys/eventfd.h>
 #include <sys/file.h>
-#include <sys/mman.h>
 #include <sys/random.h>
 #include <sys/signalfd.h>
 #include <sys/socket.h>
@@ -123,6 +122,9 @@ mode_t GetMode(int flags, va_list arguments) {
 
 } // namespace
 
+// A list of parameters or arguments comes in parentheses of its own.
+// NOLINTBEGIN(bugprone-macro-parentheses)
+
 #define CALLER __builtin_return_address(0)
 #define NEXT(name) (FindNext<decltype(name)>(#name))
 
@@ -160,6 +162,8 @@ mode_t GetMode(int flags, va_list arguments) {
         return NEXT(name)(path, flags, mode);                                                      \
     }
 
+// NOLINTEND(bugprone-macro-parentheses)
+
 MAY_FAIL_TO_OPEN(open)
 MAY_FAIL_TO_OPEN(open64)
 MAY_FAIL("open", FILE*, nullptr, fopen, (const char* path, const char* mode), (path, mode))
@@ -181,9 +185,6 @@ MAY_FAIL("stat", int, -1, stat64, (const char* path, struct stat64* to), (path, 
 MAY_FAIL("stat", int, -1, fstat64, (int fd, struct stat64* to), (fd, to))
 MAY_FAIL("unlink", int, -1, unlink, (const char* path), (path))
 MAY_FAIL("lock", int, -1, flock, (int fd, int operation), (fd, operation))
-MAY_FAIL("map", void*, MAP_FAILED, mmap64,
-         (void* at, size_t size, int protection, int flags, int fd, off64_t offset),
-         (at, size, protection, flags, fd, offset))
 
 MAY_FAIL("socket", int, -1, socket, (int domain, int type, int protocol), (domain, type, protocol))
 MAY_FAIL("bind", int, -1, bind, (int fd, const sockaddr* address, socklen_t size),

@@ -86,6 +86,7 @@ class ClientResourcesTestCase(unittest.TestCase):
                         if self.check(result, order):
                             judge(result.stdout, log, order)
                     if not self.has_failed:
+                        self.assertGreater(number, 1, f"there was no call to fail: {kind}")
                         break
                     self.figures["failed calls"] += 1
                     self.by_kind[f"{kind} {error}"] += 1
@@ -98,29 +99,36 @@ class ClientResourcesTestCase(unittest.TestCase):
         self.assertEqual(successes + refusals, 3, output)
         # The menu was there for each word, and once more behind the test console.
         self.assertEqual(output.count("\n\ncmd> "), len(COMMANDS.split()), output)
-        if not self.has_failed:
-            self.assertEqual(refusals, 0)
-        elif refusals or "failed" in output:
-            self.figures["clean refusals"] += 1
-            # One call fails once; then it goes on as if nothing had been.
-            self.assertLess(refusals, 3, output)
-            if order.kind != "open":
-                self.assertTrue(any("norvex-client: " in line for line in log), log)
-        else:
-            self.figures["without effect"] += 1
+        # One call fails once; then it goes on as if nothing had been.
+        self.assertLess(refusals, 3, output)
+        if refusals and order.kind != "open":
+            self.assertTrue(self.is_told(log), log)
+        self.count(log)
 
-    def judge_dialogues(self, output, log, order):
+    def judge_dialogues(self, output, log, _):
         self.assertTrue(output.startswith("DebugUtil\n"))
         if not self.has_failed:
             self.assertNotIn("failed", output.replace("SetTVMode failed", ""), log)
-        self.figures["clean dialogues"] += self.has_failed
+        self.count(log)
+
+    @staticmethod
+    def is_told(log):
+        return any("norvex-client: " in line for line in log)
+
+    def count(self, log):
+        """A failed call that the client has made good is told to nobody."""
+        if self.is_told(log):
+            self.assertTrue(self.has_failed, log)
+            self.figures["clean refusals"] += 1
+        elif self.has_failed:
+            self.figures["without effect"] += 1
 
     def test_sockets_under_commands(self):
         self.fail_in_turn(["socket", "connect", "send", "receive", "option"], ["-c", COMMANDS],
                           self.judge_commands)
 
     def test_the_rest_under_commands(self):
-        self.fail_in_turn(["open", "write", "stat", "lock", "poll", "eventfd", "random", "thread"],
+        self.fail_in_turn(["stat", "poll", "eventfd", "random", "thread"],
                           ["-c", COMMANDS], self.judge_commands)
 
     def test_sockets_under_dialogues(self):

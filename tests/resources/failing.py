@@ -29,7 +29,6 @@ ERRORS = {
     "stat": ("EACCES",),
     "unlink": ("EACCES",),
     "lock": ("ENOLCK",),
-    "map": ("ENOMEM",),
     "socket": ("EMFILE",),
     "bind": ("EACCES",),
     "listen": ("EADDRINUSE",),
