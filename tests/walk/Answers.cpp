@@ -83,9 +83,17 @@ void Answers::takeSigned(const std::string& word) {
         FakeCore::acceptAsNumber(word);
 }
 
+// Waited for as long as it takes, also on a machine that is busy with something else; where nobody
+// takes the signal, the session's time runs out.
 void Answers::deliver(const Signal& signal) {
     MainLoopWatch::deliver(static_cast<ESignalType>(signal.type),
                            static_cast<EProfile>(signal.profile), signal.screen, {signal.data});
+    waitUntilDelivered();
+}
+
+void Answers::waitUntilDelivered() {
+    while (!MainLoopWatch::waitUntilDelivered()) {
+    }
 }
 
 void Answers::send(const Signal& signal) {

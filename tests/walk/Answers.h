@@ -15,5 +15,6 @@ void takeSigned(const std::string& word);
 // A signal that is through when this returns, and one that may still be under way.
 void deliver(const Signal& signal);
 void send(const Signal& signal);
+void waitUntilDelivered();
 
 } // namespace walk::Answers

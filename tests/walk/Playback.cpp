@@ -48,8 +48,8 @@ std::string bare(std::string timeline) {
 }
 
 void compare(std::size_t words, const Step& step) {
-    if (!step.loose.empty() && !MainLoopWatch::waitUntilDelivered())
-        differs(words, step, "a signal that nobody took");
+    if (!step.loose.empty())
+        Answers::waitUntilDelivered();
     const std::string whole = Timeline::now().whole();
     std::string seen = bare(whole);
     for (const std::string& line : step.loose) {
