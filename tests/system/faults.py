@@ -246,8 +246,8 @@ def read_command_line():
                         help="each kind of fault at every N-th boundary (default: 10)")
     parser.add_argument("--all", dest="every", action="store_const", const=1, help="at each of them")
     parser.add_argument("--kind", action="append", choices=KINDS, help="only this kind; may be repeated")
-    parser.add_argument("--call-limit", type=float, default=0.4, metavar="SECONDS",
-                        help="the client's limit for a call (default: 0.4)")
+    parser.add_argument("--call-limit", type=float, default=1.0, metavar="SECONDS",
+                        help="the client's limit for a call (default: 1)")
     parser.add_argument("--jobs", type=int, default=2, metavar="N", help="runs at a time (default: 2)")
     return parser.parse_args()
 
