@@ -14,7 +14,7 @@
 namespace bench {
 
 TCConsoleProcess::TCConsoleProcess(const std::vector<std::string>& words) {
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     int input[2];
     int output[2];
     if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0)

@@ -87,7 +87,7 @@ int main() {
     // The far side holds this very database: in memory, nothing of it is shared but the fork.
     bench::TSAnswers answers;
     answers.m_Answer = [&database](const std::string& major) {
-        return std::to_string(database.FindByMajor(std::atoi(major.c_str())));
+        return std::to_string(database.FindByMajor(std::stoi(major)));
     };
     bench::TCGDBusPeer gdBus(answers);
     gdBus.Connect();

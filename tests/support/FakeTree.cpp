@@ -16,7 +16,8 @@ std::string hex(const std::string& bytes) {
     std::string text;
     for (const char c : bytes) {
         char digits[3];
-        std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned>(c) & 0xffU);
+        static_cast<void>(
+            std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned>(c) & 0xffU));
         text += digits;
     }
     return text;
