@@ -21,9 +21,6 @@ DIALOGUES = ("1 help items 101 99 7 0 99 4 0 1 0 0 99 3 0 99 6 5 1 0 1 99 2 0 1 
 
 
 class ClientResourcesTestCase(unittest.TestCase):
-    # How many early calls of each kind fail where not all do.
-    SOME = 1
-
     @classmethod
     def setUpClass(cls):
         cls.figures = collections.Counter()
@@ -78,7 +75,7 @@ class ClientResourcesTestCase(unittest.TestCase):
     def fail_in_turn(self, kinds, arguments, judge):
         for kind in kinds:
             for error in failing.errors_of(kind):
-                for number in failing.numbers(0 if failing.EVERY_CALL else self.SOME):
+                for number in failing.numbers():
                     order = failing.Order(kind, error, number)
                     self.has_failed = False
                     with self.subTest(order=str(order)):

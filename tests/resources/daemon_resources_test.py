@@ -56,9 +56,6 @@ class Daemon:
 
 
 class DaemonResourcesTestCase(unittest.TestCase):
-    # How many early calls of each kind fail where not all do.
-    SOME = 1
-
     @classmethod
     def setUpClass(cls):
         cls.figures = collections.Counter()
@@ -153,7 +150,7 @@ class DaemonResourcesTestCase(unittest.TestCase):
     def fail_in_turn(self, kinds, is_new=False, visit_by=tv_visit.Visit.run):
         for kind in kinds:
             for error in failing.errors_of(kind):
-                for number in failing.numbers(0 if failing.EVERY_CALL else self.SOME):
+                for number in failing.numbers():
                     order = failing.Order(kind, error, number)
                     with self.subTest(order=str(order)):
                         self.run_one(order, is_new, visit_by)

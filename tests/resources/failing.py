@@ -86,13 +86,13 @@ class Order:
         return found
 
 
-def numbers(some):
-    """1, 2, 3...; with `some`, fewer and fewer as they grow, so that early and late calls are among
-    them."""
+def numbers():
+    """1, 2, 3... where every call is to fail; else fewer and fewer as they grow, so that early and
+    late calls are among them."""
     number = 1
     while True:
         yield number
-        number += 1 + (number // some if some else 0)
+        number += 1 if EVERY_CALL else 1 + number * (3 if SANITIZED else 1)
 
 
 def integrity(path):
