@@ -8,6 +8,8 @@ namespace {
 
 using Words = std::vector<Word>;
 
+constexpr std::size_t kFew = 24;
+
 Words without(const Words& words, std::size_t first, std::size_t count) {
     Words rest(words.begin(), words.begin() + static_cast<std::ptrdiff_t>(first));
     const std::size_t next = std::min(first + count, words.size());
@@ -18,7 +20,8 @@ Words without(const Words& words, std::size_t first, std::size_t count) {
 } // namespace
 
 // The end first, since nothing after the finding counts; then pieces, halved until they are single
-// words of which none can be left out.
+// words of which none can be left out. In a list that is short by then, pieces are taken from every
+// place: one word may lead into a menu and the next one out of it.
 Words shrunk(Words words, const std::function<bool(const Words&)>& shows) {
     std::size_t shortest = words.size();
     for (std::size_t least = 0; least < shortest;) {
@@ -38,7 +41,7 @@ Words shrunk(Words words, const std::function<bool(const Words&)>& shows) {
                 words = std::move(rest);
                 shorter = true;
             } else {
-                first += piece;
+                first += words.size() <= kFew ? 1 : piece;
             }
         }
         if (!shorter || piece > 1)

@@ -49,6 +49,14 @@ TEST(Shrinking, LeavesNoWordThatCouldGo) {
     EXPECT_EQ(few.size(), 2U);
 }
 
+TEST(Shrinking, LeavesPairsOutWhereverTheyStand) {
+    // 2 and 3 go together, or not at all; 1 and 4 stay.
+    const auto few = walk::shrunk(numbered(4), [](const std::vector<Word>& words) {
+        return has(words, 1) && has(words, 4) && has(words, 2) == has(words, 3);
+    });
+    EXPECT_EQ(walk::WordList::text(few), "1:1 4:4");
+}
+
 TEST(WordList, IsReadAsItIsWritten) {
     const std::vector<Word> words = {{3, "99"}, {12, "x\xc3\xa9%:$'\""}, {900, "-0"}};
     const std::vector<Word> read = parsed(walk::WordList::text(words));
