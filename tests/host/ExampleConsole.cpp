@@ -133,14 +133,14 @@ extern "C" __attribute__((visibility("default"))) void zarn_startmaindebug() {
                 ::pause();
             }
         } else if (word == "ignorepipe") {
-            std::signal(SIGPIPE, SIG_IGN);
+            static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
         } else if (word == "usr1") {
             AnswerUserSignal();
         } else if (word == "both") {
             PrintFromTwoThreads(2000);
         } else if (word == "crash") {
             std::cout << "about to crash";
-            ::raise(SIGKILL);
+            static_cast<void>(::raise(SIGKILL));
         } else if (word == "leak") {
             // Some of the pointers may live on in a register or a dead part of the stack, all of
             // them do not.

@@ -13,7 +13,7 @@ std::string CallText::text(int value) {
 
 std::string CallText::text(std::uint64_t serviceId) {
     char digits[24];
-    std::snprintf(digits, sizeof digits, "0x%016" PRIx64, serviceId);
+    static_cast<void>(std::snprintf(digits, sizeof digits, "0x%016" PRIx64, serviceId));
     return digits;
 }
 

@@ -15,6 +15,7 @@
 
 // The names behind --wrap=SYMBOL: __wrap_SYMBOL is called in its place, __real_SYMBOL is the
 // wrapped one.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the linker's names.
 extern "C" {
 GMainLoop* __real_g_main_loop_new(GMainContext* context, gboolean isRunning);
 void __real_g_main_loop_run(GMainLoop* loop);
@@ -27,6 +28,7 @@ void __wrap_g_main_loop_quit(GMainLoop* loop);
 void __wrap_g_main_loop_unref(GMainLoop* loop);
 void __wrap__ZNSt6thread4joinEv(std::thread* thread);
 }
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include "Timeline.h"
 
 // The linker leads the calls here (--wrap) and the "real" names to the system's functions.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the linker's names.
 extern "C" {
 int __real_stat(const char* path, struct stat* status);
 std::FILE* __real_fopen(const char* path, const char* mode);
@@ -17,6 +18,7 @@ std::FILE* __wrap_fopen(const char* path, const char* mode);
 int __wrap_fclose(std::FILE* file);
 int __wrap_remove(const char* path);
 }
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
 
