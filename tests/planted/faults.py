@@ -18,7 +18,7 @@ FAULTS = [
      "m_pSignalSubscriber->Subscribe(SIGNAL_BARKER_CHANNEL_TUNE, 0, 702, 0, 0);",
      "m_pSignalSubscriber->Subscribe(SIGNAL_BARKER_CHANNEL_TUNE, 0, 703, 0, 0);"),
     # Orders
-    ("the provider's prompt switches before the word 99 is looked at",
+    ("the word 99 is not handed to the provider's prompt",
      "debugmenu/DebugMenu.cpp",
      "            screen = ParserQuarleCommand(word);\n",
      '            if (word != "99")\n                screen = ParserQuarleCommand(word);\n'),
@@ -37,7 +37,7 @@ FAULTS = [
      "    return formatter.Extract();",
      "    formatter.PushValue(kIdTag, sizeof(m_id), &m_id);\n    formatter.PushValue(kStateTag, sizeof(m_state), &m_state);\n"
      "    return formatter.Extract();"),
-    ("the latest services of the aerial come before those of the cable", "tpms/MainMenuChecks.cpp",
+    ("the first of the latest services is asked of the other list", "tpms/MainMenuChecks.cpp",
      "    navigation->GetLatestServiceId(&serviceId, cable);\n    std::cout << \"[RF][CABLE]",
      "    navigation->GetLatestVeldaServiceId(&serviceId, air);\n    std::cout << \"[RF][CABLE]"),
     # Missing calls
