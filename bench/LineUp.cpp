@@ -124,9 +124,8 @@ int TCLineUpDatabase::FindTitleSize(std::uint64_t service, int second) {
     find.Bind(1, service);
     find.Bind(2, std::int64_t{second});
     int size = 0;
-    if (find.Next() == sim::Statement::Step::Row && find.Int(0) + find.Int(1) > second &&
-        sqlite3_column_text16(find.Get(), 2) != nullptr)
-        size = sqlite3_column_bytes16(find.Get(), 2) / 2;
+    if (find.Next() == sim::Statement::Step::Row && find.Int(0) + find.Int(1) > second)
+        size = static_cast<int>(find.Text16(2).size());
     find.Reset();
     return size;
 }
