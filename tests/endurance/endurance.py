@@ -233,6 +233,10 @@ def restart(times):
 
 
 def main(entries, loads, restarts, *names):
+    known = [*(menu.name for menu in MENUS), "loads", "restarts"]
+    if unknown := [name for name in names if name not in known]:
+        print(f"endurance: no run is called '{unknown[0]}'; there are: {', '.join(known)}", file=sys.stderr)
+        return 2
     failed = 0
 
     def show(name, run, kept=0, idle=0):
