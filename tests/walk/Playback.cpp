@@ -16,6 +16,7 @@
 #include "FakeFiles.h"
 #include "FakeNorvexAPI.h"
 #include "FakeProcesses.h"
+#include "LooseLines.h"
 #include "MainLoopWatch.h"
 #include "Timeline.h"
 
@@ -52,14 +53,11 @@ void compare(std::size_t words, const Step& step) {
         Answers::waitUntilDelivered();
     const std::string whole = Timeline::now().whole();
     std::string seen = bare(whole);
-    for (const std::string& line : step.loose) {
-        const std::size_t at = seen.find(line);
-        if (at == std::string::npos)
-            differs(words, step, seen + "\nwithout the line " + line);
-        seen.erase(at, line.size());
-    }
-    if (seen != step.expected)
+    if (!isButFor(step.loose, seen, step.expected)) {
+        for (const std::string& line : step.loose)
+            seen += "\nwhere this line may stand anywhere: " + line;
         differs(words, step, seen);
+    }
     if (step.flushed && step.loose.empty() && !whole.ends_with("{flush}"))
         differs(words, step, whole + "\nwhich was not flushed out");
     Timeline::now().clear();
