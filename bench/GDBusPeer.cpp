@@ -89,13 +89,14 @@ TCGDBusPeer::~TCGDBusPeer() {
 void TCGDBusPeer::Connect() {
     m_pConnection =
         Open(m_FarSide.ReleaseDescriptor(), nullptr, G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT);
-    // The far side registers its object after the two have greeted each other.
+    // The far side registers its object after the two have greeted each other. The word is one that
+    // a far side with an answer of its own can read as a number.
     GError* error = nullptr;
     GVariant* reply = nullptr;
     while (reply == nullptr) {
         g_clear_error(&error);
         reply = g_dbus_connection_call_sync(m_pConnection, nullptr, kPath, kInterface, "Execute",
-                                            g_variant_new("(s)", "hello"), nullptr,
+                                            g_variant_new("(s)", "0"), nullptr,
                                             G_DBUS_CALL_FLAGS_NONE, INT_MAX, nullptr, &error);
         if (reply == nullptr && !g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD))
             Demand(reply, error);
