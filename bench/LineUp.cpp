@@ -44,8 +44,9 @@ sim::Criteria Broadcast() {
 
 } // namespace
 
-TCLineUp::TCLineUp(int services, bool programmes) : m_Services(services) {
-    m_Path = (std::filesystem::temp_directory_path() / "zarn-bench-lineup.XXXXXX").string();
+TCLineUp::TCLineUp(int services, bool programmes)
+    : m_Services(services),
+      m_Path((std::filesystem::temp_directory_path() / "zarn-bench-lineup.XXXXXX").string()) {
     const int descriptor = mkstemp(m_Path.data());
     std::FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
     if (file == nullptr)

@@ -13,6 +13,7 @@ TCMarshalable::TCMarshalable() : m_pState(nullptr) {}
 // The state belongs to the one object that made it.
 TCMarshalable::TCMarshalable(const TCMarshalable&) : TIMarshalable(), m_pState(nullptr) {}
 
+// cppcheck-suppress operatorEqVarError ; nothing is taken over.
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp): nothing is taken over.
 TCMarshalable& TCMarshalable::operator=(const TCMarshalable&) {
     return *this;

@@ -131,9 +131,10 @@ int main(int count, char** words) {
     if (!line.log.empty() && !log.OpenFile(line.log))
         return Fail(line.log + ": " + std::generic_category().message(errno));
     if (!line.lineUp.empty()) {
-        auto& lineUp = line.options.lineUp.emplace(sim::LineUpSource{line.lineUp, {}});
+        sim::LineUpSource lineUp{line.lineUp, {}};
         if (!sim::ReadLineUpFile(line.lineUp, lineUp.name, lineUp.text, error))
             return Fail(error);
+        line.options.lineUp = std::move(lineUp);
     }
     sim::Database database;
     sim::Settings probe(database);

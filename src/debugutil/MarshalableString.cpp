@@ -42,6 +42,7 @@ bool TCMarshalableString::ClassToTree(TCTreeBranch& branch) {
         _TCApiAssert("m_data", kAssertFile, 72, nullptr);
 
     TCClassToTreeFormatter formatter(branch);
+    // cppcheck-suppress nullPointerRedundantCheck ; reported above, and carried on regardless.
     int length = static_cast<int>(m_data->size());
     formatter.PushValue(kLengthTag, sizeof(length), &length);
     if (length != 0)

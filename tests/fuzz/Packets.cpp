@@ -32,11 +32,12 @@ std::vector<Packet> Whole(Input& input, std::uint32_t serial) {
     iovec pieces[wire::PacketSender::kMaxPieces];
     std::vector<Packet> packets;
     for (int count = 0; (count = sender.Next(pieces)) > 0;) {
-        Packet& packet = packets.emplace_back();
+        Packet packet;
         for (int piece = 0; piece < count; ++piece) {
             const auto* begin = static_cast<const unsigned char*>(pieces[piece].iov_base);
             packet.insert(packet.end(), begin, begin + pieces[piece].iov_len);
         }
+        packets.push_back(std::move(packet));
     }
     return packets;
 }

@@ -130,7 +130,7 @@ NorvexSignalCallbackFunction FakeNorvexAPI::lastCallback() const {
     return m_callback;
 }
 
-void FakeNorvexAPI::called(const std::string& operation, std::string call) {
+void FakeNorvexAPI::called(const std::string& operation, const std::string& call) {
     Timeline::now().call(call);
     std::optional<std::function<void()>> action;
     {

@@ -83,7 +83,7 @@ public:
     };
 
     // Records a call of an operation and does what the script wants done within it.
-    void called(const std::string& operation, std::string call);
+    void called(const std::string& operation, const std::string& call);
     int result(const std::string& operation, int otherwise = 1);
     std::optional<std::int64_t> value(const std::string& operation);
     std::pair<int, int> tvMode() const;

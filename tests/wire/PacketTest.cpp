@@ -17,11 +17,12 @@ std::vector<Bytes> PacketsOf(std::size_t treeSize) {
     std::vector<Bytes> packets;
     iovec pieces[wire::PacketSender::kMaxPieces];
     while (const int count = sender.Next(pieces)) {
-        Bytes& packet = packets.emplace_back();
+        Bytes packet;
         for (int i = 0; i < count; ++i) {
             const auto* bytes = static_cast<const unsigned char*>(pieces[i].iov_base);
             packet.insert(packet.end(), bytes, bytes + pieces[i].iov_len);
         }
+        packets.push_back(std::move(packet));
     }
     return packets;
 }

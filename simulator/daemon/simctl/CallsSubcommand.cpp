@@ -18,7 +18,7 @@ std::string ToWord(const json& argument) {
     std::string word =
         argument.value("value", json()).dump(-1, ' ', true, json::error_handler_t::replace);
     if (word.size() > kMaxShown)
-        word = word.substr(0, kMaxShown) + "...";
+        word.replace(kMaxShown, std::string::npos, "...");
     return word;
 }
 

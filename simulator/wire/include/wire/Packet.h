@@ -40,7 +40,7 @@ public:
     int Next(iovec* pieces);
 
 private:
-    unsigned char m_packetHeader[kPacketHeaderSize];
+    unsigned char m_packetHeader[kPacketHeaderSize] = {};
     unsigned char m_messageHeader[kMessageHeaderSize];
     iovec m_parts[4];
     int m_part = 0;
