@@ -280,6 +280,20 @@ class ControlTestCase(TvTestCase):
         self.assertEqual(self.daemon.process.wait(LIMIT), -signal.SIGKILL)
         self.daemon.simctl("state", status=1)
 
+    def test_what_is_ordered_is_shown_until_it_has_happened(self):
+        for order in (["--result", -7, "--count", 2], ["--delay", 50], ["--drop"], ["--close"],
+                      ["--die", "--with", "x"]):
+            self.daemon.simctl("inject", "IDebugPrintControl.Execute", *order)
+        with self.daemon.connect() as client:
+            client.start()
+            client.execute("items")
+        orders = [(order["interface"], order["method"], order["kind"], order["number"], order["with"],
+                   order["calls"]) for order in self.daemon.state()["daemon"]["injections"]]
+        place = ("com.holvi.IDebugPrintControl", "Execute")
+        self.assertEqual(orders, [(*place, "result", -7, "", 1), (*place, "delay", 50, "", 1),
+                                  (*place, "drop", 0, "", 1), (*place, "close", 0, "", 1),
+                                  (*place, "die", 0, "x", 1)])
+
     def test_a_failure_may_be_for_calls_with_a_text_only(self):
         self.daemon.simctl("inject", "INorvexSession.Open", "--result", "-7", "--with", "IAVControl")
         self.daemon.simctl("inject", "IDebugPrintControl.Execute", "--result", "-8", "--with", "items",

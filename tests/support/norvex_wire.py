@@ -46,11 +46,12 @@ def menu_item(tag, name, state, item_id, direction=OUT):
 def nodes(data):
     """The nodes of a run of bytes: a list of (tag, kind, direction, content)."""
     found = []
-    while data:
-        tag, kind, direction, size = struct.unpack_from("<hBBI", data)
-        assert len(data) >= 8 + size, "a node is cut short"
-        found.append((tag, kind, direction, data[8:8 + size]))
-        data = data[8 + size:]
+    at = 0
+    while at < len(data):
+        tag, kind, direction, size = struct.unpack_from("<hBBI", data, at)
+        at += 8 + size
+        assert len(data) >= at, "a node is cut short"
+        found.append((tag, kind, direction, data[at - size:at]))
     return found
 
 
@@ -127,7 +128,7 @@ class Connection:
 
     def receive(self):
         """The next message, as parse() gives it."""
-        data = b""
+        pieces = []
         while True:
             try:
                 packet = self.socket.recv(4 + MAX_PAYLOAD)
@@ -137,9 +138,9 @@ class Connection:
                 raise Closed
             magic, version, more = struct.unpack_from("<HBB", packet)
             assert (magic, version) == (0x564E, 1)
-            data += packet[4:]
+            pieces.append(packet[4:])
             if not more:
-                return parse(data)
+                return parse(b"".join(pieces))
 
     def hello(self, role=ROLE_CALLS, session=None, tag=None, version=1):
         tree = value(0, "I", version) + node(1, ARRAY, self.token) + value(2, "I", role)

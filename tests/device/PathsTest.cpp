@@ -1,0 +1,115 @@
+// Where the device keeps its files and its log, by the user's environment.
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <unistd.h>
+
+#include <norvex/device/PathResolver.h>
+
+#include "LogFile.h"
+#include "LogWatch.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A folder of its own, and an environment that names no other; what was there before comes back,
+// an empty variable for none.
+class DevicePaths : public testing::Test {
+protected:
+    DevicePaths() {
+        std::string pattern = (fs::temp_directory_path() / "norvex-test-XXXXXX").string();
+        m_folder = mkdtemp(pattern.data());
+        for (const char* variable : {"NORVEX_DEVICE_DIR", "XDG_STATE_HOME", "HOME"})
+            Unset(variable);
+    }
+    ~DevicePaths() override {
+        for (const auto& [variable, value] : m_before)
+            setenv(variable.c_str(), value.c_str(), 1);
+        fs::remove_all(m_folder);
+    }
+
+    std::string InFolder(const std::string& path) const { return m_folder + "/" + path; }
+    void Set(const char* variable, const std::string& value) { setenv(variable, value.c_str(), 1); }
+    void Unset(const char* variable) {
+        const char* value = getenv(variable);
+        m_before[variable] = value != nullptr ? value : "";
+        unsetenv(variable);
+    }
+
+private:
+    std::string m_folder;
+    std::map<std::string, std::string> m_before;
+};
+
+class LogPaths : public DevicePaths {
+protected:
+    LogPaths() { Unset("NORVEX_LOG"); }
+};
+
+std::string Resolve(const std::string& path) {
+    return TCPathResolver::GetAbsolutePath(DEVICE_DIRECTORY_DATA, path);
+}
+
+} // namespace
+
+TEST_F(DevicePaths, TheDevicesOwnVariableGoesBeforeTheUsersState) {
+    Set("NORVEX_DEVICE_DIR", InFolder("device"));
+    Set("XDG_STATE_HOME", InFolder("state"));
+    EXPECT_EQ(Resolve("a/file"), InFolder("device/a/file"));
+}
+
+TEST_F(DevicePaths, TheUsersStateGoesBeforeTheHome) {
+    Set("XDG_STATE_HOME", InFolder("state"));
+    Set("HOME", InFolder("home"));
+    EXPECT_EQ(Resolve("a/file"), InFolder("state/norvex/device/a/file"));
+}
+
+TEST_F(DevicePaths, TheHomesStateIsTheLastThatIsAsked) {
+    Set("HOME", InFolder("home"));
+    EXPECT_EQ(Resolve("file"), InFolder("home/.local/state/norvex/device/file"));
+}
+
+TEST_F(DevicePaths, DirectoriesAreMadeAndTheFileIsNot) {
+    Set("NORVEX_DEVICE_DIR", InFolder("device"));
+    Resolve("a/b/file");
+    EXPECT_TRUE(fs::is_directory(InFolder("device/a/b")));
+    EXPECT_FALSE(fs::exists(InFolder("device/a/b/file")));
+}
+
+TEST_F(DevicePaths, ADirectoryThatCannotBeMadeIsLoggedAndThePathIsGivenAllTheSame) {
+    Set("NORVEX_DEVICE_DIR", InFolder("taken"));
+    std::ofstream(InFolder("taken")) << "a file";
+    const LogWatch log;
+    EXPECT_EQ(Resolve("a/file"), InFolder("taken/a/file"));
+    EXPECT_EQ(log.Count("cannot make the directory " + InFolder("taken/a")), 1);
+}
+
+TEST_F(DevicePaths, AnUnknownDirectoryHasNoPathAndIsLogged) {
+    const LogWatch log;
+    EXPECT_EQ(TCPathResolver::GetAbsolutePath(static_cast<EDeviceDirectory>(7), "file"), "");
+    EXPECT_EQ(log.Count("no directory has the number 7"), 1);
+}
+
+TEST_F(LogPaths, TheLogIsWhereItsVariableSays) {
+    Set("NORVEX_LOG", InFolder("own.log"));
+    Set("XDG_STATE_HOME", InFolder("state"));
+    EXPECT_EQ(devicelog::LogFile::FindPath(), InFolder("own.log"));
+}
+
+TEST_F(LogPaths, TheLogIsInTheUsersStateElse) {
+    Set("HOME", InFolder("home"));
+    EXPECT_EQ(devicelog::LogFile::FindPath(), InFolder("home/.local/state/norvex/norvex.log"));
+    EXPECT_TRUE(fs::is_directory(InFolder("home/.local/state/norvex")));
+    Set("XDG_STATE_HOME", InFolder("state"));
+    EXPECT_EQ(devicelog::LogFile::FindPath(), InFolder("state/norvex/norvex.log"));
+    EXPECT_TRUE(fs::is_directory(InFolder("state/norvex")));
+}
+
+TEST_F(LogPaths, WithoutAHomeThereIsNoLog) {
+    EXPECT_EQ(devicelog::LogFile::FindPath(), "");
+}
