@@ -51,11 +51,6 @@ void Device::SetDefaults() {
     m_chassis.log.ResetTags();
 }
 
-std::int32_t Device::GetValue(const std::string& key, std::int32_t fallback) const {
-    const auto found = m_values.find(key);
-    return found == m_values.end() ? fallback : found->second;
-}
-
 void Device::GetInt(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     const std::string key(in.Text(1));
     const auto found = m_values.find(key);

@@ -16,9 +16,6 @@ class Device : public Interface, public Part {
 public:
     explicit Device(Chassis& chassis);
 
-    // The value of a key, or `fallback` when there is none.
-    std::int32_t GetValue(const std::string& key, std::int32_t fallback) const;
-
     const char* GetStateName() const override { return "device"; }
     nlohmann::json DescribeState() const override;
     bool Reset() override;

@@ -231,6 +231,9 @@ class ControlTestCase(TvTestCase):
         self.daemon.simctl("wait", "/debug/qos", "!=", "true")
         self.daemon.simctl("wait", "/debug/items/0/name", "==", "Tuner", "lock")
         self.daemon.simctl("wait", "/debug/none == null")
+        for holds, fails in (("< 1", "< 0"), ("<= 0", "<= -1"), ("> -1", "> 0"), (">= 0", ">= 1")):
+            self.daemon.simctl("wait", f"/debug/itemsOn {holds}")
+            self.daemon.simctl("wait", f"/debug/itemsOn {fails}", "--timeout", "0.01", status=1)
         self.daemon.simctl("wait", "/daemon/injections", "==", "[]")
         result = self.daemon.run_simctl("wait", "/debug/itemsOn > 0", "--timeout", "0.05")
         self.assertEqual((result.returncode, result.stderr), (1, "norvex-simctl: timed out\n"))
