@@ -15,7 +15,7 @@
 namespace bench {
 
 void GiveUp(const char* what) {
-    std::fprintf(stderr, "bench: %s\n", what);
+    static_cast<void>(std::fprintf(stderr, "bench: %s\n", what));
     std::_Exit(1);
 }
 

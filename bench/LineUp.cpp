@@ -3,7 +3,6 @@
 #include "FarSide.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -48,17 +47,19 @@ TCLineUp::TCLineUp(int services, bool programmes)
     : m_Services(services),
       m_Path((std::filesystem::temp_directory_path() / "zarn-bench-lineup.XXXXXX").string()) {
     const int descriptor = mkstemp(m_Path.data());
-    std::FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
-    if (file == nullptr)
+    if (descriptor < 0)
         GiveUp(std::strerror(errno));
-    std::fputs("transponder air 474000\n", file);
+    close(descriptor);
+    std::ofstream file(m_Path);
+    file << "transponder air 474000\n";
     for (int i = 0; i < services; ++i) {
-        std::fprintf(file, "service 0x%x %d-%d \"Service %d\"\n", i + 1, i % kMajors,
-                     i / kMajors + 1, i);
+        file << "service 0x" << std::hex << i + 1 << std::dec << ' ' << i % kMajors << '-'
+             << i / kMajors + 1 << " \"Service " << i << "\"\n";
         if (programmes)
-            std::fputs("programme 00:00 1440 \"All day long\"\n", file);
+            file << "programme 00:00 1440 \"All day long\"\n";
     }
-    if (std::ferror(file) != 0 || std::fclose(file) != 0)
+    file.close();
+    if (!file)
         GiveUp("the line-up could not be written");
 }
 

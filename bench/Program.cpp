@@ -65,7 +65,8 @@ void Feed(int descriptor, const std::string& input) {
 
 TSPipedRun RunPiped(const std::vector<std::string>& words, const std::string& input,
                     std::size_t kept) {
-    std::signal(SIGPIPE, SIG_IGN);
+    if (std::signal(SIGPIPE, SIG_IGN) == SIG_ERR)
+        GiveUp(std::strerror(errno));
     TSPipedRun run;
     TSPipe in;
     TSPipe out;

@@ -15,9 +15,9 @@ namespace {
 
 constexpr std::size_t kSignals = 10000;
 constexpr int kRounds = 9;
-const std::string kLine = "\tSIGNAL_TUNE_AROUND_SERVICE_DONE -> profile:1, screenId: 0, serviceId: "
-                          "18014398509482147885\n";
-const std::string kNewMenu = "\n\ncmd> ";
+constexpr char kLine[] = "\tSIGNAL_TUNE_AROUND_SERVICE_DONE -> profile:1, screenId: 0, serviceId: "
+                         "18014398509482147885\n";
+constexpr char kNewMenu[] = "\n\ncmd> ";
 
 double SecondsSince(std::chrono::steady_clock::time_point begin) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();

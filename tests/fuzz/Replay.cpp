@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 int main(int count, char** words) {
     if (count != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", words[0]);
+        std::cerr << "usage: " << words[0] << " FOLDER" << std::endl;
         return 2;
     }
     std::error_code error;
@@ -22,24 +22,24 @@ int main(int count, char** words) {
     for (const auto& entry : std::filesystem::directory_iterator(words[1], error))
         files.push_back(entry.path());
     if (error || files.empty()) {
-        std::fprintf(stderr, "%s: %s\n", words[1], error ? error.message().c_str() : "is empty");
+        std::cerr << words[1] << ": " << (error ? error.message() : "is empty") << std::endl;
         return 1;
     }
     std::sort(files.begin(), files.end());
     for (const auto& path : files) {
         // Told first, so that it is known which one has ended the program; standard output may be
         // the target's.
-        std::fprintf(stderr, "%s\n", path.c_str());
+        std::cerr << path.string() << std::endl;
         std::ifstream file(path, std::ios::binary);
         const std::string content((std::istreambuf_iterator<char>(file)), {});
         if (!file) {
-            std::fprintf(stderr, "%s: cannot be read\n", path.c_str());
+            std::cerr << path.string() << ": cannot be read" << std::endl;
             return 1;
         }
         // A copy of exactly that size: reading behind it is seen.
         const std::vector<std::uint8_t> bytes(content.begin(), content.end());
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
-    std::fprintf(stderr, "%zu inputs\n", files.size());
+    std::cerr << files.size() << " inputs" << std::endl;
     return 0;
 }

@@ -8,7 +8,8 @@
 #define REQUIRE(condition)                                                                         \
     do {                                                                                           \
         if (!(condition)) {                                                                        \
-            std::fprintf(stderr, "%s:%d: does not hold: %s\n", __FILE__, __LINE__, #condition);    \
+            static_cast<void>(std::fprintf(stderr, "%s:%d: does not hold: %s\n", __FILE__,         \
+                                           __LINE__, #condition));                                 \
             std::abort();                                                                          \
         }                                                                                          \
     } while (false)

@@ -110,11 +110,13 @@ void _TCApiAssert(const char* expression, const char* file, int line, const char
         script().asserted();
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): so it is declared.
 void TCApiPrintMessage(const char* format, ...) {
     char text[1024];
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
+    if (std::vsnprintf(text, sizeof text, format, arguments) < 0)
+        text[0] = '\0';
     va_end(arguments);
     Timeline::now().call(std::string("TCApiPrintMessage(") + text + ")");
 }

@@ -25,7 +25,8 @@ std::string Ending::text() const {
 }
 
 Ending runChild(const std::string& program, const std::vector<std::string>& arguments, bool quiet) {
-    std::fflush(stdout);
+    if (std::fflush(stdout) != 0)
+        std::perror("walk: no output");
     const pid_t child = fork();
     if (child < 0) {
         std::perror("walk: no process");

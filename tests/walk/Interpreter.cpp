@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
+#include <iomanip>
+#include <sstream>
 #include <stdexcept>
 
 #include "Numbers.h"
@@ -304,10 +305,10 @@ std::string Interpreter::expanded(const std::string& text) const {
             ++at;
         std::string value = get(text.substr(begin, at - begin));
         if (hex) {
-            char digits[20];
-            std::snprintf(digits, sizeof digits, "0x%016llx",
-                          static_cast<unsigned long long>(numbers::value(value)));
-            value = digits;
+            std::ostringstream digits;
+            digits << "0x" << std::hex << std::setfill('0') << std::setw(16)
+                   << static_cast<unsigned long long>(numbers::value(value));
+            value = digits.str();
         }
         if (value.size() < width)
             value.resize(width, ' ');

@@ -12,6 +12,7 @@
 #include "Words.h"
 
 // Defined where the leak sanitizer is.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): its own name for it.
 extern "C" __attribute__((weak)) int __lsan_do_recoverable_leak_check();
 
 namespace walk {

@@ -113,7 +113,8 @@ private:
         std::printf("walk: replay with\n  %s --seed %llu --replay \"%s\"\n",
                     std::filesystem::path(m_program).filename().c_str(),
                     static_cast<unsigned long long>(seed), WordList::text(words).c_str());
-        std::fflush(stdout);
+        if (std::fflush(stdout) != 0)
+            std::perror("walk: no output");
     }
 
     std::vector<Word> shrunk(std::uint64_t seed, const Ending& ending,

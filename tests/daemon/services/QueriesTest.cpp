@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <random>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -164,13 +165,11 @@ TEST(Queries, ListTheServicesOfATvModeInOrder) {
 }
 
 TEST(Queries, ListMoreServicesThanATagHasNumbers) {
-    std::string text = "transponder air 474000\n";
-    char line[64];
-    for (int id = 0; id < 40000; ++id) {
-        std::snprintf(line, sizeof line, "service 0x%x %d \"\"\n", id, id % 999);
-        text += line;
-    }
-    LineUpTv tv(text.c_str());
+    std::ostringstream text;
+    text << "transponder air 474000\n";
+    for (int id = 0; id < 40000; ++id)
+        text << "service 0x" << std::hex << id << std::dec << ' ' << id % 999 << " \"\"\n";
+    LineUpTv tv(text.str().c_str());
     LineUpClient client(tv);
     EXPECT_EQ(ToRecords(*client.GetServiceList({{}, {12}}).Find(2)).size(), 40000u);
 }
