@@ -1,9 +1,9 @@
 // Random walks through the whole console, each step as predicted.
 
-#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <stdexcept>
 
@@ -13,6 +13,7 @@
 #include "Walk.h"
 #include "WordList.h"
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
 int main(int argc, char** argv) {
     walk::Options options;
     std::string words;
@@ -61,7 +62,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
     } catch (const std::invalid_argument& error) {
-        std::fprintf(stderr, "walk: --replay: %s\n", error.what());
+        std::cerr << "walk: --replay: " << error.what() << std::endl;
         return 2;
     }
     options.shrinks = !noShrinking;

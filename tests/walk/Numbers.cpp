@@ -1,7 +1,5 @@
 #include "Numbers.h"
 
-#include <cstdio>
-
 namespace walk::numbers {
 
 namespace {
@@ -83,10 +81,7 @@ std::string field(std::int64_t number, int shift) {
 std::string hex32(std::int64_t number) {
     std::string text;
     for (unsigned shift = 0; shift < 32; shift += 8) {
-        char two[3];
-        std::snprintf(two, sizeof two, "%02x",
-                      static_cast<unsigned>(static_cast<std::uint64_t>(number) >> shift) & 0xffU);
-        text += two;
+        text += hexByte(static_cast<unsigned char>(static_cast<std::uint64_t>(number) >> shift));
     }
     return text;
 }
@@ -96,10 +91,8 @@ std::string textTree(const std::string& text) {
     if (!text.empty()) {
         tree += ", 1=bytes \"";
         for (const char c : text) {
-            char escaped[5];
-            std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned char>(c));
             const bool plain = c >= ' ' && c < 0x7f && c != '"' && c != '\\';
-            tree += plain ? std::string(1, c) : std::string(escaped);
+            tree += plain ? std::string(1, c) : "\\x" + hexByte(static_cast<unsigned char>(c));
         }
         tree += '"';
     }
@@ -107,6 +100,11 @@ std::string textTree(const std::string& text) {
 }
 
 } // namespace
+
+std::string hexByte(unsigned char byte) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    return {kDigits[byte >> 4U], kDigits[byte & 0xfU]};
+}
 
 std::string formed(const std::string& text, Form form, bool signedDigits) {
     switch (form) {

@@ -1,9 +1,9 @@
 #include "Playback.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 
 #include <unistd.h>
 
@@ -39,11 +39,10 @@ std::string bare(std::string timeline) {
 }
 
 [[noreturn]] void differs(std::size_t words, const Step& step, const std::string& seen) {
-    std::fflush(stdout);
-    std::fprintf(stderr,
-                 "\nwalk: not as predicted after %zu words, in: %s\n"
-                 "----- predicted\n%s\n----- seen\n%s\n-----\n",
-                 words, step.place.c_str(), step.expected.c_str(), seen.c_str());
+    std::cerr << "\nwalk: not as predicted after " << words << " words, in: " << step.place
+              << "\n----- predicted\n"
+              << step.expected << "\n----- seen\n"
+              << seen << "\n-----" << std::endl;
     // Its thread may still run, and what it holds is no leak.
     ::_exit(Playback::kDiffers);
 }

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
 #include <sstream>
 #include <stdexcept>
+
+#include "Numbers.h"
 
 namespace walk {
 
@@ -43,9 +44,8 @@ std::string WordList::text(const std::vector<Word>& words) {
     for (const Word& word : words) {
         result += (result.empty() ? "" : " ") + std::to_string(word.number) + ":";
         for (const char c : word.text) {
-            char escaped[4];
-            std::snprintf(escaped, sizeof escaped, "%%%02X", static_cast<unsigned char>(c));
-            result += isPlain(c) ? std::string(1, c) : std::string(escaped);
+            result += isPlain(c) ? std::string(1, c)
+                                 : "%" + numbers::hexByte(static_cast<unsigned char>(c));
         }
     }
     return result;

@@ -5,7 +5,7 @@
 
 #include "Session.h"
 
-// Words of a session as text: "12:5 13:10 17:x%C3%A9", each with its number; what a shell would not
+// Words of a session as text: "12:5 13:10 17:x%c3%a9", each with its number; what a shell would not
 // take as it stands is written as two hexadecimal digits. A word without a number has its place's.
 namespace walk::WordList {
 

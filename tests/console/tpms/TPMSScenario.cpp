@@ -1,9 +1,9 @@
 #include "TPMSScenario.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iostream>
 
 #include "FakeCore.h"
 #include "FakeDevice.h"
@@ -63,8 +63,8 @@ namespace {
 
 // A scenario that runs out of words ends the process, since the console's thread still runs.
 [[noreturn]] void tellWhatHappened() {
-    std::fprintf(stderr, "the console was left by an exception, after:\n%s\n",
-                 Timeline::now().dialogue().c_str());
+    std::cerr << "the console was left by an exception, after:\n"
+              << Timeline::now().dialogue() << std::endl;
     std::abort();
 }
 

@@ -53,11 +53,12 @@ protected:
 };
 
 constexpr std::uint64_t kMidnight = 1772323200; // of 2026-03-01
+constexpr std::uint64_t kHour = 3600;
 
 TEST_F(ProgrammesTest, AreOnByTheClock) {
     const Programme breakfast = At("06:00");
     EXPECT_EQ(breakfast.status, kDone);
-    EXPECT_EQ(breakfast.start, kMidnight + 6U * 3600);
+    EXPECT_EQ(breakfast.start, kMidnight + 6 * kHour);
     EXPECT_EQ(breakfast.duration, 3600u);
     // A surrogate pair counts as two.
     EXPECT_EQ(breakfast.title, u"Frühstück 🎷");
@@ -71,7 +72,7 @@ TEST_F(ProgrammesTest, AreOnByTheClock) {
 }
 
 TEST_F(ProgrammesTest, GoOnBeyondMidnight) {
-    EXPECT_EQ(At("23:30").start, kMidnight + 23U * 3600);
+    EXPECT_EQ(At("23:30").start, kMidnight + 23 * kHour);
     const Programme after = At("00:59");
     EXPECT_EQ(after.title, u"Night");
     EXPECT_EQ(after.start, kMidnight - 3600);
