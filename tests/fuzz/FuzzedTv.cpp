@@ -30,10 +30,11 @@ std::string MakeDirectory() {
     REQUIRE(mkdtemp(name) != nullptr);
     static std::string made;
     made = name;
-    std::atexit([] {
+    const auto remove = [] {
         std::error_code ignored;
         std::filesystem::remove_all(made, ignored);
-    });
+    };
+    REQUIRE(std::atexit(remove) == 0);
     return made;
 }
 

@@ -1,6 +1,8 @@
 #include "TestTypes.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <memory>
@@ -93,9 +95,11 @@ bool Numbers::TreeToClass(TCTreeBranch& branch) {
     return Read(*this, branch);
 }
 
+// The fraction by its bits: one that is no number is itself, too.
 bool Numbers::operator==(const Numbers& other) const {
     return byte == other.byte && small == other.small && number == other.number &&
-           wide == other.wide && std::memcmp(&fraction, &other.fraction, sizeof fraction) == 0;
+           wide == other.wide &&
+           std::bit_cast<std::uint64_t>(fraction) == std::bit_cast<std::uint64_t>(other.fraction);
 }
 
 Numbers Numbers::Random(std::mt19937& random) {
