@@ -52,7 +52,7 @@ public:
         if constexpr (std::is_base_of_v<Part, T>)
             m_parts.push_back(&mounted);
         m_pieces.push_back(std::shared_ptr<T>(std::move(piece)));
-        // cppcheck-suppress returnReference ; the piece is moved into m_pieces and stays where it is.
+        // cppcheck-suppress returnReference ; moved into m_pieces, the piece stays where it is.
         return mounted;
     }
     template <class T, class... Arguments> T& Mount(Arguments&&... arguments) {
