@@ -91,6 +91,19 @@ class DebugPrintControlTestCase(TvTestCase):
         self.assertEqual(wire.read_text(last[0]), "Extra debug switch 10000")
         self.assertEqual(wire.read(last[2], "I"), 10116)
 
+    def test_an_answer_that_would_be_too_long_is_empty_and_said(self):
+        self.daemon.simctl("set", "items", 1000000)
+        self.assertEqual(self.call("GetMenuItems", 4, wire.branch(1, [])), {})
+        self.assertEqual(self.daemon.calls()[-1]["fault"], "the reply is too long")
+        self.daemon.simctl("set", "items", 0)
+        self.assertEqual(len(wire.nodes(self.call("GetMenuItems", 4, wire.branch(1, []))[1])), 16)
+
+    def test_numbers_of_items_that_make_no_sense_are_refused(self):
+        for words in (["x"], ["1", "2"], ["-1"], ["1000001"], ["1x"]):
+            result = self.daemon.run_simctl("set", "items", *words)
+            self.assertEqual((result.returncode, len(result.stderr.splitlines())), (1, 1), words)
+        self.assertEqual(len(self.daemon.state()["debug"]["items"]), 16)
+
     def test_qos_and_modes_are_switched(self):
         nothing = wire.value(0, "B", 0)
         self.assertEqual(self.call("IsQoSEnabled", 8, status=nothing)[0], b"\0")
@@ -104,6 +117,14 @@ class DebugPrintControlTestCase(TvTestCase):
             answer = self.call("IsDebugModeEnabled", 10, wire.value(1, "i", mode, wire.IN),
                                status=nothing)
             self.assertEqual(wire.read(answer[0], "B"), int(result > 0))
+
+    def test_the_screen_of_a_dialogue_is_shown(self):
+        self.client.start()
+        for word, screen in (("nonsense", "main"), ("status", "status"), ("items", "items"),
+                             ("modes", "modes"), ("qos", "qos")):
+            self.client.execute(word)
+            shown = list(self.daemon.state()["debug"]["dialogues"].values())
+            self.assertEqual(shown, [{"open": True, "screen": screen}])
 
     def test_a_dialogue_ends_with_its_client(self):
         self.client.start()
@@ -282,6 +303,23 @@ class ControlTestCase(TvTestCase):
                 client.stop()
         self.assertEqual(self.daemon.process.wait(LIMIT), -signal.SIGKILL)
         self.daemon.simctl("state", status=1)
+
+    def test_an_ordered_result_is_also_that_of_an_operation_that_says_yes_or_no(self):
+        asked = [wire.value(0, "B", 0)]
+        with self.daemon.connect() as client:
+            for result, answer in ((1, b"\1"), (-5, b"\1"), (0, b"\0")):
+                self.daemon.simctl("inject", "IDebugPrintControl.IsQoSEnabled", "--result", result)
+                self.assertEqual(client.call("IDebugPrintControl", "IsQoSEnabled", 8, asked)[0],
+                                 answer)
+
+    def test_the_journal_cuts_what_is_long(self):
+        with self.daemon.connect() as client:
+            client.start()
+            client.execute("x" * 100000)
+        call = self.daemon.calls()[-1]
+        self.assertEqual(call["method"], "Execute")
+        # Its status, its text with length and bytes, and the text that it asks for.
+        self.assertEqual(call["argumentsCut"], 3 * 8 + 4 + (8 + 4) + (8 + 100000) + 4)
 
     def test_what_is_ordered_is_shown_until_it_has_happened(self):
         for order in (["--result", -7, "--count", 2], ["--delay", 50], ["--drop"], ["--close"],
