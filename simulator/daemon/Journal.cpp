@@ -158,8 +158,6 @@ void Journal::Add(const CallRecord& call) {
                  static_cast<std::uint32_t>(call.results.size())};
     ++m_end;
     m_head = place + reserved;
-    if (m_listener)
-        m_listener();
 }
 
 void Journal::Clear() {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -59,9 +58,6 @@ public:
     // One call in words; `place` must be kept.
     nlohmann::json Describe(std::uint64_t place) const;
 
-    // Called after each Add.
-    void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
-
 private:
     struct Entry;
 
@@ -77,7 +73,6 @@ private:
     std::uint64_t m_end = 0;
     std::size_t m_head = 0;
     std::uint64_t m_lastSequence = 0;
-    std::function<void()> m_listener;
 };
 
 } // namespace sim
