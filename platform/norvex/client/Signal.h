@@ -13,10 +13,12 @@ enum ESignalType : int {
 };
 
 // Payload of a signal: 64 bits, fields counted from the lowest.
-//   SIGNAL_SI_STARTED                bits 0-15 channel type, 16-31 service profile, 32-47 channel
-//   number, each signed SIGNAL_TUNE_AROUND_SERVICE_DONE  the service id SIGNAL_TUNE_AROUND_FINISHED
-//   bits 0-15: 0 when every service was visited, else stopped before SIGNAL_BARKER_CHANNEL_TUNE
-//   bits 0-7: not 0 on success
+//   SIGNAL_SI_STARTED                bits 0-15 channel type, 16-31 service profile,
+//                                    32-47 channel number, each signed
+//   SIGNAL_TUNE_AROUND_SERVICE_DONE  the service id
+//   SIGNAL_TUNE_AROUND_FINISHED      bits 0-15: 0 when every service was visited,
+//                                    else stopped before
+//   SIGNAL_BARKER_CHANNEL_TUNE       bits 0-7: not 0 on success
 struct TSSignalData {
     std::uint64_t m_value;
 };
