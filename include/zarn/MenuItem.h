@@ -11,7 +11,7 @@ public:
     TSMenuItem();
     TSMenuItem(const TSMenuItem& other);
     TSMenuItem& operator=(const TSMenuItem& other);
-    // A list of items that grows moves them.
+    // A growing list of items moves them.
     TSMenuItem(TSMenuItem&& other) noexcept;
     TSMenuItem& operator=(TSMenuItem&& other) noexcept;
     ~TSMenuItem() override;

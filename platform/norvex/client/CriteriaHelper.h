@@ -16,11 +16,11 @@ enum EServiceField : int {
     SERVICE_FIELD_VIRTUAL_ANTENNA = 115,
 };
 
-// Channel type of the streamed virtual channels.
+// Channel type of virtual (internet-streamed) channels.
 constexpr int CHANNEL_TYPE_VIRTUAL = 9;
 
-// A query for services under construction: all conditions must hold; a record brings the fetched
-// fields only. Conditions and fields keep the order in which they were given.
+// A query for services: all conditions must hold, and a record holds only the fetched fields.
+// Conditions and fields keep the order in which they were added.
 class NORVEX_API TCCriteriaHelper : public TCMarshalable {
 public:
     TCCriteriaHelper();

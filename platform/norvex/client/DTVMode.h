@@ -1,6 +1,6 @@
 #pragma once
 
-// What of a broadcast stream a pipeline processes.
+// Which parts of a broadcast stream a pipeline processes.
 enum EDTVMode : int {
     DTV_MODE_DEMUX_ONLY = 0,
     DTV_MODE_AUDIO_ONLY = 1,

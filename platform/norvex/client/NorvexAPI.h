@@ -19,17 +19,17 @@ class ITunerControl;
 class IVideoControl;
 class IZoomControl;
 
-// The middleware's factories. Each answers 0 on success and stores a new object, which the caller
-// releases with Destroy; on failure it answers below 0 and stores null. `profile` and `screen`
-// address the pipeline.
+// The middleware's factories. Each returns 0 on success and stores a new object, which the caller
+// releases with Destroy; on failure it returns a number below 0 and stores null. `profile` and
+// `screen` address the pipeline.
 class NORVEX_API NorvexAPI {
 public:
-    // Registers `callback` and stores the subscriber that goes with it. A callback is registered
-    // once at a time.
+    // Registers `callback` and stores its subscriber. A callback can be registered only once at a
+    // time.
     static int CreateSignalSubscriber(NorvexSignalCallbackFunction callback,
                                       ISignalSubscriber** subscriber);
-    // Unregisters the callback and deletes its subscriber. Waits for a call of it that is under way
-    // on another thread; none comes afterwards.
+    // Unregisters the callback and deletes its subscriber. Waits for a call in progress on another
+    // thread; none follows.
     static int DestroySignalSubscriber(NorvexSignalCallbackFunction callback);
 
     static int CreateService(IService** service);
@@ -47,6 +47,6 @@ public:
     static int CreateScanControl(IScanControl** scanControl);
     static int CreateServiceGuide(IServiceGuide** serviceGuide);
 
-    // Ends the session and deletes the object. Null is refused.
+    // Ends the session and deletes the object. Null is an error.
     static int Destroy(INorvexSession* session);
 };

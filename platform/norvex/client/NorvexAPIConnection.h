@@ -6,8 +6,8 @@
 
 class TCMessageBuffer;
 
-// A connection to the middleware. Making one costs nothing and reaches nobody: it connects at the
-// first exchange, and anew at the first one after a failure.
+// A connection to the middleware. Creating one does not connect yet: it connects on the first
+// exchange, and again on the first one after a failure.
 //
 // One thread at a time.
 class NORVEX_API NorvexAPIConnection {
@@ -21,8 +21,8 @@ public:
 
     // Makes one call: sends `arguments` (an argument tree) and puts the reply's tree into `reply`.
     // Blocks at most for the connect and call limits. False, and a line in the log that tells
-    // absent, mute and gone apart, when there is no reply; `reply` is then empty. The marshalling
-    // library reaches the middleware through this alone.
+    // whether the middleware was absent, unresponsive or gone, when there is no reply; `reply` is
+    // then empty. The marshalling library reaches the middleware only through this.
     virtual bool Exchange(const std::string& interfaceName, const std::string& method,
                           short methodId, bool flag, const TCMessageBuffer& arguments,
                           TCMessageBuffer& reply);

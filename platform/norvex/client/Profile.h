@@ -1,6 +1,6 @@
 #pragma once
 
-// Profiles of pipelines: which picture a pipeline makes.
+// Profiles of pipelines: which picture a pipeline produces.
 enum EProfile : int {
     PROFILE_MAIN = 1,
     PROFILE_PIP = 101,

@@ -11,9 +11,9 @@ public:
     TCProgramData(const TCProgramData&) = delete;
     TCProgramData& operator=(const TCProgramData&) = delete;
 
-    // Copies the title, UTF-16 without a terminator, to `buffer`. `length`: in, the room in 16-bit
-    // units; out, the units written (a longer title is cut). False when there is no title; nothing
-    // is written then.
+    // Copies the title, UTF-16 without a terminator, to `buffer`. `length`: in, the capacity in
+    // 16-bit units; out, the units written (a longer title is cut). False, and nothing written,
+    // when there is no title.
     bool Title(unsigned short* buffer, unsigned int* length) const;
 
     bool ClassToTree(TCTreeBranch& branch) override;

@@ -8,7 +8,7 @@
 #include <norvex/client/NorvexSession.h>
 #include <norvex/client/TvMode.h>
 
-// Scans that run in the middleware's background and tell of themselves by signals.
+// Scans that run in the background of the middleware and report by signals.
 class NORVEX_API IScanControl : public INorvexSession {
 public:
     // Services are pairs of service id and a code (5: a service of the channel list).

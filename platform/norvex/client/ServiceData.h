@@ -11,7 +11,7 @@ public:
     TCServiceField& operator=(const TCServiceField&) = delete;
 
     // The value: 64 bits unsigned for the service id, 32 bits signed for the other numbers; null
-    // when the field came without one. Aligned for its type.
+    // when the field has none. Aligned for its type.
     const void* GetData() const;
 };
 

@@ -8,6 +8,6 @@
 // The programme guide.
 class NORVEX_API IServiceGuide : public INorvexSession {
 public:
-    // The programme that a service shows now. 0 or below: none is known.
+    // The programme that a service shows now. 0 or below: not known.
     virtual int GetCurrentProgram(const std::uint64_t& serviceId, TCProgramData& program) = 0;
 };

@@ -2,5 +2,5 @@
 
 #include <cstdint>
 
-// The service id that no service has: all bits set.
+// The id of no service: all bits set.
 constexpr std::uint64_t INVALID_SERVICE_ID = 0xFFFFFFFFFFFFFFFFULL;

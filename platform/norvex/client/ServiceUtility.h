@@ -3,7 +3,7 @@
 #include <norvex/client/TvMode.h>
 #include <norvex/core/Export.h>
 
-// Translations between the line-up's numbers. They work without the middleware.
+// Conversions between the line-up's numbers. They need no middleware.
 class NORVEX_API TCServiceUtility {
 public:
     // Channel type (field 1) of the digital broadcast on an antenna; -1 for an unknown antenna.

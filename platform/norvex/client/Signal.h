@@ -4,7 +4,7 @@
 
 #include <norvex/client/Profile.h>
 
-// Signals of the middleware, of which only those that are known here have names.
+// Signals of the middleware. Only those that the console prints have names.
 enum ESignalType : int {
     SIGNAL_SI_STARTED = 81,
     SIGNAL_TUNE_AROUND_SERVICE_DONE = 193,

@@ -15,13 +15,13 @@ enum ESIEvent : int {
     SI_EVENT_DECODER_RESTARTED = 2,
 };
 
-// One line of the snapshot; kinds of entries derive from it.
+// One entry of the snapshot; the kinds of entries derive from it.
 class NORVEX_API TCTPMSStatusEntry {
 public:
     virtual ~TCTPMSStatusEntry();
-    // The pipeline that it tells of.
+    // The pipeline that it describes.
     virtual NorvexHandle GetHandle() const = 0;
-    // What it tells, in a few words.
+    // Its description in a few words.
     virtual std::string GetText() const = 0;
 };
 

@@ -10,13 +10,13 @@ enum EAntennaMode : int {
     ANTENNA_SATELLITE = 2,
 };
 
-// 0: the line-up of the broadcast; another number: a line-up of an operator's own.
+// 0: the broadcast line-up; any other number: an operator's own line-up.
 enum EServiceMode : int { SERVICE_MODE_NONE = -1, SERVICE_MODE_DEFAULT = 0 };
 
 // Profile of a service in the line-up.
 enum EServiceProfile : int { SERVICE_PROFILE_DEFAULT = 0, SERVICE_PROFILE_OPERATOR = 2 };
 
-// Antenna mode and service mode, as the TV has or shall have them. A value.
+// Antenna mode and service mode. A value.
 class NORVEX_API TSTvMode : public TCMarshalable {
 public:
     // Both fields -1: whatever the TV has now.

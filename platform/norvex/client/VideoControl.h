@@ -3,7 +3,7 @@
 #include <norvex/client/NorvexSession.h>
 #include <norvex/client/RectInfo.h>
 
-// Where and what a pipeline's picture shows.
+// Position and crop of a pipeline's picture.
 class NORVEX_API IVideoControl : public INorvexSession {
 public:
     virtual int SetCropVideo(TSRectInfo first, TSRectInfo second) = 0;

@@ -2,8 +2,8 @@
 
 #include <norvex/core/Export.h>
 
-// Where the writer of a length array may put, and the reader find, how long it is. Optional: null
-// where the length travels in a child of its own.
+// Where the writer of an array stores, and its reader finds, the array's length. Optional: null
+// when the length is a child of its own.
 class NORVEX_API TILengthInfoContainer {
 public:
     virtual ~TILengthInfoContainer();

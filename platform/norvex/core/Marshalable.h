@@ -5,20 +5,20 @@
 class TCMessageBuffer;
 class TCTreeBranch;
 
-// What travels to the middleware and back: an object that writes itself into a branch and reads
-// itself from one.
+// An argument of a remote call: an object that writes itself into a branch and reads itself from
+// one.
 //
 // The order of the virtual operations is part of the library's binary interface.
 class NORVEX_API TIMarshalable {
 public:
     virtual ~TIMarshalable();
-    // Stores the length in bytes of a value that is known by its length alone (a text). False: it
+    // Stores the length in bytes of a value for which only the length is sent (a text). False: it
     // has none.
     virtual bool GetSizeOfMarshalled(unsigned long& size) = 0;
-    // Writes this object into `branch`; false when it could not be written whole.
+    // Writes this object into `branch`; false when it could not be written completely.
     virtual bool ClassToTree(TCTreeBranch& branch) = 0;
-    // Reads this object from `branch`; false when a child that is there could not be read. Missing
-    // children leave their fields as they were.
+    // Reads this object from `branch`; false when a child could not be read. Missing children leave
+    // their fields unchanged.
     virtual bool TreeToClass(TCTreeBranch& branch) = 0;
     // 0: a single object; 1: a container of objects.
     virtual int GetMarshalableStorageType() = 0;
@@ -28,8 +28,8 @@ public:
     virtual bool Load(TCMessageBuffer* buffer) = 0;
 };
 
-// Base of every marshalable class, with the library's own answers: no length of its own, an empty
-// tree, storage type 0, and `Store` and `Load` by way of the tree.
+// Base of every marshalable class, with defaults: no length, an empty tree, storage type 0, and
+// `Store` and `Load` through the tree.
 class NORVEX_API TCMarshalable : public TIMarshalable {
 public:
     TCMarshalable();
@@ -45,7 +45,7 @@ public:
     bool Load(TCMessageBuffer* buffer) override;
 
 protected:
-    // Private state of a class that the library itself derives; null in everybody else's. The base
-    // neither copies nor frees what it points to.
+    // Private state of the library's own subclasses; null in all others. The base neither copies
+    // nor frees it.
     void* m_pState;
 };

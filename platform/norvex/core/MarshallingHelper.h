@@ -4,11 +4,11 @@
 
 class TIMarshalable;
 
-// Which way an argument travels: filled from the reply, or sent with the call.
+// Direction of an argument: filled from the reply, or sent with the call.
 enum EMarshallingDirection : int { MARSHALLING_OUT = 0, MARSHALLING_IN = 1 };
 
-// The arguments of one remote call, in the order of their registration. Registered memory and
-// objects belong to the caller and must live until the call has been made.
+// The arguments of one remote call, in the order of registration. Registered memory and objects are
+// not owned and must live until the call has been made.
 class NORVEX_API TCMarshallingHelper {
 public:
     TCMarshallingHelper();

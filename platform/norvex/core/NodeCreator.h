@@ -4,21 +4,21 @@
 
 class TCTreeNode;
 
-// Makes the tree nodes of a container's elements and fills elements from nodes. One creator serves
-// one container.
+// Creates the tree nodes of a container's elements and fills elements from nodes. One creator
+// serves one container.
 class NORVEX_API TINodeCreator {
 public:
     virtual ~TINodeCreator();
-    // What kind of elements it serves. Elements of kinds 7 and 8 must be handed to `ReleaseElement`
-    // before they are destroyed.
+    // The kind of its elements. Elements of kinds 7 and 8 must be passed to `ReleaseElement` before
+    // they are destroyed.
     virtual int GetKind() = 0;
     // Whether one node holds several elements, so that a reader has to ask the node for their
     // count.
     virtual bool HasElementCount() = 0;
     virtual void ReleaseElement(void* element) = 0;
-    // A node for `count` elements of `elementSize` bytes at `element`; a `tag` of -1 lets the
-    // branch number it by its place. Null when the element could not be written. The creator keeps
-    // the node until it is appended to a branch or the next one is asked for.
+    // A node for `count` elements of `elementSize` bytes at `element`; with a `tag` of -1 the
+    // branch numbers it by its position. Null when the element could not be written. The creator
+    // keeps the node until it is appended to a branch or the next one is created.
     virtual TCTreeNode* CreateNode(void* element, int elementSize, int tag, int count) = 0;
     // Fills `byteCount` bytes of elements of `elementSize` bytes each at `element` from `node`.
     virtual bool FillElement(void* element, int elementSize, int byteCount, TCTreeNode* node) = 0;

@@ -6,10 +6,10 @@ class TCTreeBranch;
 class TILengthInfoContainer;
 class TIMarshalable;
 
-// Moves fields between an object and a branch, each under a tag. What is written and what is read
-// is listed in the same order by the same calls; the two formatters give them their direction.
+// Moves fields between an object and a branch, each under a tag. Writing and reading list the
+// fields in the same order with the same calls; the two subclasses give the direction.
 //
-// Every push answers whether it worked; a failed one is remembered for `Extract` or `FillOut`.
+// Every push returns whether it worked; `Extract` and `FillOut` remember a failed one.
 class NORVEX_API TCTreeFormatter {
 public:
     TCTreeFormatter();
@@ -21,7 +21,7 @@ public:
     virtual bool PushValue(short tag, int size, void* data) = 0;
     // `count` elements of `elementSize` bytes each at `data`.
     virtual bool PushArray(short tag, int count, int elementSize, void* data) = 0;
-    // `count` bytes at `data`; `info`, when not null, is told or asked the length.
+    // `count` bytes at `data`; `info`, when not null, stores or supplies the length.
     virtual bool PushLengthArray(short tag, int count, void* data, TILengthInfoContainer* info) = 0;
     // A marshalable object, as a branch of its own.
     virtual bool PushMarshalableClass(short tag, TIMarshalable* object) = 0;

@@ -9,13 +9,13 @@ public:
     TCTreeNode(const TCTreeNode&) = delete;
     TCTreeNode& operator=(const TCTreeNode&) = delete;
 
-    // Number by which a reader asks for it among its siblings.
+    // The number by which a reader finds it among its siblings.
     int GetTag() const;
-    // Its content's length in bytes.
+    // Length of its content in bytes.
     int GetSize() const;
     // How many elements of `elementSize` bytes its content holds; 0 for a size below 1.
     int GetElementCount(int elementSize) const;
-    // Copies the first `byteCount` bytes of its content; false, and nothing copied, when it holds
+    // Copies the first `byteCount` bytes of its content. False, and nothing copied, when it holds
     // fewer.
     bool CopyTo(void* destination, int byteCount) const;
 
@@ -24,7 +24,7 @@ protected:
     void* m_pState;
 };
 
-// A leaf with a content of any length, of which it keeps a copy.
+// A leaf that holds a copy of a content of any length.
 class NORVEX_API TCTreeLeafVar : public TCTreeNode {
 public:
     TCTreeLeafVar(int tag, int size, const void* data);

@@ -3,9 +3,9 @@
 #include <norvex/core/Export.h>
 #include <norvex/core/TreeFormatter.h>
 
-// Reads: each push looks the child with its tag up and puts its content in place at once, so that a
-// length is known before the array that it measures is pushed. A missing child leaves the memory as
-// it was and is no failure; one of another size or kind leaves it too and is.
+// Reads: each push looks up the child with its tag and stores its content at once, so that a length
+// is known before its array is pushed. A missing child leaves the memory unchanged and is not an
+// error; a child of another size or kind leaves it unchanged and is one.
 class NORVEX_API TCTreeToClassFormatter : public TCTreeFormatter {
 public:
     // `branch` must outlive the formatter.

@@ -3,6 +3,6 @@
 #include <norvex/core/Export.h>
 
 // Starts and stops a tag of the device's log: a stopped tag writes nothing. The state outlives the
-// caller's process. 0 on success.
+// calling process. 0 on success.
 extern "C" NORVEX_API int startdlogtagbydefault(const char* tag);
 extern "C" NORVEX_API int stopdlogtagbydefault(const char* tag);

@@ -4,7 +4,7 @@
 
 #include <norvex/core/Export.h>
 
-// Directories of the device, by the numbers that its path resolver knows.
+// Directories of the device, by the path resolver's numbers.
 enum EDeviceDirectory : int { DEVICE_DIRECTORY_DATA = 6 };
 
 class NORVEX_API TCPathResolver {
