@@ -12,8 +12,8 @@
 #include "QuarleDebugMenu.h"
 #include "WordNumber.h"
 
-// All state of the console, in the order of its construction at load. The simple menu is the only
-// one that is destroyed: the shared debug print control goes with it.
+// All state of the console, in the order of its construction at load. Only the simple menu is
+// destroyed, and the shared debug print control with it.
 // NOLINTNEXTLINE(cert-err58-cpp): built at load, as the host expects.
 TCDebugMenuTPMS debugMenuTPMS;
 static_assert(std::is_trivially_destructible_v<TCDebugMenuTPMS>);
@@ -34,19 +34,28 @@ constexpr char kProcessRows[] = " 1. Norvex\n"
                                 " 6. Norvex LUMO Debug\n"
                                 " 7. Simple Debug\n";
 
-// Shows `screen` and relays words until the dialogue ends: to the provider log switch menu while
-// that is open, else to `control`.
-void RunDialogue(IDebugPrintControl* control, std::string& screen, std::string& word) {
+// What one dialogue leaves to the next.
+struct TSDialogue {
+    // The control that was last asked to start.
+    IDebugPrintControl* m_pControl = nullptr;
+    // A process that sends no screen leaves the last one showing.
+    std::string m_screen;
+};
+
+// Relays words until the dialogue ends: to the provider log switch menu while that is open, else to
+// the control.
+void RunDialogue(TSDialogue& dialogue) {
     while (true) {
-        std::cout << screen << std::flush;
+        std::cout << dialogue.m_screen << std::flush;
+        std::string word;
         std::cin >> word;
-        // Never cleared, here as in the process menu: at the end of input the screen repeats for
-        // ever.
+        // The stream stays failed, here as in the process menu: at end of input the screen repeats
+        // for ever.
         if (std::cin.fail())
             continue;
 
         if (StatusForquarleDebug) {
-            screen = ParserQuarleCommand(word);
+            dialogue.m_screen = ParserQuarleCommand(word);
             // The text counts, not the number: "099" stays.
             if (word == "99") {
                 StatusForquarleDebug = false;
@@ -54,14 +63,32 @@ void RunDialogue(IDebugPrintControl* control, std::string& screen, std::string& 
             }
             continue;
         }
-        if (control == nullptr)
+        if (dialogue.m_pControl == nullptr)
             return;
-        if (control->Execute(word, screen) <= 0) {
-            control->Stop();
+        if (dialogue.m_pControl->Execute(word, dialogue.m_screen) <= 0) {
+            dialogue.m_pControl->Stop();
             return;
         }
         std::cout << std::flush;
     }
+}
+
+// Opens the dialogue with the process that has this number in the process menu.
+void RunProcess(const std::map<int, IDebugPrintControl*>& debugPrintControls, int number,
+                TSDialogue& dialogue) {
+    const auto entry = debugPrintControls.find(number);
+    if (entry == debugPrintControls.end() || entry->second == nullptr) {
+        std::cout << "Command not implemented" << std::endl;
+        return;
+    }
+    dialogue.m_pControl = entry->second;
+    if (dialogue.m_pControl->Start(dialogue.m_screen) > 0) {
+        RunDialogue(dialogue);
+        return;
+    }
+    std::cout << "Failed to start selected[" << number << "] debug print control" << std::endl;
+    // Meant: a second line.
+    std::cout << "Command not implemented" << std::endl;
 }
 
 } // namespace
@@ -80,26 +107,20 @@ std::string CreateDebugUtilMenu() {
 void zarn_startmaindebug(void) {
     CheckQuarleLogOnOff();
 
-    // Debug print controls by process menu number. Norvex alone has one.
+    // By process menu number; Norvex alone has one.
     std::map<int, IDebugPrintControl*> debugPrintControls{{1, nullptr}};
     DebugServiceAPI::CreateService(&debugPrintControls[1]);
 
     const std::string menu = CreateDebugUtilMenu();
     std::cout << "DebugUtil" << std::endl;
 
-    // The control that was last asked to start.
-    IDebugPrintControl* control = nullptr;
-    // Kept from one dialogue to the next: a process that sends no screen leaves the last one
-    // showing.
-    std::string screen;
-    std::string word;
+    TSDialogue dialogue;
     while (true) {
         std::cout << menu << std::endl;
         std::cout << "cmd> " << std::flush;
+        std::string word;
         std::cin >> word;
-        if (std::cin.fail())
-            continue;
-        if (!TCDebugMenuUtility::IsNumber(word))
+        if (std::cin.fail() || !TCDebugMenuUtility::IsNumber(word))
             continue;
 
         const int number = WordNumber(word);
@@ -107,41 +128,22 @@ void zarn_startmaindebug(void) {
             return;
         switch (number) {
         case 3:
-            if (GstPluginDebugFunction() != 0)
-                continue;
-            // Meant: falls to the table below, so that leaving that menu says "Command not
+            // Meant: there is no control 3, so that leaving this menu says "Command not
             // implemented".
+            if (GstPluginDebugFunction() == 0)
+                RunProcess(debugPrintControls, number, dialogue);
             break;
         case 4:
-            screen = GetQuarleDebugMenu();
+            dialogue.m_screen = GetQuarleDebugMenu();
             StatusForquarleDebug = true;
-            RunDialogue(control, screen, word);
-            continue;
-        case 5:
-            debugMenuTPMS.Enter();
-            continue;
+            RunDialogue(dialogue);
+            break;
+        case 5: debugMenuTPMS.Enter(); break;
         case 6:
             TCDebugMenuUtility::OpenLibrary("/usr/lib64/liblumo-debugmenu.so", "lumo_subdebugmenu");
-            continue;
-        case 7:
-            debugMenuSimple.Enter();
-            continue;
-        default:
             break;
+        case 7: debugMenuSimple.Enter(); break;
+        default: RunProcess(debugPrintControls, number, dialogue); break;
         }
-
-        const auto entry = debugPrintControls.find(number);
-        if (entry == debugPrintControls.end() || entry->second == nullptr) {
-            std::cout << "Command not implemented" << std::endl;
-            continue;
-        }
-        control = entry->second;
-        if (control->Start(screen) > 0) {
-            RunDialogue(control, screen, word);
-            continue;
-        }
-        std::cout << "Failed to start selected[" << number << "] debug print control" << std::endl;
-        // Meant: a second line.
-        std::cout << "Command not implemented" << std::endl;
     }
 }

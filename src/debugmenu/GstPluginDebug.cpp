@@ -24,8 +24,8 @@ constexpr char kElementRows[] = "  0. GST_VIDEO_SINK\n"
                                 " 10. GST_EXT_VIDEO\n"
                                 " 11. GST_FPA_PARSER\n";
 
-// Log tag by row number. Kept: 2 and 6 to 10 don't match their rows, and row 11 has none; the
-// numbers are what people have learned.
+// Log tag by row number. Kept: 2 and 6 to 10 don't match their rows, and row 11 has none; users
+// know these numbers.
 constexpr const char* kElements[] = {
     "tvvideosink",    // 0
     "tvvideodec",     // 1
@@ -67,7 +67,7 @@ int ExecuteLogOn(const std::string& element, int /*index*/) {
     const char* tag = element.c_str();
     const pid_t child = vfork();
     if (child == 0) {
-        // The child borrows the console's memory: it starts the viewer and does nothing else.
+        // The child shares the console's memory: it only starts the viewer.
         execl("/usr/bin/dlogutil", "dlogutil", tag, static_cast<char*>(nullptr));
         _exit(1);
     }
@@ -83,7 +83,7 @@ int GstPluginDebugFunction() {
         std::cout << menu << std::endl;
         std::cout << "cmd> " << std::flush;
         std::cin >> word;
-        // Never cleared: at the end of input the menu repeats for ever.
+        // The stream stays failed: at end of input the menu repeats for ever.
         if (std::cin.fail())
             continue;
         if (!isNumberGst(word))

@@ -5,7 +5,7 @@
 // The menu that starts the device's log viewer for one of the TV's media elements. Console's
 // thread.
 
-// Process ID of the last viewer; -1 when it could not be started, 0 when none has been.
+// Process ID of the last viewer; -1 when it could not be started, 0 before the first.
 extern int m_child_Pid;
 
 // Runs the menu until the user types 99; always 0.
@@ -14,6 +14,6 @@ int GstPluginDebugFunction();
 std::string CreateGstDebugUtilMenu();
 // True for a non-empty run of digits, as the global locale has them; no sign, no blank.
 bool isNumberGst(const std::string& text);
-// Announces a viewer for the element and starts it as a process of its own, which nobody waits for.
-// Returns its process ID, or -1 when there is none. `index` is the row's number and not used.
+// Announces a viewer for the element and starts it as a process that is never waited for. Returns
+// its process ID, or -1 when it could not be started. `index` is the row's number; not used.
 int ExecuteLogOn(const std::string& element, int index);

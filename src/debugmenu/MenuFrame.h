@@ -1,6 +1,6 @@
 #pragma once
 
-// The lines that frame every menu of the driver.
+// The frame of the driver's menus.
 constexpr char kFrameRule[] = "====================================\n";
 constexpr char kSectionRule[] = "------------------------------------\n";
 constexpr char kExitRow[] = " 99 : Exit\n";

@@ -19,15 +19,15 @@ constexpr int kPromptScreen = 1;
 constexpr char kDaemonTag[] = "quarle-daemon";
 constexpr char kProviderTag[] = "quarle-provider";
 
-// The file whose presence means "on", so that the switch survives a restart; its content is
-// nobody's concern.
+// The file whose presence means "on", so that the switch survives a restart. Its content does not
+// matter.
 std::string MarkerFile() {
     return TCPathResolver::GetAbsolutePath(DEVICE_DIRECTORY_DATA,
                                            "quarle-provider/data/FCdebug.conf");
 }
 
-// Switching off goes the way of switching on backwards. What fails is passed over: the tags follow
-// the switch without the file, too.
+// Switching off is switching on in reverse order. Failures are ignored: the tags follow the switch
+// even without the file.
 
 void SwitchLogOn() {
     if (std::FILE* marker = std::fopen(MarkerFile().c_str(), "w"))
@@ -72,7 +72,7 @@ std::string GetQuarleDebugMenu() {
 std::string HandlingQuarleMenu(const std::string& word) {
     if (!TCDebugMenuUtility::IsNumber(word))
         return GetQuarleDebugMenu();
-    // Meant: a row that does not exist is answered by silence, without a prompt.
+    // Meant: an unknown row prints nothing, not even a prompt.
     if (WordNumber(word) != 0)
         return "";
     currentMenu = kPromptScreen;
@@ -83,8 +83,8 @@ std::string ParserQuarleCommand(const std::string& word) {
     if (currentMenu == kListScreen)
         return HandlingQuarleMenu(word);
     if (currentMenu == kPromptScreen) {
-        // Any word answers the prompt: what is no number is off, and the "99" that leaves the menu
-        // switches on first.
+        // Any word answers the prompt: what is not a number is off, and the "99" that leaves the
+        // menu switches on first.
         QuarleLogonOff = WordNumber(word) != 0;
         if (QuarleLogonOff)
             SwitchLogOn();

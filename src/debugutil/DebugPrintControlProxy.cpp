@@ -15,7 +15,7 @@ namespace {
 
 using MarshalableItems = TCMarshalableOneDimensionContainer<std::vector<TSMenuItem>, TSMenuItem>;
 
-// What an operation answers when the process's own answer did not come.
+// The result of an operation when the process sent no answer.
 constexpr int kNoAnswer = -1;
 
 } // namespace
@@ -71,12 +71,12 @@ std::vector<TSMenuItem> TCDebugPrintControlProxy::GetMenuItems() {
     helper.PushValue(MARSHALLING_OUT, sizeof(status), &status);
     MarshalableItems itemList(&items, new TCMarshalableNodeCreator, false);
     helper.PushMarshalableClass(MARSHALLING_OUT, &itemList);
-    // Neither outcome nor status counts here: what has come is the answer.
+    // Neither outcome nor status counts here: the items that arrived are the answer.
     helper.Run(m_pNorvexConnection, m_InterfaceName, "GetMenuItems", 4, false);
     return items;
 }
 
-// The setters answer whether the exchange worked; the process's status is fetched and dropped.
+// The setters return whether the exchange worked; the process's status is read and dropped.
 
 bool TCDebugPrintControlProxy::SetMenuItems(const std::vector<TSMenuItem>& items) {
     TCMarshallingHelperProxy helper;
@@ -104,8 +104,8 @@ bool TCDebugPrintControlProxy::SetQoSEnabled(bool enable) {
     return helper.Run(m_pNorvexConnection, m_InterfaceName, "SetQoSEnabled", 7, false);
 }
 
-// The queries take the answer as a byte, so that a damaged one is still true or false, and don't
-// look at the outcome of the exchange.
+// The queries read the answer as a byte, so that a malformed one is still true or false, and ignore
+// the outcome of the exchange.
 
 bool TCDebugPrintControlProxy::IsQoSEnabled() {
     TCMarshallingHelperProxy helper;

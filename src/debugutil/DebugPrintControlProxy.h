@@ -11,7 +11,7 @@ class NorvexAPIConnection;
 // of its own, made by the calling thread. Holds no state of the dialogue.
 class TCDebugPrintControlProxy : public IDebugPrintControl {
 public:
-    // `interfaceName` is the remote interface that every call addresses. Reaches nobody yet.
+    // `interfaceName` is the remote interface that every call addresses. Does not connect yet.
     explicit TCDebugPrintControlProxy(const std::string& interfaceName);
     ~TCDebugPrintControlProxy() override;
     TCDebugPrintControlProxy(const TCDebugPrintControlProxy&) = delete;

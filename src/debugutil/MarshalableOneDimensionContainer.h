@@ -12,17 +12,17 @@
 #include <norvex/core/TreeNode.h>
 
 // Lets a whole container of elements travel, one child of the branch per element, or all elements
-// as one block of bytes where they are plain values. Made on the stack around the caller's
-// container for the length of one call.
+// as one block of bytes where they are plain values. Created on the stack around the caller's
+// container for one call.
 //
 // Container needs begin, end, size, clear and push_back; Element a default constructor, and copies
 // or moves.
 template <class Container, class Element>
 class TCMarshalableOneDimensionContainer : public TCMarshalable {
 public:
-    // The container stays the caller's and must outlive the wrapper. `nodeCreator` must not be null
-    // and becomes the wrapper's: it is deleted with it. With `clearOnDestroy` the wrapper empties
-    // the container when it dies.
+    // The container is not owned and must outlive the wrapper. `nodeCreator` must not be null and
+    // is owned by the wrapper. With `clearOnDestroy` the wrapper's destructor empties the
+    // container.
     TCMarshalableOneDimensionContainer(Container* container, TINodeCreator* nodeCreator,
                                        bool clearOnDestroy)
         : m_bClearOnDestroy(clearOnDestroy), m_pContainer(container), m_pNodeCreator(nodeCreator),
@@ -39,7 +39,7 @@ public:
     TCMarshalableOneDimensionContainer&
     operator=(const TCMarshalableOneDimensionContainer&) = delete;
 
-    // Always true; an element that the creator makes no node for is left out without a word.
+    // Always true; an element for which the creator makes no node is left out silently.
     bool ClassToTree(TCTreeBranch& branch) override {
         if (m_pContainer == nullptr)
             return true;
@@ -54,8 +54,8 @@ public:
         return true;
     }
 
-    // Replaces the container's content. Always true; every child yields one element, also one that
-    // could not be filled, so that the count is the sender's.
+    // Replaces the container's content. Always true; every child yields one element, even one that
+    // could not be filled, so that the count matches the sender's.
     bool TreeToClass(TCTreeBranch& branch) override {
         if (m_pContainer == nullptr)
             return true;
@@ -81,7 +81,7 @@ public:
 private:
     static constexpr int kElementSize = sizeof(Element);
     static constexpr int kKindOfPlainValues = 0;
-    // Elements of these kinds hold something that only their creator can give back.
+    // Elements of these kinds hold something that only their creator can release.
     static constexpr int kFirstKindToRelease = 7;
     static constexpr int kSecondKindToRelease = 8;
 

@@ -16,8 +16,8 @@ constexpr char kAssertFile[] = "norvex-api-internal/MarshalableString";
 constexpr short kLengthTag = 0;
 constexpr short kBytesTag = 1;
 
-// Memory for a text up to this length is had without a question. A longer one must at least fit
-// into the branch that it is said to stand in: a damaged length must not cost gigabytes.
+// A text up to this length is always allocated. A longer one must at least fit into the branch that
+// claims to hold it: a malformed length must not allocate gigabytes.
 constexpr int kUnquestionedLength = 65536;
 
 bool IsCredible(int length, const TCTreeBranch& branch) {
@@ -42,7 +42,7 @@ bool TCMarshalableString::ClassToTree(TCTreeBranch& branch) {
         _TCApiAssert("m_data", kAssertFile, 72, nullptr);
 
     TCClassToTreeFormatter formatter(branch);
-    // cppcheck-suppress nullPointerRedundantCheck ; reported above, and carried on regardless.
+    // cppcheck-suppress nullPointerRedundantCheck ; reported above; the call goes on regardless.
     int length = static_cast<int>(m_data->size());
     formatter.PushValue(kLengthTag, sizeof(length), &length);
     if (length != 0)

@@ -7,7 +7,7 @@
 
 namespace {
 
-// What both sides know the fields by; written and read in this order.
+// The fields' tags, known to both sides; written and read in this order.
 constexpr short kNameTag = 0;
 constexpr short kStateTag = 1;
 constexpr short kIdTag = 2;
@@ -63,7 +63,7 @@ bool TSMenuItem::TreeToClass(TCTreeBranch& branch) {
     TCTreeToClassFormatter formatter(branch);
     TCMarshalableString name(&m_name);
     formatter.PushMarshalableClass(kNameTag, &name);
-    // By way of a byte: whatever the sender put there, m_state is true or false afterwards.
+    // Read as a byte: whatever was sent, m_state is then a valid bool.
     unsigned char state = m_state;
     formatter.PushValue(kStateTag, sizeof(state), &state);
     m_state = state != 0;

@@ -22,7 +22,7 @@ void TCDebugMenuSimple::Enter() {
         std::cout << "cmd> " << std::flush;
         std::string word;
         std::cin >> word;
-        // Never cleared: at the end of input the menu repeats for ever.
+        // The stream stays failed: at end of input the menu repeats for ever.
         if (std::cin.fail())
             continue;
 
@@ -31,7 +31,8 @@ void TCDebugMenuSimple::Enter() {
         std::cout << number;
         if (!ok || number < 0)
             continue;
-        // Before the exit, so that item 99 of a long list can be flipped; such a list is not left.
+        // Checked before the exit, so that item 99 of a long list can be switched; such a list
+        // cannot be left.
         if (number < static_cast<int>(m_menuItemList.size())) {
             TSMenuItem& item = m_menuItemList[static_cast<std::size_t>(number)];
             item.setState(!item.getState());

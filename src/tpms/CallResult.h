@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-// The line that tells how a call went: exactly 1 is success, any other number a failure.
+// The line that reports a call's result: exactly 1 is success, any other number a failure.
 // "Succesfully" is what test scripts look for.
 inline void printCallResult(const char* label, int result) {
     std::cout << (result == 1 ? "Succesfully called " : "Fail to ") << label << ", ret=" << result

@@ -2,14 +2,13 @@
 
 #include <string>
 
-// The frame that the console's menus share.
+// The frame of the console's menus.
 
 constexpr char kDoubleRule[] = "====================================\n";
 constexpr char kSingleRule[] = "------------------------------------\n";
 constexpr char kExitRow[] = " 99 : Exit\n";
 
-// A whole menu: `title` and `items` (each ending its lines) in the frame, to be written in one
-// piece.
+// A whole menu: `title` and `items` (complete lines) in the frame, to be written in one piece.
 inline std::string framedMenu(const char* title, const char* items) {
     std::string menu;
     menu += kDoubleRule;

@@ -13,7 +13,7 @@
 
 namespace {
 
-// The code that the scans get with each listed service.
+// The code that a scan gets with each listed service.
 constexpr std::uint32_t kListedServiceCode = 5;
 
 } // namespace
@@ -53,7 +53,7 @@ std::uint64_t TCDebugMenuTPMS::m_GetServiceId(EAntennaMode antennaMode, std::uin
     const EServiceProfile profile = tvMode.m_serviceMode != SERVICE_MODE_DEFAULT
                                         ? SERVICE_PROFILE_OPERATOR
                                         : SERVICE_PROFILE_DEFAULT;
-    // The TV mode of the service that is looked for; only the TV mode test sets it, too.
+    // The TV mode of the wanted service; only the TV mode menu also sets it.
     tvMode.m_antennaMode = antennaMode;
     tvMode.m_serviceMode = TCServiceUtility::ServiceProfileToServiceMode(profile);
 
@@ -63,13 +63,13 @@ std::uint64_t TCDebugMenuTPMS::m_GetServiceId(EAntennaMode antennaMode, std::uin
     query.Where(SERVICE_FIELD_HIDDEN, 0);
     query.Where(SERVICE_FIELD_MAJOR, major);
     query.Fetch(SERVICE_FIELD_ID);
-    // Behind the fetched field on purpose: the order is part of the query.
+    // After the fetched field on purpose: the order is part of the query.
     query.Where(SERVICE_FIELD_CHANNEL_TYPE,
                 TCServiceUtility::AntennaModeToDigitalChannelType(antennaMode));
 
     TCServiceData record;
     if (service->FindService(query, record, 1) <= 0) {
-        // No line end: the caller's words follow on the same line.
+        // No line end: the caller's text follows on the same line.
         std::cout << "FindService failed";
         return INVALID_SERVICE_ID;
     }

@@ -3,11 +3,11 @@
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/NorvexSession.h>
 
-// Holds one object of a NorvexAPI factory and gives it back to NorvexAPI::Destroy, also when an
-// exception passes through. Several in one block are destroyed in the reverse of their order.
+// Owns one object of a NorvexAPI factory and releases it through NorvexAPI::Destroy, also when an
+// exception passes through. Several in one block are destroyed in reverse order.
 //
-// Operations go to the object without a test for null: most of the console's tests call into what
-// they were handed.
+// Operations reach the object without a test for null: most menus call into whatever the factory
+// returned.
 template <class TSession> class TCSessionOwner {
 public:
     TCSessionOwner() = default;
@@ -27,7 +27,7 @@ public:
             NorvexAPI::Destroy(session);
         }
     }
-    // Lets the object live on.
+    // Gives up ownership: the object stays alive.
     TSession* release() {
         TSession* const session = m_pSession;
         m_pSession = nullptr;

@@ -24,7 +24,7 @@ std::string signalLine(ESignalType type, EProfile profile, unsigned short screen
         return "\tSIGNAL_TUNE_AROUND_SERVICE_DONE -> profile:" + pipeline +
                ", serviceId: " + std::to_string(data.m_value) + "\n";
     case SIGNAL_TUNE_AROUND_FINISHED: {
-        // Not 0 tells of a scan that was stopped, hence the turned words.
+        // Not 0 means that the scan was stopped early.
         const bool stopped = (data.m_value & 0xFFFF) != 0;
         return "\tSIGNAL_TUNE_AROUND_FINISHED -> profile:" + pipeline +
                ", completed: " + (stopped ? "false" : "true") + "\n";

@@ -8,14 +8,14 @@
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/Signal.h>
 
-#include "MainMenuChecks.h"
+#include "MainMenuItems.h"
 #include "MenuText.h"
 #include "SignalLine.h"
 
 namespace {
 
-// The numbering is what the test scripts know: it is not that of the tests' names, and 9 is listed
-// though it does nothing.
+// Test scripts know these numbers. They differ from those in the names of the m_Start_Test
+// members, and 9 is listed although it does nothing.
 constexpr char kMainTitle[] = "\t[Process Debug List]\t\n";
 constexpr char kMainItems[] = " 1. Reference Count Test\n"
                               " 2. AV Mute Test\n"
@@ -39,8 +39,8 @@ constexpr char kMainItems[] = " 1. Reference Count Test\n"
                               " 20. InvalidService test\n"
                               " 21. Set boot up service\n";
 
-// Called by the middleware on the thread that Enter() starts. Takes no lock: a line is inserted
-// whole, but may stand in the middle of a menu.
+// Called by the middleware on the thread that Enter() starts. Takes no lock: a line is written in
+// one piece, but may appear in the middle of a menu.
 int NorvexSignalCallback(ESignalType type, EProfile profile, unsigned short screenId,
                          TSSignalData data, void* /*userData*/) {
     const std::string line = signalLine(type, profile, screenId, data);
@@ -64,14 +64,13 @@ void TCDebugMenuTPMS::Enter() {
     std::thread signalThread([&loop] { g_main_loop_run(loop); });
     NorvexAPI::CreateSignalSubscriber(NorvexSignalCallback, &m_pSignalSubscriber);
 
-    std::string word;
-    bool left = false;
-    while (!left) {
+    while (true) {
         m_PrintMainMenu();
         std::cout << "cmd> " << std::flush;
+        std::string word;
         std::cin >> word;
+        // The stream stays failed: at end of input the menu repeats for ever.
         if (std::cin.fail()) {
-            // The stream stays failed: at the end of input the menu repeats for ever.
             continue;
         }
         bool ok = false;
@@ -79,85 +78,46 @@ void TCDebugMenuTPMS::Enter() {
         if (!ok) {
             continue;
         }
-        switch (command) {
-        case 1:
-            m_Start_Test1_ReferenceCount();
-            break;
-        case 2:
-            m_Start_Test2_MuteControl();
-            break;
-        case 3:
-            m_Start_Test3_HDMIAnalysis();
-            break;
-        case 4:
-            checkCurrentTPMSStatus();
-            break;
-        case 5:
-            setTvModeToDTVAir();
-            break;
-        case 6:
-            m_Start_Test6_SetDTVMode();
-            break;
-        case 7:
-            m_Start_Test7_SetSource();
-            break;
-        case 8:
-            restartVideoDecoder();
-            break;
-        case 9:
-            break;
-        case 10:
-            checkTunerSignal();
-            break;
-        case 11:
-            printLatestServiceIds();
-            break;
-        case 12:
-            m_Start_Test13_PreparationLogicTest();
-            break;
-        case 13:
-            m_Start_Test14_SetTvModeTest();
-            break;
-        case 14:
-            m_Start_Test15_SetCropVideoTest();
-            break;
-        case 15:
-            m_Start_Test16_CheckCaptionExistTest();
-            break;
-        case 16:
-            m_Start_Test17_SetPrevieSource();
-            break;
-        case 17:
-            m_Start_Test18_SignalTunePreparationMechanism();
-            break;
-        case 18:
-            m_EpgDataFeeding();
-            break;
-        case 19:
-            m_ZoomControlTest();
-            break;
-        case 20:
-            m_InvalidServiceTest();
-            break;
-        case 21:
-            m_SetBootupService();
-            break;
-        case 99:
-            left = true;
-            break;
-        default:
-            std::cout << "Command not recognized" << std::endl;
+        if (command == 99) {
             break;
         }
+        m_RunMainItem(command);
     }
 
     NorvexAPI::DestroySignalSubscriber(NorvexSignalCallback);
-    // A quit that comes before the new thread has reached its run is lost, and the join would wait
-    // for ever. Once the loop is said to run, the quit counts, also while the thread still waits
-    // for another one to let go of the default context.
+    // A quit before the new thread has reached its run is lost, and the join would wait for ever.
+    // Once the loop counts as running, the quit counts too, even while the thread still waits for
+    // another one to release the default context.
     while (!g_main_loop_is_running(loop)) {
         std::this_thread::yield();
     }
     g_main_loop_quit(loop);
     signalThread.join();
+}
+
+void TCDebugMenuTPMS::m_RunMainItem(int command) {
+    switch (command) {
+    case 1: m_Start_Test1_ReferenceCount(); break;
+    case 2: m_Start_Test2_MuteControl(); break;
+    case 3: m_Start_Test3_HDMIAnalysis(); break;
+    case 4: checkCurrentTPMSStatus(); break;
+    case 5: setTvModeToDTVAir(); break;
+    case 6: m_Start_Test6_SetDTVMode(); break;
+    case 7: m_Start_Test7_SetSource(); break;
+    case 8: restartVideoDecoder(); break;
+    case 9: break;
+    case 10: checkTunerSignal(); break;
+    case 11: printLatestServiceIds(); break;
+    case 12: m_Start_Test13_PreparationLogicTest(); break;
+    case 13: m_Start_Test14_SetTvModeTest(); break;
+    case 14: m_Start_Test15_SetCropVideoTest(); break;
+    case 15: m_Start_Test16_CheckCaptionExistTest(); break;
+    case 16: m_Start_Test17_SetPrevieSource(); break;
+    case 17: m_Start_Test18_SignalTunePreparationMechanism(); break;
+    case 18: m_EpgDataFeeding(); break;
+    case 19: m_ZoomControlTest(); break;
+    case 20: m_InvalidServiceTest(); break;
+    case 21: m_SetBootupService(); break;
+    default: std::cout << "Command not recognized" << std::endl; break;
+    }
 }

@@ -14,18 +14,18 @@ class IServiceNavigation;
 class ISignalSubscriber;
 
 // Test console for the middleware's pipelines: menus on standard output, words from standard input.
-// Each test creates the middleware objects that it needs and destroys them before it returns,
-// except where its comment says that it keeps one.
+// Each menu creates the middleware objects that it needs and destroys them before it returns,
+// except where a comment says that it keeps one.
 //
 // All operations run on the caller's thread. While Enter() runs, a second thread iterates GLib's
 // default main context, and the signals' lines are printed from there. Nothing is caught: an
 // exception that leaves Enter() ends the process.
 class TCDebugMenuTPMS {
 public:
-    // Calls nothing, so that it can run while the library is loaded.
+    // Makes no calls, so that it can run while the library is loaded.
     TCDebugMenuTPMS();
 
-    // Runs the console until the user leaves it with "99". May be entered again; never on two
+    // Runs the console until the user leaves it with "99". May be called again; never on two
     // threads at once.
     void Enter();
 
@@ -86,19 +86,21 @@ public:
     std::uint64_t m_GetServiceId(std::uint16_t major);
 
 private:
-    // Steps of the source switch test: the main pipeline to a source; a pipeline to a service that
-    // is asked for; a pipeline's picture to the TV viewer's window.
+    // Runs one item of the main menu by its number.
+    void m_RunMainItem(int command);
+    // Steps of the source menu: the main pipeline to a source; a pipeline to a service that the
+    // user enters; a pipeline's picture to the TV viewer's window.
     void m_SwitchSource(ESource source);
     void m_SwitchToService(EProfile profile);
     void m_BindWindow(EProfile profile);
-    // Asks for a channel of the signal tune preparation test. False when there is nothing to call
-    // the middleware with.
+    // Asks for a channel in the signal tune preparation menu. False when there is no service to
+    // call the middleware with.
     bool m_AskServiceId(std::uint64_t& serviceId);
-    // Rectangles of the zoom test, asked for number by number.
+    // Rectangles of the zoom menu, entered number by number.
     TSRectInfo m_AskSourceRect();
     TSRectInfo m_AskDestinationRect();
     TSRectInfo m_AskMainRect();
 
-    // Written by the middleware, which also owns it; valid while Enter() runs.
+    // Set and owned by the middleware; valid while Enter() runs.
     ISignalSubscriber* m_pSignalSubscriber;
 };

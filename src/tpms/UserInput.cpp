@@ -41,14 +41,9 @@ void TCDebugMenuTPMS::m_GetNorvexHandleByUserInput(NorvexHandle* handle, bool as
         std::cin >> choice;
         // The prompt offers 2 for the analysis profile, but 3 is what chooses it; that is meant.
         switch (std::strtol(choice.c_str(), nullptr, 10)) {
-        case 1:
-            profile = PROFILE_PIP;
-            break;
-        case 3:
-            profile = PROFILE_ANALYSIS;
-            break;
-        default:
-            break;
+        case 1: profile = PROFILE_PIP; break;
+        case 3: profile = PROFILE_ANALYSIS; break;
+        default: break;
         }
     }
     handle->profile = profile;

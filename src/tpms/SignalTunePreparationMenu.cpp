@@ -9,8 +9,8 @@
 
 namespace {
 
-// Its rules are wider than the other menus'. The title says Test18, as does that of the programme
-// guide's test.
+// Its rules are wider than those of the other menus. The title says Test18, like that of the
+// programme guide menu.
 constexpr char kMenu[] =
     " ======================================================================================\n"
     "\t      [Test18 List - SignalTunePreparationMechanism (AIR/CABLE/SAT)]\n"
@@ -84,11 +84,8 @@ void TCDebugMenuTPMS::m_Start_Test18_SignalTunePreparationMechanism() {
             printCallResult("CheckPendingState", result);
             break;
         }
-        case 99:
-            left = true;
-            break;
-        default:
-            break;
+        case 99: left = true; break;
+        default: break;
         }
     }
 
@@ -109,7 +106,7 @@ bool TCDebugMenuTPMS::m_AskServiceId(std::uint64_t& serviceId) {
     }
     serviceId = m_GetServiceId(static_cast<std::uint16_t>(major));
     if (serviceId == INVALID_SERVICE_ID) {
-        // Ends the line that the look-up has begun.
+        // Ends the line that the look-up began.
         std::cout << " for major=" << major << std::endl;
         return false;
     }

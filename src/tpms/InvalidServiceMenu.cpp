@@ -17,7 +17,7 @@ constexpr char kItems[] = " 1. SetService(INVALID_SERVICE_ID)\n"
 } // namespace
 
 bool TCDebugMenuTPMS::m_InvalidServiceTest() {
-    // Not owned yet: the navigation stays alive when the source control cannot be made.
+    // Not owned yet: the navigation stays alive when creating the source control fails.
     IServiceNavigation* createdNavigation = nullptr;
     if (NorvexAPI::CreateServiceNavigation(PROFILE_MAIN, 0, &createdNavigation) != 0) {
         std::cout << "CreateServiceNavigation failed" << std::endl;
@@ -34,8 +34,7 @@ bool TCDebugMenuTPMS::m_InvalidServiceTest() {
     while (true) {
         std::cout << framedMenu(kTitle, kItems) << std::endl;
         switch (m_SelectCmd("cmd> ")) {
-        case -1:
-            break;
+        case -1: break;
         case 1: {
             std::string text;
             navigation->SetService(INVALID_SERVICE_ID, 0, 0, text);
@@ -47,7 +46,7 @@ bool TCDebugMenuTPMS::m_InvalidServiceTest() {
             break;
         }
         case 99:
-            // In the order of creation, here.
+            // Destroyed in the order of creation, here.
             navigation.reset();
             sourceControl.reset();
             return true;

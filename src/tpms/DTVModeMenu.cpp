@@ -31,34 +31,16 @@ void TCDebugMenuTPMS::m_Start_Test6_SetDTVMode() {
     while (true) {
         m_PrintMenu_Test6_SetDTVMode();
         switch (m_SelectCmd("cmd> ")) {
-        case -1:
-            break;
-        case 1:
-            navigation->SetDTVMode(DTV_MODE_DEMUX_ONLY, true);
-            break;
-        case 2:
-            navigation->SetDTVMode(DTV_MODE_DEMUX_ONLY, false);
-            break;
-        case 3:
-            navigation->SetDTVMode(DTV_MODE_AUDIO_ONLY, true);
-            break;
-        case 4:
-            navigation->SetDTVMode(DTV_MODE_AUDIO_ONLY, false);
-            break;
-        case 5:
-            navigation->SetDTVMode(DTV_MODE_VIDEO_ONLY, true);
-            break;
-        case 6:
-            navigation->SetDTVMode(DTV_MODE_VIDEO_ONLY, false);
-            break;
-        case 7:
-            navigation->SetDTVMode(DTV_MODE_ALL, true);
-            break;
-        case 8:
-            navigation->SetDTVMode(DTV_MODE_ALL, false);
-            break;
-        default:
-            return;
+        case -1: break;
+        case 1: navigation->SetDTVMode(DTV_MODE_DEMUX_ONLY, true); break;
+        case 2: navigation->SetDTVMode(DTV_MODE_DEMUX_ONLY, false); break;
+        case 3: navigation->SetDTVMode(DTV_MODE_AUDIO_ONLY, true); break;
+        case 4: navigation->SetDTVMode(DTV_MODE_AUDIO_ONLY, false); break;
+        case 5: navigation->SetDTVMode(DTV_MODE_VIDEO_ONLY, true); break;
+        case 6: navigation->SetDTVMode(DTV_MODE_VIDEO_ONLY, false); break;
+        case 7: navigation->SetDTVMode(DTV_MODE_ALL, true); break;
+        case 8: navigation->SetDTVMode(DTV_MODE_ALL, false); break;
+        default: return;
         }
     }
 }

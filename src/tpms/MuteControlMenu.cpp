@@ -8,7 +8,7 @@
 
 namespace {
 
-// The title counts it as Test1; the HDMI analysis test has the same.
+// The title says Test1; the HDMI analysis menu has the same one.
 constexpr char kTitle[] = "\t[Test1 List - Video Mute Control]\t\n";
 constexpr char kItems[] = " 1. call IAVControl::MuteVudio \n"
                           " 2. call IAVControl::MuteAudio \n";
@@ -31,7 +31,7 @@ void TCDebugMenuTPMS::m_Start_Test2_MuteControl() {
         if (command == -1) {
             continue;
         }
-        // Asked for every command, 99 too: leaving takes a number here as well.
+        // Asked for every command, even 99: leaving takes a number here too.
         const int value = m_SelectCmd("Off:0 / On:1 ");
         if (value == -1) {
             continue;

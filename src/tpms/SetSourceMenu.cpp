@@ -31,17 +31,10 @@ void TCDebugMenuTPMS::m_Start_Test7_SetSource() {
     while (true) {
         m_PrintMenu_Test7_SetSource();
         switch (m_SelectCmd(" select num> ")) {
-        case 99:
-            return;
-        case 2:
-            m_SwitchSource(SOURCE_HDMI1);
-            break;
-        case 3:
-            m_SwitchToService(PROFILE_PIP);
-            break;
-        case 4:
-            m_SwitchSource(SOURCE_COMPONENT1);
-            break;
+        case 99: return;
+        case 2: m_SwitchSource(SOURCE_HDMI1); break;
+        case 3: m_SwitchToService(PROFILE_PIP); break;
+        case 4: m_SwitchSource(SOURCE_COMPONENT1); break;
         case 5: {
             TCSessionOwner<ISourceControl> sourceControl;
             NorvexAPI::CreateSourceControl(PROFILE_MAIN, 0, sourceControl.out());
@@ -49,9 +42,7 @@ void TCDebugMenuTPMS::m_Start_Test7_SetSource() {
             sourceControl->SetSource(SOURCE_TV, kFixedServiceId, text);
             break;
         }
-        case 6:
-            m_SwitchToService(PROFILE_MAIN);
-            break;
+        case 6: m_SwitchToService(PROFILE_MAIN); break;
         case 7: {
             TCSessionOwner<ISourceControl> sourceControl;
             NorvexAPI::CreateSourceControl(PROFILE_MAIN, 0, sourceControl.out());
@@ -64,8 +55,8 @@ void TCDebugMenuTPMS::m_Start_Test7_SetSource() {
             break;
         }
         default:
-            // Not only 1: whatever is not on the menu, a word that is no number included, switches
-            // to the TV.
+            // Not only 1: everything that is not on the menu, including a word that is not a
+            // number, switches to the TV.
             m_SwitchSource(SOURCE_TV);
             break;
         }
@@ -86,7 +77,7 @@ void TCDebugMenuTPMS::m_SwitchToService(EProfile profile) {
     if (major == 0xFFFF) {
         return;
     }
-    // Not judged: the id for no service is handed on as it is.
+    // Not checked: the id of no service is passed on unchanged.
     const std::uint64_t serviceId = m_GetServiceId(ANTENNA_AIR, major);
     sourceControl->PreSetSourceA();
     sourceControl->PreSetSourceB();

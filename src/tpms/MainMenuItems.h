@@ -1,6 +1,6 @@
 #pragma once
 
-// Items of the main menu that make one call or a few and have no menu of their own. All work on
+// Main menu items that have no menu of their own and need nothing of TCDebugMenuTPMS. All work on
 // the main pipeline.
 
 void checkCurrentTPMSStatus();

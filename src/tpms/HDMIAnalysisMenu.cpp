@@ -8,30 +8,22 @@
 
 namespace {
 
-// The title is the mute test's; that is meant.
+// The title is the mute menu's; that is meant.
 constexpr char kTitle[] = "\t[Test1 List - Video Mute Control]\t\n";
 constexpr char kItems[] = " 1. call ISourceControl::StartHDMIAnalysis \n"
                           " 2. call ISourceControl::StopHDMIAnalysis \n";
 
-// The prompt offers 1 to 6; 7 and 8 are taken as well, and everything else is the first input.
+// The prompt offers 1 to 6; 7 and 8 work too, and everything else is the first input.
 ESource hdmiSource(int number) {
     switch (number) {
-    case 2:
-        return SOURCE_HDMI2;
-    case 3:
-        return SOURCE_HDMI3;
-    case 4:
-        return SOURCE_HDMI4;
-    case 5:
-        return SOURCE_HDMI5;
-    case 6:
-        return SOURCE_HDMI6;
-    case 7:
-        return SOURCE_HDMI7;
-    case 8:
-        return SOURCE_HDMI8;
-    default:
-        return SOURCE_HDMI1;
+    case 2: return SOURCE_HDMI2;
+    case 3: return SOURCE_HDMI3;
+    case 4: return SOURCE_HDMI4;
+    case 5: return SOURCE_HDMI5;
+    case 6: return SOURCE_HDMI6;
+    case 7: return SOURCE_HDMI7;
+    case 8: return SOURCE_HDMI8;
+    default: return SOURCE_HDMI1;
     }
 }
 

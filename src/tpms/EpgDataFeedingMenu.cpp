@@ -19,7 +19,7 @@
 
 namespace {
 
-// Test18 is also what the signal tune preparation calls itself.
+// The signal tune preparation menu also calls itself Test18.
 constexpr char kTitle[] = "\t[Test18 List - Epg Data Feeding]\t\n";
 constexpr char kItems[] = " 1. Check if programs available\n"
                           " 2. Is Tune Around Needed\n"
@@ -29,7 +29,7 @@ constexpr char kItems[] = " 1. Check if programs available\n"
                           " 6. Start Barker Channel scan\n"
                           " 7. Stop Barker Channel scan\n";
 
-// Lists the services that have a present programme with a title, virtual channels among them.
+// Lists the services, virtual channels included, whose present programme has a title.
 void checkPrograms(IServiceNavigation& navigation, IServiceGuide& guide) {
     TCCriteriaHelper query;
     TCNavigationModeHelper::GetNavigationCriteria(NAVIGATION_ALL, query, NAVIGATION_SORT_DEFAULT);
@@ -63,7 +63,7 @@ void checkPrograms(IServiceNavigation& navigation, IServiceGuide& guide) {
     std::cout << "\tno data in " << records.m_list.size() - counted << " programs" << std::endl;
 }
 
-// Lets the signals that a stop brings reach the callback.
+// Gives the signals that follow a stop time to reach the callback.
 void pauseForSignals() {
     timespec rest{0, 1000000};
     while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
@@ -73,7 +73,7 @@ void pauseForSignals() {
 } // namespace
 
 bool TCDebugMenuTPMS::m_EpgDataFeeding() {
-    // Not owned yet: what was made before a creation that fails stays alive.
+    // Not owned yet: objects created before a failed creation stay alive.
     IScanControl* createdScan = nullptr;
     if (NorvexAPI::CreateScanControl(&createdScan) != 0) {
         std::cout << "CreateScanControl failed" << std::endl;
@@ -96,11 +96,8 @@ bool TCDebugMenuTPMS::m_EpgDataFeeding() {
     while (true) {
         std::cout << framedMenu(kTitle, kItems) << std::endl;
         switch (m_SelectCmd("cmd> ")) {
-        case -1:
-            break;
-        case 1:
-            checkPrograms(*navigation.get(), *guide.get());
-            break;
+        case -1: break;
+        case 1: checkPrograms(*navigation.get(), *guide.get()); break;
         case 2: {
             std::list<std::pair<std::uint64_t, std::uint32_t>> services;
             if (!m_GetServiceList(services, navigation.get())) {
@@ -124,7 +121,7 @@ bool TCDebugMenuTPMS::m_EpgDataFeeding() {
             break;
         }
         case 4: {
-            // The stop of manual scans is what ends a tune around, too.
+            // Stopping manual scans also ends a tune around.
             const int result = scan->StopManualScan();
             std::cout << "\tcalled StopManualScan, ret: " << result << std::endl;
             m_pSignalSubscriber->Unsubscribe(SIGNAL_SI_STARTED, 702, 0, 0);
@@ -152,8 +149,7 @@ bool TCDebugMenuTPMS::m_EpgDataFeeding() {
             m_pSignalSubscriber->Unsubscribe(SIGNAL_BARKER_CHANNEL_TUNE, 702, 0, 0);
             break;
         }
-        case 99:
-            return true;
+        case 99: return true;
         default:
             // Always -1, whatever was typed.
             std::cout << "unsupported command: " << -1 << std::endl;

@@ -59,7 +59,7 @@ void TCDebugMenuTPMS::m_Start_Test17_SetPrevieSource() {
             const std::uint64_t serviceId =
                 m_GetServiceId(ANTENNA_AIR, static_cast<std::uint16_t>(major));
             if (serviceId == INVALID_SERVICE_ID) {
-                // Ends the line that the look-up has begun.
+                // Ends the line that the look-up began.
                 std::cout << " for major=" << major << std::endl;
                 continue;
             }

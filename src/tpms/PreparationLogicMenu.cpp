@@ -27,8 +27,8 @@ void TCDebugMenuTPMS::m_PrintMenu_Test13_PreparationLogicTest() {
     std::cout << framedMenu(kTitle, kItems) << std::endl;
 }
 
-// Prints nothing of its own: what the calls do shows in the middleware. A registration that is
-// still in force when the user leaves ends with the utility, not by a call.
+// Prints nothing: the calls show in the middleware. A registration that is still in force when the
+// user leaves ends with the utility, not with a call.
 void TCDebugMenuTPMS::m_Start_Test13_PreparationLogicTest() {
     TCSessionOwner<IPipelineUtility> utility;
     NorvexAPI::CreatePipelineUtility(PROFILE_MAIN, 0, utility.out());
@@ -37,14 +37,9 @@ void TCDebugMenuTPMS::m_Start_Test13_PreparationLogicTest() {
     while (true) {
         m_PrintMenu_Test13_PreparationLogicTest();
         switch (m_SelectCmd("cmd> ")) {
-        case -1:
-            break;
-        case 1:
-            utility->RegisterForStateChange(STATE_CHANGE_SERVICE, receiver, 0);
-            break;
-        case 2:
-            utility->UnregisterFromStateChange(STATE_CHANGE_SERVICE, receiver);
-            break;
+        case -1: break;
+        case 1: utility->RegisterForStateChange(STATE_CHANGE_SERVICE, receiver, 0); break;
+        case 2: utility->UnregisterFromStateChange(STATE_CHANGE_SERVICE, receiver); break;
         case 3:
             utility->NotifyReceiverState(STATE_CHANGE_SERVICE, receiver, 1, INVALID_SERVICE_ID);
             break;
@@ -53,12 +48,8 @@ void TCDebugMenuTPMS::m_Start_Test13_PreparationLogicTest() {
             utility->CheckPendingState(STATE_CHANGE_SERVICE, &pending);
             break;
         }
-        case 5:
-            utility->RegisterForStateChange(STATE_CHANGE_SOURCE, receiver, 0);
-            break;
-        case 6:
-            utility->UnregisterFromStateChange(STATE_CHANGE_SOURCE, receiver);
-            break;
+        case 5: utility->RegisterForStateChange(STATE_CHANGE_SOURCE, receiver, 0); break;
+        case 6: utility->UnregisterFromStateChange(STATE_CHANGE_SOURCE, receiver); break;
         case 7:
             utility->NotifyReceiverState(STATE_CHANGE_SOURCE, receiver, 1, INVALID_SERVICE_ID);
             break;
@@ -67,8 +58,7 @@ void TCDebugMenuTPMS::m_Start_Test13_PreparationLogicTest() {
             utility->CheckPendingState(STATE_CHANGE_SOURCE, &pending);
             break;
         }
-        default:
-            return;
+        default: return;
         }
     }
 }

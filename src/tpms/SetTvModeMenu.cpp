@@ -45,39 +45,26 @@ void TCDebugMenuTPMS::m_Start_Test14_SetTvModeTest() {
         if (command == -1) {
             continue;
         }
-        // Asked before the command is judged: leaving takes a channel, too.
+        // Asked before the command is checked: leaving takes a channel too.
         const auto major = static_cast<std::uint16_t>(m_SelectCmd("major> "));
         if (major == 0xFFFF) {
             continue;
         }
         switch (command) {
-        case 1:
-            m_RunSetTvModeTest(ANTENNA_AIR, major, false);
-            break;
-        case 2:
-            m_RunSetTvModeTest(ANTENNA_CABLE, major, false);
-            break;
-        case 3:
-            m_RunSetTvModeTest(ANTENNA_SATELLITE, major, false);
-            break;
-        case 4:
-            m_RunSetTvModeTest(ANTENNA_AIR, major, true);
-            break;
-        case 5:
-            m_RunSetTvModeTest(ANTENNA_CABLE, major, true);
-            break;
-        case 6:
-            m_RunSetTvModeTest(ANTENNA_SATELLITE, major, true);
-            break;
-        default:
-            return;
+        case 1: m_RunSetTvModeTest(ANTENNA_AIR, major, false); break;
+        case 2: m_RunSetTvModeTest(ANTENNA_CABLE, major, false); break;
+        case 3: m_RunSetTvModeTest(ANTENNA_SATELLITE, major, false); break;
+        case 4: m_RunSetTvModeTest(ANTENNA_AIR, major, true); break;
+        case 5: m_RunSetTvModeTest(ANTENNA_CABLE, major, true); break;
+        case 6: m_RunSetTvModeTest(ANTENNA_SATELLITE, major, true); break;
+        default: return;
         }
     }
 }
 
 void TCDebugMenuTPMS::m_RunSetTvModeTest(EAntennaMode antennaMode, std::uint16_t major,
                                          bool virtualChannel) {
-    // Made, and so destroyed, in the other order than in the look-ups.
+    // Created, and so destroyed, in the opposite order to the look-ups.
     TCSessionOwner<IServiceNavigation> navigation;
     NorvexAPI::CreateServiceNavigation(PROFILE_MAIN, 0, navigation.out());
     TCSessionOwner<IService> service;
@@ -98,8 +85,7 @@ void TCDebugMenuTPMS::m_RunSetTvModeTest(EAntennaMode antennaMode, std::uint16_t
     query.Where(SERVICE_FIELD_MAJOR, major);
     query.Fetch(SERVICE_FIELD_ID);
     TCServiceData record;
-    // Read before anything is in it, on purpose: each run leaves the lines of a missing field in
-    // the log.
+    // Read while still empty, on purpose: each run logs a missing field.
     std::uint64_t serviceId = serviceIdField(record);
     if (virtualChannel) {
         query.Where(SERVICE_FIELD_CHANNEL_TYPE, CHANNEL_TYPE_VIRTUAL);
@@ -110,7 +96,7 @@ void TCDebugMenuTPMS::m_RunSetTvModeTest(EAntennaMode antennaMode, std::uint16_t
     }
 
     if (service->FindService(query, record, 1) <= 0) {
-        // No line end, here and below: the menu goes on behind it.
+        // No line end, here and below: the menu follows on the same line.
         std::cout << "FindService failed";
         return;
     }

@@ -28,7 +28,7 @@ void TCDebugMenuTPMS::m_PrintMenu_ZoomControlTest() {
     std::cout << framedMenu(kTitle, kItems) << std::endl;
 }
 
-// What is typed goes to the middleware as it comes: a word that is no number as -1.
+// What is typed goes to the middleware unchanged; a word that is not a number goes as -1.
 void TCDebugMenuTPMS::m_ZoomControlTest() {
     IZoomControl* created = nullptr;
     if (NorvexAPI::CreateZoomControl(PROFILE_MAIN, 0, &created) != 0) {
@@ -40,8 +40,7 @@ void TCDebugMenuTPMS::m_ZoomControlTest() {
     while (true) {
         m_PrintMenu_ZoomControlTest();
         switch (m_SelectCmd("cmd> ")) {
-        case -1:
-            break;
+        case -1: break;
         case 1: {
             bool available = false;
             const int result = zoom->IsZoomAvailable(available);
@@ -81,7 +80,7 @@ void TCDebugMenuTPMS::m_ZoomControlTest() {
             const std::vector<int> windowIds{m_SelectCmd("WindowId = ")};
             const bool mute = m_SelectCmd("OnOff (1/0) = ") != 0;
             const int result = zoom->MuteZoomWindow(windowIds, mute);
-            // Said of unmuting, too.
+            // Printed for unmuting too.
             std::cout << "Window muted! API ret[" << result << "]\n";
             break;
         }
@@ -111,7 +110,7 @@ void TCDebugMenuTPMS::m_ZoomControlTest() {
         case 10: {
             std::vector<int> windowIds;
             const int result = zoom->GetConnectedZoomWindows(windowIds);
-            // The bracket that stays open and the comma behind the last id are meant.
+            // The unclosed bracket and the comma after the last id are meant.
             std::cout << "GetConnectedZoomWindows API ret[" << result << "\n";
             std::cout << "Connected window ids = [";
             for (const int windowId : windowIds) {
@@ -120,11 +119,8 @@ void TCDebugMenuTPMS::m_ZoomControlTest() {
             std::cout << "]\n";
             break;
         }
-        case 99:
-            return;
-        default:
-            std::cout << "Unsupported command!\n";
-            break;
+        case 99: return;
+        default: std::cout << "Unsupported command!\n"; break;
         }
     }
 }
