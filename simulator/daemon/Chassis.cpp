@@ -9,9 +9,9 @@ namespace sim {
 
 using nlohmann::json;
 
-Chassis::Chassis(Database& openDatabase, Log& openLog)
+Chassis::Chassis(Database& openDatabase, Log& openLog, unsigned clientGraceMilliseconds)
     : log(openLog), database(openDatabase), settings(openDatabase),
-      dispatcher(journal, sessions, injections, openLog) {
+      clients(clientGraceMilliseconds), dispatcher(journal, sessions, injections, openLog) {
     clients.AddReleaseHook([this](Client& client) { Release(client); });
     dispatcher.SetListener([this] { changes.Tell(); });
 }

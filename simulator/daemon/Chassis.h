@@ -28,7 +28,8 @@ namespace sim {
 class Chassis {
 public:
     // The database must be open.
-    Chassis(Database& database, Log& log);
+    Chassis(Database& database, Log& log,
+            unsigned clientGraceMilliseconds = Clients::kGraceMilliseconds);
 
     Log& log;
     Database& database;

@@ -15,7 +15,10 @@ class Clients {
 public:
     using ReleaseHook = std::function<void(Client&)>;
 
-    explicit Clients(unsigned graceMilliseconds = 2000) : m_graceMilliseconds(graceMilliseconds) {}
+    static constexpr unsigned kGraceMilliseconds = 2000;
+
+    explicit Clients(unsigned graceMilliseconds = kGraceMilliseconds)
+        : m_graceMilliseconds(graceMilliseconds) {}
 
     // A connection of the client with this token has said hello. The reference stays valid until
     // the client's release, thus at least while it has a connection.

@@ -28,6 +28,7 @@ struct CommandLine {
     std::string log;
     std::string lineUp;
     int readyDescriptor = -1;
+    unsigned clientGraceMilliseconds = sim::Clients::kGraceMilliseconds;
     sim::Options options;
 };
 
@@ -64,6 +65,12 @@ int ParseCommandLine(int count, char** words, CommandLine& line) {
                    "So many debug menu items beside the built-in ones")
         ->check(CLI::Range(0, 1000000))
         ->type_name("N");
+    app.add_option("--client-grace", line.clientGraceMilliseconds,
+                   "Release a client's sessions so many milliseconds after its last connection "
+                   "has ended")
+        ->check(CLI::Range(0, 3600000))
+        ->type_name("MS")
+        ->capture_default_str();
     try {
         app.parse(count, words);
     } catch (const CLI::CallForHelp&) {
@@ -141,7 +148,7 @@ int main(int count, char** words) {
     if (!database.Open(line.database) || !probe.Prepare())
         return Fail(line.database + ": " + database.GetError());
 
-    sim::Chassis chassis(database, log);
+    sim::Chassis chassis(database, log, line.clientGraceMilliseconds);
     if (!chassis.settings.Prepare())
         return Fail(line.database + ": " + database.GetError());
     if (!sim::MountParts(chassis, line.options, error))
