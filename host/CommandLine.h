@@ -5,17 +5,26 @@
 
 namespace host {
 
-// What the user asked for.
-struct TSCommandLine {
-    std::string m_Plugin; // empty: the default plug-in
-    std::string m_Entry = "zarn_startmaindebug";
-    std::optional<std::string> m_Words;      // -c: these words take the place of standard input
-    std::optional<std::string> m_ScriptFile; // so does the script
-    std::optional<std::string> m_TranscriptFile;
+// What the process ends with. Scripts and CI jobs depend on the numbers.
+enum class ExitStatus : int {
+    Done = 0,        // the entry returned, or the input ended
+    Unavailable = 1, // plug-in, entry, script file, transcript or standard output cannot be used
+    Usage = 2,       // malformed command line or script
+    Missed = 3,      // an expected text did not come
 };
 
-// Reads the command line. When the process has nothing more to do, the help is on standard output
-// or one line of complaint on standard error, and the exit status is returned.
-std::optional<int> ReadCommandLine(int argc, const char* const* argv, TSCommandLine& commandLine);
+// What the user asked for.
+struct CommandLine {
+    std::string plugin; // empty: the default plug-in
+    std::string entry = "zarn_startmaindebug";
+    std::optional<std::string> words;      // -c: typed instead of standard input
+    std::optional<std::string> scriptFile; // run instead of standard input
+    std::optional<std::string> transcriptFile;
+};
+
+// Reads the command line. When nothing is left to do (help or an error), prints the help on
+// standard output or one line on standard error and returns the exit status.
+std::optional<ExitStatus> ReadCommandLine(int argc, const char* const* argv,
+                                          CommandLine& commandLine);
 
 } // namespace host

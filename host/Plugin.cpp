@@ -12,7 +12,7 @@ namespace {
 
 const char kDefaultLibrary[] = "libzarn-debugmenu.so";
 
-// The one that was built or installed together with this program, else whatever the loader knows.
+// The one built or installed with this program, else the one that the loader finds.
 std::string DefaultLibrary() {
     std::error_code failure;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
@@ -25,7 +25,7 @@ std::string DefaultLibrary() {
 }
 
 std::string LoaderReason() {
-    // Its text is the calling thread's own.
+    // The text belongs to the calling thread.
     const char* const message = ::dlerror(); // NOLINT(concurrency-mt-unsafe)
     std::string reason = message ? message : "unknown reason";
     std::replace(reason.begin(), reason.end(), '\n', ' ');
@@ -34,30 +34,30 @@ std::string LoaderReason() {
 
 } // namespace
 
-TCPlugin::~TCPlugin() {
+Plugin::~Plugin() {
     Close();
 }
 
-bool TCPlugin::Load(const std::string& library, const std::string& entry, std::string& reason) {
+bool Plugin::Load(const std::string& library, const std::string& entry, std::string& reason) {
     const std::string file = library.empty() ? DefaultLibrary() : library;
-    m_Handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!m_Handle) {
+    m_handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!m_handle) {
         reason = "cannot load the plug-in: " + LoaderReason();
         return false;
     }
-    m_Entry = reinterpret_cast<void (*)()>(::dlsym(m_Handle, entry.c_str()));
-    if (!m_Entry) {
+    m_entry = reinterpret_cast<void (*)()>(::dlsym(m_handle, entry.c_str()));
+    if (!m_entry) {
         reason = "the plug-in " + file + " has no entry " + entry;
         return false;
     }
     return true;
 }
 
-void TCPlugin::Close() {
-    if (m_Handle) {
-        ::dlclose(m_Handle);
-        m_Handle = nullptr;
-        m_Entry = nullptr;
+void Plugin::Close() {
+    if (m_handle) {
+        ::dlclose(m_handle);
+        m_handle = nullptr;
+        m_entry = nullptr;
     }
 }
 

@@ -4,26 +4,26 @@
 
 namespace host {
 
-// A plug-in in memory, from Load until Close.
-class TCPlugin {
+// A loaded plug-in, from Load until Close.
+class Plugin {
 public:
-    TCPlugin() = default;
-    ~TCPlugin();
-    TCPlugin(const TCPlugin&) = delete;
-    TCPlugin& operator=(const TCPlugin&) = delete;
+    Plugin() = default;
+    ~Plugin();
+    Plugin(const Plugin&) = delete;
+    Plugin& operator=(const Plugin&) = delete;
 
-    // Opens `library` (empty: the default one) and looks `entry` up. False where either fails, with
-    // `reason` filled with one line.
+    // Loads `library` (empty: the default one) and looks up `entry`. False on failure, with one
+    // line in `reason`.
     bool Load(const std::string& library, const std::string& entry, std::string& reason);
 
     // Runs the console; returns when the user leaves it.
-    void Enter() const { m_Entry(); }
+    void Enter() const { m_entry(); }
 
     void Close();
 
 private:
-    void* m_Handle = nullptr;
-    void (*m_Entry)() = nullptr;
+    void* m_handle = nullptr;
+    void (*m_entry)() = nullptr;
 };
 
 } // namespace host

@@ -10,7 +10,7 @@ namespace {
 
 const char kBlanks[] = " \t\r\v\f";
 
-// An hour a step is more than any run can want, and keeps every sum of times in range.
+// More than any run needs, and no sum of times overflows.
 constexpr double kLongestLimit = 3600.0;
 
 std::string_view Trim(std::string_view text) {
@@ -21,7 +21,7 @@ std::string_view Trim(std::string_view text) {
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-// The first word of `text`, which is trimmed; `rest` becomes what follows it.
+// The first word of `text`, which is trimmed; `rest` is set to what follows it.
 std::string_view FirstWord(std::string_view text, std::string_view& rest) {
     const std::size_t end = text.find_first_of(kBlanks);
     rest = end == std::string_view::npos ? std::string_view() : Trim(text.substr(end));
@@ -39,7 +39,7 @@ std::optional<std::chrono::milliseconds> ParseSeconds(std::string_view text) {
     return std::chrono::milliseconds(std::llround(seconds * 1000));
 }
 
-// A text in quotes at the start of `text`; `rest` becomes what follows the closing quote.
+// The quoted text at the start of `text`; `rest` is set to what follows the closing quote.
 std::optional<std::string> ParseQuoted(std::string_view text, std::string_view& rest) {
     std::string plain;
     for (std::size_t at = 1; at < text.size(); ++at) {
@@ -72,8 +72,8 @@ std::optional<std::string> ParseQuoted(std::string_view text, std::string_view& 
     return std::nullopt;
 }
 
-// `arguments` is what follows the word expect, trimmed. The reason where it is badly written.
-std::optional<std::string> ParseExpect(std::string_view arguments, TSExpectStep& step) {
+// `arguments` is what follows the word expect, trimmed. Returns the reason when it is malformed.
+std::optional<std::string> ParseExpect(std::string_view arguments, ExpectStep& step) {
     if (arguments.empty()) {
         return "expect needs a text";
     }
@@ -82,38 +82,37 @@ std::optional<std::string> ParseExpect(std::string_view arguments, TSExpectStep&
         std::string_view rest;
         const std::optional<std::string> text = ParseQuoted(arguments, rest);
         if (!text) {
-            return "the quoted text does not end, or has a backslash before something else than \" \\ n t";
+            return "the quoted text has no closing quote or an unknown escape (known: \\\" \\\\ \\n \\t)";
         }
         if (text->empty()) {
             return "expect needs a text";
         }
-        step.m_Text = *text;
+        step.text = *text;
         if (rest.empty()) {
             return std::nullopt;
         }
         std::string_view seconds;
         if (FirstWord(rest, seconds) != "within") {
-            return "only \"within SECONDS\" may follow the quoted text";
+            return "only \"within SECONDS\" may follow a quoted text";
         }
         const auto limit = ParseSeconds(seconds);
         if (!limit) {
-            return "SECONDS has to be a number from 0.001 to 3600";
+            return "SECONDS must be a number from 0.001 to 3600";
         }
-        step.m_Limit = *limit;
+        step.limit = *limit;
         return std::nullopt;
     }
 
-    // Without quotes the text may itself hold the word within: only one that a number follows at
-    // the end is ours.
-    step.m_Text = arguments;
+    // An unquoted text may contain the word within: it is a limit only before a last number.
+    step.text = arguments;
     const std::size_t lastBlank = arguments.find_last_of(kBlanks);
     if (lastBlank != std::string_view::npos) {
         const std::string_view before = Trim(arguments.substr(0, lastBlank));
         const std::size_t blank = before.find_last_of(kBlanks);
         const auto limit = ParseSeconds(arguments.substr(lastBlank + 1));
         if (limit && blank != std::string_view::npos && before.substr(blank + 1) == "within") {
-            step.m_Text = Trim(before.substr(0, blank));
-            step.m_Limit = *limit;
+            step.text = Trim(before.substr(0, blank));
+            step.limit = *limit;
         }
     }
     return std::nullopt;
@@ -121,8 +120,8 @@ std::optional<std::string> ParseExpect(std::string_view arguments, TSExpectStep&
 
 } // namespace
 
-std::optional<std::vector<TSStep>> ParseScript(std::string_view text, TSScriptError& error) {
-    std::vector<TSStep> steps;
+std::optional<std::vector<Step>> ParseScript(std::string_view text, ScriptError& error) {
+    std::vector<Step> steps;
     for (unsigned number = 1; !text.empty(); ++number) {
         const std::size_t end = text.find('\n');
         const std::string_view line = Trim(text.substr(0, end));
@@ -133,7 +132,7 @@ std::optional<std::vector<TSStep>> ParseScript(std::string_view text, TSScriptEr
         }
         std::string_view arguments;
         if (FirstWord(line, arguments) == "expect") {
-            TSExpectStep step;
+            ExpectStep step;
             if (const auto reason = ParseExpect(arguments, step)) {
                 error = {number, *reason};
                 return std::nullopt;
@@ -141,7 +140,7 @@ std::optional<std::vector<TSStep>> ParseScript(std::string_view text, TSScriptEr
             steps.push_back({number, std::move(step)});
         } else {
             const bool literal = line.front() == '\\';
-            steps.push_back({number, TSTypeStep{std::string(line.substr(literal ? 1 : 0))}});
+            steps.push_back({number, TypeStep{std::string(line.substr(literal ? 1 : 0))}});
         }
     }
     return steps;

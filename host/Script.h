@@ -10,36 +10,36 @@
 namespace host {
 
 // A line that is typed.
-struct TSTypeStep {
-    std::string m_Line; // without its line end
+struct TypeStep {
+    std::string line; // without the line end
 };
 
-// A text that has to be printed before the script goes on.
-struct TSExpectStep {
-    std::string m_Text;                                // never empty
-    std::chrono::milliseconds m_Limit = kDefaultLimit; // above 0
+// A text that must be printed before the script continues.
+struct ExpectStep {
+    std::string text;                                // never empty
+    std::chrono::milliseconds limit = kDefaultLimit; // above 0
 
-    // Above the time that a middleware call may take before it is given up, so that its failure
-    // text can be expected.
+    // Longer than the time limit of a middleware call, so that the text of its failure can be
+    // expected.
     static constexpr std::chrono::milliseconds kDefaultLimit = std::chrono::seconds(10);
 };
 
-struct TSStep {
-    unsigned m_LineNumber; // from 1
-    std::variant<TSTypeStep, TSExpectStep> m_Action;
+struct Step {
+    unsigned lineNumber; // from 1
+    std::variant<TypeStep, ExpectStep> action;
 };
 
 // What is wrong with a script.
-struct TSScriptError {
-    unsigned m_LineNumber;
-    std::string m_Reason;
+struct ScriptError {
+    unsigned lineNumber;
+    std::string reason;
 };
 
-// The steps of a script's text; docs/host.md tells its form. Nothing, with `error` filled, where a
-// line is badly written.
-std::optional<std::vector<TSStep>> ParseScript(std::string_view text, TSScriptError& error);
+// Parses a script (docs/host.md describes the format). Nothing, with `error` set, when a line is
+// malformed.
+std::optional<std::vector<Step>> ParseScript(std::string_view text, ScriptError& error);
 
-// `text` on one line, in the form that a script has it in.
+// `text` in quotes on one line, as a script has it.
 std::string Quoted(std::string_view text);
 
 } // namespace host

@@ -1,16 +1,16 @@
 #include "CommandLine.h"
-#include "Session.h"
-#include "StandardDescriptors.h"
+#include "ConsoleRun.h"
+#include "Process.h"
 
-// NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nobody can handle ends the program.
 int main(int argc, char** argv) {
     host::PrepareStandardDescriptors();
 
-    host::TSCommandLine commandLine;
-    if (const std::optional<int> status = host::ReadCommandLine(argc, argv, commandLine)) {
-        return *status;
+    host::CommandLine commandLine;
+    if (const auto status = host::ReadCommandLine(argc, argv, commandLine)) {
+        return static_cast<int>(*status);
     }
 
-    host::TCSession session(commandLine);
-    return session.Run();
+    host::ConsoleRun run(commandLine);
+    return static_cast<int>(run.Run());
 }

@@ -7,31 +7,30 @@
 #include <sstream>
 #include <string>
 
+#include "ConsoleInput.h"
 #include "Input.h"
-#include "InputBuffer.h"
 #include "Require.h"
 #include "Script.h"
-#include "WordSource.h"
 
 namespace {
 
-std::string Write(const std::vector<host::TSStep>& steps) {
+std::string Write(const std::vector<host::Step>& steps) {
     std::string text;
     unsigned line = 1;
-    for (const host::TSStep& step : steps) {
-        REQUIRE(step.m_LineNumber >= line);
-        for (; line < step.m_LineNumber; ++line)
+    for (const host::Step& step : steps) {
+        REQUIRE(step.lineNumber >= line);
+        for (; line < step.lineNumber; ++line)
             text += '\n';
         ++line;
-        if (const auto* typed = std::get_if<host::TSTypeStep>(&step.m_Action)) {
-            text += '\\' + typed->m_Line;
+        if (const auto* typed = std::get_if<host::TypeStep>(&step.action)) {
+            text += '\\' + typed->line;
         } else {
-            const auto& expected = std::get<host::TSExpectStep>(step.m_Action);
-            REQUIRE(!expected.m_Text.empty());
-            REQUIRE(expected.m_Limit.count() > 0 && expected.m_Limit <= std::chrono::hours(1));
-            text += "expect " + host::Quoted(expected.m_Text) + " within " +
-                    std::to_string(expected.m_Limit.count() / 1000) + "." +
-                    std::to_string(1000 + expected.m_Limit.count() % 1000).substr(1);
+            const auto& expected = std::get<host::ExpectStep>(step.action);
+            REQUIRE(!expected.text.empty());
+            REQUIRE(expected.limit.count() > 0 && expected.limit <= std::chrono::hours(1));
+            text += "expect " + host::Quoted(expected.text) + " within " +
+                    std::to_string(expected.limit.count() / 1000) + "." +
+                    std::to_string(1000 + expected.limit.count() % 1000).substr(1);
         }
         text += '\n';
     }
@@ -39,10 +38,10 @@ std::string Write(const std::vector<host::TSStep>& steps) {
 }
 
 void ReadScript(std::string_view text) {
-    host::TSScriptError error{};
+    host::ScriptError error{};
     const auto steps = host::ParseScript(text, error);
     if (!steps) {
-        REQUIRE(error.m_LineNumber >= 1 && !error.m_Reason.empty());
+        REQUIRE(error.lineNumber >= 1 && !error.reason.empty());
         return;
     }
     const std::string written = Write(*steps);
@@ -51,7 +50,7 @@ void ReadScript(std::string_view text) {
 }
 
 // Gives the text in blocks of a size.
-class Blocks : public host::IWordSource {
+class Blocks : public host::InputSource {
 public:
     Blocks(std::string_view text, std::size_t size) : m_rest(text), m_size(size) {}
     std::string_view Next() override {
@@ -69,12 +68,12 @@ void ReadWords(std::string_view text, std::size_t blockSize, bool typed) {
     Blocks blocks(text, blockSize);
     std::string echoed;
     int ends = 0;
-    host::TCInputBuffer::TSHooks hooks;
-    hooks.m_BeforeWait = [] {};
-    hooks.m_AtEnd = [&ends] { ++ends; };
+    host::InputBuffer::Hooks hooks;
+    hooks.beforeWait = [] {};
+    hooks.atEnd = [&ends] { ++ends; };
     if (typed)
-        hooks.m_Typed = [&echoed](std::string_view word) { echoed += word; };
-    host::TCInputBuffer buffer(blocks, hooks);
+        hooks.typed = [&echoed](std::string_view word) { echoed += word; };
+    host::InputBuffer buffer(blocks, hooks);
     std::istream console(&buffer);
     std::istringstream plain{std::string(text)};
     std::string expected;

@@ -1,6 +1,6 @@
-// A small console for the host to open. It behaves as consoles do that the host is made for: it
-// reads words with std::cin, repeats its menu after a failed read without clearing the stream, and
-// prints from a second thread.
+// A small console for the host to load. Like the consoles that the host is made for, it reads words
+// with std::cin, repeats its menu after a failed read without clearing the stream, and prints from
+// a second thread.
 
 #include <csignal>
 #include <fstream>
@@ -14,14 +14,14 @@
 
 namespace {
 
-// Says when the library is taken out of memory.
-struct TSFarewell {
-    ~TSFarewell() { std::cout << "example closed" << std::endl; }
+// Prints when the library is unloaded.
+struct Farewell {
+    ~Farewell() { std::cout << "example closed" << std::endl; }
 } farewell;
 
 std::thread signalThread;
 
-int* volatile lostMemory = nullptr; // volatile: written though nobody reads it
+int* volatile lostMemory = nullptr; // volatile: written although never read
 int racedCounter = 0;
 
 std::string ReadWord(const char* prompt) {

@@ -7,25 +7,25 @@ namespace {
 using namespace std::chrono_literals;
 
 // A step as "number: type LINE" or "number: expect TEXT|MILLISECONDS".
-std::string Put(const host::TSStep& step) {
-    const std::string number = std::to_string(step.m_LineNumber) + ": ";
-    if (const auto* type = std::get_if<host::TSTypeStep>(&step.m_Action)) {
-        return number + "type " + type->m_Line;
+std::string Put(const host::Step& step) {
+    const std::string number = std::to_string(step.lineNumber) + ": ";
+    if (const auto* type = std::get_if<host::TypeStep>(&step.action)) {
+        return number + "type " + type->line;
     }
-    const auto& expect = std::get<host::TSExpectStep>(step.m_Action);
-    return number + "expect " + expect.m_Text + '|' + std::to_string(expect.m_Limit.count());
+    const auto& expect = std::get<host::ExpectStep>(step.action);
+    return number + "expect " + expect.text + '|' + std::to_string(expect.limit.count());
 }
 
 using Steps = std::vector<std::string>;
 
 Steps Parse(std::string_view text) {
-    host::TSScriptError error{};
+    host::ScriptError error{};
     const auto parsed = host::ParseScript(text, error);
     if (!parsed) {
-        return {"error " + std::to_string(error.m_LineNumber)};
+        return {"error " + std::to_string(error.lineNumber)};
     }
     Steps steps;
-    for (const host::TSStep& step : *parsed) {
+    for (const host::Step& step : *parsed) {
         steps.push_back(Put(step));
     }
     return steps;

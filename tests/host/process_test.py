@@ -257,4 +257,4 @@ class InstrumentedTestCase(HostTestCase):
         self.run_host(words="sub", env={**os.environ, "GCOV_PREFIX": self.folder})
         written = [name for _, _, names in os.walk(self.folder) for name in names]
         self.assertIn("ExampleConsole.cpp.gcda", written)
-        self.assertIn("Session.cpp.gcda", written)
+        self.assertIn("ConsoleRun.cpp.gcda", written)

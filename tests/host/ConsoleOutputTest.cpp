@@ -1,7 +1,6 @@
-#include "OutputTee.h"
+#include "ConsoleOutput.h"
 
-#include "OutputWatch.h"
-#include "Transcript.h"
+#include "ScriptRun.h"
 
 #include <gtest/gtest.h>
 
@@ -16,72 +15,72 @@
 namespace {
 
 // Counts what reaches it, and how often it is flushed.
-class TCSink : public std::stringbuf {
+class Sink : public std::stringbuf {
 public:
-    int m_Flushes = 0;
+    int m_flushes = 0;
 
 protected:
     int sync() override {
-        ++m_Flushes;
+        ++m_flushes;
         return 0;
     }
 };
 
 class OutputTee : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(m_Transcript.Open(m_File)); }
+    void SetUp() override { ASSERT_TRUE(m_transcript.Open(m_file)); }
 
     std::string Recorded() const {
-        std::ifstream file(m_File, std::ios::binary);
+        std::ifstream file(m_file, std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(file), {});
     }
 
-    std::string m_File = testing::TempDir() + "host-tee-" +
+    std::string m_file = testing::TempDir() + "host-tee-" +
                          testing::UnitTest::GetInstance()->current_test_info()->name();
-    TCSink m_Sink;
-    host::TCTranscript m_Transcript;
-    host::TCOutputWatch m_Watch;
+    Sink m_sink;
+    host::Transcript m_transcript;
+    host::OutputWatch m_watch;
 };
 
 TEST_F(OutputTee, PassesEveryByteOnAndRecordsIt) {
-    host::TCOutputTee tee(m_Sink, &m_Transcript, nullptr);
+    host::OutputTee tee(m_sink, &m_transcript, nullptr);
     std::ostream out(&tee);
     out << "menu" << 7 << '\n' << std::string("\xff\x00z", 3);
     const std::string expected("menu7\n\xff\x00z", 9);
-    EXPECT_EQ(m_Sink.str(), expected);
+    EXPECT_EQ(m_sink.str(), expected);
     EXPECT_EQ(Recorded(), expected) << "the record has to be in the file at once";
 }
 
-TEST_F(OutputTee, FlushesWhatItStandsInFrontOf) {
-    host::TCOutputTee tee(m_Sink, nullptr, &m_Watch);
+TEST_F(OutputTee, FlushesTheOutputBehindIt) {
+    host::OutputTee tee(m_sink, nullptr, &m_watch);
     std::ostream out(&tee);
     out << "cmd> ";
-    EXPECT_EQ(m_Sink.m_Flushes, 0);
+    EXPECT_EQ(m_sink.m_flushes, 0);
     out << std::flush;
-    EXPECT_EQ(m_Sink.m_Flushes, 1);
+    EXPECT_EQ(m_sink.m_flushes, 1);
 }
 
 TEST_F(OutputTee, TypedTextIsRecordedAndNotPrinted) {
-    host::TCOutputTee tee(m_Sink, &m_Transcript, nullptr);
+    host::OutputTee tee(m_sink, &m_transcript, nullptr);
     std::ostream out(&tee);
     out << "cmd> ";
     tee.RecordTyped("5\n");
     out << "five";
-    EXPECT_EQ(m_Sink.str(), "cmd> five");
+    EXPECT_EQ(m_sink.str(), "cmd> five");
     EXPECT_EQ(Recorded(), "cmd> 5\nfive");
 }
 
 TEST_F(OutputTee, TypedTextDoesNotMeetAnExpectation) {
-    host::TCOutputTee tee(m_Sink, &m_Transcript, &m_Watch);
+    host::OutputTee tee(m_sink, &m_transcript, &m_watch);
     tee.RecordTyped("needle\n");
-    m_Watch.End();
-    EXPECT_FALSE(m_Watch.WaitFor("needle", std::chrono::hours(1)));
+    m_watch.End();
+    EXPECT_FALSE(m_watch.WaitFor("needle", std::chrono::hours(1)));
 }
 
 TEST_F(OutputTee, AFailedOutputIsSeenByTheStream) {
-    class TCRefusing : public std::streambuf {
+    class Refusing : public std::streambuf {
     } refusing;
-    host::TCOutputTee tee(refusing, nullptr, &m_Watch);
+    host::OutputTee tee(refusing, nullptr, &m_watch);
     std::ostream out(&tee);
     out << "text";
     EXPECT_TRUE(out.bad());
@@ -89,7 +88,7 @@ TEST_F(OutputTee, AFailedOutputIsSeenByTheStream) {
 
 TEST_F(OutputTee, LinesOfTwoThreadsStayWholeAndInOneOrderEverywhere) {
     constexpr int kLines = 2000;
-    host::TCOutputTee tee(m_Sink, &m_Transcript, &m_Watch);
+    host::OutputTee tee(m_sink, &m_transcript, &m_watch);
     const auto print = [&tee](const std::string& who) {
         for (int line = 0; line < kLines; ++line) {
             const std::string text = who + ' ' + std::to_string(line) + '\n';
@@ -101,8 +100,8 @@ TEST_F(OutputTee, LinesOfTwoThreadsStayWholeAndInOneOrderEverywhere) {
     print("left");
     other.join();
 
-    EXPECT_EQ(Recorded(), m_Sink.str());
-    std::istringstream lines(m_Sink.str());
+    EXPECT_EQ(Recorded(), m_sink.str());
+    std::istringstream lines(m_sink.str());
     std::map<std::string, int> next;
     std::string who;
     int number = 0;
