@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FarSide.h"
-#include "Peer.h"
+#include "DaemonClient.h"
 
 #include <gio/gio.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FarSide.h"
-#include "Peer.h"
+#include "DaemonClient.h"
 
 #include <systemd/sd-bus.h>
 

@@ -1,7 +1,6 @@
 # Parsing GoogleTest is half of what compiling a test takes, and there are many; the daemon's files are alike with
 # JSON. Parsed once for programs and once for libraries (which are compiled another way), it is a minute of a build.
 
-target_precompile_headers(norvex_daemon PRIVATE <nlohmann/json.hpp> <functional> <map> <string> <vector>)
 
 if(NOT ZARN_TESTS)
     return()

@@ -4,13 +4,13 @@
 
 #include <norvex/core/MessageBuffer.h>
 
-#include "Peer.h"
+#include "DaemonClient.h"
 
 namespace {
 
 struct ConnectionState {
     bool makesCalls = false;
-    std::shared_ptr<Peer> peer; // found at the first call
+    std::shared_ptr<DaemonClient> client; // found at the first call
 };
 
 } // namespace
@@ -31,10 +31,10 @@ bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::
     reply.Clear();
     if (!state.makesCalls)
         return false;
-    if (state.peer == nullptr)
-        state.peer = Peer::Find();
+    if (state.client == nullptr)
+        state.client = DaemonClient::Find();
     const Failure failure =
-        state.peer->Call({interfaceName, method, methodId}, nullptr, arguments, reply);
-    state.peer->Report(failure, interfaceName, method);
+        state.client->Call({interfaceName, method, methodId}, nullptr, arguments, reply);
+    state.client->Report(failure, interfaceName, method);
     return failure == Failure::None;
 }

@@ -5,7 +5,7 @@
 #include <norvex/core/MessageBuffer.h>
 
 SessionConnection::SessionConnection(std::string interfaceName, int profile, int screen)
-    : NorvexAPIConnection({}, {}, true), m_peer(Peer::Find()) {
+    : NorvexAPIConnection({}, {}, true), m_daemon(DaemonClient::Find()) {
     m_key.interfaceName = std::move(interfaceName);
     m_key.profile = profile;
     m_key.screen = screen;
@@ -17,12 +17,12 @@ SessionConnection::~SessionConnection() {
 
 void SessionConnection::Close() {
     if (m_key.generation != 0)
-        m_peer->Close(m_key);
+        m_daemon->Close(m_key);
 }
 
 Failure SessionConnection::Open() {
     const Failure failure = OpenQuietly();
-    m_peer->Report(failure, m_key.interfaceName, "Open");
+    m_daemon->Report(failure, m_key.interfaceName, "Open");
     return failure;
 }
 
@@ -31,7 +31,7 @@ bool SessionConnection::Exchange(const std::string& interfaceName, const std::st
                                  TCMessageBuffer& reply) {
     reply.Clear();
     const Failure failure =
-        m_peer->Call({interfaceName, method, methodId}, &m_key, arguments, reply);
-    m_peer->Report(failure, interfaceName, method);
+        m_daemon->Call({interfaceName, method, methodId}, &m_key, arguments, reply);
+    m_daemon->Report(failure, interfaceName, method);
     return failure == Failure::None;
 }

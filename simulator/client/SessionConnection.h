@@ -5,7 +5,7 @@
 
 #include <norvex/client/NorvexAPIConnection.h>
 
-#include "Peer.h"
+#include "DaemonClient.h"
 
 // The connection of one session: adds the session to each call. The session is opened when it is
 // first needed, and again under every run of the daemon that does not know it, so that an object of
@@ -20,21 +20,21 @@ public:
     // opened later.
     Failure Open();
     // The same without a line in the log, for who tries again and again.
-    Failure OpenQuietly() { return m_peer->Open(m_key); }
+    Failure OpenQuietly() { return m_daemon->Open(m_key); }
     // Ends the session; the next call opens another.
     void Close();
     int GetStatus() const { return m_key.status; }
-    // The daemon's number of the session, and under which generation it was given; see Peer.
+    // The daemon's number of the session, and under which generation it was given; see DaemonClient.
     std::uint32_t GetSession() const { return m_key.id; }
     std::uint64_t GetGeneration() const { return m_key.generation; }
 
     std::string& GetInterfaceName() { return m_key.interfaceName; }
-    const std::shared_ptr<Peer>& GetPeer() const { return m_peer; }
+    const std::shared_ptr<DaemonClient>& GetDaemon() const { return m_daemon; }
 
     bool Exchange(const std::string& interfaceName, const std::string& method, short methodId,
                   bool flag, const TCMessageBuffer& arguments, TCMessageBuffer& reply) override;
 
 private:
-    std::shared_ptr<Peer> m_peer;
+    std::shared_ptr<DaemonClient> m_daemon;
     SessionKey m_key;
 };

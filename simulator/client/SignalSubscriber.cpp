@@ -60,7 +60,7 @@ ISignalSubscriber::~ISignalSubscriber() = default;
 SignalSubscriber::SignalSubscriber(NorvexSignalCallbackFunction callback, unsigned number)
     : m_callback(callback), m_number(number),
       m_session(std::make_unique<SessionConnection>("com.holvi.ISignalSubscriber", 0, 0)),
-      m_peer(m_session->GetPeer()) {}
+      m_daemon(m_session->GetDaemon()) {}
 
 SignalSubscriber::~SignalSubscriber() = default;
 
@@ -89,7 +89,7 @@ void SignalSubscriber::End() {
         const std::lock_guard lock(m_deliveryMutex);
         m_timer.Reset();
         m_watch.Reset();
-        m_channel.reset();
+        m_connection.reset();
     }
     m_session.reset();
 }
@@ -153,11 +153,11 @@ bool SignalSubscriber::CatchUp() {
     if (m_session->GetGeneration() == m_watchedUnder && IsWatching())
         return true;
     Failure failure = Failure::None;
-    std::unique_ptr<Channel> channel = m_peer->OpenSignals(m_session->GetSession(), failure);
-    if (channel == nullptr || channel->generation != m_session->GetGeneration())
+    std::unique_ptr<DaemonConnection> connection = m_daemon->OpenSignals(m_session->GetSession(), failure);
+    if (connection == nullptr || connection->generation != m_session->GetGeneration())
         return false;
-    m_watchedUnder = channel->generation;
-    Watch(std::move(channel));
+    m_watchedUnder = connection->generation;
+    Watch(std::move(connection));
     return true;
 }
 
@@ -173,15 +173,15 @@ bool SignalSubscriber::Resubscribe() {
 
 bool SignalSubscriber::IsWatching() {
     const std::lock_guard lock(m_deliveryMutex);
-    return m_channel != nullptr;
+    return m_connection != nullptr;
 }
 
-void SignalSubscriber::Watch(std::unique_ptr<Channel> channel) {
+void SignalSubscriber::Watch(std::unique_ptr<DaemonConnection> connection) {
     const std::lock_guard lock(m_deliveryMutex);
     m_watch.Reset();
-    m_channel = std::move(channel);
+    m_connection = std::move(connection);
     GSource* source = g_unix_fd_source_new(
-        m_channel->GetDescriptor(), static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
+        m_connection->GetDescriptor(), static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
     g_source_set_callback(source, G_SOURCE_FUNC(OnReadable), GUINT_TO_POINTER(m_number), nullptr);
     m_watch = ContextSource(source);
 }
@@ -212,20 +212,20 @@ bool SignalSubscriber::Restore() {
 bool SignalSubscriber::Deliver() {
     std::unique_lock lock(m_deliveryMutex);
     for (int count = 0; count < kSignalsInARow; ++count) {
-        if (m_hasEnded || m_channel == nullptr || !m_watch.IsCurrent())
+        if (m_hasEnded || m_connection == nullptr || !m_watch.IsCurrent())
             return false;
         wire::Message message;
-        const Failure failure = m_channel->TakePushed(message);
-        if (failure == Failure::Mute)
+        const Failure failure = m_connection->TakePushed(message);
+        if (failure == Failure::Unresponsive)
             return true;
         Arrived signal;
         if (failure != Failure::None) {
             m_watch.Reset();
-            m_channel.reset();
+            m_connection.reset();
             lock.unlock();
             // Where this connection ended the idle ones did so, too: nobody shall take what they
             // knew of the daemon for its present state.
-            m_peer->DropIdle();
+            m_daemon->DropIdle();
             StartTimer();
             return false;
         }

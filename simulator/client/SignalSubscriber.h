@@ -10,7 +10,7 @@
 
 #include <norvex/client/SignalSubscriber.h>
 
-#include "Channel.h"
+#include "DaemonConnection.h"
 #include "ContextSource.h"
 #include "SessionConnection.h"
 
@@ -54,7 +54,7 @@ private:
     bool CatchUp();
     bool Resubscribe();
     bool IsWatching();
-    void Watch(std::unique_ptr<Channel> channel);
+    void Watch(std::unique_ptr<DaemonConnection> connection);
     void StartTimer();
 
     const NorvexSignalCallbackFunction m_callback;
@@ -64,10 +64,10 @@ private:
     // Held during calls to the daemon, so never while the callback runs.
     std::mutex m_callMutex;
     std::unique_ptr<SessionConnection> m_session;
-    const std::shared_ptr<Peer> m_peer;
+    const std::shared_ptr<DaemonClient> m_daemon;
     // One each time that it was subscribed, oldest first.
     std::vector<Subscription> m_subscriptions;
-    // The session's generation (see Peer) for which they stand in the daemon, and for which the
+    // The session's generation (see DaemonClient) for which they stand in the daemon, and for which the
     // signals' connection was opened.
     std::uint64_t m_subscribedUnder = 0;
     std::uint64_t m_watchedUnder = 0;
@@ -75,7 +75,7 @@ private:
     // Guards what follows; taken inside of m_callMutex where both are needed, held briefly.
     std::mutex m_deliveryMutex;
     std::condition_variable m_delivered;
-    std::unique_ptr<Channel> m_channel;
+    std::unique_ptr<DaemonConnection> m_connection;
     ContextSource m_watch;
     ContextSource m_timer;
     std::thread::id m_deliveringThread; // none: no call of the callback is under way

@@ -44,20 +44,20 @@ bool EntryForm::TreeToClass(TCTreeBranch& branch) {
     return formatter.FillOut();
 }
 
-template <class Form> bool FormList<Form>::ClassToTree(TCTreeBranch& branch) {
+template <class ArgumentType> bool FormList<ArgumentType>::ClassToTree(TCTreeBranch& branch) {
     TCMarshalableNodeCreator creator;
-    for (Form& element : elements) {
+    for (ArgumentType& element : elements) {
         if (!branch.AppendChild(creator.CreateNode(&element, sizeof element, -1, 1)))
             return false;
     }
     return true;
 }
 
-template <class Form> bool FormList<Form>::TreeToClass(TCTreeBranch& branch) {
+template <class ArgumentType> bool FormList<ArgumentType>::TreeToClass(TCTreeBranch& branch) {
     TCMarshalableNodeCreator creator;
     elements.clear();
     for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr; node = branch.GetNextChild()) {
-        Form& element = elements.emplace_back();
+        ArgumentType& element = elements.emplace_back();
         if (!creator.FillElement(&element, sizeof element, sizeof element, node))
             return false;
     }

@@ -38,11 +38,11 @@ public:
 };
 
 // A list of either, one child an element.
-template <class Form> class FormList final : public TCMarshalable {
+template <class ArgumentType> class FormList final : public TCMarshalable {
 public:
     bool ClassToTree(TCTreeBranch& branch) override;
     bool TreeToClass(TCTreeBranch& branch) override;
     int GetMarshalableStorageType() override { return 1; }
 
-    std::vector<Form> elements;
+    std::vector<ArgumentType> elements;
 };

@@ -1,6 +1,6 @@
 #include <norvex/core/Assert.h>
 
-#include <devicelog/DeviceLog.h>
+#include <base/DeviceLog.h>
 
 void _TCApiAssert(const char* expression, const char* file, int line, const char* message) {
     const auto text = [](const char* given) { return given != nullptr ? given : ""; };

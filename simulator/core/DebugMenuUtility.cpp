@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <dlfcn.h>
 
-#include <devicelog/DeviceLog.h>
+#include <base/DeviceLog.h>
 
 bool TCDebugMenuUtility::IsNumber(const std::string& text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char character) {

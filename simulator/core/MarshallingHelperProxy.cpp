@@ -2,7 +2,7 @@
 
 #include <norvex/client/NorvexAPIConnection.h>
 
-#include <devicelog/DeviceLog.h>
+#include <base/DeviceLog.h>
 
 #include "ArgumentList.h"
 

@@ -3,7 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include <devicelog/DeviceLog.h>
+#include <base/DeviceLog.h>
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the device's declaration.
 void TCApiPrintMessage(const char* format, ...) {

@@ -5,7 +5,7 @@
 #include <system_error>
 #include <unistd.h>
 
-#include <devicelog/DeviceLog.h>
+#include <base/DeviceLog.h>
 
 namespace {
 

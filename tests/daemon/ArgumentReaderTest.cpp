@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "MenuItemForm.h"
+#include "MenuItemType.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "Database.h"
 #include "DebugDialogue.h"
 #include "DebugSwitches.h"
-#include "Settings.h"
+#include "NumberStore.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ bool Holds(const std::string& text, const std::string& part) {
 
 class DebugMenuTest : public testing::Test {
 protected:
-    DebugMenuTest() { EXPECT_TRUE(m_database.Open("") && m_settings.Prepare()); }
+    DebugMenuTest() { EXPECT_TRUE(m_database.Open("") && m_numbers.Prepare()); }
     std::string Type(const std::string& word) {
         std::string screen;
         EXPECT_TRUE(m_dialogue.Execute(word, screen)) << word;
@@ -26,8 +26,8 @@ protected:
     }
 
     sim::Database m_database;
-    sim::Settings m_settings{m_database};
-    sim::DebugSwitches m_switches{m_settings, 0};
+    sim::NumberStore m_numbers{m_database};
+    sim::DebugSwitches m_switches{m_numbers, 0};
     sim::DebugDialogue m_dialogue{m_switches};
 };
 
@@ -157,10 +157,10 @@ protected:
     }
     struct Run {
         explicit Run(const std::string& path) {
-            EXPECT_TRUE(database.Open(path) && settings.Prepare()) << database.GetError();
+            EXPECT_TRUE(database.Open(path) && numbers.Prepare()) << database.GetError();
         }
         sim::Database database;
-        sim::Settings settings{database};
+        sim::NumberStore numbers{database};
     };
 
     std::string m_path;
@@ -169,7 +169,7 @@ protected:
 TEST_F(DebugSwitchesKeptTest, SwitchesAreFoundAgain) {
     {
         Run run(m_path);
-        sim::DebugSwitches switches(run.settings, 0);
+        sim::DebugSwitches switches(run.numbers, 0);
         EXPECT_TRUE(switches.SetItem(*switches.FindItem(103), true));
         EXPECT_TRUE(switches.SetItems({{101, true}, {116, true}}));
         EXPECT_TRUE(switches.SetItem(*switches.FindItem(101), false));
@@ -177,7 +177,7 @@ TEST_F(DebugSwitchesKeptTest, SwitchesAreFoundAgain) {
         EXPECT_TRUE(switches.SetMode(*switches.FindMode(2), true));
     }
     Run run(m_path);
-    sim::DebugSwitches switches(run.settings, 0);
+    sim::DebugSwitches switches(run.numbers, 0);
     EXPECT_EQ(switches.CountOn(), 2);
     EXPECT_TRUE(switches.FindItem(103)->on);
     EXPECT_TRUE(switches.FindItem(116)->on);
@@ -185,14 +185,14 @@ TEST_F(DebugSwitchesKeptTest, SwitchesAreFoundAgain) {
     EXPECT_TRUE(switches.FindMode(2)->on);
     EXPECT_FALSE(switches.FindMode(1)->on);
     switches.Reset();
-    sim::DebugSwitches again(run.settings, 0);
+    sim::DebugSwitches again(run.numbers, 0);
     EXPECT_EQ(again.CountOn(), 0);
     EXPECT_FALSE(again.IsQoSOn());
 }
 
 TEST_F(DebugSwitchesKeptTest, WhatIsNotKeptDoesNotHappen) {
     Run run(m_path);
-    sim::DebugSwitches switches(run.settings, 0);
+    sim::DebugSwitches switches(run.numbers, 0);
     ASSERT_TRUE(run.database.Execute("PRAGMA query_only = ON"));
     EXPECT_FALSE(switches.SetItem(*switches.FindItem(103), true));
     EXPECT_FALSE(switches.SetItems({{101, true}}));

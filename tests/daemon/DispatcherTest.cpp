@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <wire/Packet.h>
 
-#include "Chassis.h"
+#include "Context.h"
 #include "DebugPrintControl.h"
 #include "SessionInterface.h"
 
@@ -40,23 +40,23 @@ private:
     }
 };
 
-// A chassis whose calls come in over one connection.
+// A context whose calls come in over one connection.
 class DispatcherTest : public testing::Test, private sim::Connection::Owner {
 protected:
     DispatcherTest() {
-        EXPECT_TRUE(m_database.Open("") && m_chassis.settings.Prepare());
+        EXPECT_TRUE(m_database.Open("") && m_context.numbers.Prepare());
         m_log.SetSink([this](auto, std::string_view line) { m_lines.emplace_back(line); });
-        m_chassis.Mount<sim::SessionInterface>(m_chassis);
-        m_chassis.Mount<sim::DebugPrintControl>(m_chassis, 0u);
-        m_fake = &m_chassis.Mount<FakeInterface>();
+        m_context.Register<sim::SessionInterface>(m_context.dispatcher, m_context.sessions, m_context.log);
+        m_context.Register<sim::DebugPrintControl>(m_context, 0u);
+        m_fake = &m_context.Register<FakeInterface>();
         int ends[2];
         EXPECT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK, 0, ends), 0);
         m_client = ends[1];
         Connection::Owner& owner = *this;
         m_connection = std::make_unique<sim::Connection>(ends[0], 1u, owner);
-        m_connection->client = &m_chassis.clients.Connected(sim::Token{1});
+        m_connection->client = &m_context.clients.Connected(sim::Token{1});
         std::int32_t status = 0;
-        m_session = m_chassis.sessions.Open(*m_fake, 1, 0, *m_connection->client, status)->id;
+        m_session = m_context.sessions.Open(*m_fake, 1, 0, *m_connection->client, status)->id;
     }
     ~DispatcherTest() override { close(m_client); }
     using Connection = sim::Connection;
@@ -88,7 +88,7 @@ protected:
         message.interfaceName = interface;
         message.method = method;
         message.tree = m_tree.GetData();
-        m_chassis.dispatcher.Handle(*m_connection, message);
+        m_context.dispatcher.Handle(*m_connection, message);
     }
     // "1" for a reply with that status, "empty" for one without a tree, "" when there is none.
     std::string TakeReply() {
@@ -111,8 +111,8 @@ protected:
         return std::to_string(status);
     }
     void Inject(Injection::Kind kind, std::int32_t number, unsigned calls) {
-        for (const sim::Method* method : m_chassis.dispatcher.FindMethods("IFake.Set"))
-            m_chassis.injections.Add(*method, {kind, number}, calls);
+        for (const sim::Method* method : m_context.dispatcher.FindMethods("IFake.Set"))
+            m_context.injections.Add(*method, {kind, number}, calls);
     }
     bool Logged(const std::string& text) const {
         for (const std::string& line : m_lines) {
@@ -124,7 +124,7 @@ protected:
 
     sim::Database m_database;
     sim::Log m_log;
-    sim::Chassis m_chassis{m_database, m_log};
+    sim::Context m_context{m_database, m_log};
     FakeInterface* m_fake = nullptr;
     std::uint32_t m_session = 0;
     std::vector<std::string> m_lines;
@@ -135,7 +135,7 @@ private:
     void MessageArrived(sim::Connection&, const wire::Message&) override {}
     void ConnectionEnded(sim::Connection& connection, const std::string& why) override {
         m_ended = why;
-        m_chassis.dispatcher.Forget(connection);
+        m_context.dispatcher.Forget(connection);
     }
 
     int m_client = -1;
@@ -147,9 +147,9 @@ TEST_F(DispatcherTest, ACallReachesItsOperation) {
     Call(7);
     CallWord("word");
     EXPECT_EQ(m_fake->done, (std::vector<std::string>{"7", "word"}));
-    EXPECT_EQ(m_chassis.journal.GetEnd(), 2u);
-    EXPECT_EQ(m_chassis.journal.Describe(1)["arguments"][1]["value"], "word");
-    EXPECT_EQ(m_chassis.journal.Describe(1)["results"][0]["value"], 1);
+    EXPECT_EQ(m_context.journal.GetEnd(), 2u);
+    EXPECT_EQ(m_context.journal.Describe(1)["arguments"][1]["value"], "word");
+    EXPECT_EQ(m_context.journal.Describe(1)["results"][0]["value"], 1);
 }
 
 TEST_F(DispatcherTest, NumberAndNameBelongTogether) {
@@ -163,7 +163,7 @@ TEST_F(DispatcherTest, NumberAndNameBelongTogether) {
     EXPECT_EQ(TakeReply(), "empty");
     EXPECT_TRUE(m_fake->done.empty());
     EXPECT_TRUE(Logged("com.holvi.INone.Set (0): unknown operation"));
-    EXPECT_EQ(m_chassis.journal.Describe(4)["fault"], "unknown operation");
+    EXPECT_EQ(m_context.journal.Describe(4)["fault"], "unknown operation");
 }
 
 TEST_F(DispatcherTest, ArgumentsThatMakeNoSenseAreRefused) {
@@ -176,7 +176,7 @@ TEST_F(DispatcherTest, ArgumentsThatMakeNoSenseAreRefused) {
 TEST_F(DispatcherTest, OnlySessionsOfTheClientAndTheInterfaceCount) {
     std::int32_t status = 0;
     const std::uint32_t foreign =
-        m_chassis.sessions.Open(*m_fake, 1, 0, m_chassis.clients.Connected(sim::Token{2}), status)
+        m_context.sessions.Open(*m_fake, 1, 0, m_context.clients.Connected(sim::Token{2}), status)
             ->id;
     for (const std::uint32_t session : {0u, foreign, 77u}) {
         Call(7, session);
@@ -206,8 +206,8 @@ TEST_F(DispatcherTest, AnOrderedResultTakesTheOperationsPlaceForSoManyCalls) {
     CallWord("word");
     EXPECT_EQ(TakeReply(), "-7");
     EXPECT_EQ(m_fake->done, std::vector<std::string>{"3"});
-    EXPECT_EQ(m_chassis.journal.Describe(0)["injected"], "result");
-    EXPECT_FALSE(m_chassis.journal.Describe(2).contains("injected"));
+    EXPECT_EQ(m_context.journal.Describe(0)["injected"], "result");
+    EXPECT_FALSE(m_context.journal.Describe(2).contains("injected"));
 }
 
 TEST_F(DispatcherTest, OrdersAreUsedUpInTurn) {
@@ -262,19 +262,19 @@ TEST_F(DispatcherTest, ResetForgetsOrdersCountsAndCalls) {
     Inject(Injection::Kind::Result, -7, 5);
     Call(1);
     TakeReply();
-    m_chassis.Reset();
+    m_context.Reset();
     Call(2);
     EXPECT_EQ(TakeReply(), "1");
-    EXPECT_EQ(m_chassis.journal.Describe(m_chassis.journal.GetBegin())["sequence"], 2);
-    EXPECT_EQ(m_chassis.dispatcher.FindMethods("com.holvi.IFake.Set").front()->calls, 1u);
+    EXPECT_EQ(m_context.journal.Describe(m_context.journal.GetBegin())["sequence"], 2);
+    EXPECT_EQ(m_context.dispatcher.FindMethods("com.holvi.IFake.Set").front()->calls, 1u);
 }
 
 TEST_F(DispatcherTest, OperationsAreFoundByWhatPeopleType) {
-    EXPECT_EQ(m_chassis.dispatcher.FindMethods("IFake.Set").size(), 2u);
-    EXPECT_EQ(m_chassis.dispatcher.FindMethods("com.holvi.IDebugPrintControl.Stop").front()->id, 2);
-    EXPECT_EQ(m_chassis.dispatcher.FindMethods("IDebugPrintControl.Check").front()->id, 3);
+    EXPECT_EQ(m_context.dispatcher.FindMethods("IFake.Set").size(), 2u);
+    EXPECT_EQ(m_context.dispatcher.FindMethods("com.holvi.IDebugPrintControl.Stop").front()->id, 2);
+    EXPECT_EQ(m_context.dispatcher.FindMethods("IDebugPrintControl.Check").front()->id, 3);
     for (const char* name : {"", "IFake", "IFake.", "Set", "IFake.set", "IFake.Set.Set"})
-        EXPECT_TRUE(m_chassis.dispatcher.FindMethods(name).empty()) << name;
+        EXPECT_TRUE(m_context.dispatcher.FindMethods(name).empty()) << name;
 }
 
 } // namespace

@@ -10,7 +10,7 @@
 
 #include <norvex/device/PathResolver.h>
 
-#include "LogFile.h"
+#include <base/LogFile.h>
 #include "LogWatch.h"
 
 namespace {

@@ -64,7 +64,7 @@ bool CheckAnswers(std::string_view text) {
 
 // What a request can change, without what goes on by itself.
 json DescribeState() {
-    json state = FuzzedTv::Get().GetChassis().DescribeState();
+    json state = FuzzedTv::Get().GetContext().DescribeState();
     state["daemon"].erase("sequence");
     state["daemon"].erase("signals");
     state["clock"].erase("now");
@@ -91,6 +91,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (refused)
         REQUIRE(DescribeState() == fresh);
     else
-        tv.GetChassis().Reset();
+        tv.GetContext().Reset();
     return 0;
 }

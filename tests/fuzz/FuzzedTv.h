@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Chassis.h"
+#include "Context.h"
 #include "ControlServer.h"
 #include "Server.h"
 
@@ -24,7 +24,7 @@ public:
     // A file of that name in its directory; "lineup" is there.
     std::string GetFile(const std::string& name) const { return m_directory + "/" + name; }
 
-    sim::Chassis& GetChassis() { return m_chassis; }
+    sim::Context& GetContext() { return m_context; }
 
 private:
     FuzzedTv();
@@ -32,7 +32,7 @@ private:
     std::string m_directory;
     sim::Database m_database;
     sim::Log m_log;
-    sim::Chassis m_chassis;
+    sim::Context m_context;
     sim::Server m_server;
     sim::ControlServer m_control;
 };

@@ -20,7 +20,7 @@ const std::string kSessions = "com.holvi.INorvexSession";
 
 std::vector<const sim::Method*> FindMethods() {
     std::vector<const sim::Method*> methods;
-    for (const sim::Interface* interface : FuzzedTv::Get().GetChassis().dispatcher.GetInterfaces())
+    for (const sim::Interface* interface : FuzzedTv::Get().GetContext().dispatcher.GetInterfaces())
         for (const auto& method : interface->GetMethods())
             methods.push_back(method.get());
     return methods;
@@ -70,9 +70,9 @@ public:
     }
     // The TV is as new, and this client has no sessions.
     void Reset() {
-        sim::Chassis& chassis = FuzzedTv::Get().GetChassis();
-        chassis.clients.ForEach([&](sim::Client& client) { chassis.sessions.CloseAll(client); });
-        chassis.Reset();
+        sim::Context& context = FuzzedTv::Get().GetContext();
+        context.clients.ForEach([&](sim::Client& client) { context.sessions.CloseAll(client); });
+        context.Reset();
         m_session = 0;
     }
 
@@ -128,7 +128,7 @@ void CheckReply(const sim::Method& method, const wire::Message& reply) {
 
 // What of the state a call may not change when it is refused, without what goes on by itself.
 nlohmann::json DescribeState() {
-    nlohmann::json state = FuzzedTv::Get().GetChassis().DescribeState();
+    nlohmann::json state = FuzzedTv::Get().GetContext().DescribeState();
     state["daemon"].erase("calls");
     state["daemon"].erase("sequence");
     state["clock"].erase("now");
@@ -140,7 +140,7 @@ nlohmann::json DescribeState() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::vector<const sim::Method*> methods = FindMethods();
     static Caller caller;
-    const sim::Journal& journal = FuzzedTv::Get().GetChassis().journal;
+    const sim::Journal& journal = FuzzedTv::Get().GetContext().journal;
     Input input(data, size);
     const sim::Method& method = *methods[input.Byte() % methods.size()];
     if (method.interface->GetCalls() == sim::Interface::Calls::ToSession)

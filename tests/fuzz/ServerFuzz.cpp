@@ -114,9 +114,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         REQUIRE(orderly.Take() == 1);
     }
     tv.Settle();
-    sim::Chassis& chassis = tv.GetChassis();
-    chassis.clients.ForEach([&](sim::Client& client) { chassis.sessions.CloseAll(client); });
-    if (chassis.journal.GetEnd() > 0)
-        chassis.Reset();
+    sim::Context& context = tv.GetContext();
+    context.clients.ForEach([&](sim::Client& client) { context.sessions.CloseAll(client); });
+    if (context.journal.GetEnd() > 0)
+        context.Reset();
     return 0;
 }

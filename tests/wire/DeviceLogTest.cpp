@@ -7,9 +7,9 @@
 #include <thread>
 #include <unistd.h>
 
-#include <devicelog/DeviceLog.h>
+#include <base/DeviceLog.h>
 
-#include "LogFile.h"
+#include <base/LogFile.h>
 #include "LogWatch.h"
 
 namespace {

@@ -6,8 +6,8 @@
 
 namespace sim {
 
-AVControl::AVControl(Chassis& chassis, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IAVControl", chassis, pipelines) {
+AVControl::AVControl(Context& context, Pipelines& pipelines)
+    : PipelineInterface("com.holvi.IAVControl", context, pipelines) {
     Add("RestartVideoDecoder", {Out("status", kInt)}, &AVControl::RestartVideoDecoder);
     Add("MuteVideo", {Out("status", kInt), In("value", kInt)}, &AVControl::MuteVideo);
     Add("MuteAudio", {Out("status", kInt), In("value", kInt)}, &AVControl::MuteAudio);

@@ -7,7 +7,7 @@ namespace sim {
 // com.holvi.IAVControl: sound and picture.
 class AVControl : public PipelineInterface {
 public:
-    AVControl(Chassis& chassis, Pipelines& pipelines);
+    AVControl(Context& context, Pipelines& pipelines);
 
 private:
     void RestartVideoDecoder(const Call& call, const ArgumentReader& in, ReplyWriter& out);

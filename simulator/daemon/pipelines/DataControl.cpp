@@ -4,8 +4,8 @@
 
 namespace sim {
 
-DataControl::DataControl(Chassis& chassis, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IDataControl", chassis, pipelines) {
+DataControl::DataControl(Context& context, Pipelines& pipelines)
+    : PipelineInterface("com.holvi.IDataControl", context, pipelines) {
     Add("CheckCaptionExist", {Out("status", kInt), Out("exists", kBool)},
         &DataControl::CheckCaptionExist);
 }

@@ -7,7 +7,7 @@ namespace sim {
 // com.holvi.IDataControl: data that comes with a service.
 class DataControl : public PipelineInterface {
 public:
-    DataControl(Chassis& chassis, Pipelines& pipelines);
+    DataControl(Context& context, Pipelines& pipelines);
 
 private:
     void CheckCaptionExist(const Call& call, const ArgumentReader& in, ReplyWriter& out);

@@ -13,7 +13,7 @@ struct Handle {
 
     auto operator<=>(const Handle&) const = default;
     // "1:0": profile and screen, as the state and the log name a pipeline.
-    std::string ToWord() const { return std::to_string(profile) + ":" + std::to_string(screen); }
+    std::string ToText() const { return std::to_string(profile) + ":" + std::to_string(screen); }
 };
 
 // The pipeline of the picture that everybody sees; there from the start.

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "Words.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -13,14 +13,14 @@ const std::array<const char*, 3> kAntennaWords{"air", "cable", "satellite"};
 
 } // namespace
 
-std::string ToAntennaWord(std::int32_t antenna) {
+std::string ToAntennaName(std::int32_t antenna) {
     if (antenna >= 0 && static_cast<std::size_t>(antenna) < kAntennaWords.size())
         return kAntennaWords[static_cast<std::size_t>(antenna)];
     return std::to_string(antenna);
 }
 
-std::string Transponder::ToWord() const {
-    std::string word = ToAntennaWord(antenna);
+std::string Transponder::ToText() const {
+    std::string word = ToAntennaName(antenna);
     if (frequency != 0)
         word += "/" + std::to_string(frequency);
     return word;

@@ -23,11 +23,11 @@ struct Transponder {
 
     auto operator<=>(const Transponder&) const = default;
     // "air/474000", or "air" for a frequency of 0.
-    std::string ToWord() const;
+    std::string ToText() const;
 };
 
 // The antenna's word ("air", "cable", "satellite"), or its number in digits.
-std::string ToAntennaWord(std::int32_t antenna);
+std::string ToAntennaName(std::int32_t antenna);
 // A transponder from its word. Nothing for what is none.
 std::optional<Transponder> ParseTransponder(const std::string& word);
 

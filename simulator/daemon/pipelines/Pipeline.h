@@ -83,7 +83,7 @@ struct PipelineState {
 };
 
 struct Pipeline : PipelineState {
-    explicit Pipeline(Handle itsHandle) : handle(itsHandle), word(itsHandle.ToWord()) {}
+    explicit Pipeline(Handle itsHandle) : handle(itsHandle), word(itsHandle.ToText()) {}
 
     const Handle handle;
     const std::string word; // of the handle, for log lines

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Chassis.h"
+#include "Context.h"
 #include "Interface.h"
 #include "Pipelines.h"
 
@@ -9,8 +9,8 @@ namespace sim {
 // An interface whose sessions each work on one pipeline, and hold it.
 class PipelineInterface : public Interface {
 public:
-    PipelineInterface(const char* name, Chassis& chassis, Pipelines& pipelines)
-        : Interface(name, Calls::ToSession), m_log(chassis.log), m_pipelines(pipelines) {}
+    PipelineInterface(const char* name, Context& context, Pipelines& pipelines)
+        : Interface(name, Calls::ToSession), m_log(context.log), m_pipelines(pipelines) {}
 
     std::int32_t OpenSession(Session& session) override;
     void CloseSession(Session& session) override;

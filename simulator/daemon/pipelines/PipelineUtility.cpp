@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "PipelineForms.h"
-#include "Printed.h"
+#include "PipelineTypes.h"
+#include <base/Printed.h>
 #include "Results.h"
 
 namespace sim {
@@ -31,7 +31,7 @@ void WritePipeline(wire::TreeWriter& tree, std::int16_t place, const Pipeline& p
 std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pending) {
     std::vector<std::string> entries;
     entries.push_back(Printed("source %d, antenna %s, service mode %d", pipeline.source,
-                              ToAntennaWord(pipeline.tvMode.antenna).c_str(),
+                              ToAntennaName(pipeline.tvMode.antenna).c_str(),
                               pipeline.tvMode.serviceMode));
     if (pipeline.service != INVALID_SERVICE_ID)
         entries.push_back(Printed("service 0x%" PRIx64 ", %s", pipeline.service,
@@ -48,8 +48,8 @@ std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pen
 
 } // namespace
 
-PipelineUtility::PipelineUtility(Chassis& chassis, Pipelines& pipelines, Preparation& preparation)
-    : PipelineInterface("com.holvi.IPipelineUtility", chassis, pipelines),
+PipelineUtility::PipelineUtility(Context& context, Pipelines& pipelines, Preparation& preparation)
+    : PipelineInterface("com.holvi.IPipelineUtility", context, pipelines),
       m_preparation(preparation) {
     Add("NotifyReceiverState",
         {Out("status", kInt), In("type", kInt), In("receiver", kText), In("state", kInt),

@@ -8,7 +8,7 @@ namespace sim {
 // com.holvi.IPipelineUtility: changes that wait for their receivers, and the pipelines' status.
 class PipelineUtility : public PipelineInterface {
 public:
-    PipelineUtility(Chassis& chassis, Pipelines& pipelines, Preparation& preparation);
+    PipelineUtility(Context& context, Pipelines& pipelines, Preparation& preparation);
 
 private:
     void NotifyReceiverState(const Call& call, const ArgumentReader& in, ReplyWriter& out);

@@ -10,12 +10,12 @@
 
 namespace sim {
 
-Pipelines::Pipelines(Chassis& chassis, LineUp& lineUp, Surroundings& surroundings,
+Pipelines::Pipelines(Context& context, LineUp& lineUp, Inputs& inputs,
                      Subscribers& subscribers)
-    : m_chassis(chassis), m_log(chassis.log), m_lineUp(lineUp), m_surroundings(surroundings),
+    : m_context(context), m_log(context.log), m_lineUp(lineUp), m_inputs(inputs),
       m_subscribers(subscribers), m_start(std::chrono::steady_clock::now()) {
     At(kMainPipeline);
-    m_surroundings.SetListener([this] { SurroundingsChanged(); });
+    m_inputs.SetListener([this] { SurroundingsChanged(); });
 }
 
 Pipeline& Pipelines::At(const Handle& handle) {
@@ -24,7 +24,7 @@ Pipeline& Pipelines::At(const Handle& handle) {
 
 bool Pipelines::Hold(const Handle& handle) {
     if (!m_pipelines.contains(handle) && m_pipelines.size() >= kMaxPipelines) {
-        m_log.Write(kOwnTag, "pipeline %s refused: there are %zu", handle.ToWord().c_str(),
+        m_log.Write(kOwnTag, "pipeline %s refused: there are %zu", handle.ToText().c_str(),
                     m_pipelines.size());
         return false;
     }
@@ -60,7 +60,7 @@ std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* opera
         m_log.Write("tvtunerinfosrc",
                     "pipeline %s: %s refused: service 0x%" PRIx64 " is of antenna %s, not %s",
                     pipeline.word.c_str(), operation, service,
-                    ToAntennaWord(facts->antenna).c_str(), ToAntennaWord(antenna).c_str());
+                    ToAntennaName(facts->antenna).c_str(), ToAntennaName(antenna).c_str());
         return kRefused;
     }
     return kDone;
@@ -73,7 +73,7 @@ void Pipelines::Perform(const Handle& handle, const Change& change) {
     if (change.tvMode && *change.tvMode != pipeline.tvMode) {
         pipeline.tvMode = *change.tvMode;
         m_log.Write("tvtunerinfosrc", "pipeline %s: antenna %s, service mode %d",
-                    pipeline.word.c_str(), ToAntennaWord(pipeline.tvMode.antenna).c_str(),
+                    pipeline.word.c_str(), ToAntennaName(pipeline.tvMode.antenna).c_str(),
                     pipeline.tvMode.serviceMode);
     }
     if (change.source)
@@ -120,15 +120,15 @@ void Pipelines::MoveTuner(Pipeline& pipeline, const Transponder& transponder) {
         return;
     pipeline.tuner = transponder;
     m_log.Write("tvtunerinfosrc", "pipeline %s: tuner at %s", pipeline.word.c_str(),
-                transponder.ToWord().c_str());
+                transponder.ToText().c_str());
 }
 
 bool Pipelines::HasSignal(const Pipeline& pipeline) const {
-    return m_surroundings.HasSignal(pipeline.tuner);
+    return m_inputs.HasSignal(pipeline.tuner);
 }
 
 bool Pipelines::HasCaptions(const Pipeline& pipeline) const {
-    return m_surroundings.HasCaptions(pipeline.receiving && pipeline.facts.captions);
+    return m_inputs.HasCaptions(pipeline.receiving && pipeline.facts.captions);
 }
 
 void Pipelines::ResetMainPicture(const Handle& handle) {
@@ -147,7 +147,7 @@ void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {
 void Pipelines::UpdateReception(Pipeline& pipeline) {
     const Transponder itsOwn{pipeline.tvMode.antenna, pipeline.facts.frequency};
     const bool receives = pipeline.source == SOURCE_TV && pipeline.service != INVALID_SERVICE_ID &&
-                          (pipeline.facts.streamed || m_surroundings.HasSignal(itsOwn));
+                          (pipeline.facts.streamed || m_inputs.HasSignal(itsOwn));
     if (receives != pipeline.receiving) {
         pipeline.receiving = receives;
         m_log.Write("tvdemuxer", "pipeline %s: service information %s", pipeline.word.c_str(),
@@ -179,7 +179,7 @@ void Pipelines::SurroundingsChanged() {
     for (auto& [handle, pipeline] : m_pipelines) {
         UpdateReception(pipeline);
         const std::size_t ended = std::erase_if(pipeline.hdmiAnalysis, [&](std::int32_t source) {
-            return !m_surroundings.IsPlugged(source);
+            return !m_inputs.IsPlugged(source);
         });
         if (ended > 0)
             m_log.Write("extvideosrc", "pipeline %s: analysis ended with its input",

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <map>
 
-#include "Chassis.h"
-#include "Part.h"
+#include "Context.h"
+#include "Component.h"
 #include "Pipeline.h"
 #include "Subscribers.h"
-#include "Surroundings.h"
+#include "Inputs.h"
 
 namespace sim {
 
@@ -16,11 +16,11 @@ namespace sim {
 //
 // A pipeline is there while someone has a session with it, and as long as it differs from a new
 // one; the main one always.
-class Pipelines : public Part {
+class Pipelines : public Component {
 public:
     static constexpr std::size_t kMaxPipelines = 1024;
 
-    Pipelines(Chassis& chassis, LineUp& lineUp, Surroundings& surroundings,
+    Pipelines(Context& context, LineUp& lineUp, Inputs& inputs,
               Subscribers& subscribers);
 
     // The pipeline, made if need be. Stays valid while it has a session, and the main one's always.
@@ -66,10 +66,10 @@ private:
     void UpdateReception(Pipeline& pipeline);
     nlohmann::json Describe(const Pipeline& pipeline) const;
 
-    Chassis& m_chassis;
+    Context& m_context;
     Log& m_log;
     LineUp& m_lineUp;
-    Surroundings& m_surroundings;
+    Inputs& m_inputs;
     Subscribers& m_subscribers;
     std::chrono::steady_clock::time_point m_start;
     std::map<Handle, Pipeline> m_pipelines;

@@ -10,7 +10,7 @@ using nlohmann::json;
 namespace {
 
 json DescribeService(std::uint64_t service) {
-    return service == INVALID_SERVICE_ID ? json() : json(ToHexWord(service));
+    return service == INVALID_SERVICE_ID ? json() : json(ToHexText(service));
 }
 
 json DescribeTvMode(const TvMode& tvMode) {
@@ -63,7 +63,7 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
         {"hdmiAnalysis", pipeline.hdmiAnalysis},
         {"decoderRestarts", pipeline.decoderRestarts},
         {"preSetSource", {{"next", pipeline.preparedNext}, {"last", pipeline.preparedLast}}},
-        {"tuner", {{"at", pipeline.tuner.ToWord()}, {"signal", HasSignal(pipeline)}}},
+        {"tuner", {{"at", pipeline.tuner.ToText()}, {"signal", HasSignal(pipeline)}}},
         {"receiving", pipeline.receiving},
         {"captions", pipeline.captions},
         {"events", DescribeEvents(pipeline)},

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Results.h"
-#include "Words.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -21,7 +21,7 @@ constexpr std::uint32_t kMaxLimit = 24 * 3600 * 1000;
 // `state` of a receiver that is ready.
 constexpr std::int32_t kReady = 1;
 
-const char* ToWord(EStateChangeType type) {
+const char* ToText(EStateChangeType type) {
     return type == STATE_CHANGE_SERVICE ? "service" : "source";
 }
 
@@ -31,9 +31,9 @@ bool IsKind(EStateChangeType type) {
 
 } // namespace
 
-Preparation::Preparation(Chassis& chassis, Pipelines& pipelines)
-    : m_chassis(chassis), m_pipelines(pipelines) {
-    chassis.settables.Add(
+Preparation::Preparation(Context& context, Pipelines& pipelines)
+    : m_context(context), m_pipelines(pipelines) {
+    context.settings.Add(
         "preparation-limit", "MILLISECONDS: how long a change of service or source is held at most",
         [this](const auto& words, auto&) {
             std::uint32_t limit = 0;
@@ -65,13 +65,13 @@ void Preparation::Request(const Handle& handle, const Change& change) {
         return m_pipelines.Perform(handle, change);
     Queue& queue = found->second;
     if (queue.pending)
-        m_chassis.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " is replaced",
-                            handle.ToWord().c_str(), queue.pending->sequence);
+        m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " is replaced",
+                            handle.ToText().c_str(), queue.pending->sequence);
     queue.pending = change;
     if (!IsHeld(queue, change))
         return Perform(handle, queue, "is made");
-    m_chassis.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " waits for its receivers",
-                        handle.ToWord().c_str(), change.sequence);
+    m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " waits for its receivers",
+                        handle.ToText().c_str(), change.sequence);
     queue.limit.Start(m_limit, [this, handle] { LimitPassed(handle); });
 }
 
@@ -88,16 +88,16 @@ void Preparation::Perform(const Handle& handle, Queue& queue, const char* why) {
         if (Concerns(change, key.type))
             receiver.state = 0;
     }
-    m_chassis.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " %s",
-                        handle.ToWord().c_str(), change.sequence, why);
+    m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " %s",
+                        handle.ToText().c_str(), change.sequence, why);
     m_pipelines.Perform(handle, change);
 }
 
 void Preparation::LimitPassed(const Handle& handle) {
-    m_chassis.log.SetSequence(m_chassis.journal.TakeSequence());
+    m_context.log.SetSequence(m_context.journal.TakeSequence());
     Perform(handle, m_queues.at(handle), "is made: the limit has passed");
-    m_chassis.log.SetSequence(0);
-    m_chassis.changes.Tell();
+    m_context.log.SetSequence(0);
+    m_context.changes.Tell();
 }
 
 bool Preparation::IsPending(const Handle& handle, EStateChangeType type) const {
@@ -112,8 +112,8 @@ const Change* Preparation::GetPending(const Handle& handle) const {
 
 std::int32_t Preparation::Refuse(const Handle& handle, const char* what, const std::string& name,
                                  std::int32_t result) const {
-    m_chassis.log.Write(kOwnTag, "pipeline %s: receiver \"%s\" refused: %s",
-                        handle.ToWord().c_str(), name.c_str(), what);
+    m_context.log.Write(kOwnTag, "pipeline %s: receiver \"%s\" refused: %s",
+                        handle.ToText().c_str(), name.c_str(), what);
     return result;
 }
 
@@ -130,8 +130,8 @@ std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type,
         return Refuse(handle, "too many receivers", name, kTooMany);
     // A second registration takes the option alone.
     queue.receivers[key].option = option;
-    m_chassis.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives changes of the %s",
-                        handle.ToWord().c_str(), name.c_str(), ToWord(type));
+    m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives changes of the %s",
+                        handle.ToText().c_str(), name.c_str(), ToText(type));
     return kDone;
 }
 
@@ -143,8 +143,8 @@ std::int32_t Preparation::Unregister(const Handle& handle, EStateChangeType type
     if (queue == m_queues.end() ||
         queue->second.receivers.erase({type, client.GetNumber(), name}) == 0)
         return Refuse(handle, "is not registered", name, kUnknown);
-    m_chassis.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives no changes of the %s now",
-                        handle.ToWord().c_str(), name.c_str(), ToWord(type));
+    m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives no changes of the %s now",
+                        handle.ToText().c_str(), name.c_str(), ToText(type));
     Check(handle, queue->second);
     if (queue->second.receivers.empty())
         m_queues.erase(queue);
@@ -164,9 +164,9 @@ std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type,
         return Refuse(handle, "is not registered", name, kUnknown);
     found->second.state = state;
     found->second.service = service;
-    m_chassis.log.Write("quarle-daemon",
+    m_context.log.Write("quarle-daemon",
                         "pipeline %s: \"%s\" is in state %d for a change of the %s, 0x%" PRIx64,
-                        handle.ToWord().c_str(), name.c_str(), state, ToWord(type), service);
+                        handle.ToText().c_str(), name.c_str(), state, ToText(type), service);
     Check(handle, queue->second);
     return kDone;
 }
@@ -183,12 +183,12 @@ void Preparation::ReleaseClient(Client& client) {
 json Preparation::Describe(const Queue& queue) {
     json receivers = json::array();
     for (const auto& [key, receiver] : queue.receivers) {
-        receivers.push_back({{"kind", ToWord(key.type)},
+        receivers.push_back({{"kind", ToText(key.type)},
                              {"name", key.name},
                              {"client", key.client},
                              {"option", receiver.option},
                              {"state", receiver.state},
-                             {"service", ToHexWord(receiver.service)}});
+                             {"service", ToHexText(receiver.service)}});
     }
     json described{{"receivers", receivers}, {"pending", nullptr}};
     if (!queue.pending)
@@ -199,7 +199,7 @@ json Preparation::Describe(const Queue& queue) {
     if (change.source)
         pending["source"] = *change.source;
     if (change.service)
-        pending["service"] = ToHexWord(*change.service);
+        pending["service"] = ToHexText(*change.service);
     if (change.tvMode)
         pending["tvMode"] = {{"antenna", change.tvMode->antenna},
                              {"serviceMode", change.tvMode->serviceMode}};
@@ -209,7 +209,7 @@ json Preparation::Describe(const Queue& queue) {
 json Preparation::DescribeState() const {
     json pipelines = json::object();
     for (const auto& [handle, queue] : m_queues)
-        pipelines[handle.ToWord()] = Describe(queue);
+        pipelines[handle.ToText()] = Describe(queue);
     return {{"limitMs", m_limit}, {"pipelines", pipelines}};
 }
 

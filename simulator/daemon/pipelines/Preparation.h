@@ -7,8 +7,8 @@
 
 #include <norvex/client/PipelineUtility.h>
 
-#include "Chassis.h"
-#include "Part.h"
+#include "Context.h"
+#include "Component.h"
 #include "Pipelines.h"
 
 namespace sim {
@@ -20,11 +20,11 @@ namespace sim {
 // Readiness may be told before the change is asked for, and is used up by it. A receiver is a name
 // that a client has registered for a kind: it stays until the client unregisters it or is gone,
 // whatever becomes of the sessions that it was registered through.
-class Preparation : public Part {
+class Preparation : public Component {
 public:
     static constexpr std::uint32_t kDefaultLimit = 10000; // milliseconds
 
-    Preparation(Chassis& chassis, Pipelines& pipelines);
+    Preparation(Context& context, Pipelines& pipelines);
 
     // Makes the change, at once or when everybody is ready. What it names has been checked.
     void Request(const Handle& handle, const Change& change);
@@ -77,7 +77,7 @@ private:
                         std::int32_t result) const;
     static nlohmann::json Describe(const Queue& queue);
 
-    Chassis& m_chassis;
+    Context& m_context;
     Pipelines& m_pipelines;
     std::uint32_t m_limit = kDefaultLimit;
     std::map<Handle, Queue> m_queues;

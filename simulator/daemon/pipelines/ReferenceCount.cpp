@@ -4,8 +4,8 @@
 
 namespace sim {
 
-ReferenceCount::ReferenceCount(Chassis& chassis, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IReferenceCount", chassis, pipelines) {
+ReferenceCount::ReferenceCount(Context& context, Pipelines& pipelines)
+    : PipelineInterface("com.holvi.IReferenceCount", context, pipelines) {
     Add("GetReferenceCount", {Out("status", kInt), Out("count", kInt)},
         &ReferenceCount::GetReferenceCount);
 }

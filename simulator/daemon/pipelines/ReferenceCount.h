@@ -7,7 +7,7 @@ namespace sim {
 // com.holvi.IReferenceCount: how many sessions hold a pipeline, the one that asks among them.
 class ReferenceCount : public PipelineInterface {
 public:
-    ReferenceCount(Chassis& chassis, Pipelines& pipelines);
+    ReferenceCount(Context& context, Pipelines& pipelines);
 
 private:
     void GetReferenceCount(const Call& call, const ArgumentReader& in, ReplyWriter& out);

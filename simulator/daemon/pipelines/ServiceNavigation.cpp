@@ -4,15 +4,15 @@
 #include <norvex/client/Source.h>
 #include <norvex/client/TvMode.h>
 
-#include "PipelineForms.h"
+#include "PipelineTypes.h"
 #include "Results.h"
-#include "ServiceForms.h"
+#include "ServiceTypes.h"
 
 namespace sim {
 
-ServiceNavigation::ServiceNavigation(Chassis& chassis, LineUp& lineUp, Pipelines& pipelines,
+ServiceNavigation::ServiceNavigation(Context& context, LineUp& lineUp, Pipelines& pipelines,
                                      Preparation& preparation)
-    : PipelineInterface("com.holvi.IServiceNavigation", chassis, pipelines), m_lineUp(lineUp),
+    : PipelineInterface("com.holvi.IServiceNavigation", context, pipelines), m_lineUp(lineUp),
       m_preparation(preparation) {
     Add("GetTvMode", {Out("status", kInt), Out("tvMode", kTvMode)}, &ServiceNavigation::GetTvMode);
     Add("GetServiceList",
@@ -173,7 +173,7 @@ void ServiceNavigation::GetLatest(const Call& call, const ArgumentReader& in,
     const auto latest = pipeline.latest.find(tvMode);
     if (latest == pipeline.latest.end() || latest->second.*kind == INVALID_SERVICE_ID) {
         m_log.Write("tvtunerinfosrc", "pipeline %s: nothing has been shown of antenna %s",
-                    pipeline.word.c_str(), ToAntennaWord(tvMode.antenna).c_str());
+                    pipeline.word.c_str(), ToAntennaName(tvMode.antenna).c_str());
         return out.Int(0, kUnknown);
     }
     out.Int(0, kDone);

@@ -10,7 +10,7 @@ namespace sim {
 // com.holvi.IServiceNavigation: what a pipeline is tuned to, and the way through the line-up.
 class ServiceNavigation : public PipelineInterface {
 public:
-    ServiceNavigation(Chassis& chassis, LineUp& lineUp, Pipelines& pipelines,
+    ServiceNavigation(Context& context, LineUp& lineUp, Pipelines& pipelines,
                       Preparation& preparation);
 
 private:

@@ -6,12 +6,12 @@
 #include <nlohmann/json.hpp>
 #include <norvex/client/Signal.h>
 
-#include "Chassis.h"
+#include "Context.h"
 #include "ControlConnection.h"
 #include "Handle.h"
-#include "PipelineParts.h"
+#include "PipelineComponents.h"
 #include "Subscribers.h"
-#include "Words.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -127,8 +127,8 @@ std::string Parse(const std::vector<std::string>& words, Order& order) {
 
 } // namespace
 
-void AddSignalCommand(Chassis& chassis, Subscribers& subscribers) {
-    chassis.commands.Add("signal", [&](const json& request, ControlConnection& asker) {
+void AddSignalCommand(Context& context, Subscribers& subscribers) {
+    context.commands.Add("signal", [&](const json& request, ControlConnection& asker) {
         Order order;
         const std::string error = Parse(request.at("words").get<std::vector<std::string>>(), order);
         if (!error.empty())
@@ -136,10 +136,10 @@ void AddSignalCommand(Chassis& chassis, Subscribers& subscribers) {
         std::size_t sent = 0;
         for (std::uint32_t signal = 0; signal < order.count; ++signal)
             sent += subscribers.SendToAll(order.signal);
-        chassis.log.SetSequence(chassis.journal.TakeSequence());
-        chassis.log.Write(kOwnTag, "signal %d sent by order: %zu", order.signal.type, sent);
-        chassis.log.SetSequence(0);
-        chassis.changes.Tell();
+        context.log.SetSequence(context.journal.TakeSequence());
+        context.log.Write(kOwnTag, "signal %d sent by order: %zu", order.signal.type, sent);
+        context.log.SetSequence(0);
+        context.changes.Tell();
         asker.Answer({{"sent", sent}});
     });
 }

@@ -14,10 +14,10 @@ constexpr std::size_t kMaxPrepared = 16;
 
 } // namespace
 
-SourceControl::SourceControl(Chassis& chassis, Pipelines& pipelines, Preparation& preparation,
-                             const Surroundings& surroundings)
-    : PipelineInterface("com.holvi.ISourceControl", chassis, pipelines), m_preparation(preparation),
-      m_surroundings(surroundings) {
+SourceControl::SourceControl(Context& context, Pipelines& pipelines, Preparation& preparation,
+                             const Inputs& inputs)
+    : PipelineInterface("com.holvi.ISourceControl", context, pipelines), m_preparation(preparation),
+      m_inputs(inputs) {
     Add("SetSource", {Out("status", kInt), In("source", kInt), In("text", kText)},
         &SourceControl::SetSource);
     Add("SetSource",
@@ -105,15 +105,15 @@ void SourceControl::PreSetSource(const Call& call, char which, ReplyWriter& out)
 std::int32_t SourceControl::CheckHdmi(const Pipeline& pipeline, const char* operation,
                                       std::int32_t source) {
     const char* why = nullptr;
-    if (!Surroundings::IsHdmi(source))
+    if (!Inputs::IsHdmi(source))
         why = "is no HDMI input";
-    else if (!m_surroundings.IsPlugged(source))
+    else if (!m_inputs.IsPlugged(source))
         why = "has nothing plugged in";
     if (why == nullptr)
         return kDone;
     m_log.Write("extvideosrc", "pipeline %s: %s refused: source %d %s", pipeline.word.c_str(),
                 operation, source, why);
-    return Surroundings::IsHdmi(source) ? kRefused : kBadArgument;
+    return Inputs::IsHdmi(source) ? kRefused : kBadArgument;
 }
 
 void SourceControl::StartHDMIAnalysis(const Call& call, const ArgumentReader& in,

@@ -2,15 +2,15 @@
 
 #include "PipelineInterface.h"
 #include "Preparation.h"
-#include "Surroundings.h"
+#include "Inputs.h"
 
 namespace sim {
 
 // com.holvi.ISourceControl: which input a pipeline shows.
 class SourceControl : public PipelineInterface {
 public:
-    SourceControl(Chassis& chassis, Pipelines& pipelines, Preparation& preparation,
-                  const Surroundings& surroundings);
+    SourceControl(Context& context, Pipelines& pipelines, Preparation& preparation,
+                  const Inputs& inputs);
 
 private:
     void SetSource(const Call& call, const ArgumentReader& in, ReplyWriter& out);
@@ -29,7 +29,7 @@ private:
     void SetPreview(Pipeline& pipeline, const Preview& preview);
 
     Preparation& m_preparation;
-    const Surroundings& m_surroundings;
+    const Inputs& m_inputs;
 };
 
 } // namespace sim

@@ -16,8 +16,8 @@ constexpr std::size_t kMaxTypes = 256; // that one session is subscribed to
 
 } // namespace
 
-Subscribers::Subscribers(Chassis& chassis)
-    : Interface("com.holvi.ISignalSubscriber", Calls::ToSession), m_chassis(chassis) {
+Subscribers::Subscribers(Context& context)
+    : Interface("com.holvi.ISignalSubscriber", Calls::ToSession), m_context(context) {
     Add("Subscribe",
         {Out("status", kInt), In("type", kInt), In("mode", kInt), In("filter", kInt),
          In("profile", kInt), In("screen", kInt)},
@@ -41,11 +41,11 @@ void Subscribers::Subscribe(const Call& call, const ArgumentReader& in, ReplyWri
     const std::int32_t type = in.Int(1);
     auto& counts = m_subscribers.at(call.session->id).counts;
     if (!counts.contains(type) && counts.size() >= kMaxTypes) {
-        m_chassis.log.Write(kOwnTag, "Subscribe refused: %zu types already", counts.size());
+        m_context.log.Write(kOwnTag, "Subscribe refused: %zu types already", counts.size());
         return out.Int(0, kTooMany);
     }
     const std::uint32_t count = ++counts[type];
-    m_chassis.log.Write(kOwnTag,
+    m_context.log.Write(kOwnTag,
                         "signal %d: session %" PRIu32 " subscribed %" PRIu32
                         " times (mode %d, filter %d, profile %d, screen %d)",
                         type, call.session->id, count, in.Int(2), in.Int(3), in.Int(4), in.Int(5));
@@ -57,13 +57,13 @@ void Subscribers::Unsubscribe(const Call& call, const ArgumentReader& in, ReplyW
     auto& counts = m_subscribers.at(call.session->id).counts;
     const auto found = counts.find(type);
     if (found == counts.end()) {
-        m_chassis.log.Write(kOwnTag, "Unsubscribe refused: not subscribed to signal %d", type);
+        m_context.log.Write(kOwnTag, "Unsubscribe refused: not subscribed to signal %d", type);
         return out.Int(0, kRefused);
     }
     const std::uint32_t left = --found->second;
     if (left == 0)
         counts.erase(found);
-    m_chassis.log.Write(kOwnTag,
+    m_context.log.Write(kOwnTag,
                         "signal %d: session %" PRIu32 " subscribed %" PRIu32
                         " times (filter %d, profile %d, screen %d)",
                         type, call.session->id, left, in.Int(2), in.Int(3), in.Int(4));
@@ -71,22 +71,22 @@ void Subscribers::Unsubscribe(const Call& call, const ArgumentReader& in, ReplyW
 }
 
 void Subscribers::Emit(std::int32_t type, const Handle& handle, std::uint64_t data) {
-    const std::uint64_t number = m_chassis.signals.TakeNumber();
+    const std::uint64_t number = m_context.signals.TakeNumber();
     const Signals::Signal signal{type, handle.profile, handle.screen, data};
     std::size_t sent = 0;
     for (const auto& [session, subscriber] : m_subscribers) {
         if (subscriber.counts.contains(type))
-            sent += m_chassis.signals.Send(session, signal, number);
+            sent += m_context.signals.Send(session, signal, number);
     }
-    m_chassis.log.Write(kOwnTag, "signal %d of pipeline %s to %zu", type, handle.ToWord().c_str(),
+    m_context.log.Write(kOwnTag, "signal %d of pipeline %s to %zu", type, handle.ToText().c_str(),
                         sent);
 }
 
 std::size_t Subscribers::SendToAll(const Signals::Signal& signal) {
-    const std::uint64_t number = m_chassis.signals.TakeNumber();
+    const std::uint64_t number = m_context.signals.TakeNumber();
     std::size_t sent = 0;
     for (const auto& [session, subscriber] : m_subscribers)
-        sent += m_chassis.signals.Send(session, signal, number);
+        sent += m_context.signals.Send(session, signal, number);
     return sent;
 }
 

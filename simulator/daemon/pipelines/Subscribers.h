@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <map>
 
-#include "Chassis.h"
+#include "Context.h"
 #include "Handle.h"
 #include "Interface.h"
-#include "Part.h"
+#include "Component.h"
 
 namespace sim {
 
@@ -14,9 +14,9 @@ namespace sim {
 // Subscriptions are counted for each session and signal type, and end with the session.
 //
 // This TV does not narrow a subscription: mode, filter, profile and screen only stand in the log.
-class Subscribers : public Interface, public Part {
+class Subscribers : public Interface, public Component {
 public:
-    explicit Subscribers(Chassis& chassis);
+    explicit Subscribers(Context& context);
 
     // A signal of the TV's own: goes to the sessions that have subscribed to its type.
     void Emit(std::int32_t type, const Handle& handle, std::uint64_t data);
@@ -40,7 +40,7 @@ private:
     void Subscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out);
     void Unsubscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out);
 
-    Chassis& m_chassis;
+    Context& m_context;
     std::map<std::uint32_t, Subscriber> m_subscribers; // by session
 };
 

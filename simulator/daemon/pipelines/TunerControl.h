@@ -7,7 +7,7 @@ namespace sim {
 // com.holvi.ITunerControl: a pipeline's tuner.
 class TunerControl : public PipelineInterface {
 public:
-    TunerControl(Chassis& chassis, Pipelines& pipelines);
+    TunerControl(Context& context, Pipelines& pipelines);
 
 private:
     void CheckTunerSignalState(const Call& call, const ArgumentReader& in, ReplyWriter& out);

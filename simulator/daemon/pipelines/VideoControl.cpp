@@ -1,12 +1,12 @@
 #include "VideoControl.h"
 
-#include "PipelineForms.h"
+#include "PipelineTypes.h"
 #include "Results.h"
 
 namespace sim {
 
-VideoControl::VideoControl(Chassis& chassis, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IVideoControl", chassis, pipelines) {
+VideoControl::VideoControl(Context& context, Pipelines& pipelines)
+    : PipelineInterface("com.holvi.IVideoControl", context, pipelines) {
     Add("SetCropVideo", {Out("status", kInt), In("first", kRect), In("second", kRect)},
         &VideoControl::SetCropVideo);
     // The window's id travels as a value that could come back, since clients hand it by pointer; it

@@ -7,7 +7,7 @@ namespace sim {
 // com.holvi.IVideoControl: where and what a picture shows.
 class VideoControl : public PipelineInterface {
 public:
-    VideoControl(Chassis& chassis, Pipelines& pipelines);
+    VideoControl(Context& context, Pipelines& pipelines);
 
 private:
     void SetCropVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out);

@@ -6,9 +6,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "PipelineForms.h"
+#include "PipelineTypes.h"
 #include "Results.h"
-#include "Words.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -39,8 +39,8 @@ std::vector<std::int32_t> ReadIds(const wire::Node& node) {
 
 } // namespace
 
-ZoomControl::ZoomControl(Chassis& chassis, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IZoomControl", chassis, pipelines) {
+ZoomControl::ZoomControl(Context& context, Pipelines& pipelines)
+    : PipelineInterface("com.holvi.IZoomControl", context, pipelines) {
     Add("CreateZoomWindow",
         {Out("status", kInt), Out("windowId", kInt), In("source", kRect), In("destination", kRect),
          In("main", kRect)},
@@ -65,7 +65,7 @@ ZoomControl::ZoomControl(Chassis& chassis, Pipelines& pipelines)
         &ZoomControl::GetZoomSharingType);
     Add("GetConnectedZoomWindows", {Out("status", kInt), Out("windowIds", kIntList)},
         &ZoomControl::GetConnectedZoomWindows);
-    chassis.settables.Add("zoom-limit", "NUMBER: how many zoom windows there can be, 0 to 64",
+    context.settings.Add("zoom-limit", "NUMBER: how many zoom windows there can be, 0 to 64",
                           [this](const auto& words, auto&) {
                               std::uint32_t limit = 0;
                               if (words.size() != 1 || !ParseNumber(words[0], limit) ||
@@ -81,7 +81,7 @@ ZoomControl::Window* ZoomControl::Find(const Call& call, const char* operation, 
     if (found != m_windows.end() && found->second.handle == HandleOf(call))
         return &found->second;
     m_log.Write("tvfpaparser", "%s refused: pipeline %s has no window %d", operation,
-                HandleOf(call).ToWord().c_str(), id);
+                HandleOf(call).ToText().c_str(), id);
     return nullptr;
 }
 
@@ -130,7 +130,7 @@ void ZoomControl::CreateZoomWindow(const Call& call, const ArgumentReader& in, R
     m_windows[id] = {HandleOf(call), call.client.GetNumber(), source, destination};
     PipelineOf(call).mainPicture = main;
     m_log.Write("tvfpaparser", "window %d of pipeline %s: %d,%d %dx%d", id,
-                HandleOf(call).ToWord().c_str(), destination.x, destination.y, destination.width,
+                HandleOf(call).ToText().c_str(), destination.x, destination.y, destination.width,
                 destination.height);
     out.Int(0, kDone);
     out.Int(1, id);
@@ -262,7 +262,7 @@ json ZoomControl::DescribeState() const {
     json windows = json::object();
     for (const auto& [id, window] : m_windows) {
         windows[std::to_string(id)] = {
-            {"pipeline", window.handle.ToWord()}, {"client", window.client},
+            {"pipeline", window.handle.ToText()}, {"client", window.client},
             {"source", window.source.Describe()}, {"destination", window.destination.Describe()},
             {"started", window.started},          {"muted", window.muted}};
     }

@@ -4,7 +4,7 @@
 #include <map>
 #include <vector>
 
-#include "Part.h"
+#include "Component.h"
 #include "PipelineInterface.h"
 #include "Rect.h"
 
@@ -14,11 +14,11 @@ namespace sim {
 //
 // A window belongs to the client that made it, which alone may change or delete it, and goes with
 // it; it outlives the session that it was made through. Everybody may ask about it.
-class ZoomControl : public PipelineInterface, public Part {
+class ZoomControl : public PipelineInterface, public Component {
 public:
     static constexpr std::uint32_t kDefaultLimit = 4; // windows of the TV
 
-    ZoomControl(Chassis& chassis, Pipelines& pipelines);
+    ZoomControl(Context& context, Pipelines& pipelines);
 
     const char* GetStateName() const override { return "zoom"; }
     nlohmann::json DescribeState() const override;

@@ -6,7 +6,7 @@
 #include <glib.h>
 #include <nlohmann/json.hpp>
 
-#include "Words.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -35,7 +35,7 @@ bool ParseTime(const std::string& word, std::int64_t& seconds) {
     return seconds >= 0;
 }
 
-std::string ToWord(std::int64_t seconds) {
+std::string ToText(std::int64_t seconds) {
     const Date date(g_date_time_new_from_unix_utc(seconds));
     if (date == nullptr)
         return std::to_string(seconds);
@@ -46,8 +46,8 @@ std::string ToWord(std::int64_t seconds) {
 
 } // namespace
 
-Clock::Clock(Chassis& chassis) : m_chassis(chassis) {
-    chassis.settables.Add("clock",
+Clock::Clock(Context& context) : m_context(context) {
+    context.settings.Add("clock",
                           "TIME|machine: the TV's time, as 2026-03-01T20:15:00Z or in seconds "
                           "since 1970; or the machine's again",
                           [this](const auto& words, auto& error) { return Set(words, error); });
@@ -67,12 +67,12 @@ bool Clock::Set(const std::vector<std::string>& words, std::string&) {
         m_offset = seconds - std::time(nullptr);
     else
         return false;
-    m_chassis.log.Write(kOwnTag, "it is %s", ToWord(Now()).c_str());
+    m_context.log.Write(kOwnTag, "it is %s", ToText(Now()).c_str());
     return true;
 }
 
 json Clock::DescribeState() const {
-    return {{"now", ToWord(Now())}, {"set", m_offset != 0}};
+    return {{"now", ToText(Now())}, {"set", m_offset != 0}};
 }
 
 } // namespace sim

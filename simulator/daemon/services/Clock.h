@@ -2,16 +2,16 @@
 
 #include <cstdint>
 
-#include "Chassis.h"
-#include "Part.h"
+#include "Context.h"
+#include "Component.h"
 
 namespace sim {
 
 // What time it is on the TV: the machine's time, or one that was set (`norvex-simctl set clock`)
 // and runs on from there.
-class Clock : public Part {
+class Clock : public Component {
 public:
-    explicit Clock(Chassis& chassis);
+    explicit Clock(Context& context);
 
     std::int64_t Now() const; // seconds since 1970
 
@@ -25,7 +25,7 @@ public:
 private:
     bool Set(const std::vector<std::string>& words, std::string& error);
 
-    Chassis& m_chassis;
+    Context& m_context;
     std::int64_t m_offset = 0; // seconds before the machine's time
 };
 

@@ -4,7 +4,7 @@
 
 #include "ControlConnection.h"
 #include "LineUpFile.h"
-#include "ServiceParts.h"
+#include "ServiceComponents.h"
 
 namespace sim {
 
@@ -14,15 +14,15 @@ namespace {
 
 // The file is named by a path of its own, since the asker's directory is another; errors name it
 // as the asker did.
-void Load(Chassis& chassis, ServiceLineUp& lineUp, const json& request, ControlConnection& asker) {
+void Load(Context& context, ServiceLineUp& lineUp, const json& request, ControlConnection& asker) {
     LineUpSource source{request.at("name").get<std::string>(), {}};
     std::string error;
-    chassis.log.SetSequence(chassis.journal.TakeSequence());
+    context.log.SetSequence(context.journal.TakeSequence());
     const bool loaded =
         ReadLineUpFile(request.at("path").get<std::string>(), source.name, source.text, error) &&
         lineUp.Load(source, error);
-    chassis.changes.Tell();
-    chassis.log.SetSequence(0);
+    context.changes.Tell();
+    context.log.SetSequence(0);
     if (loaded)
         asker.Answer(json::object());
     else
@@ -58,14 +58,14 @@ private:
 
 } // namespace
 
-void AddLineUpCommand(Chassis& chassis, ServiceLineUp& lineUp) {
-    chassis.commands.Add("lineup", [&](const json& request, ControlConnection& asker) {
+void AddLineUpCommand(Context& context, ServiceLineUp& lineUp) {
+    context.commands.Add("lineup", [&](const json& request, ControlConnection& asker) {
         const auto action = request.at("action").get<std::string>();
         if (action == "load")
-            return Load(chassis, lineUp, request, asker);
+            return Load(context, lineUp, request, asker);
         if (action != "show")
             return asker.Fail("expected the action load or show");
-        asker.SetSource([pieces = std::make_shared<Pieces>(chassis.database, lineUp)](
+        asker.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp)](
                             std::string& lines) { return pieces->Add(lines); });
     });
 }

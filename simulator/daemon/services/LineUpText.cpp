@@ -7,9 +7,9 @@
 #include <norvex/client/CriteriaHelper.h>
 #include <norvex/client/ServiceId.h>
 
-#include "LineUpWords.h"
-#include "Printed.h"
-#include "Words.h"
+#include "LineUpTokens.h"
+#include <base/Printed.h>
+#include <base/Number.h>
 
 namespace sim {
 
@@ -47,8 +47,8 @@ public:
     }
 
 private:
-    const LineUpWord& Take() {
-        static const LineUpWord kNone;
+    const LineUpToken& Take() {
+        static const LineUpToken kNone;
         return m_next < m_words.size() ? m_words[m_next++] : kNone;
     }
     bool IsAtEnd() const { return m_next == m_words.size(); }
@@ -104,7 +104,7 @@ private:
             return Expect("a service id from 0x0 to 0xfffffffffffffffe", 1);
         if (!ParseNumbers(Take().text, service))
             return Expect("a channel number, MAJOR or MAJOR-MINOR, each 0 to 65535", 2);
-        const LineUpWord& name = Take();
+        const LineUpToken& name = Take();
         if (!name.quoted || name.text.size() > kMaxText)
             return Expect("a name in \"\" of at most 255 bytes", 3);
         service.name = name.text;
@@ -131,7 +131,7 @@ private:
                (ParseNumber(word.substr(dash + 1), service.minor) && inRange(service.minor));
     }
 
-    static bool ReadProperty(const LineUpWord& word, ServiceRecord& service) {
+    static bool ReadProperty(const LineUpToken& word, ServiceRecord& service) {
         const std::string profile = "profile=";
         if (word.quoted)
             return false;
@@ -174,7 +174,7 @@ private:
             return Expect("a duration of 1 to 1440 minutes", 2);
         programme.duration = minutes * 60;
         if (!IsAtEnd()) {
-            const LineUpWord& title = Take();
+            const LineUpToken& title = Take();
             if (!title.quoted || title.text.size() > kMaxText)
                 return Expect("a title in \"\" of at most 255 bytes", 3);
             programme.title = title.text;
@@ -196,7 +196,7 @@ private:
     }
 
     LineUpSink& m_sink;
-    std::vector<LineUpWord> m_words; // of the line
+    std::vector<LineUpToken> m_words; // of the line
     std::size_t m_next = 0;
     bool m_hasHeading = false;
     Transponder m_heading; // frequency 0: streamed
@@ -231,7 +231,7 @@ bool ReadLineUp(std::string_view text, const std::string& name, LineUpSink& sink
 
 void LineUpWriter::Add(const ServiceRecord& service) {
     std::string heading = service.IsStreamed() ? "streamed " : "transponder ";
-    heading += ToAntennaWord(service.antenna);
+    heading += ToAntennaName(service.antenna);
     if (!service.IsStreamed())
         heading += " " + std::to_string(service.frequency);
     if (heading != m_heading)

@@ -4,15 +4,15 @@
 
 #include <norvex/client/TvMode.h>
 
-#include "PipelineForms.h"
+#include "PipelineTypes.h"
 #include "Results.h"
-#include "ServiceForms.h"
+#include "ServiceTypes.h"
 
 namespace sim {
 
-ScanControl::ScanControl(Chassis& chassis, ServiceLineUp& lineUp, Programmes& programmes,
+ScanControl::ScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes,
                          Pipelines& pipelines, Scans& scans)
-    : Interface("com.holvi.IScanControl", Calls::ToSession), m_log(chassis.log), m_lineUp(lineUp),
+    : Interface("com.holvi.IScanControl", Calls::ToSession), m_log(context.log), m_lineUp(lineUp),
       m_programmes(programmes), m_pipelines(pipelines), m_scans(scans) {
     Add("IsTuneAroundNeeded", {Out("status", kInt), In("services", kServiceCodes)},
         &ScanControl::IsTuneAroundNeeded);

@@ -9,7 +9,7 @@ namespace sim {
 // com.holvi.IScanControl: whether a scan has something to do, and scans that run in the background.
 class ScanControl : public Interface {
 public:
-    ScanControl(Chassis& chassis, ServiceLineUp& lineUp, Programmes& programmes,
+    ScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes,
                 Pipelines& pipelines, Scans& scans);
 
 private:

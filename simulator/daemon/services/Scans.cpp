@@ -7,7 +7,7 @@
 #include <norvex/client/ServiceId.h>
 
 #include "Results.h"
-#include "Words.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -23,11 +23,11 @@ const char kTag[] = "tvtunerinfosrc";
 
 } // namespace
 
-Scans::Scans(Chassis& chassis, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
-             const Surroundings& surroundings, Subscribers& subscribers)
-    : m_chassis(chassis), m_lineUp(lineUp), m_programmes(programmes), m_pipelines(pipelines),
-      m_surroundings(surroundings), m_subscribers(subscribers) {
-    chassis.settables.Add("scan-pace", "MILLISECONDS: how long a scan stays with a service",
+Scans::Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
+             const Inputs& inputs, Subscribers& subscribers)
+    : m_context(context), m_lineUp(lineUp), m_programmes(programmes), m_pipelines(pipelines),
+      m_inputs(inputs), m_subscribers(subscribers) {
+    context.settings.Add("scan-pace", "MILLISECONDS: how long a scan stays with a service",
                           [this](const auto& words, auto&) {
                               std::uint32_t pace = 0;
                               if (words.size() != 1 || !ParseNumber(words[0], pace) ||
@@ -38,7 +38,7 @@ Scans::Scans(Chassis& chassis, ServiceLineUp& lineUp, Programmes& programmes, Pi
                           });
 }
 
-const char* Scans::ToWord(Running running) {
+const char* Scans::ToText(Running running) {
     switch (running) {
     case Running::TuneAround:
         return "tune around";
@@ -54,10 +54,10 @@ std::int32_t Scans::StartTuneAround(std::vector<std::uint64_t> services) {
     const std::size_t given = services.size();
     std::erase_if(services, [this](std::uint64_t id) { return !m_lineUp.FindFacts(id); });
     if (services.size() < given)
-        m_chassis.log.Write(kTag, "tune around: %zu services are not in the line-up",
+        m_context.log.Write(kTag, "tune around: %zu services are not in the line-up",
                             given - services.size());
     if (services.empty()) {
-        m_chassis.log.Write(kTag, "tune around refused: no service to visit");
+        m_context.log.Write(kTag, "tune around refused: no service to visit");
         return kBadArgument;
     }
     const std::int32_t status = Start(Running::TuneAround, std::move(services));
@@ -77,7 +77,7 @@ std::int32_t Scans::StartBarker(std::int32_t antenna) {
 
 std::int32_t Scans::Start(Running what, std::vector<std::uint64_t> services) {
     if (m_running != Running::Nothing) {
-        m_chassis.log.Write(kTag, "%s refused: %s runs", ToWord(what), ToWord(m_running));
+        m_context.log.Write(kTag, "%s refused: %s runs", ToText(what), ToText(m_running));
         return kRefused;
     }
     m_running = what;
@@ -85,7 +85,7 @@ std::int32_t Scans::Start(Running what, std::vector<std::uint64_t> services) {
     m_place = 0;
     m_visited = INVALID_SERVICE_ID;
     m_tunerBefore = m_pipelines.At(kMainPipeline).tuner;
-    m_chassis.log.Write(kTag, "%s starts", ToWord(what));
+    m_context.log.Write(kTag, "%s starts", ToText(what));
     return kDone;
 }
 
@@ -106,33 +106,33 @@ std::int32_t Scans::StopBarker() {
 std::int32_t Scans::Stop(Running what) {
     if (m_running == what)
         return kDone;
-    m_chassis.log.Write(kTag, "%s cannot be stopped: %s runs", ToWord(what), ToWord(m_running));
+    m_context.log.Write(kTag, "%s cannot be stopped: %s runs", ToText(what), ToText(m_running));
     return kRefused;
 }
 
 void Scans::After(std::uint32_t milliseconds, void (Scans::*step)()) {
     m_timer.Start(milliseconds, [this, step] {
-        m_chassis.log.SetSequence(m_chassis.journal.TakeSequence());
+        m_context.log.SetSequence(m_context.journal.TakeSequence());
         (this->*step)();
-        m_chassis.log.SetSequence(0);
-        m_chassis.changes.Tell();
+        m_context.log.SetSequence(0);
+        m_context.changes.Tell();
     });
 }
 
 bool Scans::HasSignal(const ServiceFacts& facts) const {
-    return facts.streamed || m_surroundings.HasSignal({facts.antenna, facts.frequency});
+    return facts.streamed || m_inputs.HasSignal({facts.antenna, facts.frequency});
 }
 
 void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
     m_visited = service;
     m_facts = facts;
-    m_chassis.log.Write(kTag, "%s visits service 0x%" PRIx64, ToWord(m_running), service);
+    m_context.log.Write(kTag, "%s visits service 0x%" PRIx64, ToText(m_running), service);
     if (!facts.streamed)
         m_pipelines.MoveTuner(m_pipelines.At(kMainPipeline), {facts.antenna, facts.frequency});
     if (HasSignal(facts))
         m_subscribers.Emit(SIGNAL_SI_STARTED, kMainPipeline, ToSignalData(facts));
     else
-        m_chassis.log.Write(kTag, "no signal of service 0x%" PRIx64, service);
+        m_context.log.Write(kTag, "no signal of service 0x%" PRIx64, service);
 }
 
 void Scans::BeginVisit() {
@@ -149,8 +149,8 @@ void Scans::BeginVisit() {
 void Scans::EndVisit() {
     if (HasSignal(m_facts)) {
         if (!m_programmes.Collect(m_visited))
-            m_chassis.log.Write(kTag, "programmes of service 0x%" PRIx64 " were not kept: %s",
-                                m_visited, m_chassis.database.GetError().c_str());
+            m_context.log.Write(kTag, "programmes of service 0x%" PRIx64 " were not kept: %s",
+                                m_visited, m_context.database.GetError().c_str());
         m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_visited);
     }
     ++m_place;
@@ -161,7 +161,7 @@ void Scans::BeginBarker() {
     const auto barker = m_lineUp.GetTables().FindBarker(m_antenna);
     const auto facts = barker ? m_lineUp.FindFacts(*barker) : std::nullopt;
     if (!facts) {
-        m_chassis.log.Write(kTag, "no barker channel on %s", ToAntennaWord(m_antenna).c_str());
+        m_context.log.Write(kTag, "no barker channel on %s", ToAntennaName(m_antenna).c_str());
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     }
     Visit(*barker, *facts);
@@ -179,7 +179,7 @@ void Scans::EndBarker() {
 }
 
 void Scans::CollectSome() {
-    Transaction transaction(m_chassis.database);
+    Transaction transaction(m_context.database);
     const std::size_t end = std::min(m_services.size(), m_place + kCollectedATime);
     bool kept = transaction.IsOpen();
     while (kept && m_place < end)
@@ -193,7 +193,7 @@ void Scans::CollectSome() {
 
 void Scans::Finish(ESignalType type, std::uint64_t data, const char* outcome) {
     m_timer.Stop();
-    m_chassis.log.Write(kTag, "%s %s after %zu of %zu", ToWord(m_running), outcome, m_place,
+    m_context.log.Write(kTag, "%s %s after %zu of %zu", ToText(m_running), outcome, m_place,
                         m_services.size());
     m_running = Running::Nothing;
     m_visited = INVALID_SERVICE_ID;
@@ -212,7 +212,7 @@ json Scans::DescribeState() const {
     if (m_running != Running::Nothing)
         described["running"] = m_running == Running::TuneAround ? "tuneAround" : "barker";
     if (m_visited != INVALID_SERVICE_ID)
-        described["service"] = ToHexWord(m_visited);
+        described["service"] = ToHexText(m_visited);
     if (m_outcome != nullptr)
         described["last"] = m_outcome;
     return described;

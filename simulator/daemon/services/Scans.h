@@ -5,13 +5,13 @@
 
 #include <norvex/client/Signal.h>
 
-#include "Chassis.h"
-#include "Part.h"
+#include "Context.h"
+#include "Component.h"
 #include "Pipelines.h"
 #include "Programmes.h"
 #include "ServiceLineUp.h"
 #include "Subscribers.h"
-#include "Surroundings.h"
+#include "Inputs.h"
 
 namespace sim {
 
@@ -26,12 +26,12 @@ namespace sim {
 // comes over that antenna, and ends with SIGNAL_BARKER_CHANNEL_TUNE.
 //
 // Afterwards the tuner is where the pipeline's service is.
-class Scans : public Part {
+class Scans : public Component {
 public:
     static constexpr std::uint32_t kDefaultPace = 200; // milliseconds for a service
 
-    Scans(Chassis& chassis, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
-          const Surroundings& surroundings, Subscribers& subscribers);
+    Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
+          const Inputs& inputs, Subscribers& subscribers);
 
     // Each answers kDone or a refusal, which is in the log then. What runs began after the answer.
     std::int32_t StartTuneAround(std::vector<std::uint64_t> services);
@@ -46,7 +46,7 @@ public:
 private:
     enum class Running { Nothing, TuneAround, Barker };
 
-    static const char* ToWord(Running running);
+    static const char* ToText(Running running);
     std::int32_t Start(Running what, std::vector<std::uint64_t> services);
     std::int32_t Stop(Running what);
     // Does `step` after a time, as an event of the TV's own.
@@ -64,11 +64,11 @@ private:
     // `outcome` is a word for the state.
     void Finish(ESignalType type, std::uint64_t data, const char* outcome);
 
-    Chassis& m_chassis;
+    Context& m_context;
     ServiceLineUp& m_lineUp;
     Programmes& m_programmes;
     Pipelines& m_pipelines;
-    const Surroundings& m_surroundings;
+    const Inputs& m_inputs;
     Subscribers& m_subscribers;
 
     std::uint32_t m_pace = kDefaultPace;

@@ -3,12 +3,12 @@
 #include <cinttypes>
 
 #include "Results.h"
-#include "ServiceForms.h"
+#include "ServiceTypes.h"
 
 namespace sim {
 
-ServiceGuide::ServiceGuide(Chassis& chassis, ServiceLineUp& lineUp, Programmes& programmes)
-    : Interface("com.holvi.IServiceGuide", Calls::ToSession), m_log(chassis.log), m_lineUp(lineUp),
+ServiceGuide::ServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes)
+    : Interface("com.holvi.IServiceGuide", Calls::ToSession), m_log(context.log), m_lineUp(lineUp),
       m_programmes(programmes) {
     Add("GetCurrentProgram",
         {Out("status", kInt), In("service", kNumber64), Out("program", kProgramme)},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Chassis.h"
+#include "Context.h"
 #include "Interface.h"
 #include "Programmes.h"
 #include "ServiceLineUp.h"
@@ -10,7 +10,7 @@ namespace sim {
 // com.holvi.IServiceGuide: what is on.
 class ServiceGuide : public Interface {
 public:
-    ServiceGuide(Chassis& chassis, ServiceLineUp& lineUp, Programmes& programmes);
+    ServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes);
 
 private:
     void GetCurrentProgram(const Call& call, const ArgumentReader& in, ReplyWriter& out);

@@ -29,16 +29,16 @@ std::int32_t ToProfile(std::int32_t serviceMode) {
 
 } // namespace
 
-ServiceLineUp::ServiceLineUp(Chassis& chassis, Programmes& programmes)
-    : m_chassis(chassis), m_programmes(programmes), m_tables(chassis.database),
-      m_queries(chassis.database, chassis.log) {}
+ServiceLineUp::ServiceLineUp(Context& context, Programmes& programmes)
+    : m_context(context), m_programmes(programmes), m_tables(context.database),
+      m_queries(context.database, context.log) {}
 
 bool ServiceLineUp::Start(const LineUpSource* given, std::string& error) {
     if (!m_tables.Prepare() || !m_programmes.Prepare()) {
-        error = "line-up: " + m_chassis.database.GetError();
+        error = "line-up: " + m_context.database.GetError();
         return false;
     }
-    m_chassis.settings.ForEach(kBootupPart, [this](std::string_view key, std::int64_t value) {
+    m_context.numbers.ForEach(kBootupPart, [this](std::string_view key, std::int64_t value) {
         if (!m_bootup)
             m_bootup = Bootup{};
         if (key == "service")
@@ -51,12 +51,12 @@ bool ServiceLineUp::Start(const LineUpSource* given, std::string& error) {
             m_bootup->option = static_cast<std::int32_t>(value);
     });
     std::optional<bool> builtIn;
-    m_chassis.settings.ForEach(kLineUpPart, [&builtIn](std::string_view key, std::int64_t value) {
+    m_context.numbers.ForEach(kLineUpPart, [&builtIn](std::string_view key, std::int64_t value) {
         if (key == kBuiltInKey)
             builtIn = value != 0;
     });
 
-    error = m_chassis.settings.GetReadError();
+    error = m_context.numbers.GetReadError();
     if (!error.empty())
         return false;
 
@@ -65,7 +65,7 @@ bool ServiceLineUp::Start(const LineUpSource* given, std::string& error) {
     if (given != nullptr || !builtIn)
         return Load(m_new, error);
     if (!m_tables.Count(m_counts)) {
-        error = "line-up: " + m_chassis.database.GetError();
+        error = "line-up: " + m_context.database.GetError();
         return false;
     }
     Loaded(m_isNew ? kBuiltIn : "database");
@@ -76,11 +76,11 @@ bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
     const bool isNew = &source == &m_new;
     LineUpCounts counts;
     const auto keep = [&] {
-        return m_chassis.settings.Put(kLineUpPart, kBuiltInKey, isNew && IsBuiltIn()) &&
+        return m_context.numbers.Put(kLineUpPart, kBuiltInKey, isNew && IsBuiltIn()) &&
                m_tables.Count(counts);
     };
     if (!m_tables.Replace(source.text, source.name, error, keep)) {
-        m_chassis.log.Write(kTag, "line-up refused: %s", error.c_str());
+        m_context.log.Write(kTag, "line-up refused: %s", error.c_str());
         return false;
     }
     m_isNew = isNew;
@@ -92,7 +92,7 @@ bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
 void ServiceLineUp::Loaded(const std::string& name) {
     m_name = name;
     ++m_loads;
-    m_chassis.log.Write(kTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes",
+    m_context.log.Write(kTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes",
                         name.c_str(), m_counts.services, m_counts.programmes);
     if (m_listener)
         m_listener();
@@ -107,7 +107,7 @@ void ServiceLineUp::List(const wire::Node& criteria, const TvMode& tvMode, std::
 std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode& tvMode,
                                              std::int32_t option) {
     const auto refuse = [&](std::int32_t result, const char* why) {
-        m_chassis.log.Write(kTag, "SetBootupService refused: service 0x%" PRIx64 " %s", service,
+        m_context.log.Write(kTag, "SetBootupService refused: service 0x%" PRIx64 " %s", service,
                             why);
         return result;
     };
@@ -126,16 +126,16 @@ std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode
     bootup.tvMode.antenna = facts->antenna;
     if (tvMode.serviceMode == SERVICE_MODE_NONE)
         bootup.tvMode.serviceMode = facts->profile == SERVICE_PROFILE_DEFAULT ? 0 : 1;
-    Transaction transaction(m_chassis.database);
-    Settings& settings = m_chassis.settings;
+    Transaction transaction(m_context.database);
+    NumberStore& numbers = m_context.numbers;
     if (!transaction.IsOpen() ||
-        !settings.Put(kBootupPart, "service", static_cast<std::int64_t>(service)) ||
-        !settings.Put(kBootupPart, "antenna", bootup.tvMode.antenna) ||
-        !settings.Put(kBootupPart, "serviceMode", bootup.tvMode.serviceMode) ||
-        !settings.Put(kBootupPart, "option", option) || !transaction.Commit())
-        return refuse(kNotKept, m_chassis.database.GetError().c_str());
+        !numbers.Put(kBootupPart, "service", static_cast<std::int64_t>(service)) ||
+        !numbers.Put(kBootupPart, "antenna", bootup.tvMode.antenna) ||
+        !numbers.Put(kBootupPart, "serviceMode", bootup.tvMode.serviceMode) ||
+        !numbers.Put(kBootupPart, "option", option) || !transaction.Commit())
+        return refuse(kNotKept, m_context.database.GetError().c_str());
     m_bootup = bootup;
-    m_chassis.log.Write(kTag, "the TV starts with service 0x%" PRIx64, service);
+    m_context.log.Write(kTag, "the TV starts with service 0x%" PRIx64, service);
     return kDone;
 }
 
@@ -150,7 +150,7 @@ json ServiceLineUp::DescribeState() const {
                    {"programmes", m_counts.programmes},
                    {"bootup", nullptr}};
     if (m_bootup)
-        described["bootup"] = {{"service", ToHexWord(m_bootup->service)},
+        described["bootup"] = {{"service", ToHexText(m_bootup->service)},
                                {"antenna", m_bootup->tvMode.antenna},
                                {"serviceMode", m_bootup->tvMode.serviceMode},
                                {"option", m_bootup->option}};
@@ -161,7 +161,7 @@ bool ServiceLineUp::Reset() {
     std::string error;
     if (m_isNew ? !m_programmes.ForgetCollected() : !Load(m_new, error))
         return false;
-    if (!m_chassis.settings.Clear(kBootupPart))
+    if (!m_context.numbers.Clear(kBootupPart))
         return false;
     m_bootup.reset();
     return true;

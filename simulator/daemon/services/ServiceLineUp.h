@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
-#include "Chassis.h"
+#include "Context.h"
 #include "LineUp.h"
 #include "LineUpTables.h"
-#include "Part.h"
+#include "Component.h"
 #include "Programmes.h"
 #include "ServiceQueries.h"
 
@@ -20,9 +20,9 @@ struct LineUpSource {
 };
 
 // The TV's line-up: its services, its programmes, the service that the TV starts with.
-class ServiceLineUp : public LineUp, public ChannelList, public Part {
+class ServiceLineUp : public LineUp, public ChannelList, public Component {
 public:
-    ServiceLineUp(Chassis& chassis, Programmes& programmes);
+    ServiceLineUp(Context& context, Programmes& programmes);
 
     // Once. The line-up that was given; or the one in the database; or, on a TV that never had one,
     // the built-in one. False: `error` is one line.
@@ -66,7 +66,7 @@ private:
 
     static constexpr const char* kBuiltIn = "built-in";
 
-    Chassis& m_chassis;
+    Context& m_context;
     Programmes& m_programmes;
     LineUpTables m_tables;
     ServiceQueries m_queries;

@@ -1,6 +1,6 @@
 #include "ServiceLookup.h"
 
-#include "ServiceForms.h"
+#include "ServiceTypes.h"
 
 namespace sim {
 

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "Database.h"
-#include "Log.h"
+#include <base/Log.h>
 #include "ReplyWriter.h"
-#include "ServiceForms.h"
+#include "ServiceTypes.h"
 
 namespace sim {
 

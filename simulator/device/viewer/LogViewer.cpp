@@ -11,8 +11,8 @@
 
 #include <wire/Tree.h>
 
-#include "Channel.h"
-#include "Surroundings.h"
+#include "DaemonConnection.h"
+#include "Environment.h"
 
 namespace {
 
@@ -50,18 +50,18 @@ bool GetLine(const wire::Message& message, std::string& line) {
     return false;
 }
 
-std::unique_ptr<Channel> Follow(const std::string& tag, Failure& failure) {
+std::unique_ptr<DaemonConnection> Follow(const std::string& tag, Failure& failure) {
     const std::chrono::milliseconds limit = Limits::Find().connect;
-    Channel::Purpose purpose;
+    DaemonConnection::Purpose purpose;
     purpose.role = wire::Role::Log;
     purpose.logTag = tag;
-    std::unique_ptr<Channel> channel = Channel::Open(FindSocketPath(), purpose, limit, failure);
-    if (channel != nullptr) {
-        failure = channel->AwaitWelcome(limit);
+    std::unique_ptr<DaemonConnection> connection = DaemonConnection::Open(FindSocketPath(), purpose, limit, failure);
+    if (connection != nullptr) {
+        failure = connection->AwaitWelcome(limit);
         if (failure != Failure::None)
-            channel.reset();
+            connection.reset();
     }
-    return channel;
+    return connection;
 }
 
 } // namespace
@@ -70,8 +70,8 @@ LogViewer::LogViewer(std::string tag) : m_tag(std::move(tag)) {}
 
 int LogViewer::Run() {
     Failure failure = Failure::None;
-    const std::unique_ptr<Channel> channel = Follow(m_tag, failure);
-    if (channel == nullptr) {
+    const std::unique_ptr<DaemonConnection> connection = Follow(m_tag, failure);
+    if (connection == nullptr) {
         std::cerr << "dlogutil: no TV to follow: "
                   << (failure == Failure::Absent ? "nobody listens at " : "no answer from ")
                   << FindSocketPath() << "\n";
@@ -80,18 +80,18 @@ int LogViewer::Run() {
     std::string line;
     while (true) {
         wire::Message message;
-        switch (channel->TakePushed(message)) {
+        switch (connection->TakePushed(message)) {
         case Failure::None:
             if (GetLine(message, line) && !WriteWhole(line))
                 return EXIT_SUCCESS;
             continue;
-        case Failure::Mute:
+        case Failure::Unresponsive:
             break;
         default:
             return EXIT_SUCCESS;
         }
         // Without events asked for, standard output tells only that its reader has gone.
-        pollfd sources[] = {{channel->GetDescriptor(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
+        pollfd sources[] = {{connection->GetDescriptor(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
         if (poll(sources, 2, -1) < 0 && errno != EINTR)
             return EXIT_FAILURE;
         if (sources[1].revents != 0)

@@ -135,7 +135,7 @@ TEST(TunerControl, HasTheSignalOfItsOwnTransponder) {
     EXPECT_EQ(check(), kDone);
     EXPECT_EQ(tv.Set("tuner", {"air/474000", "off"}), "");
     EXPECT_EQ(check(), 0);
-    EXPECT_EQ(tv.State("/surroundings/cut"), nlohmann::json({"air/474000", "air/482000"}));
+    EXPECT_EQ(tv.State("/inputs/cut"), nlohmann::json({"air/474000", "air/482000"}));
     EXPECT_EQ(tv.Set("tuner", {"air/474000", "on"}), "");
     EXPECT_EQ(check(), kDone);
 }
@@ -173,7 +173,7 @@ TEST(DataControl, TellsCaptionsOfTheServiceOrAsSet) {
     EXPECT_FALSE(exist());
 }
 
-TEST(Surroundings, RefuseWhatMakesNoSense) {
+TEST(Inputs, RefuseWhatMakesNoSense) {
     TestTv tv;
     EXPECT_NE(tv.Set("tuner", {"air"}), "");
     EXPECT_NE(tv.Set("tuner", {"air", "maybe"}), "");
@@ -188,7 +188,7 @@ TEST(Surroundings, RefuseWhatMakesNoSense) {
     EXPECT_NE(tv.Set("hdmi", {"hdmi1", "on"}), "");
     EXPECT_NE(tv.Set("preparation-limit", {"-1"}), "");
     EXPECT_NE(tv.Set("zoom-limit", {"65"}), "");
-    EXPECT_EQ(tv.State("/surroundings/cut"), nlohmann::json::array());
+    EXPECT_EQ(tv.State("/inputs/cut"), nlohmann::json::array());
 }
 
 TEST(Pipelines, ComeAndGoWithTheirSessionsAndSettings) {
@@ -225,10 +225,10 @@ TEST(Pipelines, AreAsNewAfterAReset) {
     tv.Set("hdmi", {"hdmi3", "unplugged"});
     tv.Set("preparation-limit", {"7"});
     tv.Set("zoom-limit", {"0"});
-    tv.chassis.Reset();
+    tv.context.Reset();
     TestTv fresh;
     for (const char* path : {"/pipelines/1:0/videoMute", "/pipelines/1:0/decoderRestarts",
-                             "/pipelines/1:0/events", "/surroundings", "/preparation", "/zoom"})
+                             "/pipelines/1:0/events", "/inputs", "/preparation", "/zoom"})
         EXPECT_EQ(tv.State(path), fresh.State(path)) << path;
     // Sessions stay open.
     EXPECT_EQ(tv.State("/pipelines/1:0/sessions"), 1);

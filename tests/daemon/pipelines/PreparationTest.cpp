@@ -295,7 +295,7 @@ struct Snapshot {
         sim::Handle handle;
         EXPECT_TRUE(fields.Next(field) && field.Get(handle.profile));
         EXPECT_TRUE(fields.Next(field) && field.Get(handle.screen));
-        return handle.ToWord();
+        return handle.ToText();
     }
     bool Has(const std::string& entry) const {
         return std::find(entries.begin(), entries.end(), entry) != entries.end();

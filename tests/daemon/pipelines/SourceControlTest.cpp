@@ -144,7 +144,7 @@ TEST_F(SourceControlTest, AnalysesOnlyWhatIsPluggedIntoAnHdmiInput) {
     EXPECT_EQ(State("hdmiAnalysis"), nlohmann::json::array()); // it ends
     EXPECT_LT(StartAnalysis(14), 0);
     EXPECT_TRUE(tv.Logged("extvideosrc", "source 14 has nothing plugged in"));
-    EXPECT_EQ(tv.State("/surroundings/hdmi/14"), "unplugged");
+    EXPECT_EQ(tv.State("/inputs/hdmi/14"), "unplugged");
     // To show it is another matter.
     EXPECT_EQ(SetSource(14), kDone);
     EXPECT_EQ(tv.Set("hdmi", {"14", "plugged"}), "");

@@ -79,13 +79,13 @@ std::vector<std::int32_t> Reply::Ids(std::int16_t place) const {
 
 TestClient::TestClient(TestTv& tv) : m_tv(tv), m_calls(std::make_unique<Line>()) {
     static unsigned char clients = 0;
-    m_client = &m_tv.chassis.clients.Connected(sim::Token{++clients});
+    m_client = &m_tv.context.clients.Connected(sim::Token{++clients});
     m_calls->connection->client = m_client;
 }
 
 TestClient::~TestClient() {
     if (m_signals != nullptr)
-        m_tv.chassis.signals.Detach(*m_signals->connection);
+        m_tv.context.signals.Detach(*m_signals->connection);
 }
 
 Reply TestClient::Exchange(const std::string& interface, std::uint32_t session,
@@ -97,7 +97,7 @@ Reply TestClient::Exchange(const std::string& interface, std::uint32_t session,
     message.interfaceName = interface;
     message.method = method;
     message.tree = arguments.GetBytes().GetData();
-    m_tv.chassis.dispatcher.Handle(*m_calls->connection, message);
+    m_tv.context.dispatcher.Handle(*m_calls->connection, message);
     return Reply(m_calls->Take());
 }
 
@@ -118,7 +118,7 @@ void TestClient::Close(std::uint32_t session) {
 
 Reply TestClient::Call(std::uint32_t session, const std::string& method, std::int16_t id,
                        const CallTree& arguments) {
-    const sim::Session* opened = m_tv.chassis.sessions.Find(session);
+    const sim::Session* opened = m_tv.context.sessions.Find(session);
     EXPECT_NE(opened, nullptr);
     return Exchange(opened == nullptr ? "" : opened->interface->GetName(), session, method, id,
                     arguments);
@@ -127,7 +127,7 @@ Reply TestClient::Call(std::uint32_t session, const std::string& method, std::in
 void TestClient::ListenTo(std::uint32_t session) {
     m_signals = std::make_unique<Line>();
     m_signals->connection->client = m_client;
-    EXPECT_TRUE(m_tv.chassis.signals.Attach(session, *m_signals->connection));
+    EXPECT_TRUE(m_tv.context.signals.Attach(session, *m_signals->connection));
 }
 
 std::vector<std::string> TestClient::TakeSignals() {
@@ -141,23 +141,23 @@ std::vector<std::string> TestClient::TakeSignals() {
             std::to_string(*type) + " " +
             std::to_string(*signal.Get<std::int32_t>(wire::kSignalProfile)) + ":" +
             std::to_string(*signal.Get<std::uint16_t>(wire::kSignalScreen)) + " " +
-            sim::ToHexWord(*signal.Get<std::uint64_t>(wire::kSignalData)).get<std::string>());
+            sim::ToHexText(*signal.Get<std::uint64_t>(wire::kSignalData)).get<std::string>());
     }
 }
 
 void TestClient::Die() {
-    const std::size_t before = m_tv.chassis.clients.GetCount();
-    m_tv.chassis.clients.Disconnected(*m_client);
-    m_tv.WaitUntil([&] { return m_tv.chassis.clients.GetCount() < before; });
+    const std::size_t before = m_tv.context.clients.GetCount();
+    m_tv.context.clients.Disconnected(*m_client);
+    m_tv.WaitUntil([&] { return m_tv.context.clients.GetCount() < before; });
 }
 
 TestTv::TestTv(const Mount& mount, const std::string& databasePath)
-    : chassis(database, log), parts(mount(Prepare(databasePath))) {
-    chassis.Mount<sim::SessionInterface>(chassis);
+    : context(database, log), parts(mount(Prepare(databasePath))) {
+    context.Register<sim::SessionInterface>(context.dispatcher, context.sessions, context.log);
 }
 
 TestTv::TestTv()
-    : TestTv([this](sim::Chassis& mounted) { return sim::MountPipelines(mounted, lineUp); }) {
+    : TestTv([this](sim::Context& registered) { return sim::RegisterPipelines(registered, lineUp); }) {
     lineUp.services = {
         {kAirService,
          {.antenna = 0,
@@ -172,21 +172,21 @@ TestTv::TestTv()
         {kStreamedService, {.antenna = 0, .streamed = true, .channelType = 9, .major = 10}}};
 }
 
-sim::Chassis& TestTv::Prepare(const std::string& databasePath) {
+sim::Context& TestTv::Prepare(const std::string& databasePath) {
     EXPECT_TRUE(database.Open(databasePath));
-    EXPECT_TRUE(chassis.settings.Prepare());
+    EXPECT_TRUE(context.numbers.Prepare());
     log.SetSink(
         [this](std::string_view tag, std::string_view line) { m_lines.emplace_back(tag, line); });
     log.SetTag("quarle-daemon", true);
     log.SetTag("quarle-provider", true);
-    return chassis;
+    return context;
 }
 
 std::string TestTv::Set(const std::string& name, const std::vector<std::string>& words) {
     std::string error;
-    chassis.log.SetSequence(chassis.journal.TakeSequence());
-    const bool done = chassis.settables.Set(name, words, error);
-    chassis.log.SetSequence(0);
+    context.log.SetSequence(context.journal.TakeSequence());
+    const bool done = context.settings.Set(name, words, error);
+    context.log.SetSequence(0);
     EXPECT_EQ(done, error.empty());
     return error;
 }

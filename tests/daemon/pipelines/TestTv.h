@@ -10,10 +10,10 @@
 #include <nlohmann/json.hpp>
 
 #include "CallTree.h"
-#include "Chassis.h"
+#include "Context.h"
 #include "Connection.h"
 #include "LineUp.h"
-#include "PipelineParts.h"
+#include "PipelineComponents.h"
 
 constexpr std::int32_t kDone = 1;
 
@@ -86,14 +86,14 @@ private:
 // The pipelines of a TV, with a line-up of the test's own, called as a client calls them.
 class TestTv {
 public:
-    using Mount = std::function<sim::PipelineParts(sim::Chassis&)>;
+    using Mount = std::function<sim::PipelineComponents(sim::Context&)>;
 
     TestTv();
     // With what `mount` mounts in place of the pipelines alone; in memory without a path.
     explicit TestTv(const Mount& mount, const std::string& databasePath = {});
 
     nlohmann::json State(const std::string& path) const {
-        return chassis.DescribeState().at(nlohmann::json::json_pointer(path));
+        return context.DescribeState().at(nlohmann::json::json_pointer(path));
     }
     // The refusal's text; empty when it was done.
     std::string Set(const std::string& name, const std::vector<std::string>& words);
@@ -106,14 +106,14 @@ public:
     sim::Log log;
 
 private:
-    sim::Chassis& Prepare(const std::string& databasePath);
+    sim::Context& Prepare(const std::string& databasePath);
 
     std::vector<std::pair<std::string, std::string>> m_lines;
 
 public:
     TestLineUp lineUp;
-    sim::Chassis chassis;
-    sim::PipelineParts parts;
+    sim::Context context;
+    sim::PipelineComponents parts;
 };
 
 // Services of the test line-up.

@@ -81,7 +81,7 @@ TEST(LineUp, IsShownAsItCanBeLoaded) {
     // In pieces, without one left out at a seam.
     std::string long_ = "transponder air 1000\n";
     for (int number = 0; number < 1203; ++number)
-        long_ += "  service " + sim::ToHexWord(std::uint64_t(number + 1) << 52).get<std::string>() +
+        long_ += "  service " + sim::ToHexText(std::uint64_t(number + 1) << 52).get<std::string>() +
                  " " + std::to_string(number) + " \"\"\n";
     EXPECT_EQ(tv.Load(long_), "");
     EXPECT_EQ(tv.Show(), long_);
@@ -91,13 +91,13 @@ TEST(LineUp, ResetBringsTheNewTvsBack) {
     LineUpTv builtIn;
     const std::string before = builtIn.Show();
     EXPECT_EQ(builtIn.Load(kSmall), "");
-    builtIn.chassis.Reset();
+    builtIn.context.Reset();
     EXPECT_EQ(builtIn.Show(), before);
     EXPECT_EQ(builtIn.State("/lineUp/source"), "built-in");
 
     LineUpTv given(kSmall);
     EXPECT_EQ(given.Load(sim::kBuiltInLineUp), "");
-    given.chassis.Reset();
+    given.context.Reset();
     EXPECT_EQ(given.Show(), kSmall);
     EXPECT_EQ(given.State("/lineUp/source"), "test");
 }
@@ -122,7 +122,7 @@ TEST(LineUp, IsKeptInTheDatabase) {
     }
     LineUpTv tv(nullptr, file);
     EXPECT_EQ(tv.State("/lineUp/cable"), 1);
-    tv.chassis.Reset();
+    tv.context.Reset();
     EXPECT_EQ(tv.State("/lineUp/source"), "built-in");
     EXPECT_GE(tv.State("/lineUp/services"), 60);
 }
@@ -166,7 +166,7 @@ TEST(BootupService, IsWhatTheTvStartsWith) {
         EXPECT_EQ(tv.State("/lineUp/bootup/service"), "0x8000000000002001");
         EXPECT_EQ(tv.State("/pipelines/1:0/service"), "0x8000000000002001");
         EXPECT_EQ(tv.State("/pipelines/1:0/tuner/at"), "cable/338000");
-        tv.chassis.Reset();
+        tv.context.Reset();
         EXPECT_TRUE(tv.State("/lineUp/bootup").is_null());
     }
     EXPECT_TRUE(LineUpTv(nullptr, file).State("/pipelines/1:0/service").is_null());
@@ -197,10 +197,10 @@ TEST(BootupService, IsRefusedWhenItCannotBe) {
 TEST(State, StaysSmall) {
     std::string text = "transponder air 1000\n";
     for (int number = 1; number <= 20000; ++number)
-        text += "service " + sim::ToHexWord(static_cast<std::uint64_t>(number)).get<std::string>() +
+        text += "service " + sim::ToHexText(static_cast<std::uint64_t>(number)).get<std::string>() +
                 " 1 \"\"\n";
     LineUpTv tv(text.c_str());
-    EXPECT_LT(tv.chassis.DescribeState().dump().size(), 8000u);
+    EXPECT_LT(tv.context.DescribeState().dump().size(), 8000u);
 }
 
 } // namespace

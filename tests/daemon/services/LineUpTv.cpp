@@ -6,11 +6,11 @@
 
 namespace {
 
-sim::PipelineParts MountLineUp(sim::Chassis& chassis, const char* text,
-                               std::optional<sim::ServiceParts>& services) {
+sim::PipelineComponents RegisterLineUp(sim::Context& context, const char* text,
+                               std::optional<sim::ServiceComponents>& services) {
     const sim::LineUpSource source{"test", text == nullptr ? "" : text};
     std::string error;
-    services.emplace(*sim::MountServices(chassis, text == nullptr ? nullptr : &source, error));
+    services.emplace(*sim::RegisterServices(context, text == nullptr ? nullptr : &source, error));
     EXPECT_EQ(error, "");
     return services->pipelines;
 }
@@ -35,7 +35,7 @@ void WriteCriteria(wire::TreeWriter& tree, const sim::Criteria& criteria) {
 } // namespace
 
 LineUpTv::LineUpTv(const char* text, const std::string& databasePath)
-    : TestTv([this, text](sim::Chassis& mounted) { return MountLineUp(mounted, text, services); },
+    : TestTv([this, text](sim::Context& registered) { return RegisterLineUp(registered, text, services); },
              databasePath) {}
 
 std::string LineUpTv::Load(const std::string& text) {

@@ -6,17 +6,17 @@
 #include <utility>
 #include <vector>
 
-#include "ServiceForms.h"
-#include "ServiceParts.h"
+#include "ServiceTypes.h"
+#include "ServiceComponents.h"
 #include "TestTv.h"
 
-// What a TV is made with, and what has been mounted; there before the TV.
-struct LineUpTvParts {
-    std::optional<sim::ServiceParts> services;
+// What a TV is made with, and what has been registered; there before the TV.
+struct LineUpTvComponents {
+    std::optional<sim::ServiceComponents> services;
 };
 
 // A TV with a line-up, called as a client calls it.
-class LineUpTv : public LineUpTvParts, public TestTv {
+class LineUpTv : public LineUpTvComponents, public TestTv {
 public:
     // Without a text: the built-in one, or the database's.
     explicit LineUpTv(const char* text = nullptr, const std::string& databasePath = {});

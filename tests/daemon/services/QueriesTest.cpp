@@ -200,7 +200,7 @@ protected:
             text += frequency == 0 ? "streamed " : "transponder ";
             text += kAntennas[antenna];
             text += frequency == 0 ? "" : " " + std::to_string(frequency);
-            text += "\nservice " + sim::ToHexWord(id).get<std::string>() + " " +
+            text += "\nservice " + sim::ToHexText(id).get<std::string>() + " " +
                     std::to_string(major) + "-" + std::to_string(minor) +
                     " \"S\" profile=" + std::to_string(profile) + (listed ? "" : " unlisted") +
                     (hidden ? " hidden" : "") + "\n";

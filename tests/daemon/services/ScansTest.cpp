@@ -63,7 +63,7 @@ TEST_F(ScansTest, TuneAroundCollectsMissingProgrammes) {
     EXPECT_EQ(tv.Show(), LineUpTv(kText).Show());
     EXPECT_EQ(tv.Set("clock", {"2026-03-01T20:59:00Z"}), "");
     EXPECT_EQ(client.IsTuneAroundNeeded({1}), 0);
-    tv.chassis.Reset();
+    tv.context.Reset();
     EXPECT_EQ(tv.Set("clock", {"2026-03-01T20:59:00Z"}), "");
     EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
 }
@@ -183,7 +183,7 @@ TEST_F(ScansTest, GoesOnWithAnotherLineUp) {
 
 TEST_F(ScansTest, ResetEndsItWithoutAWord) {
     EXPECT_EQ(client.StartTuneAround({1}), kDone);
-    tv.chassis.Reset();
+    tv.context.Reset();
     EXPECT_TRUE(tv.State("/scan/running").is_null());
     EXPECT_TRUE(tv.State("/scan/last").is_null());
     EXPECT_EQ(tv.State("/scan/paceMs"), sim::Scans::kDefaultPace);

@@ -1,0 +1,93 @@
+#include <base/Log.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <ctime>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace sim {
+
+namespace {
+
+constexpr std::size_t kMaxLine = 2048;
+
+const char* const kStartedTags[] = {kOwnTag,       "tvvideosink", "tvvideodec", "tvtunerinfosrc",
+                                    "tvaudiosink", "tvaudiodec",  "tvdemuxer",  "tvdrmsink",
+                                    "extaudiosrc", "extvideosrc", "tvfpaparser"};
+const char* const kStoppedTags[] = {"quarle-daemon", "quarle-provider"};
+
+} // namespace
+
+Log::Log() {
+    ResetTags();
+}
+
+Log::~Log() {
+    if (m_file >= 0)
+        close(m_file);
+}
+
+bool Log::OpenFile(const std::string& path) {
+    m_file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    return m_file >= 0;
+}
+
+// NOLINTNEXTLINE(cert-dcl50-cpp): the compiler checks the arguments against the format.
+void Log::Write(const char* tag, const char* format, ...) {
+    if ((m_file < 0 && !m_sink) || !IsStarted(tag))
+        return;
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    tm local{};
+    localtime_r(&now.tv_sec, &local);
+    char line[kMaxLine];
+    std::size_t used = std::strftime(line, sizeof line, "%Y-%m-%dT%H:%M:%S", &local);
+    int size = std::snprintf(line + used, sizeof line - used, ".%03ld %d %s: #%llu ",
+                             now.tv_nsec / 1000000, static_cast<int>(getpid()), tag,
+                             static_cast<unsigned long long>(m_sequence));
+    used += static_cast<std::size_t>(size);
+    va_list arguments;
+    va_start(arguments, format);
+    size = std::vsnprintf(line + used, sizeof line - used, format, arguments);
+    va_end(arguments);
+    if (size < 0)
+        return;
+    // One place for the line end, which a line that was cut needs as well.
+    used = std::min(used + static_cast<std::size_t>(size), sizeof line - 1);
+    for (std::size_t at = 0; at < used; ++at) {
+        // Texts of clients must not make lines of their own.
+        if (static_cast<unsigned char>(line[at]) < ' ' || line[at] == 0x7F)
+            line[at] = '?';
+    }
+    if (m_sink)
+        m_sink(tag, {line, used});
+    if (m_file >= 0) {
+        line[used] = '\n';
+        // A log that cannot be written is no reason to stop.
+        while (write(m_file, line, used + 1) < 0 && errno == EINTR) {
+        }
+    }
+}
+
+bool Log::IsStarted(std::string_view tag) const {
+    const auto found = m_tags.find(tag);
+    return found != m_tags.end() && found->second;
+}
+
+void Log::SetTag(const std::string& tag, bool started) {
+    m_tags[tag] = started;
+}
+
+void Log::ResetTags() {
+    m_tags.clear();
+    for (const char* tag : kStartedTags)
+        m_tags[tag] = true;
+    for (const char* tag : kStoppedTags)
+        m_tags[tag] = false;
+}
+
+} // namespace sim

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <wire/Message.h>
+#include <wire/Packet.h>
+
+#include "Deadline.h"
+
+class TCMessageBuffer;
+
+// Why something could not be had from the TV service.
+enum class Failure {
+    None,
+    Absent,   // nobody listens
+    Foreign,  // somebody else's process listens
+    Unresponsive,     // no answer within the limit
+    Stalled,  // as before, and known from a call before this one
+    Gone,     // it ended, or closed the connection
+    Malformed, // its answer is none of the protocol's
+    NotSent,  // the connection had ended before anything was sent on it
+    Refused,  // it runs, and says no
+};
+
+// One connection to the TV service: a socket on which a hello has been sent. It is used until its
+// first failure, then thrown away, so that a reply that comes too late has nobody to mislead.
+//
+// One thread at a time.
+class DaemonConnection {
+public:
+    // What a connection is for.
+    struct Purpose {
+        wire::Role role = wire::Role::Calls;
+        std::uint32_t session = 0;    // signals: for this subscriber's session
+        std::string_view logTag = {}; // log: lines with this tag
+    };
+
+    // Connects and says hello. Does not wait for the answer; with a limit of zero for nothing. Null
+    // on failure.
+    static std::unique_ptr<DaemonConnection> Open(const std::string& path, const Purpose& purpose,
+                                         std::chrono::milliseconds limit, Failure& failure);
+    ~DaemonConnection();
+    DaemonConnection(const DaemonConnection&) = delete;
+    DaemonConnection& operator=(const DaemonConnection&) = delete;
+
+    // Waits for the answer to the hello; with a limit of zero it only looks, and Mute says that it
+    // is not there yet.
+    Failure AwaitWelcome(std::chrono::milliseconds limit);
+    // From the welcome: the daemon's run, and which of its clients this process is.
+    std::uint64_t GetEpoch() const { return m_epoch; }
+    std::uint32_t GetClient() const { return m_client; }
+
+    struct CallHeader {
+        std::string_view interfaceName;
+        std::string_view method;
+        std::int16_t methodId = 0;
+        std::uint32_t serial = 0;
+        std::uint32_t session = 0;
+    };
+    // Sends a call and waits for its reply, whose tree is put into `reply`. Blocks at most for
+    // `limit`. NotSent and anything but None end the connection's use.
+    Failure Call(const CallHeader& header, const void* tree, std::size_t treeSize,
+                 std::chrono::milliseconds limit, TCMessageBuffer& reply);
+
+    // Takes the next message of a connection that is only listened to, without waiting. None:
+    // `message` is a view, valid until the next call; Mute: there is none yet.
+    Failure TakePushed(wire::Message& message);
+
+    int GetDescriptor() const { return m_socket; }
+
+    // Grows with each time that the daemon has forgotten this client; see DaemonClient.
+    std::uint64_t generation = 0;
+
+private:
+    explicit DaemonConnection(int socket);
+
+    Failure SayHello(const Purpose& purpose);
+    Failure Send(wire::PacketSender& sender, const Deadline& deadline);
+    Failure Receive(const Deadline& deadline, std::size_t& size);
+    Failure ReceiveReply(std::uint32_t serial, const Deadline& deadline, TCMessageBuffer& reply);
+    Failure ReceiveRest(const Deadline& deadline, std::size_t size, TCMessageBuffer& reply);
+    Failure ReadWelcome(const wire::Message& message);
+    // The socket's own limits, which cost less than asking it first whether it is ready.
+    void ArmReceive(std::chrono::milliseconds limit);
+    void ArmSend(std::chrono::milliseconds limit);
+
+    int m_socket;
+    std::chrono::milliseconds m_receiveLimit{0}; // 0: none has been set
+    std::chrono::milliseconds m_sendLimit{0};
+    std::uint64_t m_epoch = 0;
+    std::uint32_t m_client = 0;
+    std::unique_ptr<unsigned char[]> m_packet;
+    wire::PacketAssembler m_assembler;
+};

@@ -1,0 +1,30 @@
+#include "Components.h"
+
+#include "Context.h"
+#include "Commands.h"
+#include "DebugPrintControl.h"
+#include "Device.h"
+#include "ServiceComponents.h"
+#include "SessionInterface.h"
+
+namespace sim {
+
+bool RegisterComponents(Context& context, const Options& options, std::string& error) {
+    context.Register<SessionInterface>(context.dispatcher, context.sessions, context.log);
+    context.Register<Device>(context);
+    context.Register<DebugPrintControl>(context, options.items);
+    if (!RegisterServices(context, options.lineUp ? &*options.lineUp : nullptr, error))
+        return false;
+    // A TV that had forgotten what it keeps would overwrite it.
+    error = context.numbers.GetReadError();
+    if (!error.empty())
+        return false;
+
+    AddStateCommands(context);
+    AddCallsCommand(context);
+    AddInjectCommand(context);
+    AddWaitCommand(context);
+    return true;
+}
+
+} // namespace sim

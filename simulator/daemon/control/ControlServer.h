@@ -1,0 +1,40 @@
+#pragma once
+
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ControlCommands.h"
+#include "ControlConnection.h"
+#include "Listener.h"
+#include <base/Log.h>
+
+namespace sim {
+
+// The control socket, beside the product's: what tests and people use to look at the TV and to
+// change its inputs.
+class ControlServer {
+public:
+    static constexpr std::size_t kMaxConnections = 128;
+
+    ControlServer(const ControlCommands& commands, Log& log);
+
+    // False: `error` is a line. The path must have been claimed.
+    bool Open(const std::string& path, std::string& error);
+
+private:
+    void Accept(int fd);
+    void Request(const nlohmann::json& request, ControlConnection& asker);
+    void Ended(ControlConnection& connection);
+
+    const ControlCommands& m_commands;
+    Log& m_log;
+    std::list<std::unique_ptr<ControlConnection>> m_connections;
+    // Over, but perhaps still in use further up the stack.
+    std::vector<std::unique_ptr<ControlConnection>> m_ended;
+    Timer m_cleanUp;
+    Listener m_listener;
+};
+
+} // namespace sim

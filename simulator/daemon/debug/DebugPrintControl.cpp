@@ -1,0 +1,176 @@
+#include "DebugPrintControl.h"
+
+#include <charconv>
+
+#include <nlohmann/json.hpp>
+
+#include "MenuItemType.h"
+#include "Results.h"
+
+namespace sim {
+
+using nlohmann::json;
+
+namespace {
+
+constexpr std::uint32_t kMaxExtraItems = 1000000;
+
+} // namespace
+
+DebugPrintControl::DebugPrintControl(Context& context, std::uint32_t extraItems)
+    : Interface("com.holvi.IDebugPrintControl", Calls::ToInterface), m_context(context),
+      m_switches(context.numbers, extraItems) {
+    const Argument status = Out("status", kInt);
+    Add("Start", {status, Out("screen", kText)}, &DebugPrintControl::Start);
+    Add("Execute", {status, In("command", kText), Out("screen", kText)},
+        &DebugPrintControl::Execute);
+    Add("Stop", {status}, &DebugPrintControl::Stop);
+    Add("Check", {status, Out("value", kInt)}, &DebugPrintControl::Check);
+    Add("GetMenuItems", {status, Out("items", kMenuItemList)}, &DebugPrintControl::GetMenuItems);
+    Add("SetMenuItems", {status, In("items", kMenuItemList)}, &DebugPrintControl::SetMenuItems);
+    Add("SetMenuItem", {status, In("item", kMenuItem)}, &DebugPrintControl::SetMenuItem);
+    Add("SetQoSEnabled", {status, In("enable", kBool)}, &DebugPrintControl::SetQoSEnabled);
+    Add("IsQoSEnabled", {Out("answer", kBool)}, &DebugPrintControl::IsQoSEnabled);
+    Add("SetDebugMode", {status, In("mode", kInt), In("enable", kBool)},
+        &DebugPrintControl::SetDebugMode);
+    Add("IsDebugModeEnabled", {Out("answer", kBool), In("mode", kInt)},
+        &DebugPrintControl::IsDebugModeEnabled);
+
+    context.settings.Add(
+        "items", "NUMBER: debug menu items beside the built-in ones, all off",
+        [this, &context](const std::vector<std::string>& words, std::string& error) {
+            std::uint32_t count = 0;
+            if (words.size() != 1)
+                return false;
+            const char* end = words[0].data() + words[0].size();
+            const auto [stopped, problem] = std::from_chars(words[0].data(), end, count);
+            if (problem != std::errc() || stopped != end || count > kMaxExtraItems)
+                return false;
+            if (m_switches.SetExtraItems(count))
+                return true;
+            error = context.database.GetError();
+            return false;
+        });
+}
+
+void DebugPrintControl::Start(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+    DebugDialogue& dialogue =
+        m_dialogues.try_emplace(call.client.GetNumber(), m_switches).first->second;
+    out.Int(0, kDone);
+    out.Text(1, dialogue.Open());
+}
+
+void DebugPrintControl::Execute(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+    const auto found = m_dialogues.find(call.client.GetNumber());
+    if (found == m_dialogues.end() || !found->second.IsOpen()) {
+        m_context.log.Write(kOwnTag, "client %u has no dialogue open", call.client.GetNumber());
+        return out.Int(0, kRefused);
+    }
+    std::string screen;
+    const bool goesOn = found->second.Execute(in.Text(1), screen);
+    out.Int(0, goesOn ? kDone : 0);
+    out.Text(2, screen);
+}
+
+void DebugPrintControl::Stop(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+    // A dialogue that the user has left is still to be stopped: 0 when there was none at all.
+    out.Int(0, m_dialogues.erase(call.client.GetNumber()) > 0 ? kDone : 0);
+}
+
+// How much the service prints for debugging: the number of items that are switched on.
+void DebugPrintControl::Check(const Call&, const ArgumentReader&, ReplyWriter& out) {
+    out.Int(0, kDone);
+    out.Int(1, m_switches.CountOn());
+}
+
+void DebugPrintControl::GetMenuItems(const Call&, const ArgumentReader&, ReplyWriter& out) {
+    out.Int(0, kDone);
+    WriteMenuItems(out.Tree(), 1, m_switches.GetItems());
+}
+
+void DebugPrintControl::SetMenuItems(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    std::vector<std::pair<std::uint32_t, bool>> states;
+    wire::NodeCursor cursor(in.At(1));
+    wire::Node child;
+    while (cursor.Next(child)) {
+        const MenuItemView item = ReadMenuItem(child);
+        if (m_switches.FindItem(item.id) == nullptr) {
+            m_context.log.Write(kOwnTag, "there is no debug menu item %u", item.id);
+            return out.Int(0, kUnknown);
+        }
+        states.emplace_back(item.id, item.on);
+    }
+    out.Int(0, Answer(m_switches.SetItems(states)));
+}
+
+void DebugPrintControl::SetMenuItem(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    const MenuItemView sent = ReadMenuItem(in.At(1));
+    DebugSwitches::Item* item = m_switches.FindItem(sent.id);
+    if (item == nullptr) {
+        m_context.log.Write(kOwnTag, "there is no debug menu item %u", sent.id);
+        return out.Int(0, kUnknown);
+    }
+    // The name is the service's; what a client sends of it does not count.
+    out.Int(0, Answer(m_switches.SetItem(*item, sent.on)));
+}
+
+void DebugPrintControl::SetQoSEnabled(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    out.Int(0, Answer(m_switches.SetQoS(in.Bool(1))));
+}
+
+void DebugPrintControl::IsQoSEnabled(const Call&, const ArgumentReader&, ReplyWriter& out) {
+    out.Bool(0, m_switches.IsQoSOn());
+}
+
+void DebugPrintControl::SetDebugMode(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    DebugSwitches::Mode* mode = m_switches.FindMode(in.Int(1));
+    if (mode == nullptr) {
+        m_context.log.Write(kOwnTag, "there is no debug mode %d", in.Int(1));
+        return out.Int(0, kUnknown);
+    }
+    out.Int(0, Answer(m_switches.SetMode(*mode, in.Bool(2))));
+}
+
+void DebugPrintControl::IsDebugModeEnabled(const Call&, const ArgumentReader& in,
+                                           ReplyWriter& out) {
+    const DebugSwitches::Mode* mode = m_switches.FindMode(in.Int(1));
+    if (mode == nullptr)
+        m_context.log.Write(kOwnTag, "there is no debug mode %d", in.Int(1));
+    out.Bool(0, mode != nullptr && mode->on);
+}
+
+std::int32_t DebugPrintControl::Answer(bool kept) {
+    if (kept)
+        return kDone;
+    m_context.log.Write(kOwnTag, "the change could not be kept: %s",
+                        m_context.database.GetError().c_str());
+    return kNotKept;
+}
+
+json DebugPrintControl::DescribeState() const {
+    json items = json::array();
+    for (const DebugSwitches::Item& item : m_switches.GetItems())
+        items.push_back({{"id", item.id}, {"name", item.name}, {"state", item.on}});
+    json modes = json::object();
+    for (const DebugSwitches::Mode& mode : m_switches.GetModes())
+        modes[mode.name] = mode.on;
+    json dialogues = json::object();
+    for (const auto& [client, dialogue] : m_dialogues)
+        dialogues[std::to_string(client)] = {{"open", dialogue.IsOpen()},
+                                             {"screen", dialogue.GetScreenName()}};
+    return {{"items", items},
+            {"itemsOn", m_switches.CountOn()},
+            {"qos", m_switches.IsQoSOn()},
+            {"modes", modes},
+            {"dialogues", dialogues}};
+}
+
+bool DebugPrintControl::Reset() {
+    return m_switches.Reset();
+}
+
+void DebugPrintControl::ReleaseClient(Client& client) {
+    m_dialogues.erase(client.GetNumber());
+}
+
+} // namespace sim

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+
+#include "Context.h"
+#include "DebugDialogue.h"
+#include "DebugSwitches.h"
+#include "Interface.h"
+#include "Component.h"
+
+namespace sim {
+
+// com.holvi.IDebugPrintControl: the debug printing of the TV service. Each client has a dialogue of
+// its own; the switches are the service's.
+class DebugPrintControl : public Interface, public Component {
+public:
+    // `extraItems` debug menu items are there beside the built-in ones.
+    DebugPrintControl(Context& context, std::uint32_t extraItems);
+
+    const char* GetStateName() const override { return "debug"; }
+    nlohmann::json DescribeState() const override;
+    bool Reset() override;
+    void ReleaseClient(Client& client) override;
+
+private:
+    void Start(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void Execute(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void Stop(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void Check(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void GetMenuItems(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void SetMenuItems(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void SetMenuItem(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void SetQoSEnabled(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void IsQoSEnabled(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void SetDebugMode(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    void IsDebugModeEnabled(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+
+    // What a setter answers.
+    std::int32_t Answer(bool kept);
+
+    Context& m_context;
+    DebugSwitches m_switches;
+    std::map<std::uint32_t, DebugDialogue> m_dialogues; // by client number
+};
+
+} // namespace sim

@@ -1,0 +1,128 @@
+#include "Device.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include <nlohmann/json.hpp>
+
+#include "Results.h"
+
+namespace sim {
+
+using nlohmann::json;
+
+namespace {
+
+// In the database.
+const char kKeysPart[] = "device/keys";
+const char kTagsPart[] = "device/tags";
+
+constexpr std::size_t kMaxName = 128;
+constexpr std::size_t kMaxTags = 1024;
+constexpr std::size_t kMaxKeys = 1024;
+
+// Names are shown in lines and in the state: printable ASCII.
+bool IsName(const std::string& text) {
+    return !text.empty() && text.size() <= kMaxName &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < 0x7F; });
+}
+
+} // namespace
+
+Device::Device(Context& context)
+    : Interface("com.holvi.IDevice", Calls::ToInterface), m_context(context) {
+    Add("GetInt", {Out("status", kInt), In("key", kText), Out("value", kInt)}, &Device::GetInt);
+    Add("StartLogTag", {Out("status", kInt), In("tag", kText)}, &Device::StartLogTag);
+    Add("StopLogTag", {Out("status", kInt), In("tag", kText)}, &Device::StopLogTag);
+    context.settings.Add("key", "KEY NUMBER: a number in the key-value store",
+                          [this](const auto& words, auto& error) { return SetKey(words, error); });
+
+    SetDefaults();
+    m_context.numbers.ForEach(kKeysPart, [this](std::string_view key, std::int64_t value) {
+        m_values[std::string(key)] = static_cast<std::int32_t>(value);
+    });
+    m_context.numbers.ForEach(kTagsPart, [this](std::string_view tag, std::int64_t started) {
+        m_context.log.SetTag(std::string(tag), started != 0);
+    });
+}
+
+void Device::SetDefaults() {
+    m_values = {{"db/tv-viewer/window_id", 1}};
+    m_context.log.ResetTags();
+}
+
+void Device::GetInt(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    const std::string key(in.Text(1));
+    const auto found = m_values.find(key);
+    if (found == m_values.end()) {
+        m_context.log.Write(kOwnTag, "there is no key \"%s\"", key.c_str());
+        return out.Int(0, kUnknown);
+    }
+    out.Int(0, kDone);
+    out.Int(2, found->second);
+}
+
+void Device::StartLogTag(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    out.Int(0, SwitchTag(std::string(in.Text(1)), true));
+}
+
+void Device::StopLogTag(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+    out.Int(0, SwitchTag(std::string(in.Text(1)), false));
+}
+
+std::int32_t Device::SwitchTag(const std::string& tag, bool started) {
+    Log& log = m_context.log;
+    if (!IsName(tag) || (tag == kOwnTag && !started)) {
+        log.Write(kOwnTag, "the log tag \"%s\" cannot be %s", tag.c_str(),
+                  started ? "started" : "stopped");
+        return kBadArgument;
+    }
+    if (!log.GetTags().contains(tag) && log.GetTags().size() >= kMaxTags)
+        return kTooMany;
+    if (!m_context.numbers.Put(kTagsPart, tag, started)) {
+        log.Write(kOwnTag, "the log tag \"%s\" could not be kept: %s", tag.c_str(),
+                  m_context.database.GetError().c_str());
+        return kNotKept;
+    }
+    log.SetTag(tag, started);
+    log.Write(kOwnTag, "log tag %s %s", tag.c_str(), started ? "started" : "stopped");
+    return kDone;
+}
+
+bool Device::SetKey(const std::vector<std::string>& words, std::string& error) {
+    std::int32_t value = 0;
+    if (words.size() != 2 || !IsName(words[0]))
+        return false;
+    const char* end = words[1].data() + words[1].size();
+    const auto [stopped, problem] = std::from_chars(words[1].data(), end, value);
+    if (problem != std::errc() || stopped != end)
+        return false;
+    if (!m_values.contains(words[0]) && m_values.size() >= kMaxKeys) {
+        error = "the key-value store is full";
+        return false;
+    }
+    if (!m_context.numbers.Put(kKeysPart, words[0], value)) {
+        error = m_context.database.GetError();
+        return false;
+    }
+    m_values[words[0]] = value;
+    return true;
+}
+
+json Device::DescribeState() const {
+    json tags = json::object();
+    for (const auto& [tag, started] : m_context.log.GetTags())
+        tags[tag] = started;
+    return {{"keys", m_values}, {"logTags", tags}};
+}
+
+bool Device::Reset() {
+    Transaction together(m_context.database);
+    if (!together.IsOpen() || !m_context.numbers.Clear(kKeysPart) ||
+        !m_context.numbers.Clear(kTagsPart) || !together.Commit())
+        return false;
+    SetDefaults();
+    return true;
+}
+
+} // namespace sim

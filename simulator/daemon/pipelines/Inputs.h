@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Context.h"
+#include "LineUp.h"
+#include "Component.h"
+
+namespace sim {
+
+// What is around the TV and can be changed by norvex-simctl alone: the antennas' signals, captions
+// that are there whatever the service says, and what is plugged into the HDMI inputs.
+class Inputs : public Component {
+public:
+    explicit Inputs(Context& context);
+
+    // Called after each change.
+    void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
+
+    bool HasSignal(const Transponder& transponder) const;
+    // Whether captions come with a service that has them, or has none.
+    bool HasCaptions(bool ofService) const;
+    static bool IsHdmi(std::int32_t source);
+    bool IsPlugged(std::int32_t hdmiSource) const { return m_plugged.at(hdmiSource); }
+
+    const char* GetStateName() const override { return "inputs"; }
+    nlohmann::json DescribeState() const override;
+    bool Reset() override;
+
+private:
+    enum class Captions { OfService, On, Off };
+    using WordList = std::vector<std::string>;
+
+    bool SetTuner(const WordList& words, std::string& error);
+    bool SetCaptions(const WordList& words);
+    bool SetHdmi(const WordList& words);
+    void SetDefaults();
+    void Tell();
+
+    Context& m_context;
+    std::function<void()> m_listener;
+    std::set<Transponder> m_cut;
+    Captions m_captions = Captions::OfService;
+    std::map<std::int32_t, bool> m_plugged;
+};
+
+} // namespace sim

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include <wire/Tree.h>
+
+#include "ArgumentType.h"
+
+namespace sim {
+
+// An argument of an operation, as client and daemon have agreed on it.
+struct Argument {
+    const char* name;
+    wire::Direction direction;
+    const ArgumentType* form;
+};
+
+inline Argument Out(const char* name, const ArgumentType& form) {
+    return {name, wire::Direction::Out, &form};
+}
+inline Argument In(const char* name, const ArgumentType& form) {
+    return {name, wire::Direction::In, &form};
+}
+
+// The arguments of one call by place. All of them have been held against the operation's list
+// before an operation sees them: a reader of a valid call needs no checks. Views into the message.
+class ArgumentReader {
+public:
+    static constexpr std::size_t kMaxArguments = 16;
+
+    ArgumentReader(std::span<const Argument> arguments, const void* tree, std::size_t treeSize);
+
+    bool IsValid() const { return m_fault == nullptr; }
+    // What makes no sense, for a log line: "argument 1 (command: text) is of another form".
+    std::string DescribeFault() const;
+
+    std::int32_t Int(std::size_t place) const { return Get<std::int32_t>(place); }
+    std::uint32_t UInt(std::size_t place) const { return Get<std::uint32_t>(place); }
+    std::uint16_t UShort(std::size_t place) const { return Get<std::uint16_t>(place); }
+    std::uint64_t Number64(std::size_t place) const { return Get<std::uint64_t>(place); }
+    bool Bool(std::size_t place) const { return Get<std::uint8_t>(place) != 0; }
+    std::string_view Text(std::size_t place) const;
+    // An argument of any form.
+    const wire::Node& At(std::size_t place) const { return m_nodes.at(place); }
+
+private:
+    template <class T> T Get(std::size_t place) const {
+        T value{};
+        At(place).Get(value);
+        return value;
+    }
+    const char* Check(std::size_t place) const;
+
+    std::span<const Argument> m_arguments;
+    std::array<wire::Node, kMaxArguments> m_nodes;
+    const char* m_fault = nullptr;
+    std::size_t m_faultyPlace = 0;
+};
+
+} // namespace sim

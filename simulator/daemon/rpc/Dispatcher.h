@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <wire/Message.h>
+
+#include "Connection.h"
+#include "Injections.h"
+#include "Interface.h"
+#include "Journal.h"
+#include <base/Log.h>
+#include "Sessions.h"
+
+namespace sim {
+
+// Brings each call to its operation and the reply back: looks the operation up, holds the arguments
+// against its list, keeps the journal, and does what was ordered to go wrong.
+class Dispatcher {
+public:
+    Dispatcher(Journal& journal, Sessions& sessions, Injections& injections, Log& log)
+        : m_journal(journal), m_sessions(sessions), m_injections(injections), m_log(log) {}
+
+    // The interface must outlive the dispatcher.
+    void Add(Interface& interface);
+    const std::vector<Interface*>& GetInterfaces() const { return m_interfaces; }
+    Interface* Find(std::string_view interfaceName) const;
+    // Operations by what people type: "IAVControl.MuteVideo" or with the interface's full name;
+    // several when the name is overloaded, none when it is unknown.
+    std::vector<Method*> FindMethods(std::string_view name) const;
+
+    // Answers a call on its connection.
+    void Handle(Connection& connection, const wire::Message& message);
+    // A connection has ended: nothing that was delayed goes to it any more.
+    void Forget(const Connection& connection);
+
+    // Called after each call.
+    void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
+    // Operations count their calls anew, nothing goes wrong by order any more.
+    void Reset();
+
+private:
+    struct Late {
+        Connection* connection;
+        wire::MessageHeader header;
+        wire::Buffer tree;
+        Timer timer;
+    };
+
+    // Runs the operation; why it could not be run, empty when it was.
+    std::string Run(Connection& connection, const wire::Message& message, Interface& interface,
+                    Method& method, std::uint64_t sequence);
+    void SendLate(Connection& connection, const wire::MessageHeader& header, unsigned milliseconds);
+
+    Journal& m_journal;
+    Sessions& m_sessions;
+    Injections& m_injections;
+    Log& m_log;
+    std::vector<Interface*> m_interfaces;
+    std::unordered_map<std::string_view, Interface*> m_byName;
+    wire::Buffer m_reply;
+    std::list<Late> m_late;
+    std::function<void()> m_listener;
+};
+
+} // namespace sim

@@ -1,0 +1,66 @@
+#include "SessionInterface.h"
+
+#include "Client.h"
+
+#include <string>
+
+#include "Results.h"
+
+namespace sim {
+
+namespace {
+
+// Of one client; a program that forgets its objects must not take the TV's memory.
+constexpr std::size_t kMaxSessions = 4096;
+
+} // namespace
+
+SessionInterface::SessionInterface(const Dispatcher& dispatcher, Sessions& sessions, Log& log)
+    : Interface("com.holvi.INorvexSession", Calls::ToInterface), m_dispatcher(dispatcher),
+      m_sessions(sessions), m_log(log) {
+    Add("Open",
+        {Out("status", kInt), Out("session", kUInt), In("interface", kText), In("profile", kInt),
+         In("screen", kInt)},
+        &SessionInterface::Open);
+    Add("Close", {Out("status", kInt), In("session", kUInt)}, &SessionInterface::Close);
+}
+
+void SessionInterface::Open(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+    const std::string name(in.Text(2));
+    const std::int32_t profile = in.Int(3);
+    const std::int32_t screen = in.Int(4);
+    Interface* interface = m_dispatcher.Find(name);
+    if (interface == nullptr || interface->GetCalls() != Calls::ToSession) {
+        m_log.Write(kOwnTag, "nothing to open is called %s", name.c_str());
+        return out.Int(0, kUnknown);
+    }
+    if (screen < 0 || screen > UINT16_MAX) {
+        m_log.Write(kOwnTag, "%s: there is no screen %d", name.c_str(), screen);
+        return out.Int(0, kBadArgument);
+    }
+    std::size_t sessions = 0;
+    m_sessions.ForEach(
+        [&](const Session& session) { sessions += session.client == &call.client; });
+    if (sessions >= kMaxSessions) {
+        m_log.Write(kOwnTag, "client %u has %zu sessions: no more", call.client.GetNumber(),
+                            sessions);
+        return out.Int(0, kTooMany);
+    }
+    std::int32_t status = 0;
+    const Session* session = m_sessions.Open(
+        *interface, profile, static_cast<std::uint16_t>(screen), call.client, status);
+    out.Int(0, status);
+    if (session != nullptr)
+        out.UInt(1, session->id);
+}
+
+void SessionInterface::Close(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+    const std::uint32_t id = in.UInt(1);
+    if (!m_sessions.Close(id, call.client)) {
+        m_log.Write(kOwnTag, "client %u has no session %u", call.client.GetNumber(), id);
+        return out.Int(0, kUnknown);
+    }
+    out.Int(0, kDone);
+}
+
+} // namespace sim

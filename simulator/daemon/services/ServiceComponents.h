@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "PipelineComponents.h"
+#include "Programmes.h"
+#include "Scans.h"
+#include "ServiceLineUp.h"
+
+namespace sim {
+
+// The line-up with what works on it, and the pipelines that show its services.
+struct ServiceComponents {
+    ServiceLineUp& lineUp;
+    Programmes& programmes;
+    PipelineComponents pipelines;
+    Scans& scans;
+};
+
+// Registers them. `given`: the line-up of a TV that is new; null: the built-in one. Nothing when it
+// makes no sense or the database refuses: `error` is one line.
+std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given,
+                                          std::string& error);
+
+// The command `lineup` of norvex-simctl.
+void AddLineUpCommand(Context& context, ServiceLineUp& lineUp);
+
+} // namespace sim

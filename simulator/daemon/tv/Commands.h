@@ -1,0 +1,13 @@
+#pragma once
+
+namespace sim {
+
+class Context;
+
+// The commands of norvex-simctl, each group in a file of its own.
+void AddStateCommands(Context& context); // state, reset, set
+void AddCallsCommand(Context& context);  // calls
+void AddInjectCommand(Context& context); // inject
+void AddWaitCommand(Context& context);   // wait
+
+} // namespace sim

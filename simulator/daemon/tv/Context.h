@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "Changes.h"
+#include "Clients.h"
+#include "ControlCommands.h"
+#include "Database.h"
+#include "Dispatcher.h"
+#include "Injections.h"
+#include "Journal.h"
+#include <base/Log.h>
+#include "Component.h"
+#include "Sessions.h"
+#include "Settings.h"
+#include "NumberStore.h"
+#include "Signals.h"
+
+namespace sim {
+
+// What every part of the TV is registered on, and the parts themselves. Everything here belongs to the
+// daemon's one thread.
+class Context {
+public:
+    // The database must be open.
+    Context(Database& database, Log& log,
+            unsigned clientGraceMilliseconds = Clients::kGraceMilliseconds);
+
+    Log& log;
+    Database& database;
+    NumberStore numbers;
+    Clients clients;
+    Sessions sessions;
+    Signals signals{sessions};
+    Journal journal;
+    Injections injections;
+    Dispatcher dispatcher;
+    Changes changes;
+    Settings settings;
+    ControlCommands commands;
+
+    // Registers a component: its interface is called, its state shown and reset, in the order of registering.
+    // The reference stays valid as long as the context.
+    template <class T> T& Register(std::unique_ptr<T> component) {
+        T& registered = *component;
+        if constexpr (std::is_base_of_v<Interface, T>)
+            dispatcher.Add(registered);
+        if constexpr (std::is_base_of_v<Component, T>)
+            m_components.push_back(&registered);
+        m_owned.push_back(std::shared_ptr<T>(std::move(component)));
+        // cppcheck-suppress returnReference ; moved into m_owned, the component stays where it is.
+        return registered;
+    }
+    template <class T, class... Arguments> T& Register(Arguments&&... arguments) {
+        return Register(std::make_unique<T>(std::forward<Arguments>(arguments)...));
+    }
+
+    const std::vector<Component*>& GetParts() const { return m_components; }
+    nlohmann::json DescribeState() const;
+    // The state as far as a path ("/debug/qos") needs it: what its first step names.
+    nlohmann::json DescribeStateFor(const std::string& path) const;
+    // All parts as they were when the daemon was new, nothing ordered to fail, the journal empty.
+    // Empty, or why not all of them are.
+    std::string Reset();
+    // Differs from one run to the next; shown with the clients.
+    void SetEpoch(std::uint64_t epoch) { m_epoch = epoch; }
+
+    ~Context();
+
+private:
+    void Release(Client& client);
+    nlohmann::json DescribeClients() const;
+
+    std::vector<Component*> m_components;
+    // Ends in the reverse order of registering.
+    std::vector<std::shared_ptr<void>> m_owned;
+    std::uint64_t m_epoch = 0;
+};
+
+} // namespace sim

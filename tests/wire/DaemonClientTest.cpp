@@ -1,0 +1,347 @@
+#include <gtest/gtest.h>
+#include <thread>
+
+#include <norvex/core/MessageBuffer.h>
+
+#include "FakeService.h"
+#include "LogWatch.h"
+#include "DaemonClient.h"
+
+namespace {
+
+class DaemonClientTest : public testing::Test {
+protected:
+    explicit DaemonClientTest(const char* connect = "20000", const char* call = "20000")
+        : connectLimit("NORVEX_CONNECT_LIMIT_MS", connect),
+          callLimit("NORVEX_CALL_LIMIT_MS", call) {}
+
+    Failure Call(SessionKey* callSession = nullptr) {
+        TCMessageBuffer arguments;
+        TCMessageBuffer reply;
+        return daemon->Call({interfaceName, method, 0}, callSession, arguments, reply);
+    }
+
+    // Makes one call against a daemon that opens the session, where there is one, as its 40th. The
+    // connection as the daemon has it.
+    std::unique_ptr<FakeService::Connection> CallOnce(SessionKey* callSession, std::uint64_t epoch,
+                                                      std::uint32_t client) {
+        std::unique_ptr<FakeService::Connection> connection;
+        std::thread far([&] {
+            connection = service.Accept();
+            connection->Welcome(epoch, client);
+            wire::Message message;
+            for (bool isCall = false; !isCall;) {
+                ASSERT_TRUE(connection->Receive(message));
+                isCall = message.method != "Open";
+                wire::Buffer tree;
+                wire::TreeWriter writer(tree);
+                writer.PutValue(0, std::int32_t{1});
+                writer.PutValue(1, std::uint32_t{40});
+                connection->Reply(message, tree);
+            }
+        });
+        EXPECT_EQ(Call(callSession), Failure::None);
+        far.join();
+        return connection;
+    }
+
+    // What a daemon that has taken the earlier one's place hears of two calls of the session and
+    // its end; it numbers sessions from 50.
+    std::vector<std::string> CallsAfterwards(std::uint64_t epoch, std::uint32_t client) {
+        std::vector<std::string> calls;
+        std::thread far([&] {
+            const auto next = service.Accept();
+            next->Welcome(epoch, client);
+            calls = FakeService::Serve(*next, 50);
+        });
+        EXPECT_EQ(Call(&session), Failure::None);
+        EXPECT_EQ(Call(&session), Failure::None);
+        daemon->Close(session);
+        daemon.reset();
+        far.join();
+        return calls;
+    }
+
+    FakeService service;
+    Variable connectLimit;
+    Variable callLimit;
+    std::shared_ptr<DaemonClient> daemon = DaemonClient::Find();
+    std::string interfaceName = "com.holvi.ITest";
+    std::string method = "Test";
+    SessionKey session{interfaceName, 0, 0, 0, 0, 0};
+};
+
+// Welcomed, but then not answered in time.
+constexpr int kShortLimit = 400;
+
+class MutePeerTest : public DaemonClientTest {
+protected:
+    MutePeerTest() : DaemonClientTest("20000", std::to_string(kShortLimit).c_str()) {}
+};
+
+class UnwelcomePeerTest : public DaemonClientTest {
+protected:
+    UnwelcomePeerTest() : DaemonClientTest("50", "20000") {}
+};
+
+} // namespace
+
+TEST_F(DaemonClientTest, OneForEverybodyWhoWantsTheSameSocket) {
+    EXPECT_EQ(DaemonClient::Find(), daemon);
+    const FakeService other;
+    EXPECT_NE(DaemonClient::Find(), daemon);
+}
+
+TEST_F(DaemonClientTest, LimitsThatAreNoNumbersCountAsNotSet) {
+    for (const char* text : {"", "0", "-5", "1s", "99999999999", "abc"}) {
+        const Variable variable("NORVEX_CALL_LIMIT_MS", text);
+        EXPECT_EQ(Limits::Find().call.count(), 5000) << text;
+    }
+    const Variable variable("NORVEX_CONNECT_LIMIT_MS", "7");
+    EXPECT_EQ(Limits::Find().connect.count(), 7);
+}
+
+TEST_F(DaemonClientTest, CallsOfOneThreadShareOneConnection) {
+    std::vector<std::string> calls;
+    std::thread far([&] {
+        const auto connection = service.Accept();
+        connection->Welcome();
+        calls = FakeService::Serve(*connection);
+    });
+    EXPECT_EQ(Call(), Failure::None);
+    EXPECT_EQ(Call(), Failure::None);
+    daemon.reset();
+    far.join();
+    EXPECT_EQ(calls.size(), 2u);
+}
+
+TEST_F(DaemonClientTest, ADaemonThatWasRestartedBetweenTwoCallsIsReachedByTheNext) {
+    auto connection = CallOnce(nullptr, 1, 1);
+    connection.reset();
+    service.StopListening();
+    EXPECT_EQ(Call(), Failure::Absent);
+    service.Listen();
+    std::thread far([&] {
+        const auto next = service.Accept();
+        next->Welcome(2);
+        FakeService::Serve(*next);
+    });
+    EXPECT_EQ(Call(), Failure::None);
+    daemon.reset();
+    far.join();
+}
+
+TEST_F(DaemonClientTest, AConnectionThatEndedWhileIdleCostsNoCall) {
+    auto connection = CallOnce(nullptr, 1, 1);
+    connection.reset();
+    std::thread far([&] {
+        const auto next = service.Accept();
+        next->Welcome(1);
+        FakeService::Serve(*next);
+    });
+    EXPECT_EQ(Call(), Failure::None);
+    daemon.reset();
+    far.join();
+}
+
+TEST_F(MutePeerTest, AfterATimeOutEveryCallFailsAtOnceUntilTheHelloIsAnswered) {
+    std::unique_ptr<FakeService::Connection> connection;
+    std::unique_ptr<FakeService::Connection> probe;
+    std::thread far([&] {
+        connection = service.Accept();
+        connection->Welcome();
+        probe = service.Accept(); // and no answer to its hello
+    });
+    EXPECT_EQ(Call(), Failure::Unresponsive);
+    far.join();
+    const Deadline deadline{std::chrono::milliseconds(kShortLimit)};
+    for (int i = 0; i < 100; ++i)
+        ASSERT_EQ(Call(), Failure::Stalled);
+    EXPECT_FALSE(deadline.HasPassed()) << "a hundred calls in less than one limit";
+    std::thread answering([&] {
+        probe->Welcome();
+        FakeService::Serve(*probe);
+    });
+    Failure failure = Failure::Stalled;
+    while (failure == Failure::Stalled)
+        failure = Call();
+    EXPECT_EQ(failure, Failure::None);
+    daemon.reset();
+    answering.join();
+}
+
+TEST_F(MutePeerTest, AServiceThatLostOneReplyIsNotTakenForStalled) {
+    std::thread far([&] {
+        const auto connection = service.Accept();
+        connection->Welcome();
+        connection->ReceivePacket();
+        const auto next = service.Accept();
+        next->Welcome();
+        FakeService::Serve(*next);
+    });
+    EXPECT_EQ(Call(), Failure::Unresponsive);
+    const Failure failure = Call();
+    // A loaded machine may need longer than the probe waits.
+    EXPECT_TRUE(failure == Failure::None || failure == Failure::Stalled);
+    while (Call() == Failure::Stalled) {
+    }
+    daemon.reset();
+    far.join();
+}
+
+TEST_F(MutePeerTest, AStalledServiceThatDiesIsAbsent) {
+    std::unique_ptr<FakeService::Connection> connection;
+    std::unique_ptr<FakeService::Connection> probe;
+    std::thread far([&] {
+        connection = service.Accept();
+        connection->Welcome();
+        probe = service.Accept();
+    });
+    EXPECT_EQ(Call(), Failure::Unresponsive);
+    far.join();
+    EXPECT_EQ(Call(), Failure::Stalled);
+    service.StopListening();
+    connection->Close();
+    probe->Close();
+    EXPECT_EQ(Call(), Failure::Absent);
+}
+
+TEST_F(UnwelcomePeerTest, AMuteWelcomeStallsToo) {
+    EXPECT_EQ(Call(), Failure::Unresponsive) << "nobody has accepted";
+    EXPECT_EQ(Call(), Failure::Stalled);
+    EXPECT_EQ(Call(), Failure::Stalled);
+}
+
+TEST_F(UnwelcomePeerTest, AMuteSignalConnectionLeavesAHelloToBeAnswered) {
+    Failure failure = Failure::None;
+    EXPECT_EQ(daemon->OpenSignals(1, failure), nullptr);
+    EXPECT_EQ(failure, Failure::Unresponsive);
+    const auto signals = service.Accept();
+    const auto probe = service.Accept();
+    probe->Welcome();
+    std::thread far([&] { FakeService::Serve(*probe); });
+    EXPECT_EQ(Call(), Failure::None);
+    daemon.reset();
+    far.join();
+}
+
+TEST_F(DaemonClientTest, EachFailureHasItsOwnLine) {
+    const LogWatch log;
+    for (const Failure failure :
+         {Failure::Absent, Failure::Unresponsive, Failure::Stalled, Failure::Gone, Failure::Malformed,
+          Failure::Foreign, Failure::Refused, Failure::None})
+        daemon->Report(failure, interfaceName, method);
+    std::vector<std::string> lines = log.GetLines();
+    ASSERT_EQ(lines.size(), 7u);
+    EXPECT_NE(lines[0].find("com.holvi.ITest.Test: the TV service is absent"), std::string::npos);
+    EXPECT_NE(lines[1].find("the TV service is mute"), std::string::npos);
+    EXPECT_NE(lines[3].find("the TV service is gone"), std::string::npos);
+    for (std::string& line : lines)
+        line.erase(0, line.find("com.holvi"));
+    std::sort(lines.begin(), lines.end());
+    EXPECT_EQ(std::unique(lines.begin(), lines.end()), lines.end());
+}
+
+TEST_F(DaemonClientTest, ASessionIsOpenedOnceAndAgainUnderANewRun) {
+    auto connection = CallOnce(&session, 1, 4);
+    EXPECT_EQ(session.id, 40u);
+    connection.reset();
+    EXPECT_EQ(
+        CallsAfterwards(2, 4),
+        (std::vector<std::string>{"com.holvi.INorvexSession.Open 0", "com.holvi.ITest.Test 50",
+                                  "com.holvi.ITest.Test 50", "com.holvi.INorvexSession.Close 0"}));
+}
+
+TEST_F(DaemonClientTest, ASessionIsOpenedAgainWhereTheDaemonHasForgottenTheClient) {
+    auto connection = CallOnce(&session, 1, 4);
+    connection.reset();
+    EXPECT_EQ(
+        CallsAfterwards(1, 5),
+        (std::vector<std::string>{"com.holvi.INorvexSession.Open 0", "com.holvi.ITest.Test 50",
+                                  "com.holvi.ITest.Test 50", "com.holvi.INorvexSession.Close 0"}));
+}
+
+TEST_F(DaemonClientTest, ASessionSurvivesAConnectionOfTheSameRun) {
+    auto connection = CallOnce(&session, 1, 4);
+    connection.reset();
+    EXPECT_EQ(CallsAfterwards(1, 4),
+              (std::vector<std::string>{"com.holvi.ITest.Test 40", "com.holvi.ITest.Test 40",
+                                        "com.holvi.INorvexSession.Close 0"}));
+}
+
+TEST_F(DaemonClientTest, ASessionOfAnEarlierRunIsNotClosedInTheNext) {
+    auto connection = CallOnce(&session, 1, 4);
+    connection.reset();
+    std::vector<std::string> calls;
+    std::thread far([&] {
+        const auto next = service.Accept();
+        next->Welcome(2, 4);
+        calls = FakeService::Serve(*next);
+    });
+    EXPECT_EQ(Call(), Failure::None);
+    daemon->Close(session);
+    daemon.reset();
+    far.join();
+    EXPECT_EQ(calls, (std::vector<std::string>{"com.holvi.ITest.Test 0"}));
+}
+
+TEST_F(DaemonClientTest, ARefusedSessionTellsWhy) {
+    std::thread far([&] {
+        const auto connection = service.Accept();
+        connection->Welcome();
+        wire::Message message;
+        ASSERT_TRUE(connection->Receive(message));
+        connection->Reply(message, -7);
+        connection->AwaitEnd();
+    });
+    EXPECT_EQ(daemon->Open(session), Failure::Refused);
+    EXPECT_EQ(session.status, -7);
+    daemon.reset();
+    far.join();
+}
+
+TEST_F(DaemonClientTest, ASessionsOpeningThatIsNotAnsweredIsNoRefusal) {
+    std::thread far([&] {
+        for (const bool hasStatus : {false, true}) {
+            const auto connection = service.Accept();
+            connection->Welcome();
+            wire::Message message;
+            ASSERT_TRUE(connection->Receive(message));
+            wire::Buffer tree;
+            if (hasStatus)
+                wire::TreeWriter(tree).PutValue(0, std::int32_t{0});
+            connection->Reply(message, tree);
+            connection->AwaitEnd();
+        }
+    });
+    EXPECT_EQ(daemon->Open(session), Failure::Malformed) << "neither status nor session";
+    EXPECT_EQ(daemon->Open(session), Failure::Malformed) << "no session";
+    EXPECT_EQ(session.generation, 0u);
+    daemon.reset();
+    far.join();
+}
+
+TEST_F(DaemonClientTest, ThreadsCallAtTheSameTimeOnConnectionsOfTheirOwn) {
+    std::thread far([&] {
+        const auto one = service.Accept();
+        one->Welcome();
+        wire::Message message;
+        ASSERT_TRUE(one->Receive(message));
+        const auto other = service.Accept();
+        other->Welcome();
+        wire::Message second;
+        ASSERT_TRUE(other->Receive(second));
+        // The later call is answered first.
+        other->Reply(second, 1);
+        one->Reply(message, 1);
+        one->AwaitEnd();
+        other->AwaitEnd();
+    });
+    Failure failure = Failure::Gone;
+    std::thread caller([&] { failure = Call(); });
+    EXPECT_EQ(Call(), Failure::None);
+    caller.join();
+    EXPECT_EQ(failure, Failure::None);
+    daemon.reset();
+    far.join();
+}
