@@ -168,7 +168,7 @@ TEST_F(InputBuffer, TypedWordsAreReportedOneByOneAsTheyAreRead) {
     std::istream in(&buffer);
     std::string word;
     const std::vector<std::string> reported = {"5\n", "5\n1\n", "5\n1\n99\n", "5\n1\n99\n8\n",
-                                           "5\n1\n99\n8\n7\n"};
+                                               "5\n1\n99\n8\n7\n"};
     for (const std::string& soFar : reported) {
         in >> word;
         EXPECT_EQ(m_typed, soFar);
