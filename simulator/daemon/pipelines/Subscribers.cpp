@@ -96,8 +96,10 @@ json Subscribers::DescribeState() const {
         json counts = json::object();
         for (const auto& [type, count] : subscriber.counts)
             counts[std::to_string(type)] = count;
-        described.push_back(
-            {{"session", session}, {"client", subscriber.client}, {"subscriptions", counts}});
+        described.push_back({{"session", session},
+                             {"client", subscriber.client},
+                             {"connected", m_context.signals.IsAttached(session)},
+                             {"subscriptions", counts}});
     }
     return described;
 }

@@ -125,6 +125,7 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
         if (connection.role == wire::Role::Signals && !m_signals.Attach(hello.session, connection))
             return connection.End("asks for the signals of session " +
                                   std::to_string(hello.session) + ", which is not its own");
+        m_changes.Tell();
     } else if (connection.client->GetToken() != hello.token) {
         // Saying it again is how a client asks whether a silent daemon is back.
         return connection.End("changed its token");
@@ -150,6 +151,7 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
     m_dispatcher.Forget(connection);
     if (connection.client != nullptr)
         m_clients.Disconnected(*connection.client);
+    m_changes.Tell();
     const auto found =
         std::find_if(m_connections.begin(), m_connections.end(),
                      [&](const auto& candidate) { return candidate.get() == &connection; });

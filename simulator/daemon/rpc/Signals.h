@@ -25,6 +25,7 @@ public:
     // False: its client has no such session.
     bool Attach(std::uint32_t session, Connection& connection);
     void Detach(const Connection& connection);
+    bool IsAttached(std::uint32_t session) const { return m_connections.contains(session); }
 
     // A number for the next signal of the daemon's run, from 1; the same for everyone who gets it.
     std::uint64_t TakeNumber() { return ++m_lastNumber; }
