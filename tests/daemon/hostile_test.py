@@ -1,290 +1,376 @@
-"""norvex-sim among peers that mean no good."""
+"""norvex-sim among peers that are malicious, slow, or many."""
 
 import contextlib
 import errno
 import os
 import random
 import resource
+import select
 import socket
 import struct
 import time
 
+import pytest
+
 import norvex_wire as wire
-from norvex_tv import LIMIT
-from tv_test_case import TvTestCase
+from norvex_control import Refused
+from programs import LIMIT
 
 # Of the daemon, in bytes, whatever a peer does; with room for a sanitizer's own.
 MEMORY_BOUND = 384 << 20
 # For a call while others misbehave, in seconds; a busy machine and a sanitizer included.
 PROMPT = 2.0
+ITEMS = 10000
+GET_ITEMS = ("IDebugPrintControl.GetMenuItems", wire.branch(1, []))
+SIXTY_MIB = wire.header(wire.CALL, serial=1, tree=60 << 20)
+NEVER_READS = "takes nothing of what is sent to it"
 
 
-class HostilePeerTestCase(TvTestCase):
-    def setUp(self):
-        # What a sanitizer keeps of freed memory is not the daemon's.
-        options = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=16"
-        self.daemon = self.tv(environment={"ASAN_OPTIONS": options.strip(":")})
+@pytest.fixture
+def tv(tv_off):
+    # What a sanitizer keeps of freed memory is not the daemon's.
+    options = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=16"
+    tv_off.start("--client-grace", 0, ASAN_OPTIONS=options.strip(":"))
+    return tv_off
 
-    def assert_serves(self):
-        with self.daemon.connect() as client:
-            self.assertEqual(client.stop(), 0)
 
-    def raw(self):
-        connection = self.daemon.connect(hello=False)
-        self.addCleanup(connection.close)
-        return connection
+@pytest.fixture
+def connect(tv):
+    """Connections that end with the test."""
+    with contextlib.ExitStack() as connections:
+        yield lambda **options: connections.enter_context(tv.connect(**options))
 
-    def test_nonsense_ends_its_connection_alone(self):
-        hello = wire.message(wire.HELLO, wire.value(0, "I", 1) + wire.node(1, wire.ARRAY, b"t" * 16)
-                             + wire.value(2, "I", 0))
-        huge = struct.pack("<BxhIIHHII", wire.CALL, 0, 1, 0, 0, 0, 0xFFFFFFFF, 0)
-        with self.daemon.connect() as witness:
-            for packet in [b"x", b"nonsense" * 10, wire.packets(huge)[0],
-                           struct.pack("<HBB", 0x564E, 1, 1) + huge,
-                           wire.packets(wire.message(wire.CALL))[0],
-                           wire.packets(wire.message(wire.WELCOME))[0],
-                           wire.packets(wire.message(wire.HELLO))[0],
-                           wire.packets(wire.message(wire.HELLO, b"\1" * 7))[0],
-                           wire.packets(wire.message(99))[0],
-                           wire.packets(hello.replace(b"t" * 16, b"t" * 15 + b"\0\0"))[0],
-                           b"\0" * 100000]:
-                peer = self.raw()
-                peer.socket.send(packet)
-                self.assert_closed(peer)
-            self.assertEqual(witness.stop(), 0)
-        self.assertIn("dropped connection", self.daemon.log())
 
-    def test_another_version_is_refused(self):
-        peer = self.raw()
-        with self.assertRaises(wire.Closed):
-            peer.hello(version=2)
-        # Its end is seen before the line is written; an answer comes after it.
-        self.assert_serves()
-        self.assertIn("speaks version 2", self.daemon.log())
+@pytest.fixture
+def many_descriptors():
+    soft, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
+    if hard < 2000:
+        pytest.skip("too few descriptors")
+    resource.setrlimit(resource.RLIMIT_NOFILE, (max(soft, 2000), hard))
+    yield
+    resource.setrlimit(resource.RLIMIT_NOFILE, (soft, hard))
 
-    def test_a_hello_may_be_repeated_but_not_with_another_token(self):
-        with self.daemon.connect() as client:
-            client.hello()
-            client.token = os.urandom(16)
-            with self.assertRaises(wire.Closed):
-                client.hello()
 
-    def test_a_message_that_begins_long_before_the_hello_gets_no_memory(self):
-        peer = self.raw()
-        message = wire.message(wire.HELLO, bytes(200000))
+def assert_prompt(client):
+    """Calls are answered, none of them after more than PROMPT seconds."""
+    for _ in range(20):
+        began = time.monotonic()
+        assert client.stop() == 0
+        assert time.monotonic() - began < PROMPT
+
+
+def assert_serves(tv):
+    with tv.connect() as client:
+        assert client.stop() == 0
+
+
+def memory(tv):
+    with open(f"/proc/{tv.process.pid}/statm", encoding="utf-8") as file:
+        return int(file.read().split()[1]) * resource.getpagesize()
+
+
+def processor_time(tv):
+    with open(f"/proc/{tv.process.pid}/stat", encoding="utf-8") as file:
+        fields = file.read().rsplit(")", 1)[1].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def descriptors(tv):
+    return len(os.listdir(f"/proc/{tv.process.pid}/fd"))
+
+
+def subscribe(tv, client):
+    _, session = client.open_session("ISignalSubscriber", 0)
+    return tv.connect(token=client.token, role=wire.ROLE_SIGNALS, session=session)
+
+
+# ---- bytes that make no sense ----
+
+@pytest.mark.parametrize("packet", [
+    b"x", b"nonsense" * 10, wire.packet(wire.header(wire.CALL, serial=1, tree=0xFFFFFFFF)),
+    wire.packet(SIXTY_MIB, more=True), wire.packet(wire.message(wire.CALL)), wire.packet(wire.message(wire.WELCOME)),
+    wire.packet(wire.message(wire.HELLO)), wire.packet(wire.message(wire.HELLO, b"\1" * 7)),
+    wire.packet(wire.message(99)), wire.packet(wire.hello_message(b"t" * 17)), wire.packet(wire.hello_message(b"t" * 16)[:-1]),
+    b"\0" * 100000],
+    ids=["byte", "text", "4 GiB", "more", "call", "welcome", "no token", "no tree", "kind", "token", "cut", "zeros"])
+def test_nonsense_before_the_hello_ends_its_connection_alone(tv, client, packet):
+    with tv.connect(hello=False) as peer:
+        peer.socket.send(packet)
+        peer.assert_closed()
+    assert client.stop() == 0
+    assert "dropped connection" in tv.log()
+
+
+def test_another_version_is_refused(tv, client):
+    with tv.connect(hello=False) as peer, pytest.raises(wire.Closed):
+        peer.hello(version=2)
+    # Its end is seen before the line is written; an answer comes after it.
+    assert client.stop() == 0
+    assert "speaks version 2" in tv.log()
+
+
+def test_a_hello_may_be_repeated_but_not_with_another_token(client):
+    client.hello()
+    client.token = os.urandom(16)
+    with pytest.raises(wire.Closed):
+        client.hello()
+
+
+def test_a_message_that_begins_long_before_the_hello_gets_no_memory(tv):
+    with tv.connect(hello=False) as peer:
         with contextlib.suppress(wire.Closed):
-            peer.send(message)
-        self.assert_closed(peer)
+            peer.send(wire.message(wire.HELLO, bytes(200000)))
+        peer.assert_closed()
 
-    def test_a_thousand_silent_connections_make_way(self):
-        self.allow_descriptors()
-        with self.daemon.connect() as client:
-            silent = [self.raw() for _ in range(1000)]
-            self.assert_serves()
-            self.assert_prompt(client)
-            # Those that were left are dropped in time, which the last one's end tells.
-            self.assert_closed(silent[-1])
-            for connection in silent:
-                self.assert_closed(connection)
-        self.assertIn("made way without having said hello", self.daemon.log())
-        self.assertIn("said no hello in time", self.daemon.log())
 
-    def test_a_client_that_never_reads_is_not_read_from_either(self):
-        peer = self.daemon.connect()
-        self.addCleanup(peer.close)
-        self.daemon.simctl("set", "items", 10000)
-        peer.socket.setblocking(False)
-        with self.assertRaises(BlockingIOError):
-            while True:
-                peer.ask("IDebugPrintControl", "GetMenuItems", 4,
-                         [wire.value(0, "i", -1), wire.branch(1, [])])
-        self.assert_serves()
-        # One reply waits, the other requests were not even taken.
-        self.assertLess(self.memory(), MEMORY_BOUND)
+@pytest.mark.parametrize("announced", [0xFFFFFFFF, (64 << 20) + 1])
+def test_a_message_over_64_mib_is_refused_by_its_header(tv, client, announced):
+    with tv.connect() as peer:
+        header = wire.header(wire.CALL, serial=1, tree=announced)
+        peer.socket.send(wire.packet(header.ljust(wire.MAX_PAYLOAD, b"\0"), more=True))
+        peer.assert_closed()
+    assert client.stop() == 0
+    assert tv.log().count("a packet makes no sense") == 1
 
-    def test_a_follower_that_never_reads_is_dropped(self):
-        follower = self.daemon.connect(role=wire.ROLE_LOG, tag="norvex")
-        self.addCleanup(follower.close)
-        with self.daemon.connect() as client:
-            word = "x" * 200
-            while "takes nothing of what is sent to it" not in self.daemon.log():
-                for _ in range(1000):
-                    client.call(word, word, 0)
-            self.assertEqual(client.stop(), 0)
-        self.assertLess(self.memory(), MEMORY_BOUND)
 
-    def test_a_message_of_4_gib_is_refused_by_its_header(self):
-        for announced in (0xFFFFFFFF, (64 << 20) + 1):
-            peer = self.daemon.connect()
-            self.addCleanup(peer.close)
-            header = struct.pack("<BxhIIHHII", wire.CALL, 0, 1, 0, 0, 0, announced, 0)
-            peer.socket.send(struct.pack("<HBB", 0x564E, 1, 1) + header.ljust(wire.MAX_PAYLOAD, b"\0"))
-            self.assert_closed(peer)
-        self.assert_serves()
-        self.assertEqual(self.daemon.log().count("a packet makes no sense"), 2)
+def test_a_packet_cut_at_any_byte_ends_its_connection(tv, client):
+    whole = wire.packet(wire.call_message("IDebugPrintControl.Stop", [], serial=1))
+    for size in range(1, len(whole)):
+        with tv.connect() as peer:
+            peer.socket.send(whole[:size])
+            peer.assert_closed()
+    assert_prompt(client)
 
-    def test_what_a_header_announces_takes_no_memory(self):
-        before = self.memory()
-        for _ in range(200):
-            peer = self.daemon.connect()
-            self.addCleanup(peer.close)
-            header = struct.pack("<BxhIIHHII", wire.CALL, 0, 1, 0, 0, 0, 60 << 20, 0)
-            # The first of a thousand packets; the others never come.
-            peer.socket.send(struct.pack("<HBB", 0x564E, 1, 1) + header.ljust(wire.MAX_PAYLOAD, b"\0"))
-        with self.daemon.connect() as client:
-            self.assert_prompt(client)
-        self.assertLess(self.memory() - before, 200 * 4 * wire.MAX_PAYLOAD)
 
-    def test_half_a_header_is_no_header(self):
-        whole = wire.packets(wire.message(wire.CALL, interface="com.holvi.IDebugPrintControl",
-                                          method="Stop", method_id=2, serial=1))[0]
-        with self.daemon.connect() as witness:
-            for size in range(1, len(whole)):
-                with self.daemon.connect() as peer:
-                    peer.socket.send(whole[:size])
-                    self.assert_closed(peer)
-            self.assert_prompt(witness)
+def test_garbage_is_answered_or_ends_its_connection_alone(tv, client):
+    numbers = random.Random(7)
+    good = wire.packet(wire.call_message("IDebugPrintControl.Execute", [
+        wire.STATUS, wire.text(1, "items", wire.IN), wire.asked_text(2)], serial=1))
+    for _ in range(2000):
+        packet = bytearray(good if numbers.random() < 0.9 else numbers.randbytes(200))
+        for _ in range(numbers.randint(1, 4)):
+            packet[numbers.randrange(len(packet))] = numbers.randrange(256)
+        with tv.connect() as peer, contextlib.suppress(wire.Closed):
+            peer.socket.send(packet)
+            # Its hello is answered after it, or nothing is any more.
+            peer.send(wire.hello_message(peer.token))
+            while peer.receive()[0] != wire.WELCOME:
+                pass
+    assert_prompt(client)
 
-    def test_garbage_is_answered_or_ends_its_connection_alone(self):
-        numbers = random.Random(7)
-        good = wire.packets(wire.message(
-            wire.CALL, wire.value(0, "i", -1) + wire.text(1, "items", wire.IN) + wire.asked_text(2),
-            "com.holvi.IDebugPrintControl", "Execute", 1, 1))[0]
-        with self.daemon.connect() as witness:
-            for _ in range(2000):
-                packet = bytearray(good if numbers.random() < 0.9 else numbers.randbytes(200))
-                for _ in range(numbers.randint(1, 4)):
-                    packet[numbers.randrange(len(packet))] = numbers.randrange(256)
-                with self.daemon.connect() as peer:
-                    peer.socket.send(packet)
-                    # Its hello is answered behind it, or nothing is any more.
-                    with contextlib.suppress(wire.Closed):
-                        peer.send(wire.message(wire.HELLO, wire.value(0, "I", 1)
-                                               + wire.node(1, wire.ARRAY, peer.token)))
-                        while peer.receive()[0] != wire.WELCOME:
-                            pass
-            self.assert_prompt(witness)
 
-    def test_thousands_that_come_and_go_leave_nothing(self):
-        def held():
-            return len(os.listdir(f"/proc/{self.daemon.process.pid}/fd"))
+# ---- memory ----
 
-        with self.daemon.connect() as client:
-            descriptors = held()
-            for count in range(4000):
-                self.daemon.connect(hello=count % 4 == 0).close()
-            self.daemon.wait("/daemon/clients/1 == null")
-            self.assert_prompt(client)
-            self.assertEqual(held(), descriptors)
-        self.assertLess(self.memory(), MEMORY_BOUND)
+def test_what_a_header_announces_takes_no_memory(tv, connect, client):
+    before = memory(tv)
+    for _ in range(200):
+        # The first of a thousand packets; the others never come.
+        connect().socket.send(wire.packet(SIXTY_MIB.ljust(wire.MAX_PAYLOAD, b"\0"), more=True))
+    assert_prompt(client)
+    assert memory(tv) - before < 200 * 4 * wire.MAX_PAYLOAD
 
-    def test_a_subscriber_that_never_reads_is_dropped_and_others_are_served(self):
-        def subscriber(client):
-            connection = self.daemon.connect(token=client.token, role=wire.ROLE_SIGNALS,
-                                             session=client.open_session("ISignalSubscriber", 0)[1])
-            self.addCleanup(connection.close)
-            return connection
 
-        with self.daemon.connect() as bad, self.daemon.connect() as good:
-            subscriber(bad)
-            reading = subscriber(good)
-            sent = 0
-            while "takes nothing of what is sent to it" not in self.daemon.log():
-                self.daemon.simctl("signal", 193, "serviceId=1", "count=10000")
-                sent += 10000
-                for _ in range(10000):
-                    self.assertEqual(reading.receive()[0], wire.SIGNAL)
-                self.assert_prompt(good)
-            self.assertLess(self.memory(), MEMORY_BOUND)
-            # It had its chance.
-            self.assertGreater(sent, 10000)
-            # Its calls are another matter.
-            self.assertEqual(bad.stop(), 0)
+def test_messages_that_never_become_whole_take_so_much_memory_and_no_more(tv, connect, client):
+    for peer in [connect() for _ in range(8)]:
+        with contextlib.suppress(BrokenPipeError, ConnectionResetError):
+            peer.socket.send(wire.packet(SIXTY_MIB.ljust(wire.MAX_PAYLOAD, b"\0"), more=True))
+            for _ in range(900):
+                peer.socket.send(wire.packet(bytes(wire.MAX_PAYLOAD), more=True))
+        assert_prompt(client)
+    assert memory(tv) < MEMORY_BOUND
+    assert "take too much memory" in tv.log()
 
-    def test_messages_that_never_become_whole_take_so_much_memory_and_no_more(self):
-        header = struct.pack("<BxhIIHHII", wire.CALL, 0, 1, 0, 0, 0, 60 << 20, 0)
-        packet = struct.pack("<HBB", 0x564E, 1, 1) + bytes(wire.MAX_PAYLOAD)
-        hoarders = [self.daemon.connect() for _ in range(8)]
-        with self.daemon.connect() as client:
-            for peer in hoarders:
-                self.addCleanup(peer.close)
-                with contextlib.suppress(BrokenPipeError, ConnectionResetError):
-                    peer.socket.send(packet[:4] + header + packet[28:])
-                    for _ in range(900):
-                        peer.socket.send(packet)
-                self.assert_prompt(client)
-            self.assertLess(self.memory(), MEMORY_BOUND)
-        self.assertIn("take too much memory", self.daemon.log())
 
-    def test_signals_are_for_the_client_whose_session_it_is(self):
-        with self.daemon.connect() as client, self.daemon.connect() as other:
-            _, session = client.open_session("ISignalSubscriber", 0)
-            for wrong in (session, session + 1, 0):
-                with self.assertRaises(wire.Closed):
-                    self.daemon.connect(token=other.token, role=wire.ROLE_SIGNALS, session=wrong)
-            with self.daemon.connect(token=client.token, role=wire.ROLE_SIGNALS,
-                                     session=session) as signals:
-                self.daemon.simctl("signal", 193, "serviceId=1")
-                self.assertEqual(signals.receive()[0], wire.SIGNAL)
-        self.assertIn(f"asks for the signals of session {session}, which is not its own",
-                      self.daemon.log())
+def test_answers_that_wait_take_so_much_memory_and_no_more(tv, connect, client):
+    # Some 48 MiB each.
+    tv.set("items", 500000)
+    late = []
+    while "take too much memory" not in tv.log():
+        assert len(late) < 8
+        late.append(connect())
+        late[-1].ask(*GET_ITEMS)
+        # Its answer has begun to come, or there was no room for it.
+        assert select.select([late[-1].socket], [], [], LIMIT)[0]
+        assert client.stop() == 0
+    assert len(late) > 1
+    # Those before the one that was too much get theirs.
+    assert len(wire.nodes(late[0].answer()[1])) == 16 + 500000
 
-    def test_a_crowd_on_the_control_socket_holds_nobody_up(self):
-        self.allow_descriptors()
-        crowd = []
-        for _ in range(1000):
-            peer = socket.socket(socket.AF_UNIX)
-            self.addCleanup(peer.close)
+
+# ---- peers that do not read ----
+
+def ask_until_nothing_is_taken(client):
+    """How many requests it took: the daemon reads no more of one whose answers wait."""
+    client.socket.setblocking(False)
+    with pytest.raises(BlockingIOError):
+        while True:
+            client.ask(*GET_ITEMS)
+    client.serial -= 1
+    client.socket.settimeout(LIMIT)
+    return client.serial
+
+
+def test_answers_that_are_read_late_are_whole_and_others_are_served_meanwhile(tv, client):
+    tv.set("items", ITEMS)
+    with tv.connect() as late:
+        asked = ask_until_nothing_is_taken(late)
+        assert_prompt(client)
+        assert memory(tv) < MEMORY_BOUND
+        items = client.menu_items()
+        assert [item_id for _, _, item_id in items[16:]] == list(range(117, 117 + ITEMS))
+        answer = client.call(*GET_ITEMS)
+        for late.serial in range(1, asked + 1):
+            assert late.answer() == answer
+        # It is read from again.
+        assert late.stop() == 0
+
+
+def test_one_that_goes_while_its_answers_wait_leaves_nothing(tv, client):
+    tv.set("items", ITEMS)
+    before = descriptors(tv)
+    with tv.connect() as late:
+        ask_until_nothing_is_taken(late)
+    tv.wait("/daemon/clients/1 == null")
+    assert client.stop() == 0
+    assert descriptors(tv) == before
+
+
+def test_signals_that_are_read_late_are_all_there_in_their_order(tv, client):
+    with subscribe(tv, client) as late:
+        # More than the kernel keeps for it, less than makes it one that never reads.
+        tv.signal(193, "serviceId=1", "count=10000")
+        for number in range(1, 10001):
+            kind, _, _, tree = late.receive()
+            assert (kind, wire.read(wire.by_tag(tree)[4], "Q")) == (wire.SIGNAL, number)
+    assert NEVER_READS not in tv.log()
+
+
+def test_a_subscriber_that_never_reads_is_dropped_and_others_are_served(tv, connect, client):
+    bad = connect()
+    with subscribe(tv, bad), subscribe(tv, client) as reading:
+        sent = 0
+        while NEVER_READS not in tv.log():
+            sent += tv.signal(193, "serviceId=1", "count=10000")
+            for _ in range(10000):
+                assert reading.receive()[0] == wire.SIGNAL
+            assert_prompt(client)
+        assert memory(tv) < MEMORY_BOUND
+        # It had its chance.
+        assert sent > 20000
+        # Its calls are another matter.
+        assert bad.stop() == 0
+
+
+def test_a_log_follower_that_never_reads_is_dropped(tv, client):
+    with tv.connect(role=wire.ROLE_LOG, tag="norvex"):
+        word = "x" * 200
+        nonsense = wire.message(wire.CALL, interface=word, method=word)
+        while NEVER_READS not in tv.log():
+            for _ in range(1000):
+                client.send(nonsense)
+                client.receive()
+        assert client.stop() == 0
+    assert memory(tv) < MEMORY_BOUND
+
+
+# ---- peers that are many ----
+
+@pytest.mark.slow
+@pytest.mark.usefixtures("many_descriptors")
+def test_a_thousand_silent_connections_are_evicted(tv, connect, client):
+    silent = [connect(hello=False) for _ in range(1000)]
+    assert_serves(tv)
+    assert_prompt(client)
+    # Those that were left are dropped in time, which the last one's end tells.
+    for connection in reversed(silent):
+        connection.assert_closed()
+    assert "made way without having said hello" in tv.log()
+    assert "said no hello in time" in tv.log()
+
+
+@pytest.mark.slow
+@pytest.mark.usefixtures("many_descriptors")
+def test_a_crowd_on_the_control_socket_holds_nobody_up(tv, client):
+    with contextlib.ExitStack() as ends:
+        crowd = [ends.enter_context(socket.socket(socket.AF_UNIX)) for _ in range(1000)]
+        for peer in crowd:
             peer.setsockopt(socket.SOL_SOCKET, socket.SO_SNDTIMEO, struct.pack("ll", LIMIT, 0))
-            peer.connect(self.daemon.socket + ".ctl")
+            peer.connect(tv.control_path)
             peer.settimeout(LIMIT)
-            crowd.append(peer)
-        with self.daemon.connect() as client:
-            self.assert_prompt(client)
-        self.assertIn("/debug/qos false", self.daemon.simctl("state"))
+        assert_prompt(client)
+        assert tv.state("/debug/qos") is False
         # Who has asked for nothing in time is let go, without a word.
         for peer in crowd:
             with contextlib.suppress(ConnectionResetError):
-                self.assertEqual(peer.recv(1), b"")
+                assert peer.recv(1) == b""
 
-    def test_running_out_of_descriptors_is_survived(self):
-        pid = self.daemon.process.pid
-        used = len(os.listdir(f"/proc/{pid}/fd"))
-        with self.daemon.connect() as client:
-            resource.prlimit(pid, resource.RLIMIT_NOFILE, (used + 3, used + 3))
-            peers = [self.daemon.connect(hello=False) for _ in range(5)]
-            before = self.processor_time()
-            # What it has goes on; the queue waits without spinning.
-            for _ in range(20):
-                self.assertEqual(client.stop(), 0)
-            self.assertIn("cannot accept: " + os.strerror(errno.EMFILE), self.daemon.log())
-            # Each silent one is dropped in time, and lets the next one in.
-            for peer in peers:
-                self.assert_closed(peer)
-                peer.close()
-            self.assertLess(self.processor_time() - before, 1.0)
-        with self.daemon.connect() as client:
-            self.assertEqual(client.stop(), 0)
 
-    def allow_descriptors(self):
-        soft, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
-        if hard < 2000:
-            self.skipTest("too few descriptors")
-        resource.setrlimit(resource.RLIMIT_NOFILE, (max(soft, 2000), hard))
-        self.addCleanup(resource.setrlimit, resource.RLIMIT_NOFILE, (soft, hard))
+@pytest.mark.slow
+def test_running_out_of_descriptors_is_survived(tv, connect, client):
+    limit = descriptors(tv) + 2
+    resource.prlimit(tv.process.pid, resource.RLIMIT_NOFILE, (limit, limit))
+    peers = [connect(hello=False) for _ in range(3)]
+    before = processor_time(tv)
+    # What it has goes on; the queue waits without spinning.
+    assert_prompt(client)
+    assert "cannot accept: " + os.strerror(errno.EMFILE) in tv.log()
+    # Each silent one is dropped in time, and lets the next one in.
+    for peer in peers:
+        peer.assert_closed()
+        peer.close()
+    assert processor_time(tv) - before < 1.0
+    assert_serves(tv)
 
-    def assert_prompt(self, client):
-        """Calls are answered, none of them after more than PROMPT seconds."""
-        for _ in range(20):
-            began = time.monotonic()
-            self.assertEqual(client.stop(), 0)
-            self.assertLess(time.monotonic() - began, PROMPT)
 
-    def memory(self):
-        with open(f"/proc/{self.daemon.process.pid}/statm", encoding="utf-8") as file:
-            return int(file.read().split()[1]) * resource.getpagesize()
+def test_thousands_that_come_and_go_leave_nothing(tv, client):
+    before = descriptors(tv)
+    for count in range(4000):
+        tv.connect(hello=count % 4 == 0).close()
+    tv.wait("/daemon/clients/1 == null")
+    assert_prompt(client)
+    assert descriptors(tv) == before
+    assert memory(tv) < MEMORY_BOUND
 
-    def processor_time(self):
-        with open(f"/proc/{self.daemon.process.pid}/stat", encoding="utf-8") as file:
-            fields = file.read().rsplit(")", 1)[1].split()
-        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+# ---- what one client may have ----
+
+def test_signals_are_for_the_client_whose_session_it_is(tv, client):
+    _, session = client.open_session("ISignalSubscriber", 0)
+    with tv.connect() as other:
+        for wrong in (session, session + 1, 0):
+            with pytest.raises(wire.Closed):
+                tv.connect(token=other.token, role=wire.ROLE_SIGNALS, session=wrong)
+    with tv.connect(token=client.token, role=wire.ROLE_SIGNALS, session=session) as signals:
+        tv.signal(193, "serviceId=1")
+        assert signals.receive()[0] == wire.SIGNAL
+    assert f"asks for the signals of session {session}, which is not its own" in tv.log()
+
+
+def test_a_client_has_4096_sessions_at_most_and_others_have_their_own(tv, client):
+    sessions = [client.open_session("IAVControl") for _ in range(4096)]
+    assert {status for status, _ in sessions} == {0}
+    assert client.open_session("IAVControl")[0] < 0
+    assert "has 4096 sessions: no more" in tv.log()
+    with tv.connect() as other:
+        assert other.open_session("IAVControl")[0] == 0
+    assert client.close_session(sessions[0][1]) == 1
+    assert client.open_session("IAVControl")[0] == 0
+
+
+def test_the_key_value_store_has_1024_keys_at_most(tv):
+    # One is there from the start.
+    for number in range(1, 1024):
+        tv.set("key", f"key/{number}", number)
+    with pytest.raises(Refused, match="the key-value store is full"):
+        tv.set("key", "key/more", 1)
+    tv.set("key", "key/1", 5)
+
+
+def test_there_are_1024_log_tags_at_most(tv, client):
+    def start(tag):
+        return client.status("IDevice.StartLogTag", wire.text(1, tag, wire.IN))
+
+    known = len(tv.state("/device/logTags"))
+    assert {start(f"tag-{number}") for number in range(1024 - known)} == {1}
+    assert start("tag-more") < 0
+    assert start("tag-0") == 1

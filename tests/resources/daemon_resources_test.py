@@ -1,187 +1,111 @@
-"""The simulated TV while what it needs fails: files, sockets, its database. Each call of each kind in
-turn, on a database that is new and on one that was there."""
+"""The simulated TV while what it needs fails: files, sockets, its database. Each call of each kind in turn, on a
+database that is new and on one that was there."""
 
-import collections
+import contextlib
 import os
+import pathlib
 import shutil
-import signal
-import subprocess
+import sqlite3
 import tempfile
-import unittest
+
+import pytest
 
 import failing
-import tv_visit
-
-# In memory, where there is such a folder: what is synced is not what is tested.
-FOLDERS = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
+from norvex_tv import NotStarted, Tv
+from tv_visit import OLD_LINE_UP, Visit, kept_by
 
 
-class Daemon:
-    """A daemon whose call fails, or, without an order, none."""
-
-    def __init__(self, folder, order=None, arguments=()):
-        self.socket = os.path.join(folder, "tv.sock")
-        self.note = os.path.join(folder, "note")
-        self.errors = os.path.join(folder, "errors")
-        environment = {**os.environ, **(order.environment(self.note) if order else {})}
-        ready, told = os.pipe()
-        with open(self.errors, "wb") as errors:
-            self.process = subprocess.Popen(
-                [os.path.join(failing.BIN, "norvex-sim"), "--socket", self.socket,
-                 "--database", os.path.join(folder, "database"),
-                 "--log", os.path.join(folder, "log"), "--ready-fd", str(told), *arguments],
-                pass_fds=[told], env=environment, stdin=subprocess.DEVNULL,
-                stdout=subprocess.DEVNULL, stderr=errors)
-        os.close(told)
-        with os.fdopen(ready) as lines:
-            self.is_ready = lines.read() == "ready\n"
-
-    def end(self):
-        """Its status."""
-        if self.is_ready and self.process.poll() is None:
-            self.process.send_signal(signal.SIGTERM)
-        try:
-            return self.process.wait(failing.LIMIT)
-        except subprocess.TimeoutExpired:
-            self.process.kill()
-            self.process.wait()
-            return "hang"
-
-    def has_failed(self):
-        return os.path.exists(self.note)
-
-    def error_lines(self):
-        with open(self.errors, encoding="utf-8", errors="replace") as file:
-            return [line for line in file.read().splitlines() if line]
+@pytest.fixture(scope="module")
+def left():
+    """What a TV has left, by name, and a folder with its database (base) and its line-up. It is in memory, where there
+    is such a folder: what is synced is not what is tested."""
+    with tempfile.TemporaryDirectory(prefix="zarn-", dir="/dev/shm" if os.access("/dev/shm", os.W_OK) else None) as name:
+        folder = pathlib.Path(name)
+        (folder / "old.lineup").write_text(OLD_LINE_UP)
+        (folder / "base").mkdir()
+        tv = Tv(folder / "base")
+        tv.start("--database", folder / "base/database", "--lineup", folder / "old.lineup")
+        tv.set("key", "db/kept", 1)
+        tv.set("items", 5)
+        kept = kept_by(tv)
+        assert tv.end() == 0
+        yield kept, folder
 
 
-class DaemonResourcesTestCase(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.figures = collections.Counter()
-        cls.by_kind = collections.Counter()
-        cls.folder = tempfile.TemporaryDirectory(dir=FOLDERS)
-        base = cls.path("base")
-        os.mkdir(base)
-        with open(cls.path("old.lineup"), "w", encoding="utf-8") as file:
-            file.write(tv_visit.OLD_LINE_UP)
-        daemon = Daemon(base, arguments=["--lineup", cls.path("old.lineup")])
-        for request in ({"command": "set", "name": "key", "words": ["db/kept", "1"]},
-                        {"command": "set", "name": "items", "words": ["5"]}):
-            tv_visit.ask_control(daemon.socket, request)
-        cls.old = cls.kept_by(daemon)
-        assert daemon.end() == 0
+def kept_in(folder, *options):
+    """What a database holds: it is whole, and a start on it goes well."""
+    if (folder / "database").exists():
+        with contextlib.closing(sqlite3.connect(folder / "database")) as database:
+            assert database.execute("PRAGMA integrity_check").fetchall() == [("ok",)]
+    tv = Tv(folder)
+    tv.start("--database", folder / "database", *options)
+    kept = kept_by(tv)
+    assert tv.end() == 0, tv.errors()
+    return kept
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.folder.cleanup()
-        if failing.EVERY_CALL:
-            for kind, count in sorted(cls.by_kind.items()):
-                print(f"  {kind}: {count}")
-            print("  " + ", ".join(f"{name} {count}" for name, count in cls.figures.items()))
 
-    @classmethod
-    def path(cls, name):
-        return os.path.join(cls.folder.name, name)
+def run_one(left, order, is_new, visit_by):
+    """One run in which a call fails; what came of it, nothing when there was no such call."""
+    before, root = left
+    folder = root / "run"
+    shutil.rmtree(folder, ignore_errors=True)
+    options = []
+    if is_new:
+        folder.mkdir()
+        before = {**before, "key": None}
+        options = ["--lineup", root / "old.lineup"]
+    else:
+        shutil.copytree(root / "base", folder)
+    tv = Tv(folder)
+    visit = Visit(tv, before)
+    note = folder / "note"
+    try:
+        tv.start("--database", folder / "database", *options, **failing.environment(order, note))
+        is_ready = True
+        visit_by(visit)
+    except NotStarted:
+        is_ready = False
+    ended_by_itself = tv.process.poll() is not None
+    if ended_by_itself:
+        assert tv.process.returncode == 1 and tv.errors().startswith("norvex-sim: "), tv.errors()
+        assert tv.errors().count("\n") == 1
+    else:
+        assert tv.end() == 0, tv.errors()
+    if is_new and not is_ready:
+        # Nothing was promised yet. Without a line-up of its own it has the built-in one.
+        kept_in(folder, *options)
+        return "clean end"
+    kept = kept_in(folder)
+    if not note.exists():
+        assert not ended_by_itself and (visit.unanswered, visit.refused) == (0, 0)
+        assert {name: {value} for name, value in kept.items()} == visit.may_be
+        return None
+    for name, value in kept.items():
+        assert value in visit.may_be[name], name
+    return "clean end" if ended_by_itself else "refusal" if visit.refused or visit.unanswered else "made good"
 
-    @staticmethod
-    def kept_by(daemon):
-        [answer] = tv_visit.ask_control(daemon.socket, {"command": "state"})
-        return tv_visit.kept_of(answer["state"])
 
-    def run_one(self, order, is_new, visit_by):
-        """One run in which a call fails. Sets has_failed: whether there was such a call."""
-        self.has_failed = False
-        folder = self.path("run")
-        shutil.rmtree(folder, ignore_errors=True)
-        if is_new:
-            os.mkdir(folder)
-        else:
-            shutil.copytree(self.path("base"), folder)
-        before = dict(self.old)
-        arguments = []
-        if is_new:
-            before["key"] = None
-            arguments = ["--lineup", self.path("old.lineup")]
+def fail_in_turn(left, kind, is_new=False, visit_by=Visit.run):
+    failing.fail_in_turn(kind, lambda order: run_one(left, order, is_new, visit_by))
 
-        daemon = Daemon(folder, order, arguments)
-        visit = tv_visit.Visit(daemon.socket, folder, before)
-        if daemon.is_ready:
-            visit_by(visit)
-        ended_by_itself = not daemon.is_ready or daemon.process.poll() is not None
-        status = daemon.end()
-        self.has_failed = daemon.has_failed()
-        if not self.has_failed:
-            self.assertEqual((status, visit.unanswered, visit.refused), (0, 0, 0), order)
-            self.assertEqual({name: {value} for name, value in self.check_database(folder).items()},
-                             visit.may_be)
-            return
 
-        if ended_by_itself:
-            self.figures["clean ends"] += 1
-            self.assertEqual(status, 1, daemon.error_lines())
-            self.assertEqual(len(daemon.error_lines()), 1, daemon.error_lines())
-            self.assertTrue(daemon.error_lines()[0].startswith("norvex-sim: "))
-        else:
-            self.assertEqual(status, 0, daemon.error_lines())
-            if visit.refused or visit.unanswered:
-                self.figures["clean refusals"] += 1
-            else:
-                self.figures["without effect"] += 1
-        if is_new and ended_by_itself and not daemon.is_ready:
-            # Nothing was promised yet. Without a line-up of its own it has the built-in one.
-            self.check_database(folder, arguments)
-        else:
-            for name, value in self.check_database(folder).items():
-                self.assertIn(value, visit.may_be[name], name)
+@pytest.mark.slow
+@pytest.mark.parametrize("kind", [
+    "open", "read", "write", "sync", "truncate", "stat", "unlink", "lock", "socket", "bind", "listen", "accept", "send",
+    "receive", "option", "poll", "eventfd", "signalfd", "sqlite-open", "sqlite-prepare", "sqlite-exec", "sqlite-text",
+    "sqlite-step", "sqlite-bind"])
+def test_a_tv_with_a_database_keeps_what_it_has_answered(left, kind):
+    fail_in_turn(left, kind)
 
-    def check_database(self, folder, arguments=()):
-        """Whole, and a start on it goes well; what is kept in it."""
-        verdict = failing.integrity(os.path.join(folder, "database"))
-        self.figures["torn"] += verdict != "ok"
-        self.assertEqual(verdict, "ok")
-        daemon = Daemon(folder, arguments=arguments)
-        try:
-            self.assertTrue(daemon.is_ready, daemon.error_lines())
-            return self.kept_by(daemon)
-        finally:
-            self.assertEqual(daemon.end(), 0)
 
-    def fail_in_turn(self, kinds, is_new=False, visit_by=tv_visit.Visit.run):
-        for kind in kinds:
-            for error in failing.errors_of(kind):
-                for number in failing.numbers():
-                    order = failing.Order(kind, error, number)
-                    with self.subTest(order=str(order)):
-                        self.run_one(order, is_new, visit_by)
-                    if not self.has_failed:
-                        self.assertGreater(number, 1, f"there was no call to fail: {kind}")
-                        break
-                    self.figures["failed calls"] += 1
-                    self.by_kind[f"{kind} {error}"] += 1
+@pytest.mark.slow
+@pytest.mark.parametrize("kind", [
+    "open", "write", "sync", "lock", "sqlite-prepare", "sqlite-step", "sqlite-exec", "sqlite-bind"])
+def test_a_new_tv_keeps_what_it_has_answered(left, kind):
+    fail_in_turn(left, kind, is_new=True)
 
-    def test_files(self):
-        self.fail_in_turn(["open", "read", "write", "sync", "truncate", "stat", "unlink", "lock"])
 
-    def test_files_of_a_new_database(self):
-        self.fail_in_turn(["open", "write", "sync", "lock"], is_new=True)
-
-    def test_sockets(self):
-        self.fail_in_turn(["socket", "bind", "listen", "accept", "send", "receive", "option"])
-
-    def test_events(self):
-        self.fail_in_turn(["poll", "eventfd", "signalfd"])
-
-    def test_sqlite(self):
-        self.fail_in_turn(["sqlite-open", "sqlite-prepare", "sqlite-exec", "sqlite-text"])
-
-    def test_sqlite_steps(self):
-        self.fail_in_turn(["sqlite-step", "sqlite-bind"])
-
-    def test_sqlite_of_a_new_database(self):
-        self.fail_in_turn(["sqlite-prepare", "sqlite-step", "sqlite-exec", "sqlite-bind"],
-                          is_new=True)
-
-    def test_a_reset(self):
-        self.fail_in_turn(["write", "sqlite-step", "sqlite-exec", "sqlite-prepare"],
-                          visit_by=tv_visit.Visit.reset)
+@pytest.mark.slow
+@pytest.mark.parametrize("kind", ["write", "sqlite-step", "sqlite-exec", "sqlite-prepare"])
+def test_a_reset_is_whole_or_refused(left, kind):
+    fail_in_turn(left, kind, visit_by=Visit.reset)

@@ -1,65 +1,69 @@
-"""A simulated TV for tests: norvex-sim as a process of its own, and norvex-simctl.
+"""A simulated TV, and a console on it: processes on sockets and files in a folder of their own."""
 
-NORVEX_SIM and NORVEX_SIMCTL name the programs."""
-
-import json
 import os
+import pathlib
 import signal
 import subprocess
-import tempfile
 
 import norvex_wire
+from norvex_control import Control
+from programs import HOST, LIMIT, ROOT, SIM, SIMCTL, refusal, run
+from terminal import Terminal
 
-SIM = os.environ["NORVEX_SIM"]
-SIMCTL = os.environ["NORVEX_SIMCTL"]
-# Never reached in a run that goes well.
-LIMIT = 60
+# The console's limit for a call, in seconds, where a test waits for it to pass.
+CALL_LIMIT = 3.0
+PROCESS_PROMPT = " 99 : Exit\r\n====================================\r\n\r\ncmd> "
 
 
-class Tv:
-    """A daemon on a socket in a folder of its own. Ended and cleaned up at the end of a with."""
+def start_sims(count, *arguments, **options):
+    """Processes of norvex-sim that are started at once, and whether clients can connect to one of them. Those that
+    they cannot connect to end by themselves."""
+    ready, told = os.pipe()
+    try:
+        processes = [subprocess.Popen([SIM, "--ready-fd", str(told), *map(str, arguments)], pass_fds=[told],
+                                      stdin=subprocess.DEVNULL, **options) for _ in range(count)]
+    finally:
+        os.close(told)
+    with os.fdopen(ready) as lines:
+        return processes, lines.read() == "ready\n"
 
-    def __init__(self, *options, folder=None, environment=None):
-        self._folder = None if folder else tempfile.TemporaryDirectory()
-        self.folder = folder or self._folder.name
-        self.options = options
-        self.environment = {**os.environ, **(environment or {})}
-        self.socket = self.path("tv.sock")
+
+class NotStarted(Exception):
+    """The TV has ended before clients could connect."""
+
+
+class Tv(Control):
+    """Made without being started."""
+
+    def __init__(self, folder):
+        self.folder = pathlib.Path(folder)
+        self.socket = str(self.folder / "tv.sock")
+        super().__init__(self.socket)
+        self.options = ()
         self.process = None
-        self.start()
+        self.consoles = []
+        # Of all that runs here.
+        self.environment = {
+            **os.environ,
+            "NORVEX_SOCKET": self.socket,
+            "NORVEX_LOG": str(self.folder / "client.log"),
+            "NORVEX_DEVICE_DIR": str(self.folder / "device"),
+            "NORVEX_CALL_LIMIT_MS": str(int(CALL_LIMIT * 1000)),
+            # What the console keeps on purpose.
+            "LSAN_OPTIONS": f"suppressions={ROOT}/tests/support/leaks.supp:print_suppressions=0:"
+                            "fast_unwind_on_malloc=0",
+        }
 
-    def path(self, name):
-        return os.path.join(self.folder, name)
+    # ---- the TV ----
 
-    def start(self, *options):
-        """Returns when clients can connect."""
-        ready, told = os.pipe()
-        try:
-            self.process = subprocess.Popen(
-                [SIM, "--socket", self.socket, "--log", self.path("log"), "--ready-fd", str(told),
-                 *self.options, *options],
-                pass_fds=[told], env=self.environment)
-        finally:
-            os.close(told)
-        with os.fdopen(ready) as lines:
-            line = lines.read()
-        if line != "ready\n":
-            raise RuntimeError(f"norvex-sim ended: {self.process.wait(LIMIT)}")
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        try:
-            # One that still runs leaves well, whatever it went through.
-            if self.process.poll() is None:
-                self.process.send_signal(signal.SIGCONT)
-                status = self.end()
-                assert status == 0, f"norvex-sim ended: {status}"
-        finally:
-            self.kill()
-            if self._folder:
-                self._folder.cleanup()
+    def start(self, *options, **environment):
+        """Returns when clients can connect. Without options it is started as it was before."""
+        self.options = options or self.options
+        with open(self.folder / "errors", "ab") as errors:
+            [self.process], ready = start_sims(1, "--log", self.folder / "log", *self.options, stdout=errors,
+                                               stderr=errors, env={**self.environment, **environment})
+        if not ready:
+            raise NotStarted(f"norvex-sim ended with {self.process.wait(LIMIT)}: {self.errors()}")
 
     def end(self, number=signal.SIGTERM):
         """Ends it as a user does; its status."""
@@ -68,33 +72,64 @@ class Tv:
 
     def kill(self):
         """Ends it on the spot, if it runs. A stopped one as well."""
-        if self.process.poll() is None:
-            self.process.kill()
+        self.process.kill()
         self.process.wait(LIMIT)
 
+    def close(self):
+        """One that still runs ends well, whatever it went through. Nothing was written on standard error."""
+        for console in self.consoles:
+            console.close(force=True)
+        if self.process and self.process.poll() is None:
+            self.process.send_signal(signal.SIGCONT)
+            try:
+                assert self.end() == 0, self.errors()
+            finally:
+                self.kill()
+        assert not self.errors()
+
+    def errors(self):
+        path = self.folder / "errors"
+        return path.read_text(errors="replace") if path.exists() else ""
+
     def log(self):
-        with open(self.path("log"), encoding="utf-8") as file:
-            return file.read()
+        return (self.folder / "log").read_text()
+
+    # ---- who speaks to it ----
 
     def connect(self, **options):
         return norvex_wire.Connection(self.socket, **options)
 
-    def simctl(self, *words, status=0):
-        """Runs norvex-simctl to its end; its output."""
-        result = self.run_simctl(*words)
-        assert result.returncode == status, (words, result)
+    def simctl(self, *words):
+        """What the program prints."""
+        return run(SIMCTL, *words, env=self.environment).stdout
+
+    def simctl_refusal(self, *words, status=1):
+        """Its one line of error."""
+        return refusal(SIMCTL, *words, status=status, env=self.environment)
+
+    def operations(self):
+        """The journal's calls but for those that open and close sessions, as "Interface.Method"."""
+        names = [call["interface"].removeprefix("com.holvi.") + "." + call["method"] for call in self.calls()]
+        return [name for name in names if not name.startswith("INorvexSession.")]
+
+    # ---- who watches it ----
+
+    def open_terminal(self, program, *arguments):
+        terminal = Terminal(program, *arguments, environment=self.environment)
+        self.consoles.append(terminal)
+        return terminal
+
+    def open_console(self, *arguments, through=()):
+        """A console on a terminal of its own, at the process menu. `through` is the command that runs it."""
+        console = self.open_terminal(*through, HOST, *arguments)
+        console.expect_all("DebugUtil\r\n", PROCESS_PROMPT)
+        return console
+
+    def run_words(self, words, **options):
+        """A console that is fed by a pipe, and ends well; what it prints."""
+        result = run(HOST, input=words, env=self.environment, **options)
+        assert result.stderr == ""
         return result.stdout
 
-    def run_simctl(self, *words):
-        return subprocess.run([SIMCTL, "--socket", self.socket, *map(str, words)],
-                              capture_output=True, text=True, timeout=LIMIT, check=False)
-
-    def state(self):
-        return json.loads(self.simctl("state", "--json"))
-
-    def calls(self):
-        return [json.loads(line) for line in self.simctl("calls", "--json").splitlines()]
-
-    def wait(self, *condition):
-        """Returns when the condition of `norvex-simctl wait` holds."""
-        self.simctl("wait", "--timeout", LIMIT / 2, *condition)
+    def client_log(self):
+        return (self.folder / "client.log").read_text()

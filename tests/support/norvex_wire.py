@@ -1,15 +1,33 @@
-"""A small client of the simulated TV's socket, for tests: speaks the bytes itself, so that it can
-also speak nonsense. docs/wire-format.md tabulates them."""
+"""A client of the simulated TV's socket that speaks the bytes itself, so that it can also speak nonsense.
+docs/wire-format.md tabulates them."""
 
 import os
 import socket
 import struct
+
+# The operations of each interface in the order of their numbers, as far as tests call them.
+OPERATIONS = {
+    "INorvexSession": ("Open", "Close"),
+    "IDebugPrintControl": ("Start", "Execute", "Stop", "Check", "GetMenuItems", "SetMenuItems", "SetMenuItem",
+                           "SetQoSEnabled", "IsQoSEnabled", "SetDebugMode", "IsDebugModeEnabled"),
+    "IDevice": ("GetInt", "StartLogTag", "StopLogTag"),
+    "IService": ("FindService",),
+    "IServiceNavigation": ("", "GetServiceList", "", "", "", "", "SetBootupService"),
+    "IServiceGuide": ("GetCurrentProgram",),
+    "IScanControl": ("", "", "", "", "StartBarkerChannelScan"),
+}
 
 HELLO, WELCOME, CALL, REPLY, SIGNAL, LOG = range(1, 7)
 VALUE, ARRAY, BRANCH, LENGTH = range(1, 5)
 OUT, IN = 0, 1
 ROLE_CALLS, ROLE_SIGNALS, ROLE_LOG = range(3)
 MAX_PAYLOAD = 60 << 10
+HEADER = struct.Struct("<BxhIIHHII")
+
+
+def header(kind, *, method_id=0, serial=0, session=0, interface=0, method=0, tree=0):
+    """The last three are lengths."""
+    return HEADER.pack(kind, method_id, serial, session, interface, method, tree, 0)
 
 
 # ---- trees ----
@@ -28,15 +46,12 @@ def branch(tag, children, direction=OUT):
 
 def text(tag, content, direction=OUT):
     data = content.encode() if isinstance(content, str) else content
-    children = [value(0, "I", len(data))]
-    if data:
-        children.append(node(1, ARRAY, data))
-    return branch(tag, children, direction)
+    return branch(tag, [value(0, "I", len(data)), *([node(1, ARRAY, data)] if data else [])], direction)
 
 
-def asked_text(tag, length=0):
+def asked_text(tag):
     """A text that is only out: its length alone."""
-    return node(tag, LENGTH, struct.pack("<I", length))
+    return node(tag, LENGTH, struct.pack("<I", 0))
 
 
 def menu_item(tag, name, state, item_id, direction=OUT):
@@ -70,35 +85,59 @@ def read_text(content):
     return data.decode(errors="replace")
 
 
+def read_menu_items(content):
+    """(name, state, id) of each."""
+    items = [by_tag(item) for _, _, _, item in nodes(content)]
+    return [(read_text(item[0]), read(item[1], "B"), read(item[2], "I")) for item in items]
+
+
 # ---- messages and packets ----
 
 def message(kind, tree=b"", interface="", method="", method_id=0, serial=0, session=0):
-    names = interface.encode(), method.encode()
-    return struct.pack("<BxhIIHHII", kind, method_id, serial, session, len(names[0]),
-                       len(names[1]), len(tree), 0) + names[0] + names[1] + tree
+    names = interface.encode() + method.encode()
+    return header(kind, method_id=method_id, serial=serial, session=session, interface=len(interface.encode()),
+                  method=len(method.encode()), tree=len(tree)) + names + tree
+
+
+def call_message(operation, arguments, serial=0, session=0):
+    """Of an operation as "IAVControl.MuteVideo"."""
+    interface, method = operation.split(".")
+    return message(CALL, b"".join(arguments), "com.holvi." + interface, method, OPERATIONS[interface].index(method),
+                   serial, session)
+
+
+def hello_message(token, role=ROLE_CALLS, version=1, more=b""):
+    return message(HELLO, value(0, "I", version) + node(1, ARRAY, token) + value(2, "I", role) + more)
+
+
+def packet(payload, more=False):
+    return struct.pack("<HBB", 0x564E, 1, more) + payload
 
 
 def packets(data):
     pieces = [data[at:at + MAX_PAYLOAD] for at in range(0, len(data), MAX_PAYLOAD)]
-    return [struct.pack("<HBB", 0x564E, 1, piece is not pieces[-1]) + piece for piece in pieces]
+    return [packet(piece, piece is not pieces[-1]) for piece in pieces]
 
 
 def parse(data):
     """(kind, serial, session, tree) of a whole message."""
-    kind, _, serial, session, interface, method, tree, _ = struct.unpack_from("<BxhIIHHII", data)
-    assert len(data) == 24 + interface + method + tree
-    return kind, serial, session, data[24 + interface + method:]
+    kind, _, serial, session, interface, method, tree, _ = HEADER.unpack_from(data)
+    assert len(data) == HEADER.size + interface + method + tree
+    return kind, serial, session, data[HEADER.size + interface + method:]
 
 
 class Closed(Exception):
     """The daemon has closed the connection."""
 
 
+STATUS = value(0, "i", -1)
+YES_OR_NO = value(0, "B", 0)
+
+
 class Connection:
     """One connection, with its hello said unless told otherwise."""
 
-    def __init__(self, path, token=None, role=ROLE_CALLS, session=None, tag=None, hello=True,
-                 limit=10):
+    def __init__(self, path, token=None, role=ROLE_CALLS, session=None, tag=None, hello=True, limit=10):
         self.token = token or os.urandom(16)
         self.epoch = None
         self.serial = 0
@@ -121,8 +160,8 @@ class Connection:
 
     def send(self, data):
         try:
-            for packet in packets(data):
-                self.socket.send(packet)
+            for each in packets(data):
+                self.socket.send(each)
         except (BrokenPipeError, ConnectionResetError) as error:
             raise Closed from error
 
@@ -131,67 +170,70 @@ class Connection:
         pieces = []
         while True:
             try:
-                packet = self.socket.recv(4 + MAX_PAYLOAD)
+                received = self.socket.recv(4 + MAX_PAYLOAD)
             except ConnectionResetError as error:
                 raise Closed from error
-            if not packet:
+            if not received:
                 raise Closed
-            magic, version, more = struct.unpack_from("<HBB", packet)
+            magic, version, more = struct.unpack_from("<HBB", received)
             assert (magic, version) == (0x564E, 1)
-            pieces.append(packet[4:])
+            pieces.append(received[4:])
             if not more:
                 return parse(b"".join(pieces))
 
+    def assert_closed(self):
+        """Nothing comes any more but the end."""
+        try:
+            raise AssertionError(f"not closed: {self.receive()}")
+        except Closed:
+            pass
+
     def hello(self, role=ROLE_CALLS, session=None, tag=None, version=1):
-        tree = value(0, "I", version) + node(1, ARRAY, self.token) + value(2, "I", role)
-        if session is not None:
-            tree += value(3, "I", session)
-        if tag is not None:
-            tree += text(4, tag)
-        self.send(message(HELLO, tree))
+        more = (value(3, "I", session) if session is not None else b"") + (text(4, tag) if tag is not None else b"")
+        self.send(hello_message(self.token, role, version, more))
         kind, _, _, tree = self.receive()
         assert kind == WELCOME
         self.epoch = read(by_tag(tree)[1], "Q")
 
-    def call(self, interface, method, method_id, arguments=(), session=0):
-        """The out arguments by place."""
-        self.ask(interface, method, method_id, arguments, session)
-        return self.answer()
-
-    def ask(self, interface, method, method_id, arguments=(), session=0):
+    def ask(self, operation, *arguments, status=STATUS, session=0):
+        """A call whose answer is not waited for. `arguments` are those after the status."""
         self.serial += 1
-        self.send(message(CALL, b"".join(arguments), "com.holvi." + interface, method, method_id,
-                          self.serial, session))
+        self.send(call_message(operation, [status, *arguments], self.serial, session))
 
     def answer(self):
+        """The out arguments by place."""
         kind, serial, _, tree = self.receive()
         assert (kind, serial) == (REPLY, self.serial)
         return by_tag(tree)
 
+    def call(self, operation, *arguments, status=STATUS, session=0):
+        self.ask(operation, *arguments, status=status, session=session)
+        return self.answer()
+
+    def status(self, operation, *arguments):
+        return read(self.call(operation, *arguments)[0], "i")
+
     def open_session(self, interface, profile=1, screen=0):
         """(status, session id)"""
-        answer = self.call("INorvexSession", "Open", 0,
-                           [value(0, "i", -1), value(1, "I", 0), text(2, "com.holvi." + interface,
-                                                                     IN),
-                            value(3, "i", profile, IN), value(4, "i", screen, IN)])
+        answer = self.call("INorvexSession.Open", value(1, "I", 0), text(2, "com.holvi." + interface, IN),
+                           value(3, "i", profile, IN), value(4, "i", screen, IN))
         return read(answer[0], "i"), read(answer[1], "I") if 1 in answer else 0
 
     def close_session(self, session):
-        answer = self.call("INorvexSession", "Close", 1,
-                           [value(0, "i", -1), value(1, "I", session, IN)])
-        return read(answer[0], "i")
+        return self.status("INorvexSession.Close", value(1, "I", session, IN))
 
-    # The debug print control's dialogue.
+    # The debug print control's dialogue: (status, screen).
 
     def start(self):
-        answer = self.call("IDebugPrintControl", "Start", 0, [value(0, "i", -1), asked_text(1)])
+        answer = self.call("IDebugPrintControl.Start", asked_text(1))
         return read(answer[0], "i"), read_text(answer[1])
 
     def execute(self, word):
-        answer = self.call("IDebugPrintControl", "Execute", 1,
-                           [value(0, "i", -1), text(1, word, IN), asked_text(2)])
+        answer = self.call("IDebugPrintControl.Execute", text(1, word, IN), asked_text(2))
         return read(answer[0], "i"), read_text(answer[2]) if 2 in answer else ""
 
     def stop(self):
-        answer = self.call("IDebugPrintControl", "Stop", 2, [value(0, "i", -1)])
-        return read(answer[0], "i")
+        return self.status("IDebugPrintControl.Stop")
+
+    def menu_items(self):
+        return read_menu_items(self.call("IDebugPrintControl.GetMenuItems", branch(1, []))[1])

@@ -2,12 +2,10 @@
 between two steps that is not seen."""
 
 import contextlib
-import json
 import os
 import re
 import selectors
 import signal
-import socket
 import sqlite3
 import subprocess
 import tempfile
@@ -15,10 +13,8 @@ import time
 
 import norvex_proxy
 import norvex_wire as wire
-from norvex_tv import LIMIT, Tv
-
-SUPPORT = os.path.dirname(norvex_proxy.__file__)
-HOST = os.path.join(os.path.dirname(os.environ["NORVEX_SIM"]), "zarn-debughost")
+from norvex_tv import Tv
+from programs import HOST, LIMIT
 
 # What the console writes when it waits for a word.
 PROMPT = re.compile(
@@ -90,9 +86,11 @@ class Rig:
         self.folder = tempfile.TemporaryDirectory(prefix="zarn-")
         self.selector = selectors.DefaultSelector()
         self.database = os.path.join(self.folder.name, "database")
-        self.tv = Tv("--database", self.database, *options, folder=self.folder.name)
+        self.client_log = os.path.join(self.folder.name, "client.log")
+        self.tv = Tv(self.folder.name)
+        self.tv.start("--database", self.database, *options)
         self.calm()
-        self.proxy = norvex_proxy.Proxy(self.tv.path("front.sock"), self.tv.socket, self.selector)
+        self.proxy = norvex_proxy.Proxy(os.path.join(self.folder.name, "front.sock"), self.tv.socket, self.selector)
         self.proxy.open()
         self.ready = None
         # The database's files as they were read last, and what they hold.
@@ -100,14 +98,10 @@ class Rig:
         self.content = None
         milliseconds = str(int(call_limit * 1000))
         self.console = Console({
-            **os.environ,
+            **self.tv.environment,
             "NORVEX_SOCKET": self.proxy.path,
-            "NORVEX_LOG": self.tv.path("client.log"),
-            "NORVEX_DEVICE_DIR": self.tv.path("device"),
             "NORVEX_CALL_LIMIT_MS": milliseconds,
             "NORVEX_CONNECT_LIMIT_MS": milliseconds,
-            # What the console keeps on purpose.
-            "LSAN_OPTIONS": f"suppressions={SUPPORT}/leaks.supp:print_suppressions=0:fast_unwind_on_malloc=0",
         }, self.selector)
 
     def __enter__(self):
@@ -122,18 +116,7 @@ class Rig:
 
     def calm(self):
         """A scan would write its programmes when it likes; this one stays with its first service."""
-        self.control(command="set", name="scan-pace", words=["3600000"])
-
-    def control(self, **request):
-        """The answer of the TV's control socket."""
-        with socket.socket(socket.AF_UNIX) as control:
-            control.settimeout(LIMIT)
-            control.connect(self.tv.socket + ".ctl")
-            control.send(json.dumps(request).encode() + b"\n")
-            answer = b""
-            while received := control.recv(1 << 20):
-                answer += received
-        return json.loads(answer)
+        self.tv.set("scan-pace", 3600000)
 
     def run_until(self, condition):
         """Lets everything go on until the condition holds."""
@@ -194,7 +177,7 @@ class Rig:
     def failures(self):
         """How many exchanges the client library has logged as failed."""
         with contextlib.suppress(FileNotFoundError), \
-                open(self.tv.path("client.log"), encoding="utf-8") as file:
+                open(self.client_log, encoding="utf-8") as file:
             return len(FAILURE.findall(file.read()))
         return 0
 
@@ -225,6 +208,6 @@ class Rig:
 
     def kept_state(self):
         """What the TV says of what outlives it."""
-        state = self.control(command="state")["state"]
+        state = self.tv.state()
         del state["debug"]["dialogues"]
         return state["debug"], state["device"], state["lineUp"]

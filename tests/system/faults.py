@@ -13,7 +13,8 @@ import time
 import norvex_proxy
 import norvex_wire as wire
 from fault_kinds import KINDS, Kill
-from fault_rig import LIMIT, Rig
+from fault_rig import Rig
+from programs import LIMIT
 
 # Beyond the call limit, for a command of any number of calls.
 COMMAND_SLACK = 0.5

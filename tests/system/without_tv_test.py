@@ -1,9 +1,14 @@
 """The test console where no TV service runs: every command comes back, nothing crashes."""
 
-from tv import SystemTestCase
+import multiprocessing
+import os
+import socket
 
-RECTANGLE = "1 2 3 4 "
+import pytest
 
+from programs import LIMIT
+
+AREAS = "1 2 3 4 " * 3
 # The words of each visit, from the test console's main menu back to it.
 VISITS = {
     "1 reference count": "1 0 1 99",
@@ -24,30 +29,54 @@ VISITS = {
     "16 preview": "16 1 0 2 0 5 99",
     "17 signal tune preparation": "17 1 2 5 3 4 5 5 6 7 99",
     "18 guide": "18 1 2 3 4 5 6 7 99",
-    "19 zoom": "19 1 2 3 " + RECTANGLE * 3 + "4 1 " + RECTANGLE + "5 1 1 6 1 1 7 1 8 1 9 1 " + RECTANGLE * 3 + "10 99",
+    "19 zoom": "19 1 2 3 " + AREAS + "4 1 1 2 3 4 5 1 1 6 1 1 7 1 8 1 9 1 " + AREAS + "10 99",
     "20 invalid service": "20 1 2 99",
     "21 boot-up service": "21 5",
 }
+EACH_VISIT = pytest.mark.parametrize("words", VISITS.values(), ids=VISITS)
+NOBODY = 65534
 
 
-class WithoutTvTestCase(SystemTestCase):
-    def test_every_item_and_every_command_of_its_menu_comes_back(self):
-        for name, words in VISITS.items():
-            with self.subTest(visit=name):
-                result = self.run_words(f"5 {words} 99 99\n")
-                self.assertEqual((result.returncode, result.stderr), (0, ""))
-                self.assertTrue(result.stdout.endswith("cmd> "), result.stdout[-300:])
+@EACH_VISIT
+def test_every_command_comes_back_where_no_tv_is(tv_off, words):
+    assert tv_off.run_words(f"5 {words} 99 99\n").endswith("cmd> ")
 
-    def test_all_of_them_in_one_run(self):
-        result = self.run_words("5 " + " ".join(VISITS.values()) + " 99 99\n")
-        self.assertEqual((result.returncode, result.stderr), (0, ""))
 
-    def test_they_come_back_as_well_when_the_tv_ends_while_they_run(self):
-        for name, words in VISITS.items():
-            with self.subTest(visit=name):
-                self.start_tv()
-                console = self.open_console()
-                console.sendline("5")
-                console.expect_exact("cmd> ")
-                self.kill_tv()
-                self.leave(console, *words.split(), "99", "99")
+@EACH_VISIT
+def test_every_command_comes_back_where_the_tv_has_ended(tv, words):
+    console = tv.open_console()
+    console.type("5", "cmd> ")
+    tv.kill()
+    console.leave(f"{words} 99 99")
+
+
+def listen_as_nobody(path, pipe):
+    """In the TV's place. What the first visitor sends, b"" for nothing."""
+    os.setgroups([])
+    os.setgid(NOBODY)
+    os.setuid(NOBODY)
+    with socket.socket(socket.AF_UNIX, socket.SOCK_SEQPACKET) as listener:
+        listener.settimeout(LIMIT)
+        listener.bind(path)
+        os.chmod(path, 0o666)
+        listener.listen()
+        pipe.send("ready")
+        with listener.accept()[0] as visitor:
+            visitor.settimeout(LIMIT)
+            pipe.send(visitor.recv(4096))
+
+
+@pytest.mark.skipif(os.geteuid() != 0, reason="becoming another user takes root")
+def test_another_users_process_in_the_tvs_place_is_told_nothing(tv_off):
+    os.chmod(tv_off.folder, 0o777)
+    mine, theirs = multiprocessing.Pipe()
+    listener = multiprocessing.get_context("fork").Process(target=listen_as_nobody, args=(tv_off.socket, theirs))
+    listener.start()
+    try:
+        assert mine.recv() == "ready"
+        tv_off.run_words("1 99\n")
+        assert mine.recv() == b""
+        assert "IDebugPrintControl.Start: the TV service is another user's process" in tv_off.client_log()
+    finally:
+        listener.kill()
+        listener.join(LIMIT)

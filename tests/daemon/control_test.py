@@ -1,0 +1,257 @@
+"""The control socket of norvex-sim, and norvex-simctl, which speaks to it."""
+
+import json
+import os
+import re
+import signal
+import socket
+import subprocess
+
+import pytest
+
+import norvex_wire as wire
+from programs import LIMIT, SIMCTL
+
+SMALL_LINE_UP = """transponder air 474000
+service 0x11 7-1 "Seven"
+programme 00:00 1440 "All day long"
+"""
+STOP = "IDebugPrintControl.Stop"
+EXECUTE = "IDebugPrintControl.Execute"
+
+
+def popen_simctl(tv, *words, **options):
+    return subprocess.Popen([SIMCTL, *words], env=tv.environment, text=True, **options)
+
+
+def test_the_state_is_shown_a_line_a_value_or_as_one_object(tv):
+    lines = tv.simctl("state").splitlines()
+    for line in ("/debug/qos false", '/debug/items/0/name "Tuner lock"', "/device/keys/db~1tv-viewer~1window_id 1"):
+        assert line in lines
+    assert json.loads(tv.simctl("state", "--json"))["debug"]["items"][0]["name"] == "Tuner lock"
+
+
+def test_the_journal_has_every_call_with_its_words(tv, client):
+    client.start()
+    client.execute("a\n\u00e4")
+    client.send(wire.message(wire.CALL, wire.node(0, wire.VALUE, b"\1\2", wire.IN), "com.holvi.INone", "Do", 3))
+    client.receive()
+    calls = [json.loads(line) for line in tv.simctl("calls", "--json").splitlines()]
+    assert [call["sequence"] for call in calls] == [1, 2, 3]
+    assert calls[1]["method"] == "Execute"
+    assert calls[1]["arguments"][1] == {"place": 1, "direction": "in", "name": "command", "type": "text",
+                                        "value": "a\n\u00e4"}
+    assert calls[1]["results"][0]["value"] == 1
+    assert calls[2]["arguments"][0]["value"] == {"hex": "0102"}
+    assert calls[2]["fault"] == "unknown operation"
+    assert re.match(r'#2 client 1 IDebugPrintControl.Execute\(command="a\\n\\u00e4"\) = status 1, screen "',
+                    tv.simctl("calls").splitlines()[1])
+
+
+def test_the_journal_is_never_invalid_json(tv, client):
+    client.start()
+    client.execute(b"\xff\xfe\x80")
+    client.send(wire.message(wire.CALL, interface="com.holvi.I\u00ed\u00b3\u00bf", method="Do"))
+    client.receive()
+    assert tv.calls()[1]["arguments"][1]["value"] == "\ufffd\ufffd\ufffd"
+
+
+def test_calls_are_followed_until_the_tv_ends(tv, client):
+    with popen_simctl(tv, "calls", "--follow", "--json", stdout=subprocess.PIPE) as follower:
+        for call, method in ((client.start, "Start"), (client.stop, "Stop")):
+            call()
+            assert json.loads(follower.stdout.readline())["method"] == method
+        tv.end()
+        assert follower.communicate(timeout=LIMIT)[0] == ""
+        assert follower.returncode == 0
+
+
+def test_a_follower_that_does_not_read_holds_nobody_up_and_loses_nothing(tv, client):
+    with socket.socket(socket.AF_UNIX) as follower:
+        follower.connect(tv.control_path)
+        follower.send(tv.written("calls", follow=True))
+        client.start()
+        for _ in range(3000):
+            client.execute("items")
+        assert client.execute("99")[0] == 0
+        follower.settimeout(LIMIT)
+        with follower.makefile() as lines:
+            sequences = []
+            while len(sequences) < 3002:
+                sequences.append(json.loads(lines.readline())["call"]["sequence"])
+        assert sequences == list(range(1, 3003))
+
+
+@pytest.mark.parametrize("condition", [
+    "/debug/qos == false", "/debug/qos != true", "/debug/items/0/name == Tuner lock", "/debug/none == null",
+    "/debug/itemsOn < 1", "/debug/itemsOn <= 0", "/debug/itemsOn > -1", "/debug/itemsOn >= 0",
+    "/daemon/injections == []"])
+def test_a_condition_that_holds_is_not_waited_for(tv, condition):
+    tv.simctl("wait", condition)
+    tv.simctl("wait", *condition.split())
+
+
+@pytest.mark.parametrize("condition", ["/debug/itemsOn < 0", "/debug/itemsOn <= -1", "/debug/itemsOn > 0",
+                                       "/debug/itemsOn >= 1", f"calls {STOP} 1"])
+def test_a_condition_that_does_not_come_to_hold_is_waited_for_in_vain(tv, condition):
+    assert tv.simctl_refusal("wait", condition, "--timeout", "0.01") == "norvex-simctl: timed out\n"
+
+
+def test_calls_of_what_is_no_operation_are_not_waited_for(tv):
+    tv.simctl_refusal("wait", "calls", "INone.Do", 1)
+
+
+def test_a_waiter_is_told_when_its_condition_comes_to_hold(tv, client):
+    client.start()
+    client.execute("items")
+    with popen_simctl(tv, "wait", "/debug/itemsOn >= 2") as items, popen_simctl(tv, "wait", f"calls {STOP} 1") as stop:
+        client.execute("101")
+        assert items.poll() is None
+        client.execute("102")
+        assert items.wait(LIMIT) == 0
+        assert stop.poll() is None
+        client.stop()
+        assert stop.wait(LIMIT) == 0
+    tv.reset()
+    tv.simctl_refusal("wait", f"calls {STOP} 1", "--timeout", "0.01")
+
+
+def test_ordered_failures_happen_and_are_noted(tv):
+    with tv.connect() as client:
+        tv.simctl("inject", STOP, "--result", "-7", "--count", 2)
+        assert [client.stop(), client.stop(), client.stop()] == [-7, -7, 0]
+        tv.simctl("inject", "com.holvi." + STOP, "--delay", 50)
+        assert client.stop() == 0
+        tv.simctl("inject", STOP, "--drop")
+        client.ask(STOP)
+        # The lost reply's place is taken by the next one's.
+        assert client.stop() == 0
+        tv.simctl("inject", STOP, "--close")
+        client.ask(STOP)
+        client.assert_closed()
+    assert [call.get("injected") for call in tv.calls()] == ["result", "result", None, "delay", "drop", None, "close"]
+    with tv.connect() as client:
+        tv.simctl("inject", STOP, "--die")
+        client.ask(STOP)
+        client.assert_closed()
+    assert tv.process.wait(LIMIT) == -signal.SIGKILL
+    assert "no daemon is running" in tv.simctl_refusal("state")
+
+
+def test_what_is_ordered_is_shown_until_it_has_happened(tv, client):
+    tv.inject(EXECUTE, "result", -7, count=2)
+    tv.inject(EXECUTE, "delay", 50)
+    tv.inject(EXECUTE, "die", with_text="x")
+    client.start()
+    client.execute("items")
+    place = {"interface": "com.holvi.IDebugPrintControl", "method": "Execute", "calls": 1}
+    assert tv.state("/daemon/injections") == [{**place, "kind": "result", "number": -7, "with": ""},
+                                              {**place, "kind": "delay", "number": 50, "with": ""},
+                                              {**place, "kind": "die", "number": 0, "with": "x"}]
+
+
+@pytest.mark.parametrize("result, answer", [(1, b"\1"), (-5, b"\1"), (0, b"\0")])
+def test_an_ordered_result_is_also_that_of_an_operation_that_says_yes_or_no(tv, client, result, answer):
+    tv.inject("IDebugPrintControl.IsQoSEnabled", "result", result)
+    assert client.call("IDebugPrintControl.IsQoSEnabled", status=wire.YES_OR_NO)[0] == answer
+
+
+def test_a_failure_may_be_for_calls_with_a_text_only(tv, client):
+    tv.simctl("inject", "INorvexSession.Open", "--result", "-7", "--with", "IAVControl")
+    assert [client.open_session(name)[0] for name in ("ITunerControl", "IAVControl", "IAVControl")] == [0, -7, 0]
+    tv.inject(EXECUTE, "result", -8, count=2, with_text="items")
+    tv.inject(EXECUTE, "result", -9)
+    client.start()
+    # Each takes the first order that is for it.
+    assert [client.execute(word)[0] for word in ("modes", "items", "qos", "items", "items")] == [-9, -8, 1, -8, 1]
+
+
+@pytest.mark.parametrize("words, reason", [
+    ("inject INone.Do --drop", 'no operation is called "INone.Do"'), ("set nonsense 1", "items, key"),
+    ("set items x", ""), ("set items 1 2", ""), ("set items -1", ""), ("set items 1000001", ""), ("set items 1x", ""),
+    ("set key a", ""), ("set key a x", ""), ("set key a 1x", ""), ("set key a 99999999999", ""),
+    ("set hdmi hdmi9 plugged", ""), ("signal SI_STARTED", ""), ("signal 2147483648", ""), ("signal 81 chType", ""),
+    ("signal 81 serviceId=1", ""), ("signal 81 chType=65536", ""), ("signal 81 chType=-32769", ""),
+    ("signal 194 flag=1x", ""), ("signal 4711 flag=1", ""), ("signal 195 screen=65536", ""),
+    ("signal 195 count=10001", ""), ("signal 195 successes=1", "success")])
+def test_what_cannot_be_is_refused_and_changes_nothing(tv, words, reason):
+    def state():
+        return {part: value for part, value in tv.state().items() if part not in ("daemon", "clock")}
+
+    before = state()
+    assert reason in tv.simctl_refusal(*words.split())
+    assert state() == before
+    assert (tv.state("/daemon/injections"), tv.state("/daemon/signals")) == ([], 0)
+
+
+def test_reset_brings_everything_back_but_the_numbers(tv):
+    new = tv.state()
+    with tv.connect() as client:
+        client.start()
+        client.execute("items")
+        client.execute("all")
+        client.stop()
+        tv.set("items", 5)
+        tv.inject(STOP, "drop")
+        tv.simctl("reset")
+        assert client.stop() == 0
+    state = tv.state()
+    assert [call["method"] for call in tv.calls()] == ["Stop"]
+    assert all(state[part] == new[part] for part in new if part not in ("daemon", "clock"))
+    # What it shows goes on.
+    assert not state["clock"]["set"]
+    assert state["daemon"]["injections"] == []
+
+
+@pytest.mark.parametrize("request_line", [
+    b"", b"nonsense", b"[]", b"{}", b'{"command":1}', b'{"command":"none"}', b'{"command":"wait"}',
+    b'{"command":"wait","path":"debug","comparison":"==","value":1}', b'{"command":"inject","method":5}',
+    b'{"command":"set","name":"items"}'])
+def test_requests_that_make_no_sense_are_refused(tv, request_line):
+    assert "error" in json.loads(tv.exchange(request_line + b"\n"))
+
+
+def test_a_saved_line_up_is_the_one_that_is_shown_and_loads_again(tv, folder):
+    (folder / "small").write_text(SMALL_LINE_UP)
+    tv.simctl("lineup", "load", folder / "small")
+    tv.simctl("lineup", "save", folder / "saved")
+    saved = (folder / "saved").read_text()
+    assert saved == tv.simctl("lineup", "show")
+    assert all(piece in saved for piece in ("474000", "7-1", "Seven", "All day long"))
+    tv.reset()
+    tv.simctl("lineup", "load", folder / "saved")
+    assert tv.simctl("lineup", "show") == saved
+    assert not (folder / "saved.part").exists()
+
+
+def test_a_relative_line_up_is_one_of_the_users_folder(tv, folder):
+    (folder / "sub").mkdir()
+    (folder / "sub/small").write_text(SMALL_LINE_UP)
+    subprocess.run([SIMCTL, "lineup", "load", "small"], cwd=folder / "sub", env=tv.environment, check=True)
+    assert tv.state("/lineUp/services") == 1
+
+
+def test_saving_a_line_up_replaces_a_file_as_a_whole_or_not_at_all(tv, folder):
+    (folder / "saved").write_text("before")
+    tv.kill()
+    tv.simctl_refusal("lineup", "save", folder / "saved")
+    assert (folder / "saved").read_text() == "before"
+    assert not (folder / "saved.part").exists()
+
+
+@pytest.mark.parametrize("name", ["none/saved", "."])
+def test_a_line_up_that_cannot_be_written_is_said(tv, folder, name):
+    before = os.listdir(folder)
+    assert "cannot be written" in tv.simctl_refusal("lineup", "save", f"{folder}/{name}")
+    assert os.listdir(folder) == before
+
+
+def test_what_cannot_be_loaded_is_said_and_leaves_the_line_up(tv, folder):
+    shown = tv.show_lineup()
+    (folder / "bad").write_text(SMALL_LINE_UP + "nonsense\n")
+    with open(folder / "huge", "wb") as file:
+        file.truncate((512 << 20) + 1)
+    for name, reason in (("none", "No such file or directory"), (".", "expected a regular file"),
+                         ("huge", "expected at most 512 MiB"), ("bad", "bad:4:")):
+        assert reason in tv.simctl_refusal("lineup", "load", folder / name)
+    assert tv.show_lineup() == shown
