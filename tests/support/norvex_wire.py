@@ -2,20 +2,16 @@
 docs/wire-format.md tabulates them."""
 
 import os
+import re
 import socket
 import struct
 
-# The operations of each interface in the order of their numbers, as far as tests call them.
-OPERATIONS = {
-    "INorvexSession": ("Open", "Close"),
-    "IDebugPrintControl": ("Start", "Execute", "Stop", "Check", "GetMenuItems", "SetMenuItems", "SetMenuItem",
-                           "SetQoSEnabled", "IsQoSEnabled", "SetDebugMode", "IsDebugModeEnabled"),
-    "IDevice": ("GetInt", "StartLogTag", "StopLogTag"),
-    "IService": ("FindService",),
-    "IServiceNavigation": ("", "GetServiceList", "", "", "", "", "SetBootupService"),
-    "IServiceGuide": ("GetCurrentProgram",),
-    "IScanControl": ("", "", "", "", "StartBarkerChannelScan"),
-}
+from programs import ROOT
+
+# The operations of each interface ("IAVControl"), in the order of their numbers.
+TABLE = (ROOT / "simulator/interfaces/include/interfaces/Interfaces.h").read_text(encoding="utf-8")
+OPERATIONS = {"I" + interface: re.findall(r"\w+", operations) for interface, operations in re.findall(
+    r"^NORVEX_INTERFACE\((\w+),([^)]*)\)", TABLE, re.MULTILINE)}
 
 HELLO, WELCOME, CALL, REPLY, SIGNAL, LOG = range(1, 7)
 VALUE, ARRAY, BRANCH, LENGTH = range(1, 5)
@@ -102,8 +98,9 @@ def message(kind, tree=b"", interface="", method="", method_id=0, serial=0, sess
 def call_message(operation, arguments, serial=0, session=0):
     """Of an operation as "IAVControl.MuteVideo"."""
     interface, method = operation.split(".")
-    return message(CALL, b"".join(arguments), "com.holvi." + interface, method, OPERATIONS[interface].index(method),
-                   serial, session)
+    # What follows a "_" tells overloads apart.
+    return message(CALL, b"".join(arguments), "com.holvi." + interface, method.split("_")[0],
+                   OPERATIONS[interface].index(method), serial, session)
 
 
 def hello_message(token, role=ROLE_CALLS, version=1, more=b""):
