@@ -8,6 +8,7 @@ import os
 
 import pytest
 
+from menus import TESTS
 from norvex_tv import PROCESS_PROMPT
 from programs import PLUGIN, SANITIZE, program, run
 
@@ -35,11 +36,14 @@ GUIDE = 208       # a service guide, likewise
 Menu = collections.namedtuple("Menu", "name words kept refused has_tv", defaults=(0, None, True))
 
 
-def of_test_console(name, number, words="", kept=0, **more):
-    """One of the test console's."""
-    return Menu(name, f"5 {number} {words} 99", LOOP + kept, **more)
-
-
+# The early returns, without a TV, which has a limit to what one client may leave open.
+WITHOUT_TV = [
+    ("boot-up-service-no-number", "21 x", NAVIGATION, None),
+    ("boot-up-service-not-found", "21 7", NAVIGATION, None),
+    ("invalid-service-no-source-control", TESTS["invalid-service"], NAVIGATION, "CreateSourceControl"),
+    ("programme-guide-no-guide", TESTS["programme-guide"], SCAN, "CreateServiceGuide"),
+    ("programme-guide-no-navigation", TESTS["programme-guide"], SCAN + GUIDE, "CreateServiceNavigation"),
+]
 MENUS = [
     Menu("norvex-dialogue", "1 help status 99"),
     Menu("menu-without-a-process", "2"),
@@ -51,34 +55,8 @@ MENUS = [
     Menu("simple-menu", "7 99"),
     Menu("simple-menu-switched", "7 0 99"),
     Menu("test-console", "5 99", LOOP),
-    of_test_console("reference-count", 1, "0 1 99"),
-    of_test_console("mute", 2, "0 1 1 2 0 99 0"),
-    of_test_console("hdmi-analysis", 3, "1 1 1 2 1 99"),
-    of_test_console("status", 4),
-    of_test_console("air", 5),
-    of_test_console("dtv-mode", 6, "1 2 3 4 5 6 7 8 99"),
-    of_test_console("source", 7, "1 2 4 5 7 3 7 6 7 99"),
-    of_test_console("video-decoder", 8),
-    of_test_console("av-mode", 9),
-    of_test_console("tuner", 10),
-    of_test_console("latest-channel", 11),
-    of_test_console("preparation", 12, "1 4 2 5 8 6 99"),
-    of_test_console("tv-mode", 13, "1 7 2 7 4 7 99 7"),
-    of_test_console("crop-video", 14),
-    of_test_console("caption", 15),
-    of_test_console("preview-source", 16, "1 13 2 0 7 99"),
-    of_test_console("signal-tune-preparation", 17, "1 2 7 4 5 7 7 3 6 99"),
-    of_test_console("programme-guide", 18, "1 2 3 4 5 6 7 99"),
-    of_test_console("zoom", 19, "1 2 3 0 0 960 540 0 0 480 270 0 0 1920 1080 10 99"),
-    of_test_console("invalid-service", 20, "1 2 99"),
-    of_test_console("boot-up-service", 21, "7"),
-    # The early returns. Without a TV, which has a limit to what one client may leave open.
-    of_test_console("boot-up-service-no-number", 21, "x", NAVIGATION, has_tv=False),
-    of_test_console("boot-up-service-refused", 21, "7", NAVIGATION, has_tv=False),
-    of_test_console("invalid-service-no-source-control", 20, "1 2 99", NAVIGATION, refused="CreateSourceControl", has_tv=False),
-    of_test_console("programme-guide-no-guide", 18, "1 2 3 4 5 6 7 99", SCAN, refused="CreateServiceGuide", has_tv=False),
-    of_test_console("programme-guide-no-navigation", 18, "1 2 3 4 5 6 7 99", SCAN + GUIDE, refused="CreateServiceNavigation",
-              has_tv=False),
+    *(Menu(name, f"5 {words} 99", LOOP) for name, words in TESTS.items()),
+    *(Menu(name, f"5 {words} 99", LOOP + kept, refused, False) for name, words, kept, refused in WITHOUT_TV),
 ]
 
 

@@ -14,36 +14,16 @@ EVERY_CALL = os.environ.get("ZARN_EVERY_CALL") == "1"
 
 # What each kind fails with: the usual causes. A name ends with "+" where all calls from that one on fail, as they do on
 # a full disk.
-ERRORS = {
-    "open": ("EMFILE", "EACCES"),
-    "read": ("EIO",),
-    "write": ("ENOSPC", "ENOSPC+", "EIO"),
-    "sync": ("EIO",),
-    "truncate": ("EIO",),
-    "stat": ("EACCES",),
-    "unlink": ("EACCES",),
-    "lock": ("ENOLCK",),
-    "socket": ("EMFILE",),
-    "bind": ("EACCES",),
-    "listen": ("EADDRINUSE",),
-    "connect": ("ECONNREFUSED", "ENOMEM"),
-    "accept": ("EMFILE", "ECONNABORTED"),
-    "send": ("ENOBUFS", "EPIPE"),
-    "receive": ("ECONNRESET", "ENOMEM"),
-    "option": ("ENOBUFS",),
-    "poll": ("ENOMEM",),
-    "eventfd": ("EMFILE",),
-    "signalfd": ("EMFILE",),
-    "random": ("ENOSYS",),
-    "thread": ("EAGAIN",),
-    "fork": ("EAGAIN",),
-    "sqlite-open": ("SQLITE_CANTOPEN", "SQLITE_NOMEM"),
-    "sqlite-prepare": ("SQLITE_NOMEM", "SQLITE_IOERR"),
-    "sqlite-step": ("SQLITE_FULL+", "SQLITE_IOERR", "SQLITE_FULL", "SQLITE_BUSY", "SQLITE_NOMEM"),
-    "sqlite-exec": ("SQLITE_IOERR", "SQLITE_FULL", "SQLITE_BUSY"),
-    "sqlite-bind": ("SQLITE_NOMEM",),
-    "sqlite-text": ("SQLITE_NOMEM",),
-}
+ERRORS = {kind: errors.split() for kind, errors in {
+    "open": "EMFILE EACCES", "read": "EIO", "write": "ENOSPC ENOSPC+ EIO", "sync": "EIO", "truncate": "EIO",
+    "stat": "EACCES", "unlink": "EACCES", "lock": "ENOLCK",
+    "socket": "EMFILE", "bind": "EACCES", "listen": "EADDRINUSE", "connect": "ECONNREFUSED ENOMEM",
+    "accept": "EMFILE ECONNABORTED", "send": "ENOBUFS EPIPE", "receive": "ECONNRESET ENOMEM", "option": "ENOBUFS",
+    "poll": "ENOMEM", "eventfd": "EMFILE", "signalfd": "EMFILE", "random": "ENOSYS", "thread": "EAGAIN", "fork": "EAGAIN",
+    "sqlite-open": "SQLITE_CANTOPEN SQLITE_NOMEM", "sqlite-prepare": "SQLITE_NOMEM SQLITE_IOERR",
+    "sqlite-step": "SQLITE_FULL+ SQLITE_IOERR SQLITE_FULL SQLITE_BUSY SQLITE_NOMEM",
+    "sqlite-exec": "SQLITE_IOERR SQLITE_FULL SQLITE_BUSY", "sqlite-bind": "SQLITE_NOMEM", "sqlite-text": "SQLITE_NOMEM",
+}.items()}
 SQLITE = {"SQLITE_BUSY": 5, "SQLITE_NOMEM": 7, "SQLITE_IOERR": 10, "SQLITE_FULL": 13, "SQLITE_CANTOPEN": 14}
 
 # One call that is to fail: its kind, its error, its number.

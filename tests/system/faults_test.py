@@ -14,7 +14,7 @@ STEP = 3 if SANITIZE else 1
 def try_some(kind, every):
     for name, step in (("run", STEP), ("long lists", 4 * STEP)):
         recording = faults.Recording(name, CALL_LIMIT)
-        for what in faults.sample(recording, kind, every)[::step]:
+        for what in recording.sample(kind, every)[::step]:
             assert faults.FaultyRun(recording, *what[1:]).figures.problems == []
 
 

@@ -1,5 +1,5 @@
 // Every class with virtual operations that the plug-in shares with others, named once: compiled
-// with whole debug information for plugin_abi.py, which reads the tables of virtual operations from
+// with whole debug information for plugin_test.py, which reads the tables of virtual operations from
 // it. Nothing here is ever run.
 
 #include <norvex/client/AVControl.h>

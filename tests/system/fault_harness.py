@@ -1,8 +1,9 @@
-"""A console on a simulated TV with a relay between the two, all in one loop: nothing happens
-between two steps that is not seen."""
+"""A console on a simulated TV with a relay between the two, all in one loop: nothing happens between two steps that is
+not seen."""
 
 import contextlib
 import os
+import pathlib
 import re
 import selectors
 import signal
@@ -11,10 +12,10 @@ import subprocess
 import tempfile
 import time
 
-import norvex_proxy
 import norvex_wire as wire
 from norvex_tv import Tv
 from programs import HOST, LIMIT
+from relay import Relay
 
 # What the console writes when it waits for a word.
 PROMPT = re.compile(
@@ -30,8 +31,8 @@ class Console:
     """The console on pipes."""
 
     def __init__(self, environment, selector):
-        self.process = subprocess.Popen([HOST], env=environment, stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.process = subprocess.Popen([HOST], env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.PIPE)
         self.selector = selector
         os.set_blocking(self.process.stdout.fileno(), False)
         selector.register(self.process.stdout, selectors.EVENT_READ, self.read)
@@ -65,65 +66,54 @@ class Console:
             self.menu = f"{title}: {item}" if title == "Process Debug List" else title
         return self.menu, prompt.group(1)
 
-    def finish(self):
-        """(exit status, standard error) of a console that has ended."""
-        error = self.process.stderr.read().decode()
-        return self.process.wait(LIMIT), error
+    def has_ended_well(self):
+        return self.ended and self.process.stderr.read() == b"" and self.process.wait(LIMIT) == 0
 
     def close(self):
-        if self.process.poll() is None:
-            self.process.kill()
+        self.process.kill()
         self.process.wait(LIMIT)
         for end in (self.process.stdin, self.process.stdout, self.process.stderr):
             with contextlib.suppress(BrokenPipeError):
                 end.close()
 
 
-class Rig:
+class Harness:
     """Made for one run of the console, in a folder of its own."""
 
     def __init__(self, call_limit, options=()):
-        self.folder = tempfile.TemporaryDirectory(prefix="zarn-")
+        self.temporary = tempfile.TemporaryDirectory(prefix="zarn-")
+        self.folder = pathlib.Path(self.temporary.name)
         self.selector = selectors.DefaultSelector()
-        self.database = os.path.join(self.folder.name, "database")
-        self.client_log = os.path.join(self.folder.name, "client.log")
-        self.tv = Tv(self.folder.name)
-        self.tv.start("--database", self.database, *options)
-        self.calm()
-        self.proxy = norvex_proxy.Proxy(os.path.join(self.folder.name, "front.sock"), self.tv.socket, self.selector)
-        self.proxy.open()
+        self.tv = Tv(self.folder)
+        self.start("--database", self.folder / "database", *options)
+        self.relay = Relay(str(self.folder / "front.sock"), self.tv.socket, self.selector)
+        self.relay.open()
+        # When there was a TV again.
         self.ready = None
         # The database's files as they were read last, and what they hold.
         self.read = None
         self.content = None
-        milliseconds = str(int(call_limit * 1000))
-        self.console = Console({
-            **self.tv.environment,
-            "NORVEX_SOCKET": self.proxy.path,
-            "NORVEX_CALL_LIMIT_MS": milliseconds,
-            "NORVEX_CONNECT_LIMIT_MS": milliseconds,
-        }, self.selector)
+        limit = str(int(call_limit * 1000))
+        self.console = Console({**self.tv.environment, "NORVEX_SOCKET": self.relay.path, "NORVEX_CALL_LIMIT_MS": limit,
+                                "NORVEX_CONNECT_LIMIT_MS": limit}, self.selector)
 
     def __enter__(self):
         return self
 
     def __exit__(self, *_):
         self.console.close()
-        self.proxy.close()
+        self.relay.close()
         self.tv.kill()
         self.selector.close()
-        self.folder.cleanup()
+        self.temporary.cleanup()
 
-    def calm(self):
-        """A scan would write its programmes when it likes; this one stays with its first service."""
-        self.tv.set("scan-pace", 3600000)
+    # ---- the loop ----
 
     def run_until(self, condition):
         """Lets everything go on until the condition holds."""
         end = time.monotonic() + LIMIT
         while not condition():
-            if not self.move(end - time.monotonic()):
-                raise AssertionError(f"nothing moves any more, at {self.console.text[-300:]!r}")
+            assert self.move(end - time.monotonic()), f"nothing moves any more, at {self.console.text[-300:]!r}"
 
     def move(self, limit=0):
         """Lets what is ready go on; false when nothing is, nor becomes so within the limit."""
@@ -144,13 +134,28 @@ class Rig:
         self.console.process.stdin.close()
         self.run_until(lambda: self.console.ended)
 
+    def settle(self, spoilt):
+        """Returns when the TV has answered the hellos that it owes, but for a spoilt one: until then calls fail at
+        once, as they should."""
+        while self.move():
+            pass
+        self.run_until(lambda: not any(
+            link.exchange and link.exchange.kind == wire.HELLO and link.exchange.ended is None
+            and link.exchange is not spoilt for link in self.relay.links))
+
+    # ---- the TV ----
+
+    def start(self, *options):
+        self.tv.start(*options)
+        # A scan would write its programmes when it likes; this one stays with its first service.
+        self.tv.set("scan-pace", 3600000)
+
     def restart(self):
         """A new TV. What it says of what it has kept, before anybody calls it."""
-        self.tv.start()
-        self.calm()
+        self.start()
         state = self.kept_state()
-        self.proxy.open()
-        self.proxy.drop_links()
+        self.relay.open()
+        self.relay.drop_links()
         self.ready = time.monotonic()
         return state
 
@@ -165,46 +170,28 @@ class Rig:
         os.waitid(os.P_PID, self.tv.process.pid, os.WCONTINUED)
         self.ready = time.monotonic()
 
-    def settle(self, spoilt):
-        """Returns when the TV has answered the hellos that it owes, but for a spoilt one: until then
-        calls fail at once, as they should."""
-        while self.move():
-            pass
-        self.run_until(lambda: not any(
-            link.exchange and link.exchange.kind == wire.HELLO and link.exchange.ended is None
-            and link.exchange is not spoilt for link in self.proxy.links))
+    # ---- what is found ----
 
     def failures(self):
         """How many exchanges the client library has logged as failed."""
-        with contextlib.suppress(FileNotFoundError), \
-                open(self.client_log, encoding="utf-8") as file:
-            return len(FAILURE.findall(file.read()))
+        with contextlib.suppress(FileNotFoundError):
+            return len(FAILURE.findall(self.tv.client_log()))
         return 0
 
     def stored(self):
-        """All that the database holds, committed: what a reader finds who comes after the TV's end.
-        The TV's own files are not touched."""
-        files = {}
-        for end in ("", "-wal"):
-            with contextlib.suppress(FileNotFoundError), open(self.database + end, "rb") as file:
-                files[end] = file.read()
+        """All that the database holds, committed: what a reader finds who comes after the TV's end. The TV's own files
+        are not touched."""
+        files = {path.name: path.read_bytes() for path in map(self.folder.joinpath, ("database", "database-wal"))
+                 if path.exists()}
         if files != self.read:
             self.read = files
-            self.content = self.read_database(files)
+            with tempfile.TemporaryDirectory(prefix="zarn-") as copies:
+                for name, data in files.items():
+                    pathlib.Path(copies, name).write_bytes(data)
+                with contextlib.closing(sqlite3.connect(os.path.join(copies, "database"))) as database:
+                    assert database.execute("PRAGMA integrity_check").fetchall() == [("ok",)], "the database is torn"
+                    self.content = tuple(database.iterdump())
         return self.content
-
-    @staticmethod
-    def read_database(files):
-        with tempfile.TemporaryDirectory(prefix="zarn-") as folder:
-            path = os.path.join(folder, "copy")
-            for end, data in files.items():
-                with open(path + end, "wb") as file:
-                    file.write(data)
-            with contextlib.closing(sqlite3.connect(path)) as database:
-                checked = database.execute("PRAGMA integrity_check").fetchall()
-                if checked != [("ok",)]:
-                    raise AssertionError(f"the database is torn: {checked}")
-                return tuple(database.iterdump())
 
     def kept_state(self):
         """What the TV says of what outlives it."""
