@@ -8,22 +8,22 @@ namespace host {
 
 namespace {
 
-const char kBlanks[] = " \t\r\v\f";
+const char kLineBlanks[] = " \t\r\v\f";
 
 // More than any run needs, and no sum of times overflows.
 constexpr double kLongestLimit = 3600.0;
 
 std::string_view Trim(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
+    const std::size_t first = text.find_first_not_of(kLineBlanks);
     if (first == std::string_view::npos) {
         return {};
     }
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+    return text.substr(first, text.find_last_not_of(kLineBlanks) - first + 1);
 }
 
 // The first word of `text`, which is trimmed; `rest` is set to what follows it.
 std::string_view FirstWord(std::string_view text, std::string_view& rest) {
-    const std::size_t end = text.find_first_of(kBlanks);
+    const std::size_t end = text.find_first_of(kLineBlanks);
     rest = end == std::string_view::npos ? std::string_view() : Trim(text.substr(end));
     return text.substr(0, end);
 }
@@ -105,10 +105,10 @@ std::optional<std::string> ParseExpect(std::string_view arguments, ExpectStep& s
 
     // An unquoted text may contain the word within: it is a limit only before a last number.
     step.text = arguments;
-    const std::size_t lastBlank = arguments.find_last_of(kBlanks);
+    const std::size_t lastBlank = arguments.find_last_of(kLineBlanks);
     if (lastBlank != std::string_view::npos) {
         const std::string_view before = Trim(arguments.substr(0, lastBlank));
-        const std::size_t blank = before.find_last_of(kBlanks);
+        const std::size_t blank = before.find_last_of(kLineBlanks);
         const auto limit = ParseSeconds(arguments.substr(lastBlank + 1));
         if (limit && blank != std::string_view::npos && before.substr(blank + 1) == "within") {
             step.text = Trim(before.substr(0, blank));
