@@ -1,18 +1,34 @@
-#include "AVControlProxy.h"
+#include <norvex/client/AVControl.h>
+#include <norvex/client/NorvexAPI.h>
 
-int AVControlProxy::RestartVideoDecoder() {
-    RemoteCall call(GetSession());
-    return call.Make("RestartVideoDecoder", 0);
-}
+#include "SessionProxy.h"
 
-int AVControlProxy::MuteVideo(int value) {
-    RemoteCall call(GetSession());
-    call.In(value);
-    return call.Make("MuteVideo", 1);
-}
+namespace {
 
-int AVControlProxy::MuteAudio(int value) {
-    RemoteCall call(GetSession());
-    call.In(value);
-    return call.Make("MuteAudio", 2);
+class AVControlProxy final : public SessionProxy<IAVControl, interfaces::AVControlMethod> {
+public:
+    using SessionProxy::SessionProxy;
+
+    int RestartVideoDecoder() override {
+        RemoteCall call(GetSession());
+        return call.Make(Method::RestartVideoDecoder);
+    }
+
+    int MuteVideo(int value) override {
+        RemoteCall call(GetSession());
+        call.In(value);
+        return call.Make(Method::MuteVideo);
+    }
+
+    int MuteAudio(int value) override {
+        RemoteCall call(GetSession());
+        call.In(value);
+        return call.Make(Method::MuteAudio);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateAVControl(EProfile profile, int screen, IAVControl** avControl) {
+    return CreateSession<AVControlProxy>(profile, screen, avControl);
 }

@@ -12,7 +12,8 @@
 
 class TCMessageBuffer;
 
-// A session as DaemonClient opens it: with whom, and whether it is open under the daemon's present run.
+// A session as DaemonClient opens it: with whom, and whether it is open under the daemon's present
+// run.
 struct SessionKey {
     std::string interfaceName;
     int profile = 0;
@@ -69,7 +70,8 @@ public:
 private:
     template <class Step> Failure WithConnection(Step step);
     std::unique_ptr<DaemonConnection> Take(Failure& failure);
-    std::unique_ptr<DaemonConnection> Connect(const DaemonConnection::Purpose& purpose, Failure& failure);
+    std::unique_ptr<DaemonConnection> Connect(const DaemonConnection::Purpose& purpose,
+                                              Failure& failure);
     std::unique_ptr<DaemonConnection> TakeProbed(Failure& failure);
     void GiveBack(std::unique_ptr<DaemonConnection> connection);
     void BecomeStalled(std::unique_ptr<DaemonConnection> probe);

@@ -57,7 +57,8 @@ Failure Connect(int socket, const sockaddr_un& address, milliseconds limit) {
 bool IsOwnProcess(int socket) {
     ucred client{};
     socklen_t size = sizeof client;
-    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &client, &size) == 0 && client.uid == geteuid();
+    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &client, &size) == 0 &&
+           client.uid == geteuid();
 }
 
 } // namespace
@@ -69,8 +70,9 @@ DaemonConnection::~DaemonConnection() {
     close(m_socket);
 }
 
-std::unique_ptr<DaemonConnection> DaemonConnection::Open(const std::string& path, const Purpose& purpose,
-                                       milliseconds limit, Failure& failure) {
+std::unique_ptr<DaemonConnection> DaemonConnection::Open(const std::string& path,
+                                                         const Purpose& purpose, milliseconds limit,
+                                                         Failure& failure) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     failure = Failure::Absent;
@@ -172,7 +174,7 @@ Failure DaemonConnection::Receive(const Deadline& deadline, std::size_t& size) {
 }
 
 Failure DaemonConnection::Call(const CallHeader& call, const void* tree, std::size_t treeSize,
-                      milliseconds limit, TCMessageBuffer& reply) {
+                               milliseconds limit, TCMessageBuffer& reply) {
     const Deadline deadline(limit);
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Call;
@@ -190,7 +192,7 @@ Failure DaemonConnection::Call(const CallHeader& call, const void* tree, std::si
 }
 
 Failure DaemonConnection::ReceiveReply(std::uint32_t serial, const Deadline& deadline,
-                              TCMessageBuffer& reply) {
+                                       TCMessageBuffer& reply) {
     while (true) {
         std::size_t size = 0;
         if (const Failure failure = Receive(deadline, size); failure != Failure::None)
@@ -224,7 +226,8 @@ Failure DaemonConnection::ReceiveReply(std::uint32_t serial, const Deadline& dea
 
 // Further packets of a long message go where they belong without a stop on the way. Memory is taken
 // as they come, not as the header announced them.
-Failure DaemonConnection::ReceiveRest(const Deadline& deadline, std::size_t size, TCMessageBuffer& reply) {
+Failure DaemonConnection::ReceiveRest(const Deadline& deadline, std::size_t size,
+                                      TCMessageBuffer& reply) {
     while (size > 0) {
         const auto left = deadline.GetLeft();
         if (left == milliseconds::zero())

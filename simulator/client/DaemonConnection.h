@@ -16,14 +16,14 @@ class TCMessageBuffer;
 // Why something could not be had from the TV service.
 enum class Failure {
     None,
-    Absent,   // nobody listens
-    Foreign,  // somebody else's process listens
-    Unresponsive,     // no answer within the limit
-    Stalled,  // as before, and known from a call before this one
-    Gone,     // it ended, or closed the connection
-    Malformed, // its answer is none of the protocol's
-    NotSent,  // the connection had ended before anything was sent on it
-    Refused,  // it runs, and says no
+    Absent,       // nobody listens
+    Foreign,      // somebody else's process listens
+    Unresponsive, // no answer within the limit
+    Stalled,      // as before, and known from a call before this one
+    Gone,         // it ended, or closed the connection
+    Malformed,    // its answer is none of the protocol's
+    NotSent,      // the connection had ended before anything was sent on it
+    Refused,      // it runs, and says no
 };
 
 // One connection to the TV service: a socket on which a hello has been sent. It is used until its
@@ -42,7 +42,8 @@ public:
     // Connects and says hello. Does not wait for the answer; with a limit of zero for nothing. Null
     // on failure.
     static std::unique_ptr<DaemonConnection> Open(const std::string& path, const Purpose& purpose,
-                                         std::chrono::milliseconds limit, Failure& failure);
+                                                  std::chrono::milliseconds limit,
+                                                  Failure& failure);
     ~DaemonConnection();
     DaemonConnection(const DaemonConnection&) = delete;
     DaemonConnection& operator=(const DaemonConnection&) = delete;

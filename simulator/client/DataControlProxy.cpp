@@ -1,10 +1,26 @@
-#include "DataControlProxy.h"
+#include <norvex/client/DataControl.h>
+#include <norvex/client/NorvexAPI.h>
 
-int DataControlProxy::CheckCaptionExist(bool* exists) {
-    if (exists == nullptr)
-        return -1;
-    RemoteCall call(GetSession());
-    Flag existsFlag(*exists);
-    call.Out(existsFlag.byte);
-    return call.Make("CheckCaptionExist", 0);
+#include "SessionProxy.h"
+
+namespace {
+
+class DataControlProxy final : public SessionProxy<IDataControl, interfaces::DataControlMethod> {
+public:
+    using SessionProxy::SessionProxy;
+
+    int CheckCaptionExist(bool* exists) override {
+        if (exists == nullptr)
+            return -1;
+        RemoteCall call(GetSession());
+        Flag existsFlag(*exists);
+        call.Out(existsFlag.byte);
+        return call.Make(Method::CheckCaptionExist);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateDataControl(EProfile profile, int screen, IDataControl** dataControl) {
+    return CreateSession<DataControlProxy>(profile, screen, dataControl);
 }

@@ -1,62 +1,78 @@
-#include "PipelineUtilityProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/PipelineUtility.h>
 
 #include "MarshalableText.h"
+#include "SessionProxy.h"
 
-int PipelineUtilityProxy::NotifyReceiverState(EStateChangeType type, const std::string& receiver,
-                                              int state, const std::uint64_t& serviceId) {
-    RemoteCall call(GetSession());
-    call.In(type);
-    MarshalableText receiverArgument(receiver);
-    call.InObject(receiverArgument);
-    call.In(state);
-    call.In(serviceId);
-    return call.Make("NotifyReceiverState", 0);
-}
+namespace {
 
-int PipelineUtilityProxy::RegisterForStateChange(EStateChangeType type, const std::string& receiver,
-                                                 int option) {
-    RemoteCall call(GetSession());
-    call.In(type);
-    MarshalableText receiverArgument(receiver);
-    call.InObject(receiverArgument);
-    call.In(option);
-    return call.Make("RegisterForStateChange", 1);
-}
+class PipelineUtilityProxy final
+    : public SessionProxy<IPipelineUtility, interfaces::PipelineUtilityMethod> {
+public:
+    using SessionProxy::SessionProxy;
 
-int PipelineUtilityProxy::UnregisterFromStateChange(EStateChangeType type,
-                                                    const std::string& receiver) {
-    RemoteCall call(GetSession());
-    call.In(type);
-    MarshalableText receiverArgument(receiver);
-    call.InObject(receiverArgument);
-    return call.Make("UnregisterFromStateChange", 2);
-}
+    int NotifyReceiverState(EStateChangeType type, const std::string& receiver, int state,
+                            const std::uint64_t& serviceId) override {
+        RemoteCall call(GetSession());
+        call.In(type);
+        MarshalableText receiverArgument(receiver);
+        call.InObject(receiverArgument);
+        call.In(state);
+        call.In(serviceId);
+        return call.Make(Method::NotifyReceiverState);
+    }
 
-int PipelineUtilityProxy::CheckPendingState(EStateChangeType type, bool* pending) {
-    if (pending == nullptr)
-        return -1;
-    RemoteCall call(GetSession());
-    call.In(type);
-    Flag pendingFlag(*pending);
-    call.Out(pendingFlag.byte);
-    return call.Make("CheckPendingState", 3);
-}
+    int RegisterForStateChange(EStateChangeType type, const std::string& receiver,
+                               int option) override {
+        RemoteCall call(GetSession());
+        call.In(type);
+        MarshalableText receiverArgument(receiver);
+        call.InObject(receiverArgument);
+        call.In(option);
+        return call.Make(Method::RegisterForStateChange);
+    }
 
-int PipelineUtilityProxy::GetCurrentTPMSStatus(TCTPMSStatus* status) {
-    if (status == nullptr)
-        return -1;
-    RemoteCall call(GetSession());
-    call.OutObject(*status);
-    return call.Make("GetCurrentTPMSStatus", 4);
-}
+    int UnregisterFromStateChange(EStateChangeType type, const std::string& receiver) override {
+        RemoteCall call(GetSession());
+        call.In(type);
+        MarshalableText receiverArgument(receiver);
+        call.InObject(receiverArgument);
+        return call.Make(Method::UnregisterFromStateChange);
+    }
 
-int PipelineUtilityProxy::NotifyReadyForSetService(int type, const std::string& application,
-                                                   int state, const std::uint64_t& serviceId) {
-    RemoteCall call(GetSession());
-    call.In(type);
-    MarshalableText applicationArgument(application);
-    call.InObject(applicationArgument);
-    call.In(state);
-    call.In(serviceId);
-    return call.Make("NotifyReadyForSetService", 5);
+    int CheckPendingState(EStateChangeType type, bool* pending) override {
+        if (pending == nullptr)
+            return -1;
+        RemoteCall call(GetSession());
+        call.In(type);
+        Flag pendingFlag(*pending);
+        call.Out(pendingFlag.byte);
+        return call.Make(Method::CheckPendingState);
+    }
+
+    int GetCurrentTPMSStatus(TCTPMSStatus* status) override {
+        if (status == nullptr)
+            return -1;
+        RemoteCall call(GetSession());
+        call.OutObject(*status);
+        return call.Make(Method::GetCurrentTPMSStatus);
+    }
+
+    int NotifyReadyForSetService(int type, const std::string& application, int state,
+                                 const std::uint64_t& serviceId) override {
+        RemoteCall call(GetSession());
+        call.In(type);
+        MarshalableText applicationArgument(application);
+        call.InObject(applicationArgument);
+        call.In(state);
+        call.In(serviceId);
+        return call.Make(Method::NotifyReadyForSetService);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreatePipelineUtility(EProfile profile, int screen,
+                                     IPipelineUtility** pipelineUtility) {
+    return CreateSession<PipelineUtilityProxy>(profile, screen, pipelineUtility);
 }

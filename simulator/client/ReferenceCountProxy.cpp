@@ -1,9 +1,27 @@
-#include "ReferenceCountProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/ReferenceCount.h>
 
-int ReferenceCountProxy::GetReferenceCount(int* count) {
-    if (count == nullptr)
-        return -1;
-    RemoteCall call(GetSession());
-    call.Out(*count);
-    return call.Make("GetReferenceCount", 0);
+#include "SessionProxy.h"
+
+namespace {
+
+class ReferenceCountProxy final
+    : public SessionProxy<IReferenceCount, interfaces::ReferenceCountMethod> {
+public:
+    using SessionProxy::SessionProxy;
+
+    int GetReferenceCount(int* count) override {
+        if (count == nullptr)
+            return -1;
+        RemoteCall call(GetSession());
+        call.Out(*count);
+        return call.Make(Method::GetReferenceCount);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateReferenceCount(EProfile profile, int screen,
+                                    IReferenceCount** referenceCount) {
+    return CreateSession<ReferenceCountProxy>(profile, screen, referenceCount);
 }

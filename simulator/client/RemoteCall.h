@@ -3,6 +3,7 @@
 #include <string>
 #include <type_traits>
 
+#include <interfaces/InterfaceTable.h>
 #include <norvex/core/MarshallingHelperProxy.h>
 
 class SessionConnection;
@@ -29,9 +30,13 @@ public:
     void OutObject(TIMarshalable& object);
 
     // Makes the call. The remote status, or -1 when there was no exchange.
-    int Make(const std::string& method, short methodId);
+    template <class Method> int Make(Method method) {
+        return Make(std::string(interfaces::GetMethodName(method)), static_cast<short>(method));
+    }
 
 private:
+    int Make(const std::string& method, short methodId);
+
     SessionConnection& m_session;
     TCMarshallingHelperProxy m_helper;
     int m_status = -1;

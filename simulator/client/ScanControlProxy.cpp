@@ -1,46 +1,61 @@
-#include "ScanControlProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/ScanControl.h>
 
 #include "MarshalableServiceCodes.h"
 #include "MarshalableText.h"
+#include "SessionProxy.h"
 
-int ScanControlProxy::IsTuneAroundNeeded(
-    const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) {
-    RemoteCall call(GetSession());
-    MarshalableServiceCodes servicesArgument(services);
-    call.InObject(servicesArgument);
-    return call.Make("IsTuneAroundNeeded", 0);
-}
+namespace {
 
-int ScanControlProxy::StartTuneAround(
-    const std::list<std::pair<std::uint64_t, std::uint32_t>>& services, const std::string& caller) {
-    RemoteCall call(GetSession());
-    MarshalableServiceCodes servicesArgument(services);
-    call.InObject(servicesArgument);
-    MarshalableText callerArgument(caller);
-    call.InObject(callerArgument);
-    return call.Make("StartTuneAround", 1);
-}
+class ScanControlProxy final : public SessionProxy<IScanControl, interfaces::ScanControlMethod> {
+public:
+    using SessionProxy::SessionProxy;
 
-int ScanControlProxy::StopManualScan() {
-    RemoteCall call(GetSession());
-    return call.Make("StopManualScan", 2);
-}
+    int IsTuneAroundNeeded(
+        const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) override {
+        RemoteCall call(GetSession());
+        MarshalableServiceCodes servicesArgument(services);
+        call.InObject(servicesArgument);
+        return call.Make(Method::IsTuneAroundNeeded);
+    }
 
-int ScanControlProxy::IsBarkerChannelScanAvailable(const TSTvMode& tvMode) {
-    RemoteCall call(GetSession());
-    call.InObject(tvMode);
-    return call.Make("IsBarkerChannelScanAvailable", 3);
-}
+    int StartTuneAround(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services,
+                        const std::string& caller) override {
+        RemoteCall call(GetSession());
+        MarshalableServiceCodes servicesArgument(services);
+        call.InObject(servicesArgument);
+        MarshalableText callerArgument(caller);
+        call.InObject(callerArgument);
+        return call.Make(Method::StartTuneAround);
+    }
 
-int ScanControlProxy::StartBarkerChannelScan(const std::string& text, const TSTvMode& tvMode) {
-    RemoteCall call(GetSession());
-    MarshalableText textArgument(text);
-    call.InObject(textArgument);
-    call.InObject(tvMode);
-    return call.Make("StartBarkerChannelScan", 4);
-}
+    int StopManualScan() override {
+        RemoteCall call(GetSession());
+        return call.Make(Method::StopManualScan);
+    }
 
-int ScanControlProxy::StopBarkerChannelScan() {
-    RemoteCall call(GetSession());
-    return call.Make("StopBarkerChannelScan", 5);
+    int IsBarkerChannelScanAvailable(const TSTvMode& tvMode) override {
+        RemoteCall call(GetSession());
+        call.InObject(tvMode);
+        return call.Make(Method::IsBarkerChannelScanAvailable);
+    }
+
+    int StartBarkerChannelScan(const std::string& text, const TSTvMode& tvMode) override {
+        RemoteCall call(GetSession());
+        MarshalableText textArgument(text);
+        call.InObject(textArgument);
+        call.InObject(tvMode);
+        return call.Make(Method::StartBarkerChannelScan);
+    }
+
+    int StopBarkerChannelScan() override {
+        RemoteCall call(GetSession());
+        return call.Make(Method::StopBarkerChannelScan);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateScanControl(IScanControl** scanControl) {
+    return CreateSession<ScanControlProxy>(0, 0, scanControl);
 }

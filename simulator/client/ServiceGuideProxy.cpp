@@ -1,8 +1,24 @@
-#include "ServiceGuideProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/ServiceGuide.h>
 
-int ServiceGuideProxy::GetCurrentProgram(const std::uint64_t& serviceId, TCProgramData& program) {
-    RemoteCall call(GetSession());
-    call.In(serviceId);
-    call.OutObject(program);
-    return call.Make("GetCurrentProgram", 0);
+#include "SessionProxy.h"
+
+namespace {
+
+class ServiceGuideProxy final : public SessionProxy<IServiceGuide, interfaces::ServiceGuideMethod> {
+public:
+    using SessionProxy::SessionProxy;
+
+    int GetCurrentProgram(const std::uint64_t& serviceId, TCProgramData& program) override {
+        RemoteCall call(GetSession());
+        call.In(serviceId);
+        call.OutObject(program);
+        return call.Make(Method::GetCurrentProgram);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateServiceGuide(IServiceGuide** serviceGuide) {
+    return CreateSession<ServiceGuideProxy>(0, 0, serviceGuide);
 }

@@ -1,9 +1,25 @@
-#include "ServiceProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/Service.h>
 
-int ServiceProxy::FindService(const TCCriteriaHelper& criteria, TCServiceData& record, int count) {
-    RemoteCall call(GetSession());
-    call.InObject(criteria);
-    call.OutObject(record);
-    call.In(count);
-    return call.Make("FindService", 0);
+#include "SessionProxy.h"
+
+namespace {
+
+class ServiceProxy final : public SessionProxy<IService, interfaces::ServiceMethod> {
+public:
+    using SessionProxy::SessionProxy;
+
+    int FindService(const TCCriteriaHelper& criteria, TCServiceData& record, int count) override {
+        RemoteCall call(GetSession());
+        call.InObject(criteria);
+        call.OutObject(record);
+        call.In(count);
+        return call.Make(Method::FindService);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateService(IService** service) {
+    return CreateSession<ServiceProxy>(0, 0, service);
 }

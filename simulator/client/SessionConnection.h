@@ -24,7 +24,8 @@ public:
     // Ends the session; the next call opens another.
     void Close();
     int GetStatus() const { return m_key.status; }
-    // The daemon's number of the session, and under which generation it was given; see DaemonClient.
+    // The daemon's number of the session, and under which generation it was given; see
+    // DaemonClient.
     std::uint32_t GetSession() const { return m_key.id; }
     std::uint64_t GetGeneration() const { return m_key.generation; }
 

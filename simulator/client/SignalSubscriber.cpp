@@ -4,6 +4,7 @@
 #include <glib-unix.h>
 #include <utility>
 
+#include <interfaces/Interfaces.h>
 #include <wire/Tree.h>
 
 #include "RemoteCall.h"
@@ -59,7 +60,8 @@ ISignalSubscriber::~ISignalSubscriber() = default;
 
 SignalSubscriber::SignalSubscriber(NorvexSignalCallbackFunction callback, unsigned number)
     : m_callback(callback), m_number(number),
-      m_session(std::make_unique<SessionConnection>("com.holvi.ISignalSubscriber", 0, 0)),
+      m_session(std::make_unique<SessionConnection>(
+          std::string(interfaces::kTable<interfaces::SignalSubscriberMethod>.name), 0, 0)),
       m_daemon(m_session->GetDaemon()) {}
 
 SignalSubscriber::~SignalSubscriber() = default;
@@ -101,7 +103,7 @@ int SignalSubscriber::CallSubscribe(const Subscription& subscription) {
     call.In(subscription.filter);
     call.In(subscription.profile);
     call.In(subscription.screen);
-    return call.Make("Subscribe", 0);
+    return call.Make(interfaces::SignalSubscriberMethod::Subscribe);
 }
 
 int SignalSubscriber::Subscribe(ESignalType type, int mode, int filter, int profile, int screen) {
@@ -137,7 +139,7 @@ int SignalSubscriber::Unsubscribe(ESignalType type, int filter, int profile, int
     call.In(filter);
     call.In(profile);
     call.In(screen);
-    return call.Make("Unsubscribe", 1);
+    return call.Make(interfaces::SignalSubscriberMethod::Unsubscribe);
 }
 
 // Brings a session that has been opened anew to where the earlier one was. False: to be tried again
@@ -153,7 +155,8 @@ bool SignalSubscriber::CatchUp() {
     if (m_session->GetGeneration() == m_watchedUnder && IsWatching())
         return true;
     Failure failure = Failure::None;
-    std::unique_ptr<DaemonConnection> connection = m_daemon->OpenSignals(m_session->GetSession(), failure);
+    std::unique_ptr<DaemonConnection> connection =
+        m_daemon->OpenSignals(m_session->GetSession(), failure);
     if (connection == nullptr || connection->generation != m_session->GetGeneration())
         return false;
     m_watchedUnder = connection->generation;

@@ -10,8 +10,8 @@
 
 #include <norvex/client/SignalSubscriber.h>
 
-#include "DaemonConnection.h"
 #include "ContextSource.h"
+#include "DaemonConnection.h"
 #include "SessionConnection.h"
 
 // A registered callback: a session in which signals are subscribed by calls, and a connection of
@@ -67,8 +67,8 @@ private:
     const std::shared_ptr<DaemonClient> m_daemon;
     // One each time that it was subscribed, oldest first.
     std::vector<Subscription> m_subscriptions;
-    // The session's generation (see DaemonClient) for which they stand in the daemon, and for which the
-    // signals' connection was opened.
+    // The session's generation (see DaemonClient) for which they stand in the daemon, and for which
+    // the signals' connection was opened.
     std::uint64_t m_subscribedUnder = 0;
     std::uint64_t m_watchedUnder = 0;
 

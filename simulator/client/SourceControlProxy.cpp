@@ -1,65 +1,80 @@
-#include "SourceControlProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/SourceControl.h>
 
 #include "MarshalableText.h"
+#include "SessionProxy.h"
 
-int SourceControlProxy::SetSource(ESource source, std::string& text) {
-    RemoteCall call(GetSession());
-    call.In(source);
-    MarshalableText textArgument(text);
-    call.InObject(textArgument);
-    return call.Make("SetSource", 0);
-}
+namespace {
 
-int SourceControlProxy::SetSource(ESource source, std::uint64_t serviceId, std::string& text) {
-    RemoteCall call(GetSession());
-    call.In(source);
-    call.In(serviceId);
-    MarshalableText textArgument(text);
-    call.InObject(textArgument);
-    return call.Make("SetSource", 1);
-}
+class SourceControlProxy final
+    : public SessionProxy<ISourceControl, interfaces::SourceControlMethod> {
+public:
+    using SessionProxy::SessionProxy;
 
-int SourceControlProxy::PreSetSourceA() {
-    RemoteCall call(GetSession());
-    return call.Make("PreSetSourceA", 2);
-}
+    int SetSource(ESource source, std::string& text) override {
+        RemoteCall call(GetSession());
+        call.In(source);
+        MarshalableText textArgument(text);
+        call.InObject(textArgument);
+        return call.Make(Method::SetSource);
+    }
 
-int SourceControlProxy::StartHDMIAnalysis(ESource source) {
-    RemoteCall call(GetSession());
-    call.In(source);
-    return call.Make("StartHDMIAnalysis", 3);
-}
+    int SetSource(ESource source, std::uint64_t serviceId, std::string& text) override {
+        RemoteCall call(GetSession());
+        call.In(source);
+        call.In(serviceId);
+        MarshalableText textArgument(text);
+        call.InObject(textArgument);
+        return call.Make(Method::SetSource_Service);
+    }
 
-int SourceControlProxy::StopHDMIAnalysis(ESource source) {
-    RemoteCall call(GetSession());
-    call.In(source);
-    return call.Make("StopHDMIAnalysis", 4);
-}
+    int PreSetSourceA() override {
+        RemoteCall call(GetSession());
+        return call.Make(Method::PreSetSourceA);
+    }
 
-int SourceControlProxy::PreSetSourceC() {
-    RemoteCall call(GetSession());
-    return call.Make("PreSetSourceC", 5);
-}
+    int StartHDMIAnalysis(ESource source) override {
+        RemoteCall call(GetSession());
+        call.In(source);
+        return call.Make(Method::StartHDMIAnalysis);
+    }
 
-int SourceControlProxy::PreSetSourceB() {
-    RemoteCall call(GetSession());
-    return call.Make("PreSetSourceB", 6);
-}
+    int StopHDMIAnalysis(ESource source) override {
+        RemoteCall call(GetSession());
+        call.In(source);
+        return call.Make(Method::StopHDMIAnalysis);
+    }
 
-int SourceControlProxy::SetPreviewSource(ESource source, std::string& text) {
-    RemoteCall call(GetSession());
-    call.In(source);
-    MarshalableText textArgument(text);
-    call.InObject(textArgument);
-    return call.Make("SetPreviewSource", 7);
-}
+    int PreSetSourceC() override {
+        RemoteCall call(GetSession());
+        return call.Make(Method::PreSetSourceC);
+    }
 
-int SourceControlProxy::SetPreviewSource(ESource source, std::uint64_t serviceId,
-                                         std::string& text) {
-    RemoteCall call(GetSession());
-    call.In(source);
-    call.In(serviceId);
-    MarshalableText textArgument(text);
-    call.InObject(textArgument);
-    return call.Make("SetPreviewSource", 8);
+    int PreSetSourceB() override {
+        RemoteCall call(GetSession());
+        return call.Make(Method::PreSetSourceB);
+    }
+
+    int SetPreviewSource(ESource source, std::string& text) override {
+        RemoteCall call(GetSession());
+        call.In(source);
+        MarshalableText textArgument(text);
+        call.InObject(textArgument);
+        return call.Make(Method::SetPreviewSource);
+    }
+
+    int SetPreviewSource(ESource source, std::uint64_t serviceId, std::string& text) override {
+        RemoteCall call(GetSession());
+        call.In(source);
+        call.In(serviceId);
+        MarshalableText textArgument(text);
+        call.InObject(textArgument);
+        return call.Make(Method::SetPreviewSource_Service);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateSourceControl(EProfile profile, int screen, ISourceControl** sourceControl) {
+    return CreateSession<SourceControlProxy>(profile, screen, sourceControl);
 }

@@ -1,6 +1,22 @@
-#include "TunerControlProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/TunerControl.h>
 
-int TunerControlProxy::CheckTunerSignalState() {
-    RemoteCall call(GetSession());
-    return call.Make("CheckTunerSignalState", 0);
+#include "SessionProxy.h"
+
+namespace {
+
+class TunerControlProxy final : public SessionProxy<ITunerControl, interfaces::TunerControlMethod> {
+public:
+    using SessionProxy::SessionProxy;
+
+    int CheckTunerSignalState() override {
+        RemoteCall call(GetSession());
+        return call.Make(Method::CheckTunerSignalState);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateTunerControl(EProfile profile, int screen, ITunerControl** tunerControl) {
+    return CreateSession<TunerControlProxy>(profile, screen, tunerControl);
 }

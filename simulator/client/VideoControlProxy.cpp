@@ -1,16 +1,32 @@
-#include "VideoControlProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/VideoControl.h>
 
-int VideoControlProxy::SetCropVideo(TSRectInfo first, TSRectInfo second) {
-    RemoteCall call(GetSession());
-    call.InObject(first);
-    call.InObject(second);
-    return call.Make("SetCropVideo", 0);
-}
+#include "SessionProxy.h"
 
-int VideoControlProxy::SetWindowId(int* windowId) {
-    if (windowId == nullptr)
-        return -1;
-    RemoteCall call(GetSession());
-    call.Out(*windowId);
-    return call.Make("SetWindowId", 1);
+namespace {
+
+class VideoControlProxy final : public SessionProxy<IVideoControl, interfaces::VideoControlMethod> {
+public:
+    using SessionProxy::SessionProxy;
+
+    int SetCropVideo(TSRectInfo first, TSRectInfo second) override {
+        RemoteCall call(GetSession());
+        call.InObject(first);
+        call.InObject(second);
+        return call.Make(Method::SetCropVideo);
+    }
+
+    int SetWindowId(int* windowId) override {
+        if (windowId == nullptr)
+            return -1;
+        RemoteCall call(GetSession());
+        call.Out(*windowId);
+        return call.Make(Method::SetWindowId);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateVideoControl(EProfile profile, int screen, IVideoControl** videoControl) {
+    return CreateSession<VideoControlProxy>(profile, screen, videoControl);
 }

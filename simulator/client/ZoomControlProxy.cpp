@@ -1,83 +1,98 @@
-#include "ZoomControlProxy.h"
+#include <norvex/client/NorvexAPI.h>
+#include <norvex/client/ZoomControl.h>
 
 #include "MarshalableIntegers.h"
+#include "SessionProxy.h"
 
-int ZoomControlProxy::CreateZoomWindow(int& windowId, const TSRectInfo& source,
-                                       const TSRectInfo& destination, const TSRectInfo& main) {
-    RemoteCall call(GetSession());
-    call.Out(windowId);
-    call.InObject(source);
-    call.InObject(destination);
-    call.InObject(main);
-    return call.Make("CreateZoomWindow", 0);
-}
+namespace {
 
-int ZoomControlProxy::DeleteZoomWindow(const std::vector<int>& windowIds, const TSRectInfo& main) {
-    RemoteCall call(GetSession());
-    MarshalableIntegers windowIdsArgument(windowIds);
-    call.InObject(windowIdsArgument);
-    call.InObject(main);
-    return call.Make("DeleteZoomWindow", 1);
-}
+class ZoomControlProxy final : public SessionProxy<IZoomControl, interfaces::ZoomControlMethod> {
+public:
+    using SessionProxy::SessionProxy;
 
-int ZoomControlProxy::SetZoomWindow(std::vector<int> windowIds, bool on) {
-    RemoteCall call(GetSession());
-    MarshalableIntegers windowIdsArgument(windowIds);
-    call.InObject(windowIdsArgument);
-    call.In(on);
-    return call.Make("SetZoomWindow", 2);
-}
+    int CreateZoomWindow(int& windowId, const TSRectInfo& source, const TSRectInfo& destination,
+                         const TSRectInfo& main) override {
+        RemoteCall call(GetSession());
+        call.Out(windowId);
+        call.InObject(source);
+        call.InObject(destination);
+        call.InObject(main);
+        return call.Make(Method::CreateZoomWindow);
+    }
 
-int ZoomControlProxy::MuteZoomWindow(std::vector<int> windowIds, bool mute) {
-    RemoteCall call(GetSession());
-    MarshalableIntegers windowIdsArgument(windowIds);
-    call.InObject(windowIdsArgument);
-    call.In(mute);
-    return call.Make("MuteZoomWindow", 3);
-}
+    int DeleteZoomWindow(const std::vector<int>& windowIds, const TSRectInfo& main) override {
+        RemoteCall call(GetSession());
+        MarshalableIntegers windowIdsArgument(windowIds);
+        call.InObject(windowIdsArgument);
+        call.InObject(main);
+        return call.Make(Method::DeleteZoomWindow);
+    }
 
-int ZoomControlProxy::IsZoomWindowStarted(int windowId, bool& started) {
-    RemoteCall call(GetSession());
-    call.In(windowId);
-    Flag startedFlag(started);
-    call.Out(startedFlag.byte);
-    return call.Make("IsZoomWindowStarted", 4);
-}
+    int SetZoomWindow(std::vector<int> windowIds, bool on) override {
+        RemoteCall call(GetSession());
+        MarshalableIntegers windowIdsArgument(windowIds);
+        call.InObject(windowIdsArgument);
+        call.In(on);
+        return call.Make(Method::SetZoomWindow);
+    }
 
-int ZoomControlProxy::IsZoomWindowMuted(int windowId, bool& muted) {
-    RemoteCall call(GetSession());
-    call.In(windowId);
-    Flag mutedFlag(muted);
-    call.Out(mutedFlag.byte);
-    return call.Make("IsZoomWindowMuted", 5);
-}
+    int MuteZoomWindow(std::vector<int> windowIds, bool mute) override {
+        RemoteCall call(GetSession());
+        MarshalableIntegers windowIdsArgument(windowIds);
+        call.InObject(windowIdsArgument);
+        call.In(mute);
+        return call.Make(Method::MuteZoomWindow);
+    }
 
-int ZoomControlProxy::SetZoomWindowRect(int windowId, const TSRectInfo& source,
-                                        const TSRectInfo& destination, const TSRectInfo& main) {
-    RemoteCall call(GetSession());
-    call.In(windowId);
-    call.InObject(source);
-    call.InObject(destination);
-    call.InObject(main);
-    return call.Make("SetZoomWindowRect", 6);
-}
+    int IsZoomWindowStarted(int windowId, bool& started) override {
+        RemoteCall call(GetSession());
+        call.In(windowId);
+        Flag startedFlag(started);
+        call.Out(startedFlag.byte);
+        return call.Make(Method::IsZoomWindowStarted);
+    }
 
-int ZoomControlProxy::IsZoomAvailable(bool& available) {
-    RemoteCall call(GetSession());
-    Flag availableFlag(available);
-    call.Out(availableFlag.byte);
-    return call.Make("IsZoomAvailable", 7);
-}
+    int IsZoomWindowMuted(int windowId, bool& muted) override {
+        RemoteCall call(GetSession());
+        call.In(windowId);
+        Flag mutedFlag(muted);
+        call.Out(mutedFlag.byte);
+        return call.Make(Method::IsZoomWindowMuted);
+    }
 
-int ZoomControlProxy::GetZoomSharingType(int& type) {
-    RemoteCall call(GetSession());
-    call.Out(type);
-    return call.Make("GetZoomSharingType", 8);
-}
+    int SetZoomWindowRect(int windowId, const TSRectInfo& source, const TSRectInfo& destination,
+                          const TSRectInfo& main) override {
+        RemoteCall call(GetSession());
+        call.In(windowId);
+        call.InObject(source);
+        call.InObject(destination);
+        call.InObject(main);
+        return call.Make(Method::SetZoomWindowRect);
+    }
 
-int ZoomControlProxy::GetConnectedZoomWindows(std::vector<int>& windowIds) {
-    RemoteCall call(GetSession());
-    MarshalableIntegers windowIdsArgument(windowIds);
-    call.OutObject(windowIdsArgument);
-    return call.Make("GetConnectedZoomWindows", 9);
+    int IsZoomAvailable(bool& available) override {
+        RemoteCall call(GetSession());
+        Flag availableFlag(available);
+        call.Out(availableFlag.byte);
+        return call.Make(Method::IsZoomAvailable);
+    }
+
+    int GetZoomSharingType(int& type) override {
+        RemoteCall call(GetSession());
+        call.Out(type);
+        return call.Make(Method::GetZoomSharingType);
+    }
+
+    int GetConnectedZoomWindows(std::vector<int>& windowIds) override {
+        RemoteCall call(GetSession());
+        MarshalableIntegers windowIdsArgument(windowIds);
+        call.OutObject(windowIdsArgument);
+        return call.Make(Method::GetConnectedZoomWindows);
+    }
+};
+
+} // namespace
+
+int NorvexAPI::CreateZoomControl(EProfile profile, int screen, IZoomControl** zoomControl) {
+    return CreateSession<ZoomControlProxy>(profile, screen, zoomControl);
 }

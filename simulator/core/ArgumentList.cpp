@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::size_t kKeptMemory = 2u << 20;
+constexpr std::size_t kKeptScratch = 2u << 20;
 
 // What the thread keeps from one call to the next. A plain pointer: it can be looked at even by a
 // call that is made while the thread's own objects are being destroyed.
@@ -44,7 +44,7 @@ void ArgumentList::GiveBack(std::unique_ptr<ArgumentList> list) {
 
 void ArgumentList::Clear() {
     m_arguments.clear();
-    m_scratch.ClearAndTrim(kKeptMemory);
+    m_scratch.ClearAndTrim(kKeptScratch);
     m_call.Clear();
     m_reply.Clear();
 }

@@ -8,10 +8,6 @@ namespace {
 
 constexpr int kPlainElements = 0;
 
-KeptNode& GetKept(void* state) {
-    return *static_cast<KeptNode*>(state);
-}
-
 } // namespace
 
 DefaultNodeCreator::DefaultNodeCreator() : m_pState(new KeptNode) {}

@@ -21,3 +21,8 @@ struct KeptNode {
         return &view;
     }
 };
+
+// What stands behind a creator.
+inline KeptNode& GetKept(void* state) {
+    return *static_cast<KeptNode*>(state);
+}

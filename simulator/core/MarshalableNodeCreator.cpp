@@ -8,10 +8,6 @@ namespace {
 
 constexpr int kMarshalableElements = 1;
 
-KeptNode& GetKept(void* state) {
-    return *static_cast<KeptNode*>(state);
-}
-
 } // namespace
 
 TCMarshalableNodeCreator::TCMarshalableNodeCreator() : m_pState(new KeptNode) {}

@@ -1,14 +1,20 @@
-#include "DeviceService.h"
+// The log tags and the key-value store, as the TV serves them: each call is one exchange. Any
+// thread.
+#include <norvex/device/LogTags.h>
+#include <norvex/device/Vconf.h>
 
 #include <mutex>
 
+#include <interfaces/Interfaces.h>
 #include <norvex/client/NorvexAPIConnection.h>
 #include <norvex/core/MessageBuffer.h>
 #include <wire/Tree.h>
 
-namespace deviceservice {
-
 namespace {
+
+using Method = interfaces::DeviceMethod;
+
+constexpr int kFailed = -1;
 
 // Arguments by place: the status, the text and, where one is asked for, the value.
 constexpr std::int16_t kStatus = 0;
@@ -28,9 +34,9 @@ Line& GetLine() {
     return *line;
 }
 
-} // namespace
-
-int Call(const std::string& method, std::int16_t methodId, const char* text, int* value) {
+// Makes the call with one text. 0 on success; kFailed when it was refused or there was no exchange.
+// `value`, when not null, is filled on success alone.
+int Call(Method method, const char* text, int* value = nullptr) {
     int status = kFailed;
     wire::Buffer tree;
     wire::TreeWriter writer(tree);
@@ -45,8 +51,9 @@ int Call(const std::string& method, std::int16_t methodId, const char* text, int
     {
         Line& line = GetLine();
         const std::lock_guard lock(line.mutex);
-        if (!line.connection.Exchange("com.holvi.IDevice", method, methodId, false, arguments,
-                                      reply))
+        if (!line.connection.Exchange(std::string(interfaces::kTable<Method>.name),
+                                      std::string(interfaces::GetMethodName(method)),
+                                      static_cast<short>(method), false, arguments, reply))
             return kFailed;
     }
     // A tree that is broken anywhere is no answer.
@@ -69,4 +76,16 @@ int Call(const std::string& method, std::int16_t methodId, const char* text, int
     return 0;
 }
 
-} // namespace deviceservice
+} // namespace
+
+int startdlogtagbydefault(const char* tag) {
+    return Call(Method::StartLogTag, tag);
+}
+
+int stopdlogtagbydefault(const char* tag) {
+    return Call(Method::StopLogTag, tag);
+}
+
+int vconf_get_int(const char* key, int* value) {
+    return Call(Method::GetInt, key, value);
+}

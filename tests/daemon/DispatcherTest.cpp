@@ -17,12 +17,14 @@ namespace {
 using sim::Injection;
 using wire::Direction;
 
+NORVEX_INTERFACE(Fake, Set, Set_Text)
+
 class FakeInterface : public sim::Interface {
 public:
-    FakeInterface() : Interface("com.holvi.IFake", Calls::ToSession) {
-        Add("Set", {sim::Out("status", sim::kInt), sim::In("value", sim::kInt)},
+    FakeInterface() : Interface(interfaces::kTable<FakeMethod>, Calls::ToSession) {
+        Add(FakeMethod::Set, {sim::Out("status", sim::kInt), sim::In("value", sim::kInt)},
             &FakeInterface::Set);
-        Add("Set", {sim::Out("status", sim::kInt), sim::In("word", sim::kText)},
+        Add(FakeMethod::Set_Text, {sim::Out("status", sim::kInt), sim::In("word", sim::kText)},
             &FakeInterface::SetWord);
     }
     std::vector<std::string> done;
@@ -46,7 +48,8 @@ protected:
     DispatcherTest() {
         EXPECT_TRUE(m_database.Open("") && m_context.numbers.Prepare());
         m_log.SetSink([this](auto, std::string_view line) { m_lines.emplace_back(line); });
-        m_context.Register<sim::SessionInterface>(m_context.dispatcher, m_context.sessions, m_context.log);
+        m_context.Register<sim::SessionInterface>(m_context.dispatcher, m_context.sessions,
+                                                  m_context.log);
         m_context.Register<sim::DebugPrintControl>(m_context, 0u);
         m_fake = &m_context.Register<FakeInterface>();
         int ends[2];
@@ -111,7 +114,7 @@ protected:
         return std::to_string(status);
     }
     void Inject(Injection::Kind kind, std::int32_t number, unsigned calls) {
-        for (const sim::Method* method : m_context.dispatcher.FindMethods("IFake.Set"))
+        for (const sim::Operation* method : m_context.dispatcher.FindOperations("IFake.Set"))
             m_context.injections.Add(*method, {kind, number}, calls);
     }
     bool Logged(const std::string& text) const {
@@ -266,15 +269,16 @@ TEST_F(DispatcherTest, ResetForgetsOrdersCountsAndCalls) {
     Call(2);
     EXPECT_EQ(TakeReply(), "1");
     EXPECT_EQ(m_context.journal.Describe(m_context.journal.GetBegin())["sequence"], 2);
-    EXPECT_EQ(m_context.dispatcher.FindMethods("com.holvi.IFake.Set").front()->calls, 1u);
+    EXPECT_EQ(m_context.dispatcher.FindOperations("com.holvi.IFake.Set").front()->calls, 1u);
 }
 
 TEST_F(DispatcherTest, OperationsAreFoundByWhatPeopleType) {
-    EXPECT_EQ(m_context.dispatcher.FindMethods("IFake.Set").size(), 2u);
-    EXPECT_EQ(m_context.dispatcher.FindMethods("com.holvi.IDebugPrintControl.Stop").front()->id, 2);
-    EXPECT_EQ(m_context.dispatcher.FindMethods("IDebugPrintControl.Check").front()->id, 3);
+    EXPECT_EQ(m_context.dispatcher.FindOperations("IFake.Set").size(), 2u);
+    EXPECT_EQ(m_context.dispatcher.FindOperations("com.holvi.IDebugPrintControl.Stop").front()->id,
+              2);
+    EXPECT_EQ(m_context.dispatcher.FindOperations("IDebugPrintControl.Check").front()->id, 3);
     for (const char* name : {"", "IFake", "IFake.", "Set", "IFake.set", "IFake.Set.Set"})
-        EXPECT_TRUE(m_context.dispatcher.FindMethods(name).empty()) << name;
+        EXPECT_TRUE(m_context.dispatcher.FindOperations(name).empty()) << name;
 }
 
 } // namespace

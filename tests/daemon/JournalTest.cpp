@@ -13,10 +13,12 @@ namespace {
 using nlohmann::json;
 using wire::Direction;
 
+NORVEX_INTERFACE(Fake, Do)
+
 class FakeInterface : public sim::Interface {
 public:
-    FakeInterface() : Interface("com.holvi.IFake", Calls::ToInterface) {
-        Add("Do",
+    FakeInterface() : Interface(interfaces::kTable<FakeMethod>, Calls::ToInterface) {
+        Add(FakeMethod::Do,
             {sim::Out("status", sim::kInt), sim::In("service", sim::kNumber64),
              sim::In("word", sim::kText), sim::Out("screen", sim::kText)},
             &FakeInterface::Do);
@@ -45,7 +47,7 @@ protected:
                      4,
                      5,
                      &m_interface,
-                     m_interface.GetMethods()[0].get(),
+                     m_interface.GetOperations()[0].get(),
                      "com.holvi.IFake",
                      "Do",
                      0,

@@ -11,10 +11,12 @@
 
 namespace {
 
+NORVEX_INTERFACE(Fake, Do)
+
 class FakeInterface : public sim::Interface {
 public:
     explicit FakeInterface(std::vector<std::string>& events)
-        : Interface("com.holvi.IFake", Calls::ToSession), m_events(events) {}
+        : Interface(interfaces::kTable<FakeMethod>, Calls::ToSession), m_events(events) {}
 
     std::int32_t OpenSession(sim::Session& session) override {
         if (session.profile < 0)

@@ -18,10 +18,10 @@ namespace {
 
 const std::string kSessions = "com.holvi.INorvexSession";
 
-std::vector<const sim::Method*> FindMethods() {
-    std::vector<const sim::Method*> methods;
+std::vector<const sim::Operation*> FindOperations() {
+    std::vector<const sim::Operation*> methods;
     for (const sim::Interface* interface : FuzzedTv::Get().GetContext().dispatcher.GetInterfaces())
-        for (const auto& method : interface->GetMethods())
+        for (const auto& method : interface->GetOperations())
             methods.push_back(method.get());
     return methods;
 }
@@ -116,7 +116,7 @@ private:
     wire::PacketAssembler m_assembler;
 };
 
-void CheckReply(const sim::Method& method, const wire::Message& reply) {
+void CheckReply(const sim::Operation& method, const wire::Message& reply) {
     wire::NodeCursor cursor(reply.tree, reply.header.treeSize);
     wire::Node node;
     while (cursor.Next(node)) {
@@ -138,11 +138,11 @@ nlohmann::json DescribeState() {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const std::vector<const sim::Method*> methods = FindMethods();
+    static const std::vector<const sim::Operation*> methods = FindOperations();
     static Caller caller;
     const sim::Journal& journal = FuzzedTv::Get().GetContext().journal;
     Input input(data, size);
-    const sim::Method& method = *methods[input.Byte() % methods.size()];
+    const sim::Operation& method = *methods[input.Byte() % methods.size()];
     if (method.interface->GetCalls() == sim::Interface::Calls::ToSession)
         caller.Open(method.interface->GetName());
     const auto tree = input.Rest();

@@ -1,7 +1,7 @@
 #include "Components.h"
 
-#include "Context.h"
 #include "Commands.h"
+#include "Context.h"
 #include "DebugPrintControl.h"
 #include "Device.h"
 #include "ServiceComponents.h"

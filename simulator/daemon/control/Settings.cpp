@@ -3,7 +3,7 @@
 namespace sim {
 
 bool Settings::Set(const std::string& name, const std::vector<std::string>& words,
-                    std::string& error) const {
+                   std::string& error) const {
     const auto found = m_settables.find(name);
     if (found == m_settables.end()) {
         error = "nothing to set is called \"" + name + "\"; there is:";

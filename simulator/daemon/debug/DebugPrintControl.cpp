@@ -18,23 +18,30 @@ constexpr std::uint32_t kMaxExtraItems = 1000000;
 } // namespace
 
 DebugPrintControl::DebugPrintControl(Context& context, std::uint32_t extraItems)
-    : Interface("com.holvi.IDebugPrintControl", Calls::ToInterface), m_context(context),
-      m_switches(context.numbers, extraItems) {
+    : Interface(interfaces::kTable<interfaces::DebugPrintControlMethod>, Calls::ToInterface),
+      m_context(context), m_switches(context.numbers, extraItems) {
     const Argument status = Out("status", kInt);
-    Add("Start", {status, Out("screen", kText)}, &DebugPrintControl::Start);
-    Add("Execute", {status, In("command", kText), Out("screen", kText)},
-        &DebugPrintControl::Execute);
-    Add("Stop", {status}, &DebugPrintControl::Stop);
-    Add("Check", {status, Out("value", kInt)}, &DebugPrintControl::Check);
-    Add("GetMenuItems", {status, Out("items", kMenuItemList)}, &DebugPrintControl::GetMenuItems);
-    Add("SetMenuItems", {status, In("items", kMenuItemList)}, &DebugPrintControl::SetMenuItems);
-    Add("SetMenuItem", {status, In("item", kMenuItem)}, &DebugPrintControl::SetMenuItem);
-    Add("SetQoSEnabled", {status, In("enable", kBool)}, &DebugPrintControl::SetQoSEnabled);
-    Add("IsQoSEnabled", {Out("answer", kBool)}, &DebugPrintControl::IsQoSEnabled);
-    Add("SetDebugMode", {status, In("mode", kInt), In("enable", kBool)},
-        &DebugPrintControl::SetDebugMode);
-    Add("IsDebugModeEnabled", {Out("answer", kBool), In("mode", kInt)},
-        &DebugPrintControl::IsDebugModeEnabled);
+    Add(interfaces::DebugPrintControlMethod::Start, {status, Out("screen", kText)},
+        &DebugPrintControl::Start);
+    Add(interfaces::DebugPrintControlMethod::Execute,
+        {status, In("command", kText), Out("screen", kText)}, &DebugPrintControl::Execute);
+    Add(interfaces::DebugPrintControlMethod::Stop, {status}, &DebugPrintControl::Stop);
+    Add(interfaces::DebugPrintControlMethod::Check, {status, Out("value", kInt)},
+        &DebugPrintControl::Check);
+    Add(interfaces::DebugPrintControlMethod::GetMenuItems, {status, Out("items", kMenuItemList)},
+        &DebugPrintControl::GetMenuItems);
+    Add(interfaces::DebugPrintControlMethod::SetMenuItems, {status, In("items", kMenuItemList)},
+        &DebugPrintControl::SetMenuItems);
+    Add(interfaces::DebugPrintControlMethod::SetMenuItem, {status, In("item", kMenuItem)},
+        &DebugPrintControl::SetMenuItem);
+    Add(interfaces::DebugPrintControlMethod::SetQoSEnabled, {status, In("enable", kBool)},
+        &DebugPrintControl::SetQoSEnabled);
+    Add(interfaces::DebugPrintControlMethod::IsQoSEnabled, {Out("answer", kBool)},
+        &DebugPrintControl::IsQoSEnabled);
+    Add(interfaces::DebugPrintControlMethod::SetDebugMode,
+        {status, In("mode", kInt), In("enable", kBool)}, &DebugPrintControl::SetDebugMode);
+    Add(interfaces::DebugPrintControlMethod::IsDebugModeEnabled,
+        {Out("answer", kBool), In("mode", kInt)}, &DebugPrintControl::IsDebugModeEnabled);
 
     context.settings.Add(
         "items", "NUMBER: debug menu items beside the built-in ones, all off",

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <map>
 
+#include "Component.h"
 #include "Context.h"
 #include "DebugDialogue.h"
 #include "DebugSwitches.h"
 #include "Interface.h"
-#include "Component.h"
 
 namespace sim {
 

@@ -36,7 +36,7 @@ std::string MakeExtraName(std::uint32_t number) {
 }
 
 // The number at the end of "item/101"; 0, which is no item's, when there is none.
-std::uint32_t ReadNumber(std::string_view key) {
+std::uint32_t ReadKeyNumber(std::string_view key) {
     std::uint32_t number = 0;
     const std::string_view digits = key.substr(key.find('/') + 1);
     std::from_chars(digits.data(), digits.data() + digits.size(), number);
@@ -58,9 +58,9 @@ DebugSwitches::DebugSwitches(NumberStore& numbers, std::uint32_t extraItems)
         if (key == "qos")
             m_qos = on != 0;
         else if (key.starts_with("item/"))
-            TakeKept(FindItem(ReadNumber(key)), on != 0);
+            TakeKept(FindItem(ReadKeyNumber(key)), on != 0);
         else if (key.starts_with("mode/"))
-            TakeKept(FindMode(static_cast<std::int32_t>(ReadNumber(key))), on != 0);
+            TakeKept(FindMode(static_cast<std::int32_t>(ReadKeyNumber(key))), on != 0);
     });
 }
 

@@ -63,7 +63,8 @@ json ItemsToJson(const Node& node) {
 } // namespace
 
 const ArgumentType kMenuItem{"menu item", NodeKind::Branch, 0, CheckItem, ItemToJson};
-const ArgumentType kMenuItemList{"list of menu items", NodeKind::Branch, 0, CheckItems, ItemsToJson};
+const ArgumentType kMenuItemList{"list of menu items", NodeKind::Branch, 0, CheckItems,
+                                 ItemsToJson};
 
 MenuItemView ReadMenuItem(const Node& node) {
     MenuItemView item;

@@ -6,8 +6,8 @@
 
 #include <wire/Tree.h>
 
-#include "DebugSwitches.h"
 #include "ArgumentType.h"
+#include "DebugSwitches.h"
 
 namespace sim {
 

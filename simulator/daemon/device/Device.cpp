@@ -30,12 +30,16 @@ bool IsName(const std::string& text) {
 } // namespace
 
 Device::Device(Context& context)
-    : Interface("com.holvi.IDevice", Calls::ToInterface), m_context(context) {
-    Add("GetInt", {Out("status", kInt), In("key", kText), Out("value", kInt)}, &Device::GetInt);
-    Add("StartLogTag", {Out("status", kInt), In("tag", kText)}, &Device::StartLogTag);
-    Add("StopLogTag", {Out("status", kInt), In("tag", kText)}, &Device::StopLogTag);
+    : Interface(interfaces::kTable<interfaces::DeviceMethod>, Calls::ToInterface),
+      m_context(context) {
+    Add(interfaces::DeviceMethod::GetInt,
+        {Out("status", kInt), In("key", kText), Out("value", kInt)}, &Device::GetInt);
+    Add(interfaces::DeviceMethod::StartLogTag, {Out("status", kInt), In("tag", kText)},
+        &Device::StartLogTag);
+    Add(interfaces::DeviceMethod::StopLogTag, {Out("status", kInt), In("tag", kText)},
+        &Device::StopLogTag);
     context.settings.Add("key", "KEY NUMBER: a number in the key-value store",
-                          [this](const auto& words, auto& error) { return SetKey(words, error); });
+                         [this](const auto& words, auto& error) { return SetKey(words, error); });
 
     SetDefaults();
     m_context.numbers.ForEach(kKeysPart, [this](std::string_view key, std::int64_t value) {

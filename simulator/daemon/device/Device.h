@@ -4,9 +4,9 @@
 #include <map>
 #include <string>
 
+#include "Component.h"
 #include "Context.h"
 #include "Interface.h"
-#include "Component.h"
 
 namespace sim {
 

@@ -1,40 +1,57 @@
-#include "AVControl.h"
-
 #include <cinttypes>
 
+#include "PipelineComponents.h"
+#include "PipelineInterface.h"
 #include "Results.h"
 
 namespace sim {
 
-AVControl::AVControl(Context& context, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IAVControl", context, pipelines) {
-    Add("RestartVideoDecoder", {Out("status", kInt)}, &AVControl::RestartVideoDecoder);
-    Add("MuteVideo", {Out("status", kInt), In("value", kInt)}, &AVControl::MuteVideo);
-    Add("MuteAudio", {Out("status", kInt), In("value", kInt)}, &AVControl::MuteAudio);
-}
+namespace {
 
-void AVControl::RestartVideoDecoder(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    ++pipeline.decoderRestarts;
-    m_pipelines.NoteEvent(pipeline, SI_EVENT_DECODER_RESTARTED);
-    m_log.Write("tvvideodec", "pipeline %s: restarted, %" PRIu32 " times so far",
-                pipeline.word.c_str(), pipeline.decoderRestarts);
-    out.Int(0, kDone);
-}
+// com.holvi.IAVControl: sound and picture.
+class AVControl : public PipelineInterface {
+public:
+    using Method = interfaces::AVControlMethod;
 
-// Values are kept as they come: what a number beyond 1 mutes is the sink's affair.
-void AVControl::MuteVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    pipeline.videoMute = in.Int(1);
-    m_log.Write("tvvideosink", "pipeline %s: mute %d", pipeline.word.c_str(), pipeline.videoMute);
-    out.Int(0, kDone);
-}
+    AVControl(Context& context, Pipelines& pipelines)
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
+        Add(Method::RestartVideoDecoder, {Out("status", kInt)}, &AVControl::RestartVideoDecoder);
+        Add(Method::MuteVideo, {Out("status", kInt), In("value", kInt)}, &AVControl::MuteVideo);
+        Add(Method::MuteAudio, {Out("status", kInt), In("value", kInt)}, &AVControl::MuteAudio);
+    }
 
-void AVControl::MuteAudio(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    pipeline.audioMute = in.Int(1);
-    m_log.Write("tvaudiosink", "pipeline %s: mute %d", pipeline.word.c_str(), pipeline.audioMute);
-    out.Int(0, kDone);
+private:
+    void RestartVideoDecoder(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        ++pipeline.decoderRestarts;
+        m_pipelines.NoteEvent(pipeline, SI_EVENT_DECODER_RESTARTED);
+        m_log.Write("tvvideodec", "pipeline %s: restarted, %" PRIu32 " times so far",
+                    pipeline.word.c_str(), pipeline.decoderRestarts);
+        out.Int(0, kDone);
+    }
+
+    // Values are kept as they come: what a number beyond 1 mutes is the sink's affair.
+    void MuteVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        pipeline.videoMute = in.Int(1);
+        m_log.Write("tvvideosink", "pipeline %s: mute %d", pipeline.word.c_str(),
+                    pipeline.videoMute);
+        out.Int(0, kDone);
+    }
+
+    void MuteAudio(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        pipeline.audioMute = in.Int(1);
+        m_log.Write("tvaudiosink", "pipeline %s: mute %d", pipeline.word.c_str(),
+                    pipeline.audioMute);
+        out.Int(0, kDone);
+    }
+};
+
+} // namespace
+
+void RegisterAVControl(Context& context, Pipelines& pipelines) {
+    context.Register<AVControl>(context, pipelines);
 }
 
 } // namespace sim

@@ -1,22 +1,37 @@
-#include "DataControl.h"
-
+#include "PipelineComponents.h"
+#include "PipelineInterface.h"
 #include "Results.h"
 
 namespace sim {
 
-DataControl::DataControl(Context& context, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IDataControl", context, pipelines) {
-    Add("CheckCaptionExist", {Out("status", kInt), Out("exists", kBool)},
-        &DataControl::CheckCaptionExist);
-}
+namespace {
 
-void DataControl::CheckCaptionExist(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-    const Pipeline& pipeline = PipelineOf(call);
-    const bool captions = m_pipelines.HasCaptions(pipeline);
-    m_log.Write("tvdemuxer", "pipeline %s: %s", pipeline.word.c_str(),
-                captions ? "captions" : "no captions");
-    out.Int(0, kDone);
-    out.Bool(1, captions);
+// com.holvi.IDataControl: data that comes with a service.
+class DataControl : public PipelineInterface {
+public:
+    using Method = interfaces::DataControlMethod;
+
+    DataControl(Context& context, Pipelines& pipelines)
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
+        Add(Method::CheckCaptionExist, {Out("status", kInt), Out("exists", kBool)},
+            &DataControl::CheckCaptionExist);
+    }
+
+private:
+    void CheckCaptionExist(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+        const Pipeline& pipeline = PipelineOf(call);
+        const bool captions = m_pipelines.HasCaptions(pipeline);
+        m_log.Write("tvdemuxer", "pipeline %s: %s", pipeline.word.c_str(),
+                    captions ? "captions" : "no captions");
+        out.Int(0, kDone);
+        out.Bool(1, captions);
+    }
+};
+
+} // namespace
+
+void RegisterDataControl(Context& context, Pipelines& pipelines) {
+    context.Register<DataControl>(context, pipelines);
 }
 
 } // namespace sim

@@ -48,10 +48,10 @@ Inputs::Inputs(Context& context) : m_context(context) {
         "tuner", "air|cable|satellite[/FREQUENCY] on|off: the signal of a transponder, or antenna",
         [this](const auto& words, auto& error) { return SetTuner(words, error); });
     context.settings.Add("captions",
-                          "on|off|service: whether captions come, or as the service has them",
-                          [this](const auto& words, auto&) { return SetCaptions(words); });
+                         "on|off|service: whether captions come, or as the service has them",
+                         [this](const auto& words, auto&) { return SetCaptions(words); });
     context.settings.Add("hdmi", "hdmi1..hdmi8|SOURCE plugged|unplugged: what is at an input",
-                          [this](const auto& words, auto&) { return SetHdmi(words); });
+                         [this](const auto& words, auto&) { return SetHdmi(words); });
 }
 
 void Inputs::SetDefaults() {
@@ -88,8 +88,7 @@ bool Inputs::SetTuner(const WordList& words, std::string& error) {
         error = "too many transponders are cut";
         return false;
     }
-    m_context.log.Write("tvtunerinfosrc", "signal of %s %s", words[0].c_str(),
-                        on ? "is back" : "is cut");
+    m_context.log.Write(kTunerTag, "signal of %s %s", words[0].c_str(), on ? "is back" : "is cut");
     Tell();
     return true;
 }

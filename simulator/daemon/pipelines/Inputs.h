@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "Component.h"
 #include "Context.h"
 #include "LineUp.h"
-#include "Component.h"
 
 namespace sim {
 

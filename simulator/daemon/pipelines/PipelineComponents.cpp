@@ -1,19 +1,10 @@
 #include "PipelineComponents.h"
 
-#include "AVControl.h"
 #include "Context.h"
-#include "DataControl.h"
-#include "PipelineUtility.h"
+#include "Inputs.h"
 #include "Pipelines.h"
 #include "Preparation.h"
-#include "ReferenceCount.h"
-#include "ServiceNavigation.h"
-#include "SourceControl.h"
 #include "Subscribers.h"
-#include "Inputs.h"
-#include "TunerControl.h"
-#include "VideoControl.h"
-#include "ZoomControl.h"
 
 namespace sim {
 
@@ -23,15 +14,15 @@ PipelineComponents RegisterPipelines(Context& context, LineUp& lineUp) {
     auto& pipelines = context.Register<Pipelines>(context, lineUp, inputs, subscribers);
     auto& preparation = context.Register<Preparation>(context, pipelines);
 
-    context.Register<ReferenceCount>(context, pipelines);
-    context.Register<AVControl>(context, pipelines);
-    context.Register<VideoControl>(context, pipelines);
-    context.Register<TunerControl>(context, pipelines);
-    context.Register<DataControl>(context, pipelines);
-    context.Register<SourceControl>(context, pipelines, preparation, inputs);
-    context.Register<ServiceNavigation>(context, lineUp, pipelines, preparation);
-    context.Register<PipelineUtility>(context, pipelines, preparation);
-    context.Register<ZoomControl>(context, pipelines);
+    RegisterReferenceCount(context, pipelines);
+    RegisterAVControl(context, pipelines);
+    RegisterVideoControl(context, pipelines);
+    RegisterTunerControl(context, pipelines);
+    RegisterDataControl(context, pipelines);
+    RegisterSourceControl(context, pipelines, preparation, inputs);
+    RegisterServiceNavigation(context, lineUp, pipelines, preparation);
+    RegisterPipelineUtility(context, pipelines, preparation);
+    RegisterZoomControl(context, pipelines);
 
     AddSignalCommand(context, subscribers);
     return {subscribers, inputs, pipelines, preparation};

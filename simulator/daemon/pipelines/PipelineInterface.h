@@ -9,8 +9,9 @@ namespace sim {
 // An interface whose sessions each work on one pipeline, and hold it.
 class PipelineInterface : public Interface {
 public:
-    PipelineInterface(const char* name, Context& context, Pipelines& pipelines)
-        : Interface(name, Calls::ToSession), m_log(context.log), m_pipelines(pipelines) {}
+    PipelineInterface(const interfaces::InterfaceTable& table, Context& context,
+                      Pipelines& pipelines)
+        : Interface(table, Calls::ToSession), m_log(context.log), m_pipelines(pipelines) {}
 
     std::int32_t OpenSession(Session& session) override;
     void CloseSession(Session& session) override;

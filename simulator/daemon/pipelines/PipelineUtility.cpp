@@ -1,11 +1,13 @@
-#include "PipelineUtility.h"
-
 #include <cinttypes>
 #include <string>
 #include <vector>
 
-#include "PipelineTypes.h"
 #include <base/Printed.h>
+
+#include "PipelineComponents.h"
+#include "PipelineInterface.h"
+#include "PipelineTypes.h"
+#include "Preparation.h"
 #include "Results.h"
 
 namespace sim {
@@ -46,95 +48,109 @@ std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pen
     return entries;
 }
 
+// com.holvi.IPipelineUtility: changes that wait for their receivers, and the pipelines' status.
+class PipelineUtility : public PipelineInterface {
+public:
+    using Method = interfaces::PipelineUtilityMethod;
+
+    PipelineUtility(Context& context, Pipelines& pipelines, Preparation& preparation)
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines),
+          m_preparation(preparation) {
+        Add(Method::NotifyReceiverState,
+            {Out("status", kInt), In("type", kInt), In("receiver", kText), In("state", kInt),
+             In("service", kNumber64)},
+            &PipelineUtility::NotifyReceiverState);
+        Add(Method::RegisterForStateChange,
+            {Out("status", kInt), In("type", kInt), In("receiver", kText), In("option", kInt)},
+            &PipelineUtility::RegisterForStateChange);
+        Add(Method::UnregisterFromStateChange,
+            {Out("status", kInt), In("type", kInt), In("receiver", kText)},
+            &PipelineUtility::UnregisterFromStateChange);
+        Add(Method::CheckPendingState,
+            {Out("status", kInt), In("type", kInt), Out("pending", kBool)},
+            &PipelineUtility::CheckPendingState);
+        Add(Method::GetCurrentTPMSStatus, {Out("status", kInt), Out("snapshot", kStatus)},
+            &PipelineUtility::GetCurrentTPMSStatus);
+        Add(Method::NotifyReadyForSetService,
+            {Out("status", kInt), In("type", kInt), In("application", kText), In("state", kInt),
+             In("service", kNumber64)},
+            &PipelineUtility::NotifyReadyForSetService);
+    }
+
+private:
+    void NotifyReceiverState(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        out.Int(0, m_preparation.SetState(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
+                                          std::string(in.Text(2)), in.Int(3), in.Number64(4),
+                                          call.client));
+    }
+
+    void RegisterForStateChange(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        out.Int(0, m_preparation.Register(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
+                                          std::string(in.Text(2)), in.Int(3), call.client));
+    }
+
+    void UnregisterFromStateChange(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        out.Int(0,
+                m_preparation.Unregister(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
+                                         std::string(in.Text(2)), call.client));
+    }
+
+    void CheckPendingState(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        const auto type = static_cast<EStateChangeType>(in.Int(1));
+        if (type != STATE_CHANGE_SERVICE && type != STATE_CHANGE_SOURCE) {
+            m_log.Write(kOwnTag, "CheckPendingState refused: no such kind of change, %d",
+                        in.Int(1));
+            return out.Int(0, kBadArgument);
+        }
+        out.Int(0, kDone);
+        out.Bool(2, m_preparation.IsPending(HandleOf(call), type));
+    }
+
+    // Of all pipelines, whichever the session is for.
+    void GetCurrentTPMSStatus(const Call&, const ArgumentReader&, ReplyWriter& out) {
+        out.Int(0, kDone);
+        wire::TreeWriter& tree = out.Tree();
+        const std::size_t status = tree.BeginBranch(1);
+        const std::size_t pipelines = tree.BeginBranch(0);
+        std::int16_t place = 0;
+        for (const auto& [handle, pipeline] : m_pipelines.GetAll())
+            WritePipeline(tree, place++, pipeline);
+        tree.EndBranch(pipelines);
+        const std::size_t entries = tree.BeginBranch(1);
+        place = 0;
+        for (const auto& [handle, pipeline] : m_pipelines.GetAll()) {
+            for (const std::string& text :
+                 MakeEntries(pipeline, m_preparation.GetPending(handle))) {
+                const std::size_t entry = tree.BeginBranch(place++);
+                tree.PutValue(0, handle.profile);
+                tree.PutValue(1, handle.screen);
+                tree.PutText(2, text);
+                tree.EndBranch(entry);
+            }
+        }
+        tree.EndBranch(entries);
+        tree.EndBranch(status);
+    }
+
+    // Tells of one service: unlike a receiver's state it cannot be for any.
+    void NotifyReadyForSetService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        const std::uint64_t service = in.Number64(4);
+        if (service == INVALID_SERVICE_ID) {
+            m_log.Write(kOwnTag, "NotifyReadyForSetService refused: the invalid service");
+            return out.Int(0, kBadArgument);
+        }
+        out.Int(0,
+                m_preparation.SetState(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
+                                       std::string(in.Text(2)), in.Int(3), service, call.client));
+    }
+
+    Preparation& m_preparation;
+};
+
 } // namespace
 
-PipelineUtility::PipelineUtility(Context& context, Pipelines& pipelines, Preparation& preparation)
-    : PipelineInterface("com.holvi.IPipelineUtility", context, pipelines),
-      m_preparation(preparation) {
-    Add("NotifyReceiverState",
-        {Out("status", kInt), In("type", kInt), In("receiver", kText), In("state", kInt),
-         In("service", kNumber64)},
-        &PipelineUtility::NotifyReceiverState);
-    Add("RegisterForStateChange",
-        {Out("status", kInt), In("type", kInt), In("receiver", kText), In("option", kInt)},
-        &PipelineUtility::RegisterForStateChange);
-    Add("UnregisterFromStateChange", {Out("status", kInt), In("type", kInt), In("receiver", kText)},
-        &PipelineUtility::UnregisterFromStateChange);
-    Add("CheckPendingState", {Out("status", kInt), In("type", kInt), Out("pending", kBool)},
-        &PipelineUtility::CheckPendingState);
-    Add("GetCurrentTPMSStatus", {Out("status", kInt), Out("snapshot", kStatus)},
-        &PipelineUtility::GetCurrentTPMSStatus);
-    Add("NotifyReadyForSetService",
-        {Out("status", kInt), In("type", kInt), In("application", kText), In("state", kInt),
-         In("service", kNumber64)},
-        &PipelineUtility::NotifyReadyForSetService);
-}
-
-void PipelineUtility::NotifyReceiverState(const Call& call, const ArgumentReader& in,
-                                          ReplyWriter& out) {
-    out.Int(0, m_preparation.SetState(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
-                                      std::string(in.Text(2)), in.Int(3), in.Number64(4),
-                                      call.client));
-}
-
-void PipelineUtility::RegisterForStateChange(const Call& call, const ArgumentReader& in,
-                                             ReplyWriter& out) {
-    out.Int(0, m_preparation.Register(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
-                                      std::string(in.Text(2)), in.Int(3), call.client));
-}
-
-void PipelineUtility::UnregisterFromStateChange(const Call& call, const ArgumentReader& in,
-                                                ReplyWriter& out) {
-    out.Int(0, m_preparation.Unregister(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
-                                        std::string(in.Text(2)), call.client));
-}
-
-void PipelineUtility::CheckPendingState(const Call& call, const ArgumentReader& in,
-                                        ReplyWriter& out) {
-    const auto type = static_cast<EStateChangeType>(in.Int(1));
-    if (type != STATE_CHANGE_SERVICE && type != STATE_CHANGE_SOURCE) {
-        m_log.Write(kOwnTag, "CheckPendingState refused: no such kind of change, %d", in.Int(1));
-        return out.Int(0, kBadArgument);
-    }
-    out.Int(0, kDone);
-    out.Bool(2, m_preparation.IsPending(HandleOf(call), type));
-}
-
-// Of all pipelines, whichever the session is for.
-void PipelineUtility::GetCurrentTPMSStatus(const Call&, const ArgumentReader&, ReplyWriter& out) {
-    out.Int(0, kDone);
-    wire::TreeWriter& tree = out.Tree();
-    const std::size_t status = tree.BeginBranch(1);
-    const std::size_t pipelines = tree.BeginBranch(0);
-    std::int16_t place = 0;
-    for (const auto& [handle, pipeline] : m_pipelines.GetAll())
-        WritePipeline(tree, place++, pipeline);
-    tree.EndBranch(pipelines);
-    const std::size_t entries = tree.BeginBranch(1);
-    place = 0;
-    for (const auto& [handle, pipeline] : m_pipelines.GetAll()) {
-        for (const std::string& text : MakeEntries(pipeline, m_preparation.GetPending(handle))) {
-            const std::size_t entry = tree.BeginBranch(place++);
-            tree.PutValue(0, handle.profile);
-            tree.PutValue(1, handle.screen);
-            tree.PutText(2, text);
-            tree.EndBranch(entry);
-        }
-    }
-    tree.EndBranch(entries);
-    tree.EndBranch(status);
-}
-
-// Tells of one service: unlike a receiver's state it cannot be for any.
-void PipelineUtility::NotifyReadyForSetService(const Call& call, const ArgumentReader& in,
-                                               ReplyWriter& out) {
-    const std::uint64_t service = in.Number64(4);
-    if (service == INVALID_SERVICE_ID) {
-        m_log.Write(kOwnTag, "NotifyReadyForSetService refused: the invalid service");
-        return out.Int(0, kBadArgument);
-    }
-    out.Int(0, m_preparation.SetState(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
-                                      std::string(in.Text(2)), in.Int(3), service, call.client));
+void RegisterPipelineUtility(Context& context, Pipelines& pipelines, Preparation& preparation) {
+    context.Register<PipelineUtility>(context, pipelines, preparation);
 }
 
 } // namespace sim

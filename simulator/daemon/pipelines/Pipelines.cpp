@@ -10,8 +10,7 @@
 
 namespace sim {
 
-Pipelines::Pipelines(Context& context, LineUp& lineUp, Inputs& inputs,
-                     Subscribers& subscribers)
+Pipelines::Pipelines(Context& context, LineUp& lineUp, Inputs& inputs, Subscribers& subscribers)
     : m_context(context), m_log(context.log), m_lineUp(lineUp), m_inputs(inputs),
       m_subscribers(subscribers), m_start(std::chrono::steady_clock::now()) {
     At(kMainPipeline);
@@ -46,18 +45,18 @@ void Pipelines::DropIfUnused(const Pipeline& pipeline) {
 std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* operation,
                                      std::uint64_t service, std::int32_t antenna) {
     if (service == INVALID_SERVICE_ID) {
-        m_log.Write("tvtunerinfosrc", "pipeline %s: %s refused: the invalid service",
+        m_log.Write(kTunerTag, "pipeline %s: %s refused: the invalid service",
                     pipeline.word.c_str(), operation);
         return kBadArgument;
     }
     const auto facts = m_lineUp.FindFacts(service);
     if (!facts) {
-        m_log.Write("tvtunerinfosrc", "pipeline %s: %s refused: no service 0x%" PRIx64,
+        m_log.Write(kTunerTag, "pipeline %s: %s refused: no service 0x%" PRIx64,
                     pipeline.word.c_str(), operation, service);
         return kUnknown;
     }
     if (facts->antenna >= 0 && facts->antenna != antenna) {
-        m_log.Write("tvtunerinfosrc",
+        m_log.Write(kTunerTag,
                     "pipeline %s: %s refused: service 0x%" PRIx64 " is of antenna %s, not %s",
                     pipeline.word.c_str(), operation, service,
                     ToAntennaName(facts->antenna).c_str(), ToAntennaName(antenna).c_str());
@@ -72,9 +71,8 @@ void Pipelines::Perform(const Handle& handle, const Change& change) {
         pipeline.preparedLast = std::exchange(pipeline.preparedNext, {});
     if (change.tvMode && *change.tvMode != pipeline.tvMode) {
         pipeline.tvMode = *change.tvMode;
-        m_log.Write("tvtunerinfosrc", "pipeline %s: antenna %s, service mode %d",
-                    pipeline.word.c_str(), ToAntennaName(pipeline.tvMode.antenna).c_str(),
-                    pipeline.tvMode.serviceMode);
+        m_log.Write(kTunerTag, "pipeline %s: antenna %s, service mode %d", pipeline.word.c_str(),
+                    ToAntennaName(pipeline.tvMode.antenna).c_str(), pipeline.tvMode.serviceMode);
     }
     if (change.source)
         SetSource(pipeline, *change.source);
@@ -99,7 +97,7 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     pipeline.service = facts ? service : INVALID_SERVICE_ID;
     if (!facts) {
         // Nothing has been shown under that TV mode, or the service has left the line-up since.
-        m_log.Write("tvtunerinfosrc", "pipeline %s: shows no service", pipeline.word.c_str());
+        m_log.Write(kTunerTag, "pipeline %s: shows no service", pipeline.word.c_str());
         MoveTuner(pipeline, {pipeline.tvMode.antenna, 0});
         return;
     }
@@ -110,8 +108,7 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
                     pipeline.word.c_str(), service);
         return;
     }
-    m_log.Write("tvtunerinfosrc", "pipeline %s: tunes service 0x%" PRIx64, pipeline.word.c_str(),
-                service);
+    m_log.Write(kTunerTag, "pipeline %s: tunes service 0x%" PRIx64, pipeline.word.c_str(), service);
     MoveTuner(pipeline, {pipeline.tvMode.antenna, facts->frequency});
 }
 
@@ -119,7 +116,7 @@ void Pipelines::MoveTuner(Pipeline& pipeline, const Transponder& transponder) {
     if (pipeline.tuner == transponder)
         return;
     pipeline.tuner = transponder;
-    m_log.Write("tvtunerinfosrc", "pipeline %s: tuner at %s", pipeline.word.c_str(),
+    m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.word.c_str(),
                 transponder.ToText().c_str());
 }
 

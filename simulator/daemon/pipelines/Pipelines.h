@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <map>
 
-#include "Context.h"
 #include "Component.h"
+#include "Context.h"
+#include "Inputs.h"
 #include "Pipeline.h"
 #include "Subscribers.h"
-#include "Inputs.h"
 
 namespace sim {
 
@@ -20,8 +20,7 @@ class Pipelines : public Component {
 public:
     static constexpr std::size_t kMaxPipelines = 1024;
 
-    Pipelines(Context& context, LineUp& lineUp, Inputs& inputs,
-              Subscribers& subscribers);
+    Pipelines(Context& context, LineUp& lineUp, Inputs& inputs, Subscribers& subscribers);
 
     // The pipeline, made if need be. Stays valid while it has a session, and the main one's always.
     Pipeline& At(const Handle& handle);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t kMaxReceivers = 256; // of a pipeline
 constexpr std::size_t kMaxName = 255;
-constexpr std::uint32_t kMaxLimit = 24 * 3600 * 1000;
+constexpr std::uint32_t kMaxLimitMilliseconds = 24 * 3600 * 1000;
 
 // `state` of a receiver that is ready.
 constexpr std::int32_t kReady = 1;
@@ -37,7 +37,7 @@ Preparation::Preparation(Context& context, Pipelines& pipelines)
         "preparation-limit", "MILLISECONDS: how long a change of service or source is held at most",
         [this](const auto& words, auto&) {
             std::uint32_t limit = 0;
-            if (words.size() != 1 || !ParseNumber(words[0], limit) || limit > kMaxLimit)
+            if (words.size() != 1 || !ParseNumber(words[0], limit) || limit > kMaxLimitMilliseconds)
                 return false;
             m_limit = limit;
             return true;

@@ -7,8 +7,8 @@
 
 #include <norvex/client/PipelineUtility.h>
 
-#include "Context.h"
 #include "Component.h"
+#include "Context.h"
 #include "Pipelines.h"
 
 namespace sim {

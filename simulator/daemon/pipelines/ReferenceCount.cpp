@@ -1,20 +1,35 @@
-#include "ReferenceCount.h"
-
+#include "PipelineComponents.h"
+#include "PipelineInterface.h"
 #include "Results.h"
 
 namespace sim {
 
-ReferenceCount::ReferenceCount(Context& context, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IReferenceCount", context, pipelines) {
-    Add("GetReferenceCount", {Out("status", kInt), Out("count", kInt)},
-        &ReferenceCount::GetReferenceCount);
-}
+namespace {
 
-void ReferenceCount::GetReferenceCount(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-    const Pipeline& pipeline = PipelineOf(call);
-    m_log.Write(kOwnTag, "pipeline %s: %d sessions", pipeline.word.c_str(), pipeline.sessions);
-    out.Int(0, kDone);
-    out.Int(1, pipeline.sessions);
+// com.holvi.IReferenceCount: how many sessions hold a pipeline, the one that asks among them.
+class ReferenceCount : public PipelineInterface {
+public:
+    using Method = interfaces::ReferenceCountMethod;
+
+    ReferenceCount(Context& context, Pipelines& pipelines)
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
+        Add(Method::GetReferenceCount, {Out("status", kInt), Out("count", kInt)},
+            &ReferenceCount::GetReferenceCount);
+    }
+
+private:
+    void GetReferenceCount(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+        const Pipeline& pipeline = PipelineOf(call);
+        m_log.Write(kOwnTag, "pipeline %s: %d sessions", pipeline.word.c_str(), pipeline.sessions);
+        out.Int(0, kDone);
+        out.Int(1, pipeline.sessions);
+    }
+};
+
+} // namespace
+
+void RegisterReferenceCount(Context& context, Pipelines& pipelines) {
+    context.Register<ReferenceCount>(context, pipelines);
 }
 
 } // namespace sim

@@ -128,7 +128,7 @@ const ArgumentType kCriteria{"criteria", NodeKind::Branch, 0, CheckCriteria, Cri
 const ArgumentType kRecord{"record", NodeKind::Branch, 0, nullptr, RecordToJson};
 const ArgumentType kRecords{"records", NodeKind::Branch, 0, nullptr, RecordsToJson};
 const ArgumentType kServiceCodes{"list of services", NodeKind::Branch, 0, CheckServiceCodes,
-                         ServiceCodesToJson};
+                                 ServiceCodesToJson};
 const ArgumentType kProgramme{"programme", NodeKind::Branch, 0, nullptr, ProgrammeToJson};
 
 Criteria ReadCriteria(const Node& branch) {

@@ -7,11 +7,12 @@
 
 namespace sim {
 
-extern const ArgumentType kCriteria;     // branch {0: array of conditions, 1: array of fetched fields}
-extern const ArgumentType kRecord;       // branch {field number: value}
-extern const ArgumentType kRecords;      // branch of records
-extern const ArgumentType kServiceCodes; // branch {0: array of (64-bit service id, 32-bit code), packed}
-extern const ArgumentType kProgramme;    // branch {0: start, 1: duration, 2: array of title units}
+extern const ArgumentType kCriteria; // branch {0: array of conditions, 1: array of fetched fields}
+extern const ArgumentType kRecord;   // branch {field number: value}
+extern const ArgumentType kRecords;  // branch of records
+extern const ArgumentType
+    kServiceCodes; // branch {0: array of (64-bit service id, 32-bit code), packed}
+extern const ArgumentType kProgramme; // branch {0: start, 1: duration, 2: array of title units}
 
 // A service's field equals a value, or differs from it. As it travels.
 struct Condition {

@@ -1,7 +1,9 @@
-#include "SourceControl.h"
-
 #include <cinttypes>
 
+#include "Inputs.h"
+#include "PipelineComponents.h"
+#include "PipelineInterface.h"
+#include "Preparation.h"
 #include "Results.h"
 
 namespace sim {
@@ -12,168 +14,180 @@ constexpr std::int32_t kLastSource = 47;
 // Calls of A, B and C that are remembered; the oldest go first.
 constexpr std::size_t kMaxPrepared = 16;
 
+// com.holvi.ISourceControl: which input a pipeline shows.
+class SourceControl : public PipelineInterface {
+public:
+    using Method = interfaces::SourceControlMethod;
+
+    SourceControl(Context& context, Pipelines& pipelines, Preparation& preparation,
+                  const Inputs& inputs)
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines),
+          m_preparation(preparation), m_inputs(inputs) {
+        Add(Method::SetSource, {Out("status", kInt), In("source", kInt), In("text", kText)},
+            &SourceControl::SetSource);
+        Add(Method::SetSource_Service,
+            {Out("status", kInt), In("source", kInt), In("service", kNumber64), In("text", kText)},
+            &SourceControl::SetSourceAndService);
+        Add(Method::PreSetSourceA, {Out("status", kInt)}, &SourceControl::PreSetSourceA);
+        Add(Method::StartHDMIAnalysis, {Out("status", kInt), In("source", kInt)},
+            &SourceControl::StartHDMIAnalysis);
+        Add(Method::StopHDMIAnalysis, {Out("status", kInt), In("source", kInt)},
+            &SourceControl::StopHDMIAnalysis);
+        // C comes before B.
+        Add(Method::PreSetSourceC, {Out("status", kInt)}, &SourceControl::PreSetSourceC);
+        Add(Method::PreSetSourceB, {Out("status", kInt)}, &SourceControl::PreSetSourceB);
+        Add(Method::SetPreviewSource, {Out("status", kInt), In("source", kInt), In("text", kText)},
+            &SourceControl::SetPreviewSource);
+        Add(Method::SetPreviewSource_Service,
+            {Out("status", kInt), In("source", kInt), In("service", kNumber64), In("text", kText)},
+            &SourceControl::SetPreviewSourceAndService);
+    }
+
+private:
+    void SetSource(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        const std::int32_t source = in.Int(1);
+        const std::int32_t status = CheckSource(PipelineOf(call), "SetSource", source);
+        if (status == kDone) {
+            Change change;
+            change.sequence = call.sequence;
+            change.source = source;
+            m_preparation.Request(HandleOf(call), change);
+        }
+        out.Int(0, status);
+    }
+
+    void SetSourceAndService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        const Pipeline& pipeline = PipelineOf(call);
+        const std::int32_t source = in.Int(1);
+        const std::uint64_t service = in.Number64(2);
+        std::int32_t status = CheckSource(pipeline, "SetSource", source);
+        if (status == kDone)
+            status =
+                m_pipelines.CheckService(pipeline, "SetSource", service, pipeline.tvMode.antenna);
+        if (status == kDone) {
+            Change change;
+            change.sequence = call.sequence;
+            // A change of the service alone is no affair of those who wait for changes of the
+            // source.
+            if (source != pipeline.source)
+                change.source = source;
+            change.service = service;
+            m_preparation.Request(HandleOf(call), change);
+        }
+        out.Int(0, status);
+    }
+
+    void PreSetSourceA(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+        PreSetSource(call, 'A', out);
+    }
+
+    void StartHDMIAnalysis(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        const std::int32_t source = in.Int(1);
+        const std::int32_t status = CheckHdmi(pipeline, "StartHDMIAnalysis", source);
+        if (status == kDone) {
+            const bool started = pipeline.hdmiAnalysis.insert(source).second;
+            m_log.Write("extvideosrc", "pipeline %s: analysis of source %d %s",
+                        pipeline.word.c_str(), source, started ? "begins" : "goes on");
+        }
+        out.Int(0, status);
+    }
+
+    void StopHDMIAnalysis(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        const std::int32_t source = in.Int(1);
+        std::int32_t status = CheckHdmi(pipeline, "StopHDMIAnalysis", source);
+        if (status == kDone && pipeline.hdmiAnalysis.erase(source) == 0) {
+            m_log.Write("extvideosrc",
+                        "pipeline %s: StopHDMIAnalysis refused: source %d is not "
+                        "analysed",
+                        pipeline.word.c_str(), source);
+            status = kRefused;
+        } else if (status == kDone) {
+            m_log.Write("extvideosrc", "pipeline %s: analysis of source %d ends",
+                        pipeline.word.c_str(), source);
+        }
+        out.Int(0, status);
+    }
+
+    void PreSetSourceC(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+        PreSetSource(call, 'C', out);
+    }
+
+    void PreSetSourceB(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+        PreSetSource(call, 'B', out);
+    }
+
+    void SetPreviewSource(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        const std::int32_t source = in.Int(1);
+        const std::int32_t status = CheckSource(pipeline, "SetPreviewSource", source);
+        if (status == kDone)
+            SetPreview(pipeline, {source});
+        out.Int(0, status);
+    }
+
+    void SetPreviewSourceAndService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        const std::int32_t source = in.Int(1);
+        const std::uint64_t service = in.Number64(2);
+        std::int32_t status = CheckSource(pipeline, "SetPreviewSource", source);
+        if (status == kDone)
+            status = m_pipelines.CheckService(pipeline, "SetPreviewSource", service,
+                                              pipeline.tvMode.antenna);
+        if (status == kDone)
+            SetPreview(pipeline, {source, service});
+        out.Int(0, status);
+    }
+
+    // An input with nothing plugged in can be shown: there is no picture then.
+    std::int32_t CheckSource(const Pipeline& pipeline, const char* operation, std::int32_t source) {
+        if (source >= 0 && source <= kLastSource)
+            return kDone;
+        m_log.Write("extvideosrc", "pipeline %s: %s refused: no source %d", pipeline.word.c_str(),
+                    operation, source);
+        return kUnknown;
+    }
+
+    std::int32_t CheckHdmi(const Pipeline& pipeline, const char* operation, std::int32_t source) {
+        const char* why = nullptr;
+        if (!Inputs::IsHdmi(source))
+            why = "is no HDMI input";
+        else if (!m_inputs.IsPlugged(source))
+            why = "has nothing plugged in";
+        if (why == nullptr)
+            return kDone;
+        m_log.Write("extvideosrc", "pipeline %s: %s refused: source %d %s", pipeline.word.c_str(),
+                    operation, source, why);
+        return Inputs::IsHdmi(source) ? kRefused : kBadArgument;
+    }
+
+    void PreSetSource(const Call& call, char which, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        if (pipeline.preparedNext.size() == kMaxPrepared)
+            pipeline.preparedNext.erase(0, 1);
+        pipeline.preparedNext += which;
+        m_log.Write("extvideosrc", "pipeline %s: prepared for a source, %c", pipeline.word.c_str(),
+                    which);
+        out.Int(0, kDone);
+    }
+
+    // A preview is shown beside the picture: nobody has to prepare for it.
+    void SetPreview(Pipeline& pipeline, const Preview& preview) {
+        pipeline.preview = preview;
+        m_log.Write("extvideosrc", "pipeline %s: preview of source %d, service 0x%" PRIx64,
+                    pipeline.word.c_str(), preview.source, preview.service);
+    }
+
+    Preparation& m_preparation;
+    const Inputs& m_inputs;
+};
+
 } // namespace
 
-SourceControl::SourceControl(Context& context, Pipelines& pipelines, Preparation& preparation,
-                             const Inputs& inputs)
-    : PipelineInterface("com.holvi.ISourceControl", context, pipelines), m_preparation(preparation),
-      m_inputs(inputs) {
-    Add("SetSource", {Out("status", kInt), In("source", kInt), In("text", kText)},
-        &SourceControl::SetSource);
-    Add("SetSource",
-        {Out("status", kInt), In("source", kInt), In("service", kNumber64), In("text", kText)},
-        &SourceControl::SetSourceAndService);
-    Add("PreSetSourceA", {Out("status", kInt)}, &SourceControl::PreSetSourceA);
-    Add("StartHDMIAnalysis", {Out("status", kInt), In("source", kInt)},
-        &SourceControl::StartHDMIAnalysis);
-    Add("StopHDMIAnalysis", {Out("status", kInt), In("source", kInt)},
-        &SourceControl::StopHDMIAnalysis);
-    // C comes before B.
-    Add("PreSetSourceC", {Out("status", kInt)}, &SourceControl::PreSetSourceC);
-    Add("PreSetSourceB", {Out("status", kInt)}, &SourceControl::PreSetSourceB);
-    Add("SetPreviewSource", {Out("status", kInt), In("source", kInt), In("text", kText)},
-        &SourceControl::SetPreviewSource);
-    Add("SetPreviewSource",
-        {Out("status", kInt), In("source", kInt), In("service", kNumber64), In("text", kText)},
-        &SourceControl::SetPreviewSourceAndService);
-}
-
-// An input with nothing plugged in can be shown: there is no picture then.
-std::int32_t SourceControl::CheckSource(const Pipeline& pipeline, const char* operation,
-                                        std::int32_t source) {
-    if (source >= 0 && source <= kLastSource)
-        return kDone;
-    m_log.Write("extvideosrc", "pipeline %s: %s refused: no source %d", pipeline.word.c_str(),
-                operation, source);
-    return kUnknown;
-}
-
-void SourceControl::SetSource(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    const std::int32_t source = in.Int(1);
-    const std::int32_t status = CheckSource(PipelineOf(call), "SetSource", source);
-    if (status == kDone) {
-        Change change;
-        change.sequence = call.sequence;
-        change.source = source;
-        m_preparation.Request(HandleOf(call), change);
-    }
-    out.Int(0, status);
-}
-
-void SourceControl::SetSourceAndService(const Call& call, const ArgumentReader& in,
-                                        ReplyWriter& out) {
-    const Pipeline& pipeline = PipelineOf(call);
-    const std::int32_t source = in.Int(1);
-    const std::uint64_t service = in.Number64(2);
-    std::int32_t status = CheckSource(pipeline, "SetSource", source);
-    if (status == kDone)
-        status = m_pipelines.CheckService(pipeline, "SetSource", service, pipeline.tvMode.antenna);
-    if (status == kDone) {
-        Change change;
-        change.sequence = call.sequence;
-        // A change of the service alone is no affair of those who wait for changes of the source.
-        if (source != pipeline.source)
-            change.source = source;
-        change.service = service;
-        m_preparation.Request(HandleOf(call), change);
-    }
-    out.Int(0, status);
-}
-
-void SourceControl::PreSetSourceA(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-    PreSetSource(call, 'A', out);
-}
-
-void SourceControl::PreSetSourceB(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-    PreSetSource(call, 'B', out);
-}
-
-void SourceControl::PreSetSourceC(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-    PreSetSource(call, 'C', out);
-}
-
-void SourceControl::PreSetSource(const Call& call, char which, ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    if (pipeline.preparedNext.size() == kMaxPrepared)
-        pipeline.preparedNext.erase(0, 1);
-    pipeline.preparedNext += which;
-    m_log.Write("extvideosrc", "pipeline %s: prepared for a source, %c", pipeline.word.c_str(),
-                which);
-    out.Int(0, kDone);
-}
-
-std::int32_t SourceControl::CheckHdmi(const Pipeline& pipeline, const char* operation,
-                                      std::int32_t source) {
-    const char* why = nullptr;
-    if (!Inputs::IsHdmi(source))
-        why = "is no HDMI input";
-    else if (!m_inputs.IsPlugged(source))
-        why = "has nothing plugged in";
-    if (why == nullptr)
-        return kDone;
-    m_log.Write("extvideosrc", "pipeline %s: %s refused: source %d %s", pipeline.word.c_str(),
-                operation, source, why);
-    return Inputs::IsHdmi(source) ? kRefused : kBadArgument;
-}
-
-void SourceControl::StartHDMIAnalysis(const Call& call, const ArgumentReader& in,
-                                      ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    const std::int32_t source = in.Int(1);
-    const std::int32_t status = CheckHdmi(pipeline, "StartHDMIAnalysis", source);
-    if (status == kDone) {
-        const bool started = pipeline.hdmiAnalysis.insert(source).second;
-        m_log.Write("extvideosrc", "pipeline %s: analysis of source %d %s", pipeline.word.c_str(),
-                    source, started ? "begins" : "goes on");
-    }
-    out.Int(0, status);
-}
-
-void SourceControl::StopHDMIAnalysis(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    const std::int32_t source = in.Int(1);
-    std::int32_t status = CheckHdmi(pipeline, "StopHDMIAnalysis", source);
-    if (status == kDone && pipeline.hdmiAnalysis.erase(source) == 0) {
-        m_log.Write("extvideosrc",
-                    "pipeline %s: StopHDMIAnalysis refused: source %d is not "
-                    "analysed",
-                    pipeline.word.c_str(), source);
-        status = kRefused;
-    } else if (status == kDone) {
-        m_log.Write("extvideosrc", "pipeline %s: analysis of source %d ends", pipeline.word.c_str(),
-                    source);
-    }
-    out.Int(0, status);
-}
-
-void SourceControl::SetPreviewSource(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    const std::int32_t source = in.Int(1);
-    const std::int32_t status = CheckSource(pipeline, "SetPreviewSource", source);
-    if (status == kDone)
-        SetPreview(pipeline, {source});
-    out.Int(0, status);
-}
-
-void SourceControl::SetPreviewSourceAndService(const Call& call, const ArgumentReader& in,
-                                               ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    const std::int32_t source = in.Int(1);
-    const std::uint64_t service = in.Number64(2);
-    std::int32_t status = CheckSource(pipeline, "SetPreviewSource", source);
-    if (status == kDone)
-        status = m_pipelines.CheckService(pipeline, "SetPreviewSource", service,
-                                          pipeline.tvMode.antenna);
-    if (status == kDone)
-        SetPreview(pipeline, {source, service});
-    out.Int(0, status);
-}
-
-// A preview is shown beside the picture: nobody has to prepare for it.
-void SourceControl::SetPreview(Pipeline& pipeline, const Preview& preview) {
-    pipeline.preview = preview;
-    m_log.Write("extvideosrc", "pipeline %s: preview of source %d, service 0x%" PRIx64,
-                pipeline.word.c_str(), preview.source, preview.service);
+void RegisterSourceControl(Context& context, Pipelines& pipelines, Preparation& preparation,
+                           const Inputs& inputs) {
+    context.Register<SourceControl>(context, pipelines, preparation, inputs);
 }
 
 } // namespace sim

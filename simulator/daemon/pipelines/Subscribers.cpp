@@ -17,12 +17,13 @@ constexpr std::size_t kMaxTypes = 256; // that one session is subscribed to
 } // namespace
 
 Subscribers::Subscribers(Context& context)
-    : Interface("com.holvi.ISignalSubscriber", Calls::ToSession), m_context(context) {
-    Add("Subscribe",
+    : Interface(interfaces::kTable<interfaces::SignalSubscriberMethod>, Calls::ToSession),
+      m_context(context) {
+    Add(interfaces::SignalSubscriberMethod::Subscribe,
         {Out("status", kInt), In("type", kInt), In("mode", kInt), In("filter", kInt),
          In("profile", kInt), In("screen", kInt)},
         &Subscribers::Subscribe);
-    Add("Unsubscribe",
+    Add(interfaces::SignalSubscriberMethod::Unsubscribe,
         {Out("status", kInt), In("type", kInt), In("filter", kInt), In("profile", kInt),
          In("screen", kInt)},
         &Subscribers::Unsubscribe);

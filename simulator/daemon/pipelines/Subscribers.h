@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <map>
 
+#include "Component.h"
 #include "Context.h"
 #include "Handle.h"
 #include "Interface.h"
-#include "Component.h"
 
 namespace sim {
 

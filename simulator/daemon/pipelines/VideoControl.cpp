@@ -1,48 +1,64 @@
-#include "VideoControl.h"
-
+#include "PipelineComponents.h"
+#include "PipelineInterface.h"
 #include "PipelineTypes.h"
 #include "Results.h"
 
 namespace sim {
 
-VideoControl::VideoControl(Context& context, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IVideoControl", context, pipelines) {
-    Add("SetCropVideo", {Out("status", kInt), In("first", kRect), In("second", kRect)},
-        &VideoControl::SetCropVideo);
-    // The window's id travels as a value that could come back, since clients hand it by pointer; it
-    // is only read.
-    Add("SetWindowId", {Out("status", kInt), Out("windowId", kInt)}, &VideoControl::SetWindowId);
-}
+namespace {
 
-void VideoControl::SetCropVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    const Crop crop{ReadRect(in.At(1)), ReadRect(in.At(2))};
-    if (!crop.first.IsOnScreen() || !crop.second.IsOnScreen()) {
-        m_log.Write("tvvideodec",
-                    "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
-                    "the screen",
-                    pipeline.word.c_str(), crop.first.IsOnScreen() ? "second" : "first");
-        return out.Int(0, kBadArgument);
-    }
-    pipeline.crop = crop;
-    m_log.Write("tvvideodec", "pipeline %s: crop %d,%d %dx%d and %d,%d %dx%d",
-                pipeline.word.c_str(), crop.first.x, crop.first.y, crop.first.width,
-                crop.first.height, crop.second.x, crop.second.y, crop.second.width,
-                crop.second.height);
-    out.Int(0, kDone);
-}
+// com.holvi.IVideoControl: where and what a picture shows.
+class VideoControl : public PipelineInterface {
+public:
+    using Method = interfaces::VideoControlMethod;
 
-void VideoControl::SetWindowId(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    Pipeline& pipeline = PipelineOf(call);
-    const std::int32_t windowId = in.Int(1);
-    if (windowId < 0) {
-        m_log.Write("tvvideosink", "pipeline %s: SetWindowId refused: %d is no window",
-                    pipeline.word.c_str(), windowId);
-        return out.Int(0, kBadArgument);
+    VideoControl(Context& context, Pipelines& pipelines)
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
+        Add(Method::SetCropVideo, {Out("status", kInt), In("first", kRect), In("second", kRect)},
+            &VideoControl::SetCropVideo);
+        // The window's id travels as a value that could come back, since clients hand it by
+        // pointer; it is only read.
+        Add(Method::SetWindowId, {Out("status", kInt), Out("windowId", kInt)},
+            &VideoControl::SetWindowId);
     }
-    pipeline.windowId = windowId;
-    m_log.Write("tvvideosink", "pipeline %s: window %d", pipeline.word.c_str(), windowId);
-    out.Int(0, kDone);
+
+private:
+    void SetCropVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        const Crop crop{ReadRect(in.At(1)), ReadRect(in.At(2))};
+        if (!crop.first.IsOnScreen() || !crop.second.IsOnScreen()) {
+            m_log.Write("tvvideodec",
+                        "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
+                        "the screen",
+                        pipeline.word.c_str(), crop.first.IsOnScreen() ? "second" : "first");
+            return out.Int(0, kBadArgument);
+        }
+        pipeline.crop = crop;
+        m_log.Write("tvvideodec", "pipeline %s: crop %d,%d %dx%d and %d,%d %dx%d",
+                    pipeline.word.c_str(), crop.first.x, crop.first.y, crop.first.width,
+                    crop.first.height, crop.second.x, crop.second.y, crop.second.width,
+                    crop.second.height);
+        out.Int(0, kDone);
+    }
+
+    void SetWindowId(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        Pipeline& pipeline = PipelineOf(call);
+        const std::int32_t windowId = in.Int(1);
+        if (windowId < 0) {
+            m_log.Write("tvvideosink", "pipeline %s: SetWindowId refused: %d is no window",
+                        pipeline.word.c_str(), windowId);
+            return out.Int(0, kBadArgument);
+        }
+        pipeline.windowId = windowId;
+        m_log.Write("tvvideosink", "pipeline %s: window %d", pipeline.word.c_str(), windowId);
+        out.Int(0, kDone);
+    }
+};
+
+} // namespace
+
+void RegisterVideoControl(Context& context, Pipelines& pipelines) {
+    context.Register<VideoControl>(context, pipelines);
 }
 
 } // namespace sim

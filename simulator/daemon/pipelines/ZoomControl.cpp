@@ -1,14 +1,19 @@
-#include "ZoomControl.h"
-
 #include <algorithm>
 #include <cinttypes>
+#include <cstdint>
 #include <cstring>
+#include <map>
+#include <vector>
 
+#include <base/Number.h>
 #include <nlohmann/json.hpp>
 
+#include "Component.h"
+#include "PipelineComponents.h"
+#include "PipelineInterface.h"
 #include "PipelineTypes.h"
+#include "Rect.h"
 #include "Results.h"
-#include <base/Number.h>
 
 namespace sim {
 
@@ -16,7 +21,7 @@ using nlohmann::json;
 
 namespace {
 
-constexpr std::uint32_t kMaxLimit = 64;
+constexpr std::uint32_t kMaxWindowLimit = 64;
 
 // How a further window would get its picture.
 enum SharingType : std::int32_t {
@@ -37,243 +42,281 @@ std::vector<std::int32_t> ReadIds(const wire::Node& node) {
     return ids;
 }
 
+// com.holvi.IZoomControl: windows that show an enlarged part of a pipeline's picture.
+//
+// A window belongs to the client that made it, which alone may change or delete it, and goes with
+// it; it outlives the session that it was made through. Everybody may ask about it.
+class ZoomControl : public PipelineInterface, public Component {
+public:
+    using Method = interfaces::ZoomControlMethod;
+
+    static constexpr std::uint32_t kDefaultLimit = 4; // windows of the TV
+
+    ZoomControl(Context& context, Pipelines& pipelines)
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
+        Add(Method::CreateZoomWindow,
+            {Out("status", kInt), Out("windowId", kInt), In("source", kRect),
+             In("destination", kRect), In("main", kRect)},
+            &ZoomControl::CreateZoomWindow);
+        Add(Method::DeleteZoomWindow,
+            {Out("status", kInt), In("windowIds", kIntList), In("main", kRect)},
+            &ZoomControl::DeleteZoomWindow);
+        Add(Method::SetZoomWindow,
+            {Out("status", kInt), In("windowIds", kIntList), In("on", kBool)},
+            &ZoomControl::SetZoomWindow);
+        Add(Method::MuteZoomWindow,
+            {Out("status", kInt), In("windowIds", kIntList), In("mute", kBool)},
+            &ZoomControl::MuteZoomWindow);
+        Add(Method::IsZoomWindowStarted,
+            {Out("status", kInt), In("windowId", kInt), Out("started", kBool)},
+            &ZoomControl::IsZoomWindowStarted);
+        Add(Method::IsZoomWindowMuted,
+            {Out("status", kInt), In("windowId", kInt), Out("muted", kBool)},
+            &ZoomControl::IsZoomWindowMuted);
+        Add(Method::SetZoomWindowRect,
+            {Out("status", kInt), In("windowId", kInt), In("source", kRect),
+             In("destination", kRect), In("main", kRect)},
+            &ZoomControl::SetZoomWindowRect);
+        Add(Method::IsZoomAvailable, {Out("status", kInt), Out("available", kBool)},
+            &ZoomControl::IsZoomAvailable);
+        Add(Method::GetZoomSharingType, {Out("status", kInt), Out("type", kInt)},
+            &ZoomControl::GetZoomSharingType);
+        Add(Method::GetConnectedZoomWindows, {Out("status", kInt), Out("windowIds", kIntList)},
+            &ZoomControl::GetConnectedZoomWindows);
+        context.settings.Add("zoom-limit", "NUMBER: how many zoom windows there can be, 0 to 64",
+                             [this](const auto& words, auto&) {
+                                 std::uint32_t limit = 0;
+                                 if (words.size() != 1 || !ParseNumber(words[0], limit) ||
+                                     limit > kMaxWindowLimit)
+                                     return false;
+                                 m_limit = limit;
+                                 return true;
+                             });
+    }
+
+    const char* GetStateName() const override { return "zoom"; }
+    json DescribeState() const override {
+        json windows = json::object();
+        for (const auto& [id, window] : m_windows) {
+            windows[std::to_string(id)] = {{"pipeline", window.handle.ToText()},
+                                           {"client", window.client},
+                                           {"source", window.source.Describe()},
+                                           {"destination", window.destination.Describe()},
+                                           {"started", window.started},
+                                           {"muted", window.muted}};
+        }
+        return {{"limit", m_limit}, {"windows", windows}};
+    }
+
+    // Ids go on: those that somebody may still know must not name another window.
+    bool Reset() override {
+        m_windows.clear();
+        m_limit = kDefaultLimit;
+        return true;
+    }
+
+    void ReleaseClient(Client& client) override {
+        for (auto entry = m_windows.begin(); entry != m_windows.end();) {
+            if (entry->second.client != client.GetNumber()) {
+                ++entry;
+                continue;
+            }
+            const Handle handle = entry->second.handle;
+            m_log.Write("tvfpaparser", "window %d is gone with client %" PRIu32, entry->first,
+                        client.GetNumber());
+            entry = m_windows.erase(entry);
+            const bool zoomed =
+                std::any_of(m_windows.begin(), m_windows.end(),
+                            [&](const auto& other) { return other.second.handle == handle; });
+            // Nobody is left to put the main picture back.
+            if (!zoomed)
+                m_pipelines.ResetMainPicture(handle);
+        }
+    }
+
+private:
+    struct Window {
+        Handle handle;
+        std::uint32_t client = 0;
+        Rect source;
+        Rect destination;
+        bool started = false;
+        bool muted = false;
+    };
+    using Ids = std::vector<std::int32_t>;
+
+    void CreateZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        const Rect source = ReadRect(in.At(2));
+        const Rect destination = ReadRect(in.At(3));
+        const Rect main = ReadRect(in.At(4));
+        const std::int32_t status = CheckRects("CreateZoomWindow", {source, destination, main});
+        if (status != kDone)
+            return out.Int(0, status);
+        if (m_windows.size() >= m_limit) {
+            m_log.Write("tvfpaparser", "CreateZoomWindow refused: there are %zu windows",
+                        m_windows.size());
+            return out.Int(0, kTooMany);
+        }
+        const std::int32_t id = ++m_lastId;
+        m_windows[id] = {HandleOf(call), call.client.GetNumber(), source, destination};
+        PipelineOf(call).mainPicture = main;
+        m_log.Write("tvfpaparser", "window %d of pipeline %s: %d,%d %dx%d", id,
+                    HandleOf(call).ToText().c_str(), destination.x, destination.y,
+                    destination.width, destination.height);
+        out.Int(0, kDone);
+        out.Int(1, id);
+    }
+
+    // All of them or none.
+    void DeleteZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        const Ids ids = ReadIds(in.At(1));
+        const Rect main = ReadRect(in.At(2));
+        std::int32_t status = CheckOwn(call, "DeleteZoomWindow", ids);
+        if (status == kDone)
+            status = CheckRects("DeleteZoomWindow", {main});
+        if (status == kDone) {
+            PipelineOf(call).mainPicture = main;
+            for (const std::int32_t id : ids) {
+                if (m_windows.erase(id) > 0)
+                    m_log.Write("tvfpaparser", "window %d is deleted", id);
+            }
+        }
+        out.Int(0, status);
+    }
+
+    void SetZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        SetFlag(call, in, out, "SetZoomWindow", &Window::started);
+    }
+
+    void MuteZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        SetFlag(call, in, out, "MuteZoomWindow", &Window::muted);
+    }
+
+    void IsZoomWindowStarted(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        GetFlag(call, in, out, "IsZoomWindowStarted", &Window::started);
+    }
+
+    void IsZoomWindowMuted(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        GetFlag(call, in, out, "IsZoomWindowMuted", &Window::muted);
+    }
+
+    void SetZoomWindowRect(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
+        const std::int32_t id = in.Int(1);
+        const Rect source = ReadRect(in.At(2));
+        const Rect destination = ReadRect(in.At(3));
+        const Rect main = ReadRect(in.At(4));
+        std::int32_t status = CheckOwn(call, "SetZoomWindowRect", {id});
+        if (status == kDone)
+            status = CheckRects("SetZoomWindowRect", {source, destination, main});
+        if (status == kDone) {
+            Window& window = m_windows.at(id);
+            window.source = source;
+            window.destination = destination;
+            PipelineOf(call).mainPicture = main;
+            m_log.Write("tvfpaparser", "window %d: %d,%d %dx%d", id, destination.x, destination.y,
+                        destination.width, destination.height);
+        }
+        out.Int(0, status);
+    }
+
+    void IsZoomAvailable(const Call&, const ArgumentReader&, ReplyWriter& out) {
+        out.Int(0, kDone);
+        out.Bool(1, m_windows.size() < m_limit);
+    }
+
+    void GetZoomSharingType(const Call&, const ArgumentReader&, ReplyWriter& out) {
+        out.Int(0, kDone);
+        if (m_windows.size() >= m_limit)
+            out.Int(1, kNoWindowLeft);
+        else
+            out.Int(1, m_windows.empty() ? kFromMainPicture : kSharedWithWindows);
+    }
+
+    void GetConnectedZoomWindows(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+        Ids ids;
+        for (const auto& [id, window] : m_windows) {
+            if (window.handle == HandleOf(call))
+                ids.push_back(id);
+        }
+        out.Int(0, kDone);
+        wire::TreeWriter& tree = out.Tree();
+        const std::size_t branch = tree.BeginBranch(1);
+        tree.PutLeaf(0, wire::NodeKind::Array, ids.data(), ids.size() * sizeof(std::int32_t));
+        tree.EndBranch(branch);
+    }
+
+    // Null, and a line in the log, when the call's pipeline has no such window.
+    ZoomControl::Window* Find(const Call& call, const char* operation, std::int32_t id) {
+        const auto found = m_windows.find(id);
+        if (found != m_windows.end() && found->second.handle == HandleOf(call))
+            return &found->second;
+        m_log.Write("tvfpaparser", "%s refused: pipeline %s has no window %d", operation,
+                    HandleOf(call).ToText().c_str(), id);
+        return nullptr;
+    }
+
+    // kDone when all of them are windows of the caller in this pipeline, else a refusal.
+    std::int32_t CheckOwn(const Call& call, const char* operation, const Ids& ids) {
+        if (ids.empty()) {
+            m_log.Write("tvfpaparser", "%s refused: no windows are named", operation);
+            return kBadArgument;
+        }
+        for (const std::int32_t id : ids) {
+            const Window* window = Find(call, operation, id);
+            if (window == nullptr)
+                return kUnknown;
+            if (window->client != call.client.GetNumber()) {
+                m_log.Write("tvfpaparser", "%s refused: window %d is client %" PRIu32 "'s",
+                            operation, id, window->client);
+                return kRefused;
+            }
+        }
+        return kDone;
+    }
+
+    std::int32_t CheckRects(const char* operation, std::initializer_list<Rect> rects) {
+        for (const Rect& rect : rects) {
+            if (rect.IsOnScreen())
+                continue;
+            m_log.Write("tvfpaparser", "%s refused: %d,%d %dx%d is not on the screen", operation,
+                        rect.x, rect.y, rect.width, rect.height);
+            return kBadArgument;
+        }
+        return kDone;
+    }
+
+    void SetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out,
+                 const char* operation, bool Window::*flag) {
+        const Ids ids = ReadIds(in.At(1));
+        const bool on = in.Bool(2);
+        const std::int32_t status = CheckOwn(call, operation, ids);
+        if (status == kDone) {
+            for (const std::int32_t id : ids) {
+                m_windows.at(id).*flag = on;
+                m_log.Write("tvfpaparser", "%s: window %d, %s", operation, id, on ? "on" : "off");
+            }
+        }
+        out.Int(0, status);
+    }
+
+    void GetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out,
+                 const char* operation, bool Window::*flag) {
+        const Window* window = Find(call, operation, in.Int(1));
+        if (window == nullptr)
+            return out.Int(0, kUnknown);
+        out.Int(0, kDone);
+        out.Bool(2, window->*flag);
+    }
+
+    std::uint32_t m_limit = kDefaultLimit;
+    std::int32_t m_lastId = 0;
+    std::map<std::int32_t, Window> m_windows;
+};
+
 } // namespace
 
-ZoomControl::ZoomControl(Context& context, Pipelines& pipelines)
-    : PipelineInterface("com.holvi.IZoomControl", context, pipelines) {
-    Add("CreateZoomWindow",
-        {Out("status", kInt), Out("windowId", kInt), In("source", kRect), In("destination", kRect),
-         In("main", kRect)},
-        &ZoomControl::CreateZoomWindow);
-    Add("DeleteZoomWindow", {Out("status", kInt), In("windowIds", kIntList), In("main", kRect)},
-        &ZoomControl::DeleteZoomWindow);
-    Add("SetZoomWindow", {Out("status", kInt), In("windowIds", kIntList), In("on", kBool)},
-        &ZoomControl::SetZoomWindow);
-    Add("MuteZoomWindow", {Out("status", kInt), In("windowIds", kIntList), In("mute", kBool)},
-        &ZoomControl::MuteZoomWindow);
-    Add("IsZoomWindowStarted", {Out("status", kInt), In("windowId", kInt), Out("started", kBool)},
-        &ZoomControl::IsZoomWindowStarted);
-    Add("IsZoomWindowMuted", {Out("status", kInt), In("windowId", kInt), Out("muted", kBool)},
-        &ZoomControl::IsZoomWindowMuted);
-    Add("SetZoomWindowRect",
-        {Out("status", kInt), In("windowId", kInt), In("source", kRect), In("destination", kRect),
-         In("main", kRect)},
-        &ZoomControl::SetZoomWindowRect);
-    Add("IsZoomAvailable", {Out("status", kInt), Out("available", kBool)},
-        &ZoomControl::IsZoomAvailable);
-    Add("GetZoomSharingType", {Out("status", kInt), Out("type", kInt)},
-        &ZoomControl::GetZoomSharingType);
-    Add("GetConnectedZoomWindows", {Out("status", kInt), Out("windowIds", kIntList)},
-        &ZoomControl::GetConnectedZoomWindows);
-    context.settings.Add("zoom-limit", "NUMBER: how many zoom windows there can be, 0 to 64",
-                          [this](const auto& words, auto&) {
-                              std::uint32_t limit = 0;
-                              if (words.size() != 1 || !ParseNumber(words[0], limit) ||
-                                  limit > kMaxLimit)
-                                  return false;
-                              m_limit = limit;
-                              return true;
-                          });
-}
-
-ZoomControl::Window* ZoomControl::Find(const Call& call, const char* operation, std::int32_t id) {
-    const auto found = m_windows.find(id);
-    if (found != m_windows.end() && found->second.handle == HandleOf(call))
-        return &found->second;
-    m_log.Write("tvfpaparser", "%s refused: pipeline %s has no window %d", operation,
-                HandleOf(call).ToText().c_str(), id);
-    return nullptr;
-}
-
-std::int32_t ZoomControl::CheckOwn(const Call& call, const char* operation, const Ids& ids) {
-    if (ids.empty()) {
-        m_log.Write("tvfpaparser", "%s refused: no windows are named", operation);
-        return kBadArgument;
-    }
-    for (const std::int32_t id : ids) {
-        const Window* window = Find(call, operation, id);
-        if (window == nullptr)
-            return kUnknown;
-        if (window->client != call.client.GetNumber()) {
-            m_log.Write("tvfpaparser", "%s refused: window %d is client %" PRIu32 "'s", operation,
-                        id, window->client);
-            return kRefused;
-        }
-    }
-    return kDone;
-}
-
-std::int32_t ZoomControl::CheckRects(const char* operation, std::initializer_list<Rect> rects) {
-    for (const Rect& rect : rects) {
-        if (rect.IsOnScreen())
-            continue;
-        m_log.Write("tvfpaparser", "%s refused: %d,%d %dx%d is not on the screen", operation,
-                    rect.x, rect.y, rect.width, rect.height);
-        return kBadArgument;
-    }
-    return kDone;
-}
-
-void ZoomControl::CreateZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    const Rect source = ReadRect(in.At(2));
-    const Rect destination = ReadRect(in.At(3));
-    const Rect main = ReadRect(in.At(4));
-    const std::int32_t status = CheckRects("CreateZoomWindow", {source, destination, main});
-    if (status != kDone)
-        return out.Int(0, status);
-    if (m_windows.size() >= m_limit) {
-        m_log.Write("tvfpaparser", "CreateZoomWindow refused: there are %zu windows",
-                    m_windows.size());
-        return out.Int(0, kTooMany);
-    }
-    const std::int32_t id = ++m_lastId;
-    m_windows[id] = {HandleOf(call), call.client.GetNumber(), source, destination};
-    PipelineOf(call).mainPicture = main;
-    m_log.Write("tvfpaparser", "window %d of pipeline %s: %d,%d %dx%d", id,
-                HandleOf(call).ToText().c_str(), destination.x, destination.y, destination.width,
-                destination.height);
-    out.Int(0, kDone);
-    out.Int(1, id);
-}
-
-// All of them or none.
-void ZoomControl::DeleteZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    const Ids ids = ReadIds(in.At(1));
-    const Rect main = ReadRect(in.At(2));
-    std::int32_t status = CheckOwn(call, "DeleteZoomWindow", ids);
-    if (status == kDone)
-        status = CheckRects("DeleteZoomWindow", {main});
-    if (status == kDone) {
-        PipelineOf(call).mainPicture = main;
-        for (const std::int32_t id : ids) {
-            if (m_windows.erase(id) > 0)
-                m_log.Write("tvfpaparser", "window %d is deleted", id);
-        }
-    }
-    out.Int(0, status);
-}
-
-void ZoomControl::SetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out,
-                          const char* operation, bool Window::*flag) {
-    const Ids ids = ReadIds(in.At(1));
-    const bool on = in.Bool(2);
-    const std::int32_t status = CheckOwn(call, operation, ids);
-    if (status == kDone) {
-        for (const std::int32_t id : ids) {
-            m_windows.at(id).*flag = on;
-            m_log.Write("tvfpaparser", "%s: window %d, %s", operation, id, on ? "on" : "off");
-        }
-    }
-    out.Int(0, status);
-}
-
-void ZoomControl::SetZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    SetFlag(call, in, out, "SetZoomWindow", &Window::started);
-}
-
-void ZoomControl::MuteZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    SetFlag(call, in, out, "MuteZoomWindow", &Window::muted);
-}
-
-void ZoomControl::GetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out,
-                          const char* operation, bool Window::*flag) {
-    const Window* window = Find(call, operation, in.Int(1));
-    if (window == nullptr)
-        return out.Int(0, kUnknown);
-    out.Int(0, kDone);
-    out.Bool(2, window->*flag);
-}
-
-void ZoomControl::IsZoomWindowStarted(const Call& call, const ArgumentReader& in,
-                                      ReplyWriter& out) {
-    GetFlag(call, in, out, "IsZoomWindowStarted", &Window::started);
-}
-
-void ZoomControl::IsZoomWindowMuted(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    GetFlag(call, in, out, "IsZoomWindowMuted", &Window::muted);
-}
-
-void ZoomControl::SetZoomWindowRect(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-    const std::int32_t id = in.Int(1);
-    const Rect source = ReadRect(in.At(2));
-    const Rect destination = ReadRect(in.At(3));
-    const Rect main = ReadRect(in.At(4));
-    std::int32_t status = CheckOwn(call, "SetZoomWindowRect", {id});
-    if (status == kDone)
-        status = CheckRects("SetZoomWindowRect", {source, destination, main});
-    if (status == kDone) {
-        Window& window = m_windows.at(id);
-        window.source = source;
-        window.destination = destination;
-        PipelineOf(call).mainPicture = main;
-        m_log.Write("tvfpaparser", "window %d: %d,%d %dx%d", id, destination.x, destination.y,
-                    destination.width, destination.height);
-    }
-    out.Int(0, status);
-}
-
-void ZoomControl::IsZoomAvailable(const Call&, const ArgumentReader&, ReplyWriter& out) {
-    out.Int(0, kDone);
-    out.Bool(1, m_windows.size() < m_limit);
-}
-
-void ZoomControl::GetZoomSharingType(const Call&, const ArgumentReader&, ReplyWriter& out) {
-    out.Int(0, kDone);
-    if (m_windows.size() >= m_limit)
-        out.Int(1, kNoWindowLeft);
-    else
-        out.Int(1, m_windows.empty() ? kFromMainPicture : kSharedWithWindows);
-}
-
-void ZoomControl::GetConnectedZoomWindows(const Call& call, const ArgumentReader&,
-                                          ReplyWriter& out) {
-    Ids ids;
-    for (const auto& [id, window] : m_windows) {
-        if (window.handle == HandleOf(call))
-            ids.push_back(id);
-    }
-    out.Int(0, kDone);
-    wire::TreeWriter& tree = out.Tree();
-    const std::size_t branch = tree.BeginBranch(1);
-    tree.PutLeaf(0, wire::NodeKind::Array, ids.data(), ids.size() * sizeof(std::int32_t));
-    tree.EndBranch(branch);
-}
-
-void ZoomControl::ReleaseClient(Client& client) {
-    for (auto entry = m_windows.begin(); entry != m_windows.end();) {
-        if (entry->second.client != client.GetNumber()) {
-            ++entry;
-            continue;
-        }
-        const Handle handle = entry->second.handle;
-        m_log.Write("tvfpaparser", "window %d is gone with client %" PRIu32, entry->first,
-                    client.GetNumber());
-        entry = m_windows.erase(entry);
-        const bool zoomed = std::any_of(m_windows.begin(), m_windows.end(), [&](const auto& other) {
-            return other.second.handle == handle;
-        });
-        // Nobody is left to put the main picture back.
-        if (!zoomed)
-            m_pipelines.ResetMainPicture(handle);
-    }
-}
-
-json ZoomControl::DescribeState() const {
-    json windows = json::object();
-    for (const auto& [id, window] : m_windows) {
-        windows[std::to_string(id)] = {
-            {"pipeline", window.handle.ToText()}, {"client", window.client},
-            {"source", window.source.Describe()}, {"destination", window.destination.Describe()},
-            {"started", window.started},          {"muted", window.muted}};
-    }
-    return {{"limit", m_limit}, {"windows", windows}};
-}
-
-// Ids go on: those that somebody may still know must not name another window.
-bool ZoomControl::Reset() {
-    m_windows.clear();
-    m_limit = kDefaultLimit;
-    return true;
+void RegisterZoomControl(Context& context, Pipelines& pipelines) {
+    context.Register<ZoomControl>(context, pipelines);
 }
 
 } // namespace sim

@@ -96,7 +96,8 @@ bool ArgumentType::Fits(const Node& node) const {
 
 const ArgumentType kInt{"int", NodeKind::Value, 4, nullptr, NumberToJson<std::int32_t>};
 const ArgumentType kUInt{"unsigned", NodeKind::Value, 4, nullptr, NumberToJson<std::uint32_t>};
-const ArgumentType kUShort{"unsigned short", NodeKind::Value, 2, nullptr, NumberToJson<std::uint16_t>};
+const ArgumentType kUShort{"unsigned short", NodeKind::Value, 2, nullptr,
+                           NumberToJson<std::uint16_t>};
 const ArgumentType kBool{"bool", NodeKind::Value, 1, nullptr, BoolToJson};
 const ArgumentType kNumber64{"64 bits", NodeKind::Value, 8, nullptr, HexToJson};
 const ArgumentType kText{"text", NodeKind::Branch, 0, CheckText, TextToJson};

@@ -15,10 +15,10 @@ namespace {
 
 // Memory that is kept for the next reply.
 constexpr std::size_t kKeptMemory = 4u << 20;
-const std::string_view kPrefix = "com.holvi.";
+using interfaces::kNamePrefix;
 
 // The reply of an operation that does not happen: its result alone, which is its first argument.
-void WriteResult(const Method& method, std::int32_t result, ReplyWriter& out) {
+void WriteResult(const Operation& method, std::int32_t result, ReplyWriter& out) {
     if (method.arguments.empty() || method.arguments[0].direction != wire::Direction::Out)
         return;
     if (method.arguments[0].form == &kInt)
@@ -28,15 +28,15 @@ void WriteResult(const Method& method, std::int32_t result, ReplyWriter& out) {
 }
 
 // Interfaces may be named without what all of them begin with.
-bool HasText(const Method& method, const wire::Message& message, std::string_view text) {
+bool HasText(const Operation& method, const wire::Message& message, std::string_view text) {
     const ArgumentReader in(method.arguments, message.tree, message.header.treeSize);
     for (std::size_t place = 0; in.IsValid() && place < method.arguments.size(); ++place) {
         const Argument& argument = method.arguments[place];
         if (argument.form != &kText || argument.direction != wire::Direction::In)
             continue;
         std::string_view value = in.Text(place);
-        if (value != text && value.starts_with(kPrefix))
-            value.remove_prefix(kPrefix.size());
+        if (value != text && value.starts_with(kNamePrefix))
+            value.remove_prefix(kNamePrefix.size());
         if (value == text)
             return true;
     }
@@ -46,6 +46,7 @@ bool HasText(const Method& method, const wire::Message& message, std::string_vie
 } // namespace
 
 void Dispatcher::Add(Interface& interface) {
+    interface.CheckComplete();
     m_interfaces.push_back(&interface);
     m_byName.emplace(interface.GetName(), &interface);
 }
@@ -55,15 +56,15 @@ Interface* Dispatcher::Find(std::string_view interfaceName) const {
     return found == m_byName.end() ? nullptr : found->second;
 }
 
-std::vector<Method*> Dispatcher::FindMethods(std::string_view name) const {
-    std::vector<Method*> methods;
-    if (name.starts_with(kPrefix))
-        name.remove_prefix(kPrefix.size());
+std::vector<Operation*> Dispatcher::FindOperations(std::string_view name) const {
+    std::vector<Operation*> methods;
+    if (name.starts_with(kNamePrefix))
+        name.remove_prefix(kNamePrefix.size());
     for (const Interface* interface : m_interfaces) {
         std::string_view interfaceName = interface->GetName();
-        if (interfaceName.starts_with(kPrefix))
-            interfaceName.remove_prefix(kPrefix.size());
-        for (const auto& method : interface->GetMethods()) {
+        if (interfaceName.starts_with(kNamePrefix))
+            interfaceName.remove_prefix(kNamePrefix.size());
+        for (const auto& method : interface->GetOperations()) {
             if (name == std::string(interfaceName) + "." + method->name)
                 methods.push_back(method.get());
         }
@@ -76,7 +77,7 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
     m_log.SetSequence(sequence);
     m_reply.ClearAndTrim(kKeptMemory);
     Interface* interface = Find(message.interfaceName);
-    Method* method =
+    Operation* method =
         interface == nullptr ? nullptr : interface->Find(message.header.methodId, message.method);
     std::optional<Injection> injection;
     std::string fault;
@@ -133,7 +134,7 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
 }
 
 std::string Dispatcher::Run(Connection& connection, const wire::Message& message,
-                            Interface& interface, Method& method, std::uint64_t sequence) {
+                            Interface& interface, Operation& method, std::uint64_t sequence) {
     const ArgumentReader in(method.arguments, message.tree, message.header.treeSize);
     if (!in.IsValid())
         return in.DescribeFault();
@@ -174,7 +175,7 @@ void Dispatcher::Forget(const Connection& connection) {
 void Dispatcher::Reset() {
     m_injections.Clear();
     for (const Interface* interface : m_interfaces) {
-        for (const auto& method : interface->GetMethods())
+        for (const auto& method : interface->GetOperations())
             method->calls = 0;
     }
 }

@@ -14,8 +14,8 @@
 #include "Injections.h"
 #include "Interface.h"
 #include "Journal.h"
-#include <base/Log.h>
 #include "Sessions.h"
+#include <base/Log.h>
 
 namespace sim {
 
@@ -26,13 +26,13 @@ public:
     Dispatcher(Journal& journal, Sessions& sessions, Injections& injections, Log& log)
         : m_journal(journal), m_sessions(sessions), m_injections(injections), m_log(log) {}
 
-    // The interface must outlive the dispatcher.
+    // The interface must outlive the dispatcher and have all of its operations: std::logic_error.
     void Add(Interface& interface);
     const std::vector<Interface*>& GetInterfaces() const { return m_interfaces; }
     Interface* Find(std::string_view interfaceName) const;
     // Operations by what people type: "IAVControl.MuteVideo" or with the interface's full name;
     // several when the name is overloaded, none when it is unknown.
-    std::vector<Method*> FindMethods(std::string_view name) const;
+    std::vector<Operation*> FindOperations(std::string_view name) const;
 
     // Answers a call on its connection.
     void Handle(Connection& connection, const wire::Message& message);
@@ -54,7 +54,7 @@ private:
 
     // Runs the operation; why it could not be run, empty when it was.
     std::string Run(Connection& connection, const wire::Message& message, Interface& interface,
-                    Method& method, std::uint64_t sequence);
+                    Operation& method, std::uint64_t sequence);
     void SendLate(Connection& connection, const wire::MessageHeader& header, unsigned milliseconds);
 
     Journal& m_journal;

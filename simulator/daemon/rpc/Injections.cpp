@@ -25,11 +25,11 @@ const char* Injection::GetName() const {
     return "";
 }
 
-void Injections::Add(const Method& method, Injection injection, unsigned calls) {
+void Injections::Add(const Operation& method, Injection injection, unsigned calls) {
     m_orders[&method].push_back({std::move(injection), calls});
 }
 
-std::optional<Injection> Injections::Take(const Method& method, const HasText& hasText) {
+std::optional<Injection> Injections::Take(const Operation& method, const HasText& hasText) {
     if (m_orders.empty())
         return std::nullopt;
     const auto found = m_orders.find(&method);

@@ -12,7 +12,7 @@
 
 namespace sim {
 
-struct Method;
+struct Operation;
 
 // A failure that was ordered for the next calls of an operation.
 struct Injection {
@@ -33,11 +33,11 @@ struct Injection {
 // What was ordered, by operation; used up in the order in which it was given.
 class Injections {
 public:
-    void Add(const Method& method, Injection injection, unsigned calls);
+    void Add(const Operation& method, Injection injection, unsigned calls);
     // Whether a text is among a call's arguments.
     using HasText = std::function<bool(std::string_view text)>;
     // What is to be done to this call; counts it.
-    std::optional<Injection> Take(const Method& method, const HasText& hasText);
+    std::optional<Injection> Take(const Operation& method, const HasText& hasText);
     bool IsEmpty() const { return m_orders.empty(); }
     void Clear() { m_orders.clear(); }
 
@@ -49,7 +49,7 @@ private:
         Injection injection;
         unsigned calls;
     };
-    std::map<const Method*, std::deque<Order>> m_orders;
+    std::map<const Operation*, std::deque<Order>> m_orders;
 };
 
 } // namespace sim

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include <interfaces/Interfaces.h>
+
 #include "ArgumentReader.h"
 #include "Call.h"
 #include "ReplyWriter.h"
@@ -18,7 +20,7 @@ class Interface;
 struct Session;
 
 // One operation of an interface.
-struct Method {
+struct Operation {
     using Handler = std::function<void(const Call&, const ArgumentReader&, ReplyWriter&)>;
 
     const Interface* interface;
@@ -37,16 +39,19 @@ public:
     // Whether calls go to a session, which a client opens first, or to the interface itself.
     enum class Calls { ToSession, ToInterface };
 
-    Interface(std::string name, Calls calls) : m_name(std::move(name)), m_calls(calls) {}
+    Interface(const interfaces::InterfaceTable& table, Calls calls);
     virtual ~Interface() = default;
     Interface(const Interface&) = delete;
     Interface& operator=(const Interface&) = delete;
 
     const std::string& GetName() const { return m_name; }
     Calls GetCalls() const { return m_calls; }
-    const std::vector<std::unique_ptr<Method>>& GetMethods() const { return m_methods; }
+    // By number; whole once CheckComplete has passed.
+    const std::vector<std::unique_ptr<Operation>>& GetOperations() const { return m_operations; }
+    // std::logic_error when an operation of the table has no handler.
+    void CheckComplete() const;
     // Null unless number and name belong together.
-    Method* Find(std::int16_t id, std::string_view name) const;
+    Operation* Find(std::int16_t id, std::string_view name) const;
 
     // A client makes an object of this interface. 0, or below 0 to refuse. The session's `data` may
     // be set here.
@@ -55,12 +60,12 @@ public:
     virtual void CloseSession(Session&) {}
 
 protected:
-    // Adds the next operation. Its number is its place: operations are added in the order in which
-    // the client's side lists them, and new ones at the end.
-    template <class T>
-    void Add(const char* name, std::initializer_list<Argument> arguments,
+    // Registers the handler of one of the table's operations. std::logic_error for the second of
+    // one operation.
+    template <class T, class Method>
+    void Add(Method method, std::initializer_list<Argument> arguments,
              void (T::*handler)(const Call&, const ArgumentReader&, ReplyWriter&)) {
-        Add(name, arguments,
+        Add(static_cast<std::int16_t>(method), arguments,
             [self = static_cast<T*>(this), handler](const Call& call, const ArgumentReader& in,
                                                     ReplyWriter& out) {
                 (self->*handler)(call, in, out);
@@ -68,11 +73,12 @@ protected:
     }
 
 private:
-    void Add(const char* name, std::vector<Argument> arguments, Method::Handler handler);
+    void Add(std::int16_t id, std::vector<Argument> arguments, Operation::Handler handler);
 
+    const interfaces::InterfaceTable& m_table;
     std::string m_name;
     Calls m_calls;
-    std::vector<std::unique_ptr<Method>> m_methods;
+    std::vector<std::unique_ptr<Operation>> m_operations;
 };
 
 } // namespace sim

@@ -17,7 +17,7 @@ struct Journal::Entry {
     std::uint64_t sequence;
     std::int64_t time; // microseconds since 1970
     const Interface* interface;
-    const Method* method;
+    const Operation* method;
     const char* injected;
     std::size_t place;
     std::size_t reserved; // bytes taken in the ring
@@ -80,7 +80,7 @@ std::size_t Mend(unsigned char* tree, std::size_t size) {
 }
 
 // `size` of the `fullSize` bytes are there.
-json DescribeTree(const Method* method, const unsigned char* tree, std::size_t size,
+json DescribeTree(const Operation* method, const unsigned char* tree, std::size_t size,
                   std::size_t fullSize) {
     std::vector<unsigned char> mended;
     if (size < fullSize) {

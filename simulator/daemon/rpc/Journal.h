@@ -12,7 +12,7 @@
 namespace sim {
 
 class Interface;
-struct Method;
+struct Operation;
 
 // What a call was, as the journal is told of it.
 struct CallRecord {
@@ -20,7 +20,7 @@ struct CallRecord {
     std::uint32_t client;
     std::uint32_t session;
     const Interface* interface; // null: unknown
-    const Method* method;       // null: unknown
+    const Operation* method;       // null: unknown
     std::string_view interfaceName;
     std::string_view methodName;
     std::int16_t methodId;

@@ -11,8 +11,8 @@
 #include "Connection.h"
 #include "Dispatcher.h"
 #include "Listener.h"
-#include <base/Log.h>
 #include "Signals.h"
+#include <base/Log.h>
 
 namespace sim {
 

@@ -16,13 +16,14 @@ constexpr std::size_t kMaxSessions = 4096;
 } // namespace
 
 SessionInterface::SessionInterface(const Dispatcher& dispatcher, Sessions& sessions, Log& log)
-    : Interface("com.holvi.INorvexSession", Calls::ToInterface), m_dispatcher(dispatcher),
-      m_sessions(sessions), m_log(log) {
-    Add("Open",
+    : Interface(interfaces::kTable<interfaces::NorvexSessionMethod>, Calls::ToInterface),
+      m_dispatcher(dispatcher), m_sessions(sessions), m_log(log) {
+    Add(interfaces::NorvexSessionMethod::Open,
         {Out("status", kInt), Out("session", kUInt), In("interface", kText), In("profile", kInt),
          In("screen", kInt)},
         &SessionInterface::Open);
-    Add("Close", {Out("status", kInt), In("session", kUInt)}, &SessionInterface::Close);
+    Add(interfaces::NorvexSessionMethod::Close, {Out("status", kInt), In("session", kUInt)},
+        &SessionInterface::Close);
 }
 
 void SessionInterface::Open(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
@@ -39,11 +40,10 @@ void SessionInterface::Open(const Call& call, const ArgumentReader& in, ReplyWri
         return out.Int(0, kBadArgument);
     }
     std::size_t sessions = 0;
-    m_sessions.ForEach(
-        [&](const Session& session) { sessions += session.client == &call.client; });
+    m_sessions.ForEach([&](const Session& session) { sessions += session.client == &call.client; });
     if (sessions >= kMaxSessions) {
         m_log.Write(kOwnTag, "client %u has %zu sessions: no more", call.client.GetNumber(),
-                            sessions);
+                    sessions);
         return out.Int(0, kTooMany);
     }
     std::int32_t status = 0;

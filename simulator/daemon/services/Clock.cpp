@@ -48,9 +48,9 @@ std::string ToText(std::int64_t seconds) {
 
 Clock::Clock(Context& context) : m_context(context) {
     context.settings.Add("clock",
-                          "TIME|machine: the TV's time, as 2026-03-01T20:15:00Z or in seconds "
-                          "since 1970; or the machine's again",
-                          [this](const auto& words, auto& error) { return Set(words, error); });
+                         "TIME|machine: the TV's time, as 2026-03-01T20:15:00Z or in seconds "
+                         "since 1970; or the machine's again",
+                         [this](const auto& words, auto& error) { return Set(words, error); });
 }
 
 std::int64_t Clock::Now() const {

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "Context.h"
 #include "Component.h"
+#include "Context.h"
 
 namespace sim {
 

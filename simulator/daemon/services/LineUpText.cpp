@@ -8,8 +8,8 @@
 #include <norvex/client/ServiceId.h>
 
 #include "LineUpTokens.h"
-#include <base/Printed.h>
 #include <base/Number.h>
+#include <base/Printed.h>
 
 namespace sim {
 

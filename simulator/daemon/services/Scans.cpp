@@ -19,8 +19,6 @@ constexpr std::uint32_t kMaxPace = 3600 * 1000;
 // Services whose programmes are collected before others have their turn.
 constexpr std::size_t kCollectedATime = 500;
 
-const char kTag[] = "tvtunerinfosrc";
-
 } // namespace
 
 Scans::Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
@@ -28,14 +26,14 @@ Scans::Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pi
     : m_context(context), m_lineUp(lineUp), m_programmes(programmes), m_pipelines(pipelines),
       m_inputs(inputs), m_subscribers(subscribers) {
     context.settings.Add("scan-pace", "MILLISECONDS: how long a scan stays with a service",
-                          [this](const auto& words, auto&) {
-                              std::uint32_t pace = 0;
-                              if (words.size() != 1 || !ParseNumber(words[0], pace) ||
-                                  pace > kMaxPace)
-                                  return false;
-                              m_pace = pace;
-                              return true;
-                          });
+                         [this](const auto& words, auto&) {
+                             std::uint32_t pace = 0;
+                             if (words.size() != 1 || !ParseNumber(words[0], pace) ||
+                                 pace > kMaxPace)
+                                 return false;
+                             m_pace = pace;
+                             return true;
+                         });
 }
 
 const char* Scans::ToText(Running running) {
@@ -54,10 +52,10 @@ std::int32_t Scans::StartTuneAround(std::vector<std::uint64_t> services) {
     const std::size_t given = services.size();
     std::erase_if(services, [this](std::uint64_t id) { return !m_lineUp.FindFacts(id); });
     if (services.size() < given)
-        m_context.log.Write(kTag, "tune around: %zu services are not in the line-up",
+        m_context.log.Write(kTunerTag, "tune around: %zu services are not in the line-up",
                             given - services.size());
     if (services.empty()) {
-        m_context.log.Write(kTag, "tune around refused: no service to visit");
+        m_context.log.Write(kTunerTag, "tune around refused: no service to visit");
         return kBadArgument;
     }
     const std::int32_t status = Start(Running::TuneAround, std::move(services));
@@ -77,7 +75,7 @@ std::int32_t Scans::StartBarker(std::int32_t antenna) {
 
 std::int32_t Scans::Start(Running what, std::vector<std::uint64_t> services) {
     if (m_running != Running::Nothing) {
-        m_context.log.Write(kTag, "%s refused: %s runs", ToText(what), ToText(m_running));
+        m_context.log.Write(kTunerTag, "%s refused: %s runs", ToText(what), ToText(m_running));
         return kRefused;
     }
     m_running = what;
@@ -85,7 +83,7 @@ std::int32_t Scans::Start(Running what, std::vector<std::uint64_t> services) {
     m_place = 0;
     m_visited = INVALID_SERVICE_ID;
     m_tunerBefore = m_pipelines.At(kMainPipeline).tuner;
-    m_context.log.Write(kTag, "%s starts", ToText(what));
+    m_context.log.Write(kTunerTag, "%s starts", ToText(what));
     return kDone;
 }
 
@@ -106,7 +104,8 @@ std::int32_t Scans::StopBarker() {
 std::int32_t Scans::Stop(Running what) {
     if (m_running == what)
         return kDone;
-    m_context.log.Write(kTag, "%s cannot be stopped: %s runs", ToText(what), ToText(m_running));
+    m_context.log.Write(kTunerTag, "%s cannot be stopped: %s runs", ToText(what),
+                        ToText(m_running));
     return kRefused;
 }
 
@@ -126,13 +125,13 @@ bool Scans::HasSignal(const ServiceFacts& facts) const {
 void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
     m_visited = service;
     m_facts = facts;
-    m_context.log.Write(kTag, "%s visits service 0x%" PRIx64, ToText(m_running), service);
+    m_context.log.Write(kTunerTag, "%s visits service 0x%" PRIx64, ToText(m_running), service);
     if (!facts.streamed)
         m_pipelines.MoveTuner(m_pipelines.At(kMainPipeline), {facts.antenna, facts.frequency});
     if (HasSignal(facts))
         m_subscribers.Emit(SIGNAL_SI_STARTED, kMainPipeline, ToSignalData(facts));
     else
-        m_context.log.Write(kTag, "no signal of service 0x%" PRIx64, service);
+        m_context.log.Write(kTunerTag, "no signal of service 0x%" PRIx64, service);
 }
 
 void Scans::BeginVisit() {
@@ -149,7 +148,7 @@ void Scans::BeginVisit() {
 void Scans::EndVisit() {
     if (HasSignal(m_facts)) {
         if (!m_programmes.Collect(m_visited))
-            m_context.log.Write(kTag, "programmes of service 0x%" PRIx64 " were not kept: %s",
+            m_context.log.Write(kTunerTag, "programmes of service 0x%" PRIx64 " were not kept: %s",
                                 m_visited, m_context.database.GetError().c_str());
         m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_visited);
     }
@@ -161,7 +160,7 @@ void Scans::BeginBarker() {
     const auto barker = m_lineUp.GetTables().FindBarker(m_antenna);
     const auto facts = barker ? m_lineUp.FindFacts(*barker) : std::nullopt;
     if (!facts) {
-        m_context.log.Write(kTag, "no barker channel on %s", ToAntennaName(m_antenna).c_str());
+        m_context.log.Write(kTunerTag, "no barker channel on %s", ToAntennaName(m_antenna).c_str());
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     }
     Visit(*barker, *facts);
@@ -193,7 +192,7 @@ void Scans::CollectSome() {
 
 void Scans::Finish(ESignalType type, std::uint64_t data, const char* outcome) {
     m_timer.Stop();
-    m_context.log.Write(kTag, "%s %s after %zu of %zu", ToText(m_running), outcome, m_place,
+    m_context.log.Write(kTunerTag, "%s %s after %zu of %zu", ToText(m_running), outcome, m_place,
                         m_services.size());
     m_running = Running::Nothing;
     m_visited = INVALID_SERVICE_ID;

@@ -5,13 +5,13 @@
 
 #include <norvex/client/Signal.h>
 
-#include "Context.h"
 #include "Component.h"
+#include "Context.h"
+#include "Inputs.h"
 #include "Pipelines.h"
 #include "Programmes.h"
 #include "ServiceLineUp.h"
 #include "Subscribers.h"
-#include "Inputs.h"
 
 namespace sim {
 

@@ -5,9 +5,6 @@
 #include <norvex/client/Source.h>
 
 #include "Clock.h"
-#include "ScanControl.h"
-#include "ServiceGuide.h"
-#include "ServiceLookup.h"
 
 namespace sim {
 
@@ -33,7 +30,7 @@ void ShowBootupService(Context& context, ServiceLineUp& lineUp, Pipelines& pipel
 } // namespace
 
 std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given,
-                                          std::string& error) {
+                                                  std::string& error) {
     auto& clock = context.Register<Clock>(context);
     auto& programmes = context.Register<Programmes>(context.database, clock);
     auto& lineUp = context.Register<ServiceLineUp>(context, programmes);
@@ -41,10 +38,10 @@ std::optional<ServiceComponents> RegisterServices(Context& context, const LineUp
         return {};
     const PipelineComponents parts = RegisterPipelines(context, lineUp);
     auto& scans = context.Register<Scans>(context, lineUp, programmes, parts.pipelines,
-                                       parts.inputs, parts.subscribers);
-    context.Register<ServiceLookup>(lineUp.GetQueries());
-    context.Register<ServiceGuide>(context, lineUp, programmes);
-    context.Register<ScanControl>(context, lineUp, programmes, parts.pipelines, scans);
+                                          parts.inputs, parts.subscribers);
+    RegisterServiceLookup(context, lineUp.GetQueries());
+    RegisterServiceGuide(context, lineUp, programmes);
+    RegisterScanControl(context, lineUp, programmes, parts.pipelines, scans);
     AddLineUpCommand(context, lineUp);
 
     lineUp.SetListener([&parts = parts.pipelines] { parts.LineUpChanged(); });

@@ -20,7 +20,13 @@ struct ServiceComponents {
 // Registers them. `given`: the line-up of a TV that is new; null: the built-in one. Nothing when it
 // makes no sense or the database refuses: `error` is one line.
 std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given,
-                                          std::string& error);
+                                                  std::string& error);
+
+// The interfaces, each in the file that is named after it.
+void RegisterScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes,
+                         Pipelines& pipelines, Scans& scans);
+void RegisterServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes);
+void RegisterServiceLookup(Context& context, ServiceQueries& queries);
 
 // The command `lineup` of norvex-simctl.
 void AddLineUpCommand(Context& context, ServiceLineUp& lineUp);

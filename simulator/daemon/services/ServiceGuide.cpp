@@ -1,42 +1,64 @@
-#include "ServiceGuide.h"
-
 #include <cinttypes>
 
+#include "Context.h"
+#include "Interface.h"
+#include "Programmes.h"
 #include "Results.h"
+#include "ServiceComponents.h"
+#include "ServiceLineUp.h"
 #include "ServiceTypes.h"
 
 namespace sim {
 
-ServiceGuide::ServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes)
-    : Interface("com.holvi.IServiceGuide", Calls::ToSession), m_log(context.log), m_lineUp(lineUp),
-      m_programmes(programmes) {
-    Add("GetCurrentProgram",
-        {Out("status", kInt), In("service", kNumber64), Out("program", kProgramme)},
-        &ServiceGuide::GetCurrentProgram);
-}
+namespace {
 
-void ServiceGuide::GetCurrentProgram(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-    const std::uint64_t service = in.Number64(1);
-    const auto programme = m_programmes.FindPresent(service);
-    if (m_programmes.HasFailed()) {
-        m_log.Write("tvtunerinfosrc", "GetCurrentProgram refused: the database fails");
-        return out.Int(0, kNotKept);
+// com.holvi.IServiceGuide: what is on.
+class ServiceGuide : public Interface {
+public:
+    using Method = interfaces::ServiceGuideMethod;
+
+    ServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes)
+        : Interface(interfaces::kTable<Method>, Calls::ToSession), m_log(context.log),
+          m_lineUp(lineUp), m_programmes(programmes) {
+        Add(Method::GetCurrentProgram,
+            {Out("status", kInt), In("service", kNumber64), Out("program", kProgramme)},
+            &ServiceGuide::GetCurrentProgram);
     }
-    if (!programme && !m_lineUp.FindFacts(service)) {
-        m_log.Write("tvtunerinfosrc", "GetCurrentProgram refused: no service 0x%" PRIx64, service);
-        return out.Int(0, kUnknown);
+
+private:
+    void GetCurrentProgram(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+        const std::uint64_t service = in.Number64(1);
+        const auto programme = m_programmes.FindPresent(service);
+        if (m_programmes.HasFailed()) {
+            m_log.Write(kTunerTag, "GetCurrentProgram refused: the database fails");
+            return out.Int(0, kNotKept);
+        }
+        if (!programme && !m_lineUp.FindFacts(service)) {
+            m_log.Write(kTunerTag, "GetCurrentProgram refused: no service 0x%" PRIx64, service);
+            return out.Int(0, kUnknown);
+        }
+        // Nothing known of now is no refusal.
+        if (!programme)
+            return out.Int(0, 0);
+        out.Int(0, kDone);
+        const std::size_t branch = out.Tree().BeginBranch(2);
+        out.Tree().PutValue(0, programme->start);
+        out.Tree().PutValue(1, programme->duration);
+        if (programme->title)
+            out.Tree().PutLeaf(2, wire::NodeKind::Array, programme->title->data(),
+                               programme->title->size() * sizeof(char16_t));
+        out.Tree().EndBranch(branch);
     }
-    // Nothing known of now is no refusal.
-    if (!programme)
-        return out.Int(0, 0);
-    out.Int(0, kDone);
-    const std::size_t branch = out.Tree().BeginBranch(2);
-    out.Tree().PutValue(0, programme->start);
-    out.Tree().PutValue(1, programme->duration);
-    if (programme->title)
-        out.Tree().PutLeaf(2, wire::NodeKind::Array, programme->title->data(),
-                           programme->title->size() * sizeof(char16_t));
-    out.Tree().EndBranch(branch);
+
+    Log& m_log;
+    ServiceLineUp& m_lineUp;
+    Programmes& m_programmes;
+};
+
+} // namespace
+
+void RegisterServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes) {
+    context.Register<ServiceGuide>(context, lineUp, programmes);
 }
 
 } // namespace sim

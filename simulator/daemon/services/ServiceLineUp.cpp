@@ -20,8 +20,6 @@ const char kLineUpPart[] = "lineUp";
 const char kBuiltInKey[] = "builtIn"; // 1: it is the built-in one; not there: never set up
 const char kBootupPart[] = "bootup";
 
-const char kTag[] = "tvtunerinfosrc";
-
 // The profile of the services that a service mode has.
 std::int32_t ToProfile(std::int32_t serviceMode) {
     return serviceMode == SERVICE_MODE_DEFAULT ? SERVICE_PROFILE_DEFAULT : SERVICE_PROFILE_OPERATOR;
@@ -80,7 +78,7 @@ bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
                m_tables.Count(counts);
     };
     if (!m_tables.Replace(source.text, source.name, error, keep)) {
-        m_context.log.Write(kTag, "line-up refused: %s", error.c_str());
+        m_context.log.Write(kTunerTag, "line-up refused: %s", error.c_str());
         return false;
     }
     m_isNew = isNew;
@@ -92,7 +90,7 @@ bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
 void ServiceLineUp::Loaded(const std::string& name) {
     m_name = name;
     ++m_loads;
-    m_context.log.Write(kTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes",
+    m_context.log.Write(kTunerTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes",
                         name.c_str(), m_counts.services, m_counts.programmes);
     if (m_listener)
         m_listener();
@@ -107,8 +105,8 @@ void ServiceLineUp::List(const wire::Node& criteria, const TvMode& tvMode, std::
 std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode& tvMode,
                                              std::int32_t option) {
     const auto refuse = [&](std::int32_t result, const char* why) {
-        m_context.log.Write(kTag, "SetBootupService refused: service 0x%" PRIx64 " %s", service,
-                            why);
+        m_context.log.Write(kTunerTag, "SetBootupService refused: service 0x%" PRIx64 " %s",
+                            service, why);
         return result;
     };
     if (service == INVALID_SERVICE_ID)
@@ -135,7 +133,7 @@ std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode
         !numbers.Put(kBootupPart, "option", option) || !transaction.Commit())
         return refuse(kNotKept, m_context.database.GetError().c_str());
     m_bootup = bootup;
-    m_context.log.Write(kTag, "the TV starts with service 0x%" PRIx64, service);
+    m_context.log.Write(kTunerTag, "the TV starts with service 0x%" PRIx64, service);
     return kDone;
 }
 

@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
+#include "Component.h"
 #include "Context.h"
 #include "LineUp.h"
 #include "LineUpTables.h"
-#include "Component.h"
 #include "Programmes.h"
 #include "ServiceQueries.h"
 

@@ -1,18 +1,37 @@
-#include "ServiceLookup.h"
-
+#include "Interface.h"
+#include "ServiceComponents.h"
+#include "ServiceQueries.h"
 #include "ServiceTypes.h"
 
 namespace sim {
 
-ServiceLookup::ServiceLookup(ServiceQueries& queries)
-    : Interface("com.holvi.IService", Calls::ToSession), m_queries(queries) {
-    Add("FindService",
-        {Out("status", kInt), In("criteria", kCriteria), Out("record", kRecord), In("count", kInt)},
-        &ServiceLookup::FindService);
-}
+namespace {
 
-void ServiceLookup::FindService(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-    m_queries.Find(ReadCriteria(in.At(1)), in.Int(3), out);
+// com.holvi.IService: services by what is known of them.
+class ServiceLookup : public Interface {
+public:
+    using Method = interfaces::ServiceMethod;
+
+    explicit ServiceLookup(ServiceQueries& queries)
+        : Interface(interfaces::kTable<Method>, Calls::ToSession), m_queries(queries) {
+        Add(Method::FindService,
+            {Out("status", kInt), In("criteria", kCriteria), Out("record", kRecord),
+             In("count", kInt)},
+            &ServiceLookup::FindService);
+    }
+
+private:
+    void FindService(const Call&, const ArgumentReader& in, ReplyWriter& out) {
+        m_queries.Find(ReadCriteria(in.At(1)), in.Int(3), out);
+    }
+
+    ServiceQueries& m_queries;
+};
+
+} // namespace
+
+void RegisterServiceLookup(Context& context, ServiceQueries& queries) {
+    context.Register<ServiceLookup>(queries);
 }
 
 } // namespace sim

@@ -18,7 +18,6 @@ constexpr std::size_t kMaxFetched = 500;
 // Shapes that are kept prepared. Consoles have a handful.
 constexpr std::size_t kMaxStatements = 64;
 
-const char kTag[] = "tvtunerinfosrc";
 const char kOrder[] = " ORDER BY antenna, major, minor, id LIMIT ?";
 
 // Of the record or the list among the operation's arguments.
@@ -94,15 +93,15 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
         return &known->second;
 
     if (criteria.conditions.size() > kMaxConditions || criteria.fetched.size() > kMaxFetched) {
-        m_log.Write(kTag, "query refused: %zu conditions, %zu fields", criteria.conditions.size(),
-                    criteria.fetched.size());
+        m_log.Write(kTunerTag, "query refused: %zu conditions, %zu fields",
+                    criteria.conditions.size(), criteria.fetched.size());
         result = kTooMany;
         return nullptr;
     }
     const auto isKnown = [&](std::int32_t field) {
         if (FindServiceField(field) != nullptr)
             return true;
-        m_log.Write(kTag, "query refused: no service has a field %d", field);
+        m_log.Write(kTunerTag, "query refused: no service has a field %d", field);
         return false;
     };
     result = kBadArgument;
@@ -127,7 +126,7 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
 }
 
 std::int32_t ServiceQueries::Refuse(const char* operation) {
-    m_log.Write(kTag, "%s refused: %s", operation, m_database.GetError().c_str());
+    m_log.Write(kTunerTag, "%s refused: %s", operation, m_database.GetError().c_str());
     return kNotKept;
 }
 
@@ -160,7 +159,7 @@ void ServiceQueries::List(const Criteria& criteria, const Page& page, ReplyWrite
 std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t count,
                                         wire::TreeWriter& tree) {
     if (count <= 0) {
-        m_log.Write(kTag, "FindService refused: %d services asked for", count);
+        m_log.Write(kTunerTag, "FindService refused: %d services asked for", count);
         return kBadArgument;
     }
     std::int32_t result = 0;
@@ -187,8 +186,8 @@ std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t c
 std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page,
                                       wire::TreeWriter& tree) {
     if (page.first < 0 || page.count < 0) {
-        m_log.Write(kTag, "GetServiceList refused: no page of %d services behind %d", page.count,
-                    page.first);
+        m_log.Write(kTunerTag, "GetServiceList refused: no page of %d services behind %d",
+                    page.count, page.first);
         return kBadArgument;
     }
     std::int32_t result = 0;
@@ -212,7 +211,7 @@ std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page
         WriteRecord(criteria, *statement, tree, number);
         number = number == INT16_MAX ? std::int16_t{0} : static_cast<std::int16_t>(number + 1);
         if (tree.GetBuffer().GetSize() > wire::kMaxTreeSize) {
-            m_log.Write(kTag, "GetServiceList refused: the list is too long for one reply");
+            m_log.Write(kTunerTag, "GetServiceList refused: the list is too long for one reply");
             result = kTooMany;
         }
     }

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "Database.h"
-#include <base/Log.h>
 #include "ReplyWriter.h"
 #include "ServiceTypes.h"
+#include <base/Log.h>
 
 namespace sim {
 

@@ -10,8 +10,8 @@ namespace sim {
 using nlohmann::json;
 
 Context::Context(Database& openDatabase, Log& openLog, unsigned clientGraceMilliseconds)
-    : log(openLog), database(openDatabase), numbers(openDatabase),
-      clients(clientGraceMilliseconds), dispatcher(journal, sessions, injections, openLog) {
+    : log(openLog), database(openDatabase), numbers(openDatabase), clients(clientGraceMilliseconds),
+      dispatcher(journal, sessions, injections, openLog) {
     clients.AddReleaseHook([this](Client& client) { Release(client); });
     dispatcher.SetListener([this] { changes.Tell(); });
 }

@@ -9,22 +9,22 @@
 
 #include "Changes.h"
 #include "Clients.h"
+#include "Component.h"
 #include "ControlCommands.h"
 #include "Database.h"
 #include "Dispatcher.h"
 #include "Injections.h"
 #include "Journal.h"
-#include <base/Log.h>
-#include "Component.h"
+#include "NumberStore.h"
 #include "Sessions.h"
 #include "Settings.h"
-#include "NumberStore.h"
 #include "Signals.h"
+#include <base/Log.h>
 
 namespace sim {
 
-// What every part of the TV is registered on, and the parts themselves. Everything here belongs to the
-// daemon's one thread.
+// What every part of the TV is registered on, and the parts themselves. Everything here belongs to
+// the daemon's one thread.
 class Context {
 public:
     // The database must be open.
@@ -44,8 +44,8 @@ public:
     Settings settings;
     ControlCommands commands;
 
-    // Registers a component: its interface is called, its state shown and reset, in the order of registering.
-    // The reference stays valid as long as the context.
+    // Registers a component: its interface is called, its state shown and reset, in the order of
+    // registering. The reference stays valid as long as the context.
     template <class T> T& Register(std::unique_ptr<T> component) {
         T& registered = *component;
         if constexpr (std::is_base_of_v<Interface, T>)

@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Context.h"
 #include "Commands.h"
+#include "Context.h"
 #include "ControlConnection.h"
 
 namespace sim {
@@ -30,13 +30,13 @@ void AddInjectCommand(Context& context) {
         const auto number = request.value("number", std::int32_t{0});
         const auto count = request.value("count", 1u);
         const auto text = request.value("with", std::string());
-        const std::vector<Method*> methods = context.dispatcher.FindMethods(name);
+        const std::vector<Operation*> methods = context.dispatcher.FindOperations(name);
         if (methods.empty())
             return asker.Fail("no operation is called \"" + name + "\"");
         if (kind == GetKinds().end() || count == 0 ||
             (kind->second == Injection::Kind::Delay && number < 0))
             return asker.Fail("no such failure");
-        for (const Method* method : methods)
+        for (const Operation* method : methods)
             context.injections.Add(*method, {kind->second, number, text}, count);
         context.changes.Tell();
         asker.Answer(json::object());

@@ -1,7 +1,7 @@
 #include <nlohmann/json.hpp>
 
-#include "Context.h"
 #include "Commands.h"
+#include "Context.h"
 #include "ControlConnection.h"
 
 namespace sim {

@@ -3,8 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Context.h"
 #include "Commands.h"
+#include "Context.h"
 #include "ControlConnection.h"
 
 namespace sim {
@@ -52,13 +52,13 @@ Condition MakeStateCondition(Context& context, const json& request) {
 
 // {"method": "IAVControl.MuteVideo", "calls": 3}: so many since the start or the last reset.
 Condition MakeCallsCondition(Context& context, const json& request) {
-    const std::vector<Method*> methods =
-        context.dispatcher.FindMethods(request.at("method").get<std::string>());
+    const std::vector<Operation*> methods =
+        context.dispatcher.FindOperations(request.at("method").get<std::string>());
     if (methods.empty())
         throw std::invalid_argument("no such operation");
     return [methods, wanted = request.at("calls").get<std::uint64_t>()] {
         std::uint64_t calls = 0;
-        for (const Method* method : methods)
+        for (const Operation* method : methods)
             calls += method->calls;
         return calls >= wanted;
     };

@@ -55,7 +55,8 @@ std::unique_ptr<DaemonConnection> Follow(const std::string& tag, Failure& failur
     DaemonConnection::Purpose purpose;
     purpose.role = wire::Role::Log;
     purpose.logTag = tag;
-    std::unique_ptr<DaemonConnection> connection = DaemonConnection::Open(FindSocketPath(), purpose, limit, failure);
+    std::unique_ptr<DaemonConnection> connection =
+        DaemonConnection::Open(FindSocketPath(), purpose, limit, failure);
     if (connection != nullptr) {
         failure = connection->AwaitWelcome(limit);
         if (failure != Failure::None)

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include <base/Path.h>
 #include "Subcommands.h"
+#include <base/Path.h>
 
 namespace {
 

@@ -11,6 +11,8 @@ namespace sim {
 
 // The tag of what the daemon tells of itself; never stopped.
 constexpr const char* kOwnTag = "norvex";
+// The tag of tuning, line-up and scans.
+constexpr const char* kTunerTag = "tvtunerinfosrc";
 
 // The TV's log: lines with a tag, to a file and to whoever follows the tag. A stopped tag writes
 // nothing.

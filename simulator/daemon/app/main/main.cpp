@@ -13,12 +13,12 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include "Components.h"
 #include "Context.h"
 #include "ControlServer.h"
 #include "LineUpFile.h"
-#include "Components.h"
-#include <base/Path.h>
 #include "Server.h"
+#include <base/Path.h>
 
 namespace {
 

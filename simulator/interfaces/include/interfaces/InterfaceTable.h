@@ -7,6 +7,9 @@
 
 namespace interfaces {
 
+// What every interface's name begins with. People may leave it out.
+inline constexpr std::string_view kNamePrefix = "com.holvi.";
+
 // What clients and daemon call an interface and its operations, in the order of their numbers.
 struct InterfaceTable {
     static constexpr std::size_t kMaxMethods = 16;
@@ -20,7 +23,8 @@ struct InterfaceTable {
     }
 };
 
-// Takes the list of enumerators apart: "SetSource, SetSource_Service" are two operations called SetSource.
+// Takes the list of enumerators apart: "SetSource, SetSource_Service" are two operations called
+// SetSource.
 constexpr InterfaceTable MakeInterfaceTable(std::string_view name, std::string_view enumerators) {
     InterfaceTable table{name};
     while (!enumerators.empty()) {
@@ -44,7 +48,7 @@ template <class Method> constexpr std::string_view GetMethodName(Method method) 
 
 // Declares an interface: its operations as an enumeration, and its table.
 #define NORVEX_INTERFACE(interface, ...)                                                           \
-    enum class interface##Method : std::int16_t { __VA_ARGS__ };                                   \
-    constexpr InterfaceTable GetInterfaceTable(interface##Method) {                                \
-        return MakeInterfaceTable("com.holvi.I" #interface, #__VA_ARGS__);                         \
+    enum class interface##Method : std::int16_t{__VA_ARGS__};                                      \
+    constexpr ::interfaces::InterfaceTable GetInterfaceTable(interface##Method) {                  \
+        return ::interfaces::MakeInterfaceTable("com.holvi.I" #interface, #__VA_ARGS__);           \
     }

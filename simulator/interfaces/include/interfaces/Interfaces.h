@@ -2,12 +2,13 @@
 
 #include <interfaces/InterfaceTable.h>
 
-// The interfaces of the TV service and their operations: the one place where client and daemon learn what an
-// interface and an operation are called and how operations are numbered.
+// The interfaces of the TV service and their operations: the one place where client and daemon
+// learn what an interface and an operation are called and how operations are numbered.
 //
-// NORVEX_INTERFACE(AVControl, ...) stands for "com.holvi.IAVControl" and declares `enum class AVControlMethod`. An
-// operation's number is its place: new ones go to the end. What follows a '_' tells overloads of one name apart and is
-// not part of the name. docs/wire-format.md says the same for readers; its byte tests hold both together.
+// NORVEX_INTERFACE(AVControl, ...) stands for "com.holvi.IAVControl" and declares `enum class
+// AVControlMethod`. An operation's number is its place: new ones go to the end. What follows a '_'
+// tells overloads of one name apart and is not part of the name. docs/wire-format.md says the same
+// for readers; its byte tests hold both together.
 namespace interfaces {
 
 NORVEX_INTERFACE(NorvexSession, Open, Close)
@@ -17,8 +18,8 @@ NORVEX_INTERFACE(SignalSubscriber, Subscribe, Unsubscribe)
 NORVEX_INTERFACE(Device, GetInt, StartLogTag, StopLogTag)
 
 // The plug-in has the eleven of these of its own as well: it knows no simulator.
-NORVEX_INTERFACE(DebugPrintControl, Start, Execute, Stop, Check, GetMenuItems, SetMenuItems, SetMenuItem,
-                 SetQoSEnabled, IsQoSEnabled, SetDebugMode, IsDebugModeEnabled)
+NORVEX_INTERFACE(DebugPrintControl, Start, Execute, Stop, Check, GetMenuItems, SetMenuItems,
+                 SetMenuItem, SetQoSEnabled, IsQoSEnabled, SetDebugMode, IsDebugModeEnabled)
 
 NORVEX_INTERFACE(ReferenceCount, GetReferenceCount)
 
@@ -30,24 +31,27 @@ NORVEX_INTERFACE(TunerControl, CheckTunerSignalState)
 
 NORVEX_INTERFACE(DataControl, CheckCaptionExist)
 
-NORVEX_INTERFACE(SourceControl, SetSource, SetSource_Service, PreSetSourceA, StartHDMIAnalysis, StopHDMIAnalysis,
-                 PreSetSourceC, PreSetSourceB, SetPreviewSource, SetPreviewSource_Service)
+NORVEX_INTERFACE(SourceControl, SetSource, SetSource_Service, PreSetSourceA, StartHDMIAnalysis,
+                 StopHDMIAnalysis, PreSetSourceC, PreSetSourceB, SetPreviewSource,
+                 SetPreviewSource_Service)
 
-NORVEX_INTERFACE(PipelineUtility, NotifyReceiverState, RegisterForStateChange, UnregisterFromStateChange,
-                 CheckPendingState, GetCurrentTPMSStatus, NotifyReadyForSetService)
+NORVEX_INTERFACE(PipelineUtility, NotifyReceiverState, RegisterForStateChange,
+                 UnregisterFromStateChange, CheckPendingState, GetCurrentTPMSStatus,
+                 NotifyReadyForSetService)
 
 NORVEX_INTERFACE(ZoomControl, CreateZoomWindow, DeleteZoomWindow, SetZoomWindow, MuteZoomWindow,
-                 IsZoomWindowStarted, IsZoomWindowMuted, SetZoomWindowRect, IsZoomAvailable, GetZoomSharingType,
-                 GetConnectedZoomWindows)
+                 IsZoomWindowStarted, IsZoomWindowMuted, SetZoomWindowRect, IsZoomAvailable,
+                 GetZoomSharingType, GetConnectedZoomWindows)
 
 NORVEX_INTERFACE(Service, FindService)
 
-NORVEX_INTERFACE(ServiceNavigation, GetTvMode, GetServiceList, SetTvMode, SetTvMode_Service, SetDTVMode, SetService,
-                 SetBootupService, GetLatestVeldaServiceId, GetLatestServiceId)
+NORVEX_INTERFACE(ServiceNavigation, GetTvMode, GetServiceList, SetTvMode, SetTvMode_Service,
+                 SetDTVMode, SetService, SetBootupService, GetLatestVeldaServiceId,
+                 GetLatestServiceId)
 
 NORVEX_INTERFACE(ServiceGuide, GetCurrentProgram)
 
-NORVEX_INTERFACE(ScanControl, IsTuneAroundNeeded, StartTuneAround, StopManualScan, IsBarkerChannelScanAvailable,
-                 StartBarkerChannelScan, StopBarkerChannelScan)
+NORVEX_INTERFACE(ScanControl, IsTuneAroundNeeded, StartTuneAround, StopManualScan,
+                 IsBarkerChannelScanAvailable, StartBarkerChannelScan, StopBarkerChannelScan)
 
 } // namespace interfaces
