@@ -26,6 +26,7 @@ const char* TextOf(const char* variable) {
 } // namespace
 
 // The entry that the console calls. Returns when the user leaves with "99" or input has ended.
+// NOLINTNEXTLINE(readability-identifier-naming): the device's name.
 extern "C" __attribute__((visibility("default"))) void lumo_subdebugmenu() {
     std::string word;
     while (true) {
