@@ -30,6 +30,16 @@ def tv(tv_off):
     return tv_off
 
 
+@pytest.fixture(scope="module")
+def shared_tv():
+    """A simulated TV that runs, for tests of a module that leave it as it was."""
+    with tempfile.TemporaryDirectory(prefix="zarn-") as name:
+        tv = Tv(name)
+        tv.start()
+        yield tv
+        tv.close()
+
+
 @pytest.fixture
 def client(tv):
     """A client of it."""

@@ -24,11 +24,11 @@ def popen_simctl(tv, *words, **options):
     return subprocess.Popen([SIMCTL, *words], env=tv.environment, text=True, **options)
 
 
-def test_the_state_is_shown_a_line_a_value_or_as_one_object(tv):
-    lines = tv.simctl("state").splitlines()
+def test_the_state_is_shown_a_line_a_value_or_as_one_object(shared_tv):
+    lines = shared_tv.simctl("state").splitlines()
     for line in ("/debug/qos false", '/debug/items/0/name "Tuner lock"', "/device/keys/db~1tv-viewer~1window_id 1"):
         assert line in lines
-    assert json.loads(tv.simctl("state", "--json"))["debug"]["items"][0]["name"] == "Tuner lock"
+    assert json.loads(shared_tv.simctl("state", "--json"))["debug"]["items"][0]["name"] == "Tuner lock"
 
 
 def test_the_journal_has_every_call_with_its_words(tv, client):
@@ -86,19 +86,19 @@ def test_a_follower_that_does_not_read_holds_nobody_up_and_loses_nothing(tv, cli
     "/debug/qos == false", "/debug/qos != true", "/debug/items/0/name == Tuner lock", "/debug/none == null",
     "/debug/itemsOn < 1", "/debug/itemsOn <= 0", "/debug/itemsOn > -1", "/debug/itemsOn >= 0",
     "/daemon/injections == []"])
-def test_a_condition_that_holds_is_not_waited_for(tv, condition):
-    tv.simctl("wait", condition)
-    tv.simctl("wait", *condition.split())
+def test_a_condition_that_holds_is_not_waited_for(shared_tv, condition):
+    shared_tv.simctl("wait", condition)
+    shared_tv.simctl("wait", *condition.split())
 
 
 @pytest.mark.parametrize("condition", ["/debug/itemsOn < 0", "/debug/itemsOn <= -1", "/debug/itemsOn > 0",
                                        "/debug/itemsOn >= 1", f"calls {STOP} 1"])
-def test_a_condition_that_does_not_come_to_hold_is_waited_for_in_vain(tv, condition):
-    assert tv.simctl_refusal("wait", condition, "--timeout", "0.01") == "norvex-simctl: timed out\n"
+def test_a_condition_that_does_not_come_to_hold_is_waited_for_in_vain(shared_tv, condition):
+    assert shared_tv.simctl_refusal("wait", condition, "--timeout", "0.01") == "norvex-simctl: timed out\n"
 
 
-def test_calls_of_what_is_no_operation_are_not_waited_for(tv):
-    tv.simctl_refusal("wait", "calls", "INone.Do", 1)
+def test_calls_of_what_is_no_operation_are_not_waited_for(shared_tv):
+    shared_tv.simctl_refusal("wait", "calls", "INone.Do", 1)
 
 
 def test_a_waiter_is_told_when_its_condition_comes_to_hold(tv, client):
@@ -174,14 +174,14 @@ def test_a_failure_may_be_for_calls_with_a_text_only(tv, client):
     ("signal 81 serviceId=1", ""), ("signal 81 chType=65536", ""), ("signal 81 chType=-32769", ""),
     ("signal 194 flag=1x", ""), ("signal 4711 flag=1", ""), ("signal 195 screen=65536", ""),
     ("signal 195 count=10001", ""), ("signal 195 successes=1", "success")])
-def test_what_cannot_be_is_refused_and_changes_nothing(tv, words, reason):
+def test_what_cannot_be_is_refused_and_changes_nothing(shared_tv, words, reason):
     def state():
-        return {part: value for part, value in tv.state().items() if part not in ("daemon", "clock")}
+        return {part: value for part, value in shared_tv.state().items() if part not in ("daemon", "clock")}
 
     before = state()
-    assert reason in tv.simctl_refusal(*words.split())
+    assert reason in shared_tv.simctl_refusal(*words.split())
     assert state() == before
-    assert (tv.state("/daemon/injections"), tv.state("/daemon/signals")) == ([], 0)
+    assert (shared_tv.state("/daemon/injections"), shared_tv.state("/daemon/signals")) == ([], 0)
 
 
 def test_reset_brings_everything_back_but_the_numbers(tv):
@@ -207,8 +207,8 @@ def test_reset_brings_everything_back_but_the_numbers(tv):
     b"", b"nonsense", b"[]", b"{}", b'{"command":1}', b'{"command":"none"}', b'{"command":"wait"}',
     b'{"command":"wait","path":"debug","comparison":"==","value":1}', b'{"command":"inject","method":5}',
     b'{"command":"set","name":"items"}'])
-def test_requests_that_make_no_sense_are_refused(tv, request_line):
-    assert "error" in json.loads(tv.exchange(request_line + b"\n"))
+def test_requests_that_make_no_sense_are_refused(shared_tv, request_line):
+    assert "error" in json.loads(shared_tv.exchange(request_line + b"\n"))
 
 
 def test_a_saved_line_up_is_the_one_that_is_shown_and_loads_again(tv, folder):
@@ -240,18 +240,18 @@ def test_saving_a_line_up_replaces_a_file_as_a_whole_or_not_at_all(tv, folder):
 
 
 @pytest.mark.parametrize("name", ["none/saved", "."])
-def test_a_line_up_that_cannot_be_written_is_said(tv, folder, name):
+def test_a_line_up_that_cannot_be_written_is_said(shared_tv, folder, name):
     before = os.listdir(folder)
-    assert "cannot be written" in tv.simctl_refusal("lineup", "save", f"{folder}/{name}")
+    assert "cannot be written" in shared_tv.simctl_refusal("lineup", "save", f"{folder}/{name}")
     assert os.listdir(folder) == before
 
 
-def test_what_cannot_be_loaded_is_said_and_leaves_the_line_up(tv, folder):
-    shown = tv.show_lineup()
+def test_what_cannot_be_loaded_is_said_and_leaves_the_line_up(shared_tv, folder):
+    shown = shared_tv.show_lineup()
     (folder / "bad").write_text(SMALL_LINE_UP + "nonsense\n")
     with open(folder / "huge", "wb") as file:
         file.truncate((512 << 20) + 1)
     for name, reason in (("none", "No such file or directory"), (".", "expected a regular file"),
                          ("huge", "expected at most 512 MiB"), ("bad", "bad:4:")):
-        assert reason in tv.simctl_refusal("lineup", "load", folder / name)
-    assert tv.show_lineup() == shown
+        assert reason in shared_tv.simctl_refusal("lineup", "load", folder / name)
+    assert shared_tv.show_lineup() == shown

@@ -90,8 +90,8 @@ def subscribe(tv, client):
     b"x", b"nonsense" * 10, wire.packet(wire.header(wire.CALL, serial=1, tree=0xFFFFFFFF)),
     wire.packet(SIXTY_MIB, more=True), wire.packet(wire.message(wire.CALL)), wire.packet(wire.message(wire.WELCOME)),
     wire.packet(wire.message(wire.HELLO)), wire.packet(wire.message(wire.HELLO, b"\1" * 7)),
-    wire.packet(wire.message(99)), wire.packet(wire.hello_message(b"t" * 17)), wire.packet(wire.hello_message(b"t" * 16)[:-1]),
-    b"\0" * 100000],
+    wire.packet(wire.message(99)), wire.packet(wire.hello_message(b"t" * 17)),
+    wire.packet(wire.hello_message(b"t" * 16)[:-1]), b"\0" * 100000],
     ids=["byte", "text", "4 GiB", "more", "call", "welcome", "no token", "no tree", "kind", "token", "cut", "zeros"])
 def test_nonsense_before_the_hello_ends_its_connection_alone(tv, client, packet):
     with tv.connect(hello=False) as peer:

@@ -13,7 +13,7 @@ START = "Example\ncmd> "
 
 def output_of(*arguments, words="", status=0, **options):
     """Runs the example to its end, which must be with this status and without a word on standard error."""
-    result = run(HOST, EXAMPLE, *arguments, status=status, **({} if "stdin" in options else {"input": words}), **options)
+    result = run(HOST, EXAMPLE, *arguments, status=status, input=words, **options)
     assert result.stderr == ""
     return result.stdout
 

@@ -19,7 +19,8 @@ ONE_TWO = START + "got one\ncmd> got two\ncmd> "
 # ---- input ----
 
 @pytest.mark.parametrize("arguments, words, output", [
-    ((), "one two\n99\n", ONE_TWO + "example closed\n"), ((), "one two", ONE_TWO), ((), "99", START + "example closed\n"),
+    ((), "one two\n99\n", ONE_TWO + "example closed\n"), ((), "one two", ONE_TWO),
+    ((), "99", START + "example closed\n"),
     ((), "", START), (("-c", "one two"), "", ONE_TWO), (("-c", ""), "99", START),
     (("-c", "one 99"), "two\n", START + "got one\ncmd> example closed\n")],
     ids=["piped", "no line end", "99 without line end", "nothing", "given", "nothing given", "given and piped"])

@@ -63,7 +63,8 @@ def test_a_text_that_does_not_come_on_leaving_is_missed(missed_by):
 
 
 def test_a_miss_keeps_what_was_printed_and_recorded(missed_by, folder):
-    printed = missed_by("unflushed\nhang\nexpect nothing within 0.05\n", 3, "nothing", "--transcript", folder / "record")
+    printed = missed_by("unflushed\nhang\nexpect nothing within 0.05\n", 3, "nothing", "--transcript",
+                        folder / "record")
     assert printed == START + "not flushedcmd> hanging\n"
     assert (folder / "record").read_text() == START + "unflushed\nnot flushedcmd> hang\nhanging\n"
 

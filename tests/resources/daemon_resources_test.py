@@ -19,7 +19,8 @@ from tv_visit import OLD_LINE_UP, Visit, kept_by
 def left():
     """What a TV has left, by name, and a folder with its database (base) and its line-up. It is in memory, where there
     is such a folder: what is synced is not what is tested."""
-    with tempfile.TemporaryDirectory(prefix="zarn-", dir="/dev/shm" if os.access("/dev/shm", os.W_OK) else None) as name:
+    memory = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
+    with tempfile.TemporaryDirectory(prefix="zarn-", dir=memory) as name:
         folder = pathlib.Path(name)
         (folder / "old.lineup").write_text(OLD_LINE_UP)
         (folder / "base").mkdir()

@@ -84,5 +84,5 @@ def test_an_item_flipped_by_number_is_flipped_in_the_process_and_shown_on(tv):
 
 
 @pytest.mark.parametrize("words", ["", "1", "1 help", "3", "4", "4 0", "5", "5 2", "5 2 0 1", "5 19 3", "7"])
-def test_the_end_of_input_ends_the_console_at_any_depth(tv, words):
-    tv.run_words(words)
+def test_the_end_of_input_ends_the_console_at_any_depth(shared_tv, words):
+    shared_tv.run_words(words)
