@@ -1,4 +1,4 @@
-"""What all tests in Python share. The programs are those of the build that ZARN_BUILD names, see support/programs.py."""
+"""What all tests in Python share. The programs are those of the build that ZARN_BUILD names: support/programs.py."""
 
 import pathlib
 import tempfile

@@ -55,7 +55,7 @@ def test_two_viewers_show_the_lines_of_their_tags_and_none_of_a_third(tv, open_o
     console.type("3", GST_PROMPT)
     start_viewer(tv, console, "0", "tvvideosink")
     start_viewer(tv, console, "4", "tvaudiosink")
-    # In another console: mutes, which tell of themselves under the two, and a decoder restart, which does under a third.
+    # In another console: mutes, which are logged under the two tags, and a decoder restart, which is under a third.
     tv.run_words("5 8 2 0 1 1 2 1 99 0 99 99\n")
     lines = ["tvvideosink[^\r\n]*\r\n", "tvaudiosink[^\r\n]*\r\n"]
     first = console.expect(lines)
@@ -69,7 +69,8 @@ def test_two_viewers_show_the_lines_of_their_tags_and_none_of_a_third(tv, open_o
 
 def is_viewer_on(tv, process):
     try:
-        return (process / "comm").read_text() == "dlogutil\n" and tv.socket.encode() in (process / "environ").read_bytes()
+        return (process / "comm").read_text() == "dlogutil\n" and \
+            tv.socket.encode() in (process / "environ").read_bytes()
     except OSError:
         return False
 
@@ -124,7 +125,7 @@ def test_choice_6_runs_the_siblings_menu_and_comes_back(open_on_device):
 
 
 def test_a_missing_sibling_is_a_line_in_the_log_and_the_menu_goes_on(tv_off):
-    assert not os.path.exists("/usr/lib64/liblumo-debugmenu.so"), "this test needs a machine without the sibling library"
+    assert not os.path.exists("/usr/lib64/liblumo-debugmenu.so"), "this test needs a machine without the library"
     console = tv_off.open_console()
     console.type("6", PROCESS_PROMPT)
     console.leave("99")

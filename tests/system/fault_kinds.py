@@ -144,8 +144,8 @@ class BadAnswer(At):
     }
     # Nothing comes that says so.
     SLOW = ("late", "serial behind", "further packets lost")
-    # A tree's content is for who has asked for it: the exchange as such has gone well. Sessions are the connection's own
-    # affair.
+    # A tree's content is for who has asked for it: the exchange as such has gone well. Sessions are the connection's
+    # own affair.
     TREES = ("garbage", "nodes that lie", "no tree")
     # What fails there is not told: the connection is made anew, the session is gone by itself.
     SILENT = ("hello", "INorvexSession.Close")

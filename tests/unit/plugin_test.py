@@ -38,8 +38,9 @@ def test_every_class_with_virtual_operations_is_recorded():
 @pytest.mark.parametrize("library, name", [(PLUGIN, "plugin.abi"), (INTERFACES, "interfaces.abi")])
 def test_the_binary_interface_is_the_recorded_one(folder, library, name):
     if os.environ.get("ZARN_RECORD_ABI"):
+        description = run("abidw", *QUIET, library).stdout
         # Sources by their last name: the build has them by a relative or by a whole one.
-        (RECORDS / name).write_text(re.sub(r"path='[^']*?([^/']+)'", r"path='\1'", run("abidw", *QUIET, library).stdout))
+        (RECORDS / name).write_text(re.sub(r"path='[^']*?([^/']+)'", r"path='\1'", description))
     (folder / "suppressions").write_text(SUPPRESSED)
     result = run("abidiff", "--suppressions", folder / "suppressions", RECORDS / name, library, status=None)
     assert result.returncode == 0, result.stdout + result.stderr + "If that is meant: script/abi --record"
