@@ -14,26 +14,26 @@
 // decimal, service ids 16 hexadecimal digits, texts quoted, records and lists in brackets.
 namespace CallText {
 
-std::string text(bool value);
-std::string text(int value);
-std::string text(std::uint64_t serviceId);
-std::string text(unsigned long long serviceId);
-std::string text(const std::string& value);
-std::string text(const char* value) = delete;
-std::string text(const TSTvMode& value);
-std::string text(const TSRectInfo& value);
-std::string text(const std::vector<int>& values);
-std::string text(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services);
+std::string Text(bool value);
+std::string Text(int value);
+std::string Text(std::uint64_t serviceId);
+std::string Text(unsigned long long serviceId);
+std::string Text(const std::string& value);
+std::string Text(const char* value) = delete;
+std::string Text(const TSTvMode& value);
+std::string Text(const TSRectInfo& value);
+std::string Text(const std::vector<int>& values);
+std::string Text(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services);
 
 template <typename Number>
-requires std::is_enum_v<Number> std::string text(Number value) {
-    return text(static_cast<int>(value));
+requires std::is_enum_v<Number> std::string Text(Number value) {
+    return Text(static_cast<int>(value));
 }
 
 template <typename... Arguments>
-std::string call(const std::string& name, const Arguments&... arguments) {
+std::string Call(const std::string& name, const Arguments&... arguments) {
     std::string list;
-    ((list += (list.empty() ? "" : ", ") + text(arguments)), ...);
+    ((list += (list.empty() ? "" : ", ") + Text(arguments)), ...);
     return name + "(" + list + ")";
 }
 

@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include "Timeline.h"
-
 namespace {
 
 struct OutOfWords {};
@@ -19,11 +17,11 @@ constexpr int kMostFlushes = 20000;
 
 // One step of the input: a word, something to be done before it, or a time without words.
 struct Step {
-    std::string word;
-    int prompts = 0;
-    std::string prompt;
-    std::ios_base::iostate fault = std::ios_base::goodbit;
+    std::string word = {};
     std::function<void()> action = nullptr;
+    std::ios_base::iostate fault = std::ios_base::goodbit;
+    int prompts = 0;
+    std::string prompt = {};
 };
 
 } // namespace
@@ -32,9 +30,8 @@ struct Step {
 class Console::Streams {
 public:
     Streams()
-        : m_input(*this), m_output(*this), m_oldInput(std::cin.rdbuf(&m_input)),
-          m_oldOutput(std::cout.rdbuf(&m_output)), m_oldTie(std::cin.tie(nullptr)),
-          m_oldInputExceptions(std::cin.exceptions()) {
+        : m_oldInput(std::cin.rdbuf(&m_input)), m_oldOutput(std::cout.rdbuf(&m_output)),
+          m_oldTie(std::cin.tie(nullptr)), m_oldInputExceptions(std::cin.exceptions()) {
         std::cin.clear();
         std::cout.clear();
     }
@@ -69,10 +66,10 @@ private:
                     step.action();
             } while (step.action);
             if (step.fault != std::ios_base::goodbit) {
-                m_streams.fail(step);
+                m_streams.Fail(step);
                 return traits_type::eof();
             }
-            Timeline::now().typed(step.word);
+            Timeline::Now().Typed(step.word);
             m_text = step.word + "\n";
             setg(m_text.data(), m_text.data(), m_text.data() + m_text.size());
             return traits_type::to_int_type(*gptr());
@@ -90,33 +87,29 @@ private:
 
     protected:
         std::streamsize xsputn(const char* bytes, std::streamsize count) override {
-            write({bytes, static_cast<std::size_t>(count)});
+            m_streams.Write({bytes, static_cast<std::size_t>(count)});
             return count;
         }
         int_type overflow(int_type byte) override {
-            if (!traits_type::eq_int_type(byte, traits_type::eof())) {
-                const char c = traits_type::to_char_type(byte);
-                write({&c, 1});
-            }
+            const char character = traits_type::to_char_type(byte);
+            if (!traits_type::eq_int_type(byte, traits_type::eof()))
+                m_streams.Write({&character, 1});
             return traits_type::not_eof(byte);
         }
         int sync() override {
-            Timeline::now().flush();
-            m_streams.flushed();
+            Timeline::Now().Flush();
+            m_streams.NoteFlush();
             return 0;
         }
 
     private:
-        void write(std::string_view bytes) {
-            Timeline::now().output(bytes);
-            m_streams.written(bytes);
-        }
         Streams& m_streams;
     };
 
-    void fail(const Step& step) {
+    void Fail(const Step& step) {
         std::lock_guard lock(m_mutex);
-        Timeline::now().typed(step.fault == std::ios_base::badbit ? "<broken>" : "<end>");
+        Timeline::Now().Typed(step.fault == std::ios_base::badbit ? "broken input"
+                                                                  : "end of input");
         m_faulty = step;
         m_faultyFlushes = 0;
         m_sinceFlush.clear();
@@ -126,11 +119,12 @@ private:
             std::cin.setstate(std::ios_base::badbit);
         }
     }
-    void written(std::string_view bytes) {
+    void Write(std::string_view bytes) {
+        Timeline::Now().Output(bytes);
         std::lock_guard lock(m_mutex);
         m_sinceFlush += bytes;
     }
-    void flushed() {
+    void NoteFlush() {
         std::lock_guard lock(m_mutex);
         const bool prompted = m_sinceFlush.ends_with(m_faulty.prompt);
         m_sinceFlush.clear();
@@ -155,8 +149,8 @@ private:
     Step m_faulty;
     int m_faultyFlushes = 0;
 
-    Input m_input;
-    Output m_output;
+    Input m_input{*this};
+    Output m_output{*this};
     std::streambuf* m_oldInput;
     std::streambuf* m_oldOutput;
     std::ostream* m_oldTie;
@@ -164,66 +158,54 @@ private:
 };
 
 Console::Console() : m_streams(std::make_unique<Streams>()) {
-    Timeline::now().clear();
+    Timeline::Now().Clear();
 }
 
 Console::~Console() = default;
 
-Console& Console::type(const std::string& words) {
+Console& Console::Type(const std::string& words) {
     std::istringstream in(words);
     for (std::string word; in >> word;)
-        m_streams->steps.push_back({word, 0, "", std::ios_base::goodbit, nullptr});
+        m_streams->steps.push_back({.word = word});
     return *this;
 }
 
-Console& Console::meanwhile(std::function<void()> action) {
-    Step step;
-    step.action = std::move(action);
-    m_streams->steps.push_back(std::move(step));
+Console& Console::Meanwhile(std::function<void()> action) {
+    m_streams->steps.push_back({.action = std::move(action)});
     return *this;
 }
 
-Console& Console::endInput(int prompts, const std::string& prompt) {
-    m_streams->steps.push_back({"", prompts, prompt, std::ios_base::eofbit, nullptr});
+Console& Console::EndInput(int prompts, const std::string& prompt) {
+    m_streams->steps.push_back(
+        {.fault = std::ios_base::eofbit, .prompts = prompts, .prompt = prompt});
     return *this;
 }
 
-Console& Console::breakInput(int prompts, const std::string& prompt) {
-    m_streams->steps.push_back({"", prompts, prompt, std::ios_base::badbit, nullptr});
+Console& Console::BreakInput(int prompts, const std::string& prompt) {
+    m_streams->steps.push_back(
+        {.fault = std::ios_base::badbit, .prompts = prompts, .prompt = prompt});
     return *this;
 }
 
-void Console::run(const std::function<void()>& entry) {
+void Console::Run(const std::function<void()>& entry) {
     std::cin.exceptions(std::ios_base::badbit);
     try {
         entry();
     } catch (const OutOfWords&) {
-        ADD_FAILURE() << "the console asked for one word more; so far:\n" << whole();
+        ADD_FAILURE() << "the console asked for one word more; so far:\n" << Whole();
     }
     std::cin.exceptions(std::ios_base::goodbit);
     std::cin.clear();
 }
 
-std::string Console::transcript() const {
-    return Timeline::now().transcript();
+bool Console::WroteInOnePiece(const std::string& text) {
+    for (const std::string& piece : Timeline::Now().Insertions()) {
+        if (piece == text || piece + "\n" == text)
+            return true;
+    }
+    return false;
 }
 
-std::vector<std::string> Console::calls() const {
-    return Timeline::now().calls();
-}
-
-std::vector<std::string> Console::insertions() const {
-    return Timeline::now().insertions();
-}
-
-std::string Console::whole() const {
-    return Timeline::now().whole();
-}
-
-std::string Console::dialogue() const {
-    return Timeline::now().dialogue();
-}
-
-std::size_t Console::wordsLeft() const {
+std::size_t Console::CountWordsLeft() const {
     return m_streams->steps.size();
 }

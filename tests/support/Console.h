@@ -5,11 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "Timeline.h"
+
 // A scenario at the console: words typed in, a time line out.
 //
 //     Console console;
-//     console.type("1 help 99").run(zarn_startmaindebug);
-//     EXPECT_EQ(console.transcript(), "DebugUtil\n" ...);
+//     console.Type("1 help 99").Run(zarn_startmaindebug);
+//     EXPECT_EQ(console.Transcript(), "DebugUtil\n" ...);
 //
 // While it lives, std::cin and std::cout are its own. The two are not tied, so that the flushes on
 // the time line are those that the console asks for itself. A word is on the time line at the
@@ -27,27 +29,28 @@ public:
     Console& operator=(const Console&) = delete;
 
     // Words separated by blanks, typed one after the other.
-    Console& type(const std::string& words);
+    Console& Type(const std::string& words);
     // When the words so far are used up and the console waits for the next one, `action` is done
     // first, on the console's thread.
-    Console& meanwhile(std::function<void()> action);
+    Console& Meanwhile(std::function<void()> action);
     // After the words so far, the input is at its end: reads fail until `prompt` has been flushed
     // out `prompts` times more. Then the stream is made good again and takes the words that follow.
-    Console& endInput(int prompts, const std::string& prompt = "cmd> ");
-    // As endInput, but the stream's fault is its bad bit.
-    Console& breakInput(int prompts, const std::string& prompt = "cmd> ");
+    Console& EndInput(int prompts, const std::string& prompt = "cmd> ");
+    // As EndInput, but the stream's fault is its bad bit.
+    Console& BreakInput(int prompts, const std::string& prompt = "cmd> ");
     // Runs the console on the calling thread.
-    void run(const std::function<void()>& entry);
+    void Run(const std::function<void()>& entry);
 
     // The time line, in the forms of Timeline.h.
-    std::string transcript() const;
-    std::vector<std::string> calls() const;
-    std::vector<std::string> insertions() const;
-    std::string whole() const;
-    std::string dialogue() const;
+    static std::string Transcript() { return Timeline::Now().Transcript(); }
+    static std::vector<std::string> Calls() { return Timeline::Now().Calls(); }
+    static std::string Whole() { return Timeline::Now().Whole(); }
+    static std::string Dialogue() { return Timeline::Now().Dialogue(); }
+    // Whether one insertion wrote exactly `text`; a line end that follows it may be another's.
+    static bool WroteInOnePiece(const std::string& text);
 
     // Words not asked for so far.
-    std::size_t wordsLeft() const;
+    std::size_t CountWordsLeft() const;
 
 private:
     class Streams;

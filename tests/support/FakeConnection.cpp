@@ -1,24 +1,70 @@
 #include "FakeConnection.h"
 
+#include <deque>
+#include <map>
 #include <unistd.h>
 
 #include <norvex/client/NorvexAPIConnection.h>
+#include <norvex/core/MessageBuffer.h>
+#include <wire/Tree.h>
 
 #include "Timeline.h"
 
+using FakeConnection::Reply;
+
 namespace {
 
-int connections = 0;
-bool telling = false;
+int g_connections = 0;
+bool g_tellsEnd = false;
+
+// Reached before main and after it.
+std::map<std::string, std::deque<Reply>>& Replies() {
+    static auto* replies = new std::map<std::string, std::deque<Reply>>;
+    return *replies;
+}
 
 } // namespace
 
-int FakeConnection::alive() {
-    return connections;
+Reply& Reply::Add(WriteValue value) {
+    m_values.push_back(std::move(value));
+    return *this;
 }
 
-void FakeConnection::tellEnd(bool tell) {
-    telling = tell;
+Reply& Reply::Text(const std::string& text) {
+    return Add([text](Tree& tree, int tag) { tree.Text(tag, text); });
+}
+
+Reply& Reply::Items(const std::vector<Item>& items) {
+    Tree list;
+    int place = 0;
+    for (const Item& item : items)
+        list.Branch(place++, Tree::OfItem(item.name, item.state, item.id));
+    return Add([list](Tree& tree, int tag) { tree.Branch(tag, list); });
+}
+
+Reply& Reply::Nothing() {
+    return Add([](Tree&, int) {});
+}
+
+Reply& Reply::Failed() {
+    m_failed = true;
+    return *this;
+}
+
+void FakeConnection::Answer(const std::string& method, const Reply& reply) {
+    Replies()[method].push_back(reply);
+}
+
+void FakeConnection::Reset() {
+    Replies().clear();
+}
+
+int FakeConnection::CountAlive() {
+    return g_connections;
+}
+
+void FakeConnection::TellEnd() {
+    g_tellsEnd = true;
 }
 
 // cppcheck-suppress passedByValue ; so the constructor is declared.
@@ -26,22 +72,42 @@ NorvexAPIConnection::NorvexAPIConnection(std::string interfaceName, std::string 
                                          bool flag)
     : m_pState(nullptr) {
     static_cast<void>(m_pState);
-    ++connections;
-    Timeline::now().call("NorvexAPIConnection(" + interfaceName + ", " + objectPath + ", " +
+    ++g_connections;
+    Timeline::Now().Call("NorvexAPIConnection(" + interfaceName + ", " + objectPath + ", " +
                          (flag ? "true" : "false") + ")");
 }
 
 NorvexAPIConnection::~NorvexAPIConnection() {
-    --connections;
-    Timeline::now().call("~NorvexAPIConnection");
+    --g_connections;
+    Timeline::Now().Call("~NorvexAPIConnection");
     // Not by way of the streams: they may be gone.
     static const char line[] = "connection closed\n";
-    if (telling && write(STDERR_FILENO, line, sizeof line - 1) < 0)
-        telling = false;
+    if (g_tellsEnd && write(STDERR_FILENO, line, sizeof line - 1) < 0)
+        g_tellsEnd = false;
 }
 
 bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::string& method,
-                                   short, bool, const TCMessageBuffer&, TCMessageBuffer&) {
-    Timeline::now().call("NorvexAPIConnection::Exchange(" + interfaceName + ", " + method + ")");
-    return false;
+                                   short methodId, bool flag, const TCMessageBuffer& arguments,
+                                   TCMessageBuffer& reply) {
+    Timeline::Now().Call("Exchange(" + interfaceName + ", " + method + ", " +
+                         std::to_string(methodId) + ", " + (flag ? "true" : "false") + "; " +
+                         Describe(arguments.GetData(), arguments.GetSize(), true) + ")");
+    std::deque<Reply>& replies = Replies()[method];
+    if (replies.empty())
+        return false;
+    const Reply next = replies.front();
+    if (replies.size() > 1)
+        replies.pop_front();
+    if (next.HasFailed())
+        return false;
+
+    Tree tree;
+    auto value = next.GetValues().begin();
+    wire::NodeCursor cursor(arguments.GetData(), arguments.GetSize());
+    for (wire::Node node; cursor.Next(node);) {
+        if (node.direction == wire::Direction::Out && value != next.GetValues().end())
+            (*value++)(tree, node.tag);
+    }
+    reply.Append(tree.GetBytes().data(), tree.GetBytes().size());
+    return true;
 }

@@ -16,50 +16,50 @@ struct State {
     std::map<std::string, int> vconf;
 };
 
-State& state() {
+State& GetState() {
     static State* theState = new State;
     return *theState;
 }
 
 } // namespace
 
-void FakeDevice::setDirectory(const std::string& directory) {
-    state().directory = directory;
+void FakeDevice::SetDirectory(const std::string& directory) {
+    GetState().directory = directory;
 }
 
-void FakeDevice::setLogTagResult(int result) {
-    state().logTagResult = result;
+void FakeDevice::SetLogTagResult(int result) {
+    GetState().logTagResult = result;
 }
 
-void FakeDevice::setVconf(const std::string& key, int value) {
-    state().vconf[key] = value;
+void FakeDevice::SetVconf(const std::string& key, int value) {
+    GetState().vconf[key] = value;
 }
 
-void FakeDevice::clearVconf() {
-    state().vconf.clear();
+void FakeDevice::ClearVconf() {
+    GetState().vconf.clear();
 }
 
 int startdlogtagbydefault(const char* tag) {
-    Timeline::now().call(std::string("startdlogtagbydefault(") + tag + ")");
-    return state().logTagResult;
+    Timeline::Now().Call(std::string("startdlogtagbydefault(") + tag + ")");
+    return GetState().logTagResult;
 }
 
 int stopdlogtagbydefault(const char* tag) {
-    Timeline::now().call(std::string("stopdlogtagbydefault(") + tag + ")");
-    return state().logTagResult;
+    Timeline::Now().Call(std::string("stopdlogtagbydefault(") + tag + ")");
+    return GetState().logTagResult;
 }
 
 std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
                                             const std::string& relativePath) {
-    Timeline::now().call("TCPathResolver::GetAbsolutePath(" + std::to_string(directory) + ", " +
+    Timeline::Now().Call("TCPathResolver::GetAbsolutePath(" + std::to_string(directory) + ", " +
                          relativePath + ")");
-    return state().directory + "/" + relativePath;
+    return GetState().directory + "/" + relativePath;
 }
 
 int vconf_get_int(const char* key, int* value) {
-    Timeline::now().call(std::string("vconf_get_int(") + key + ")");
-    const auto found = state().vconf.find(key);
-    if (found == state().vconf.end())
+    Timeline::Now().Call(std::string("vconf_get_int(") + key + ")");
+    const auto found = GetState().vconf.find(key);
+    if (found == GetState().vconf.end())
         return -1;
     *value = found->second;
     return 0;

@@ -9,11 +9,11 @@ namespace FakeDevice {
 
 // Directory that stands for every directory of the device; the resolver joins it with the relative
 // path. Empty at first.
-void setDirectory(const std::string& directory);
+void SetDirectory(const std::string& directory);
 // What the log tag switches answer; 0 at first.
-void setLogTagResult(int result);
+void SetLogTagResult(int result);
 // A key of the store. A key that was not set answers -1 and leaves the value as it was.
-void setVconf(const std::string& key, int value);
-void clearVconf();
+void SetVconf(const std::string& key, int value);
+void ClearVconf();
 
 } // namespace FakeDevice

@@ -1,28 +1,18 @@
 #include "FakeNorvexAPI.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "CallText.h"
 #include "Timeline.h"
 
-using CallText::call;
+using CallText::Call;
 
 namespace {
 
-FakeNorvexAPI* theFake = nullptr;
+FakeNorvexAPI* g_fake = nullptr;
 
-template <typename Value>
-std::optional<Value> Next(std::map<std::string, std::deque<Value>>& script,
-                          const std::string& operation) {
-    const auto queue = script.find(operation);
-    if (queue == script.end() || queue->second.empty())
-        return std::nullopt;
-    Value value = std::move(queue->second.front());
-    queue->second.pop_front();
-    return value;
-}
-
-template <typename Value> std::optional<Value> Next(std::deque<Value>& script) {
+template <typename Value> std::optional<Value> Take(std::deque<Value>& script) {
     if (script.empty())
         return std::nullopt;
     Value value = std::move(script.front());
@@ -33,210 +23,121 @@ template <typename Value> std::optional<Value> Next(std::deque<Value>& script) {
 class FakeSignalSubscriber : public ISignalSubscriber {
 public:
     int Subscribe(ESignalType type, int mode, int filter, int profile, int screen) override {
-        return Answered("SignalSubscriber.Subscribe",
-                        call("SignalSubscriber.Subscribe", type, mode, filter, profile, screen));
+        return Answer("SignalSubscriber.Subscribe", type, mode, filter, profile, screen);
     }
     int Unsubscribe(ESignalType type, int filter, int profile, int screen) override {
-        return Answered("SignalSubscriber.Unsubscribe",
-                        call("SignalSubscriber.Unsubscribe", type, filter, profile, screen));
+        return Answer("SignalSubscriber.Unsubscribe", type, filter, profile, screen);
     }
 
 private:
-    static int Answered(const std::string& operation, std::string call) {
-        FakeNorvexAPI::current().called(operation, std::move(call));
-        return FakeNorvexAPI::current().result(operation);
+    template <typename... Arguments>
+    static int Answer(const std::string& operation, Arguments... arguments) {
+        FakeNorvexAPI::Current().NoteCall(operation, Call(operation, arguments...));
+        return FakeNorvexAPI::Current().TakeResult(operation);
     }
 };
 
 } // namespace
 
 FakeNorvexAPI::FakeNorvexAPI() {
-    if (theFake)
+    if (g_fake)
         std::abort();
-    theFake = this;
+    g_fake = this;
 }
 
 FakeNorvexAPI::~FakeNorvexAPI() {
     m_sessions.clear();
-    theFake = nullptr;
+    g_fake = nullptr;
 }
 
-FakeNorvexAPI& FakeNorvexAPI::current() {
-    if (!theFake)
+FakeNorvexAPI& FakeNorvexAPI::Current() {
+    if (!g_fake)
         std::abort();
-    return *theFake;
+    return *g_fake;
 }
 
-void FakeNorvexAPI::answer(const std::string& operation, std::vector<int> results) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+void FakeNorvexAPI::Answer(const std::string& operation, const std::vector<int>& results) {
     m_results[operation].insert(m_results[operation].end(), results.begin(), results.end());
 }
 
-void FakeNorvexAPI::give(const std::string& operation, std::vector<std::int64_t> values) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+void FakeNorvexAPI::Give(const std::string& operation, const std::vector<std::int64_t>& values) {
     m_values[operation].insert(m_values[operation].end(), values.begin(), values.end());
 }
 
-void FakeNorvexAPI::answerCreation(const std::string& factory, int result, bool withObject) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_creations[factory].push_back({result, withObject});
-}
-
-void FakeNorvexAPI::giveTvMode(int antennaMode, int serviceMode) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_tvMode = {antennaMode, serviceMode};
-}
-
-void FakeNorvexAPI::giveFound(FakeRecord record) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_found.push_back(std::move(record));
-}
-
-void FakeNorvexAPI::giveServiceList(std::vector<FakeRecord> records) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_serviceList = std::move(records);
-}
-
-void FakeNorvexAPI::giveProgram(std::optional<unsigned int> titleLength) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_programs.push_back({titleLength.has_value(), titleLength.value_or(0)});
-}
-
-void FakeNorvexAPI::giveZoomWindows(std::vector<int> windowIds) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_zoomWindows = std::move(windowIds);
-}
-
-void FakeNorvexAPI::runWithin(const std::string& operation, std::function<void()> action) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_actions[operation].push_back(std::move(action));
-}
-
-std::vector<std::string> FakeNorvexAPI::kept() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+std::vector<std::string> FakeNorvexAPI::GetKept() const {
     std::vector<std::string> names;
     for (const Owned& owned : m_sessions)
         names.push_back(owned.name);
     return names;
 }
 
-int FakeNorvexAPI::liveValues() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_liveValues;
-}
-
-NorvexSignalCallbackFunction FakeNorvexAPI::lastCallback() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_callback;
-}
-
-void FakeNorvexAPI::called(const std::string& operation, const std::string& call) {
-    Timeline::now().call(call);
-    std::optional<std::function<void()>> action;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        action = Next(m_actions, operation);
-    }
-    if (action)
+void FakeNorvexAPI::NoteCall(const std::string& operation, const std::string& call) {
+    Timeline::Now().Call(call);
+    if (const auto action = Take(m_actions[operation]))
         (*action)();
 }
 
-int FakeNorvexAPI::result(const std::string& operation, int otherwise) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return Next(m_results, operation).value_or(otherwise);
+int FakeNorvexAPI::TakeResult(const std::string& operation, int otherwise) {
+    return Take(m_results[operation]).value_or(otherwise);
 }
 
-std::optional<std::int64_t> FakeNorvexAPI::value(const std::string& operation) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return Next(m_values, operation);
+std::optional<std::int64_t> FakeNorvexAPI::TakeValue(const std::string& operation) {
+    return Take(m_values[operation]);
 }
 
-std::pair<int, int> FakeNorvexAPI::tvMode() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_tvMode;
+std::optional<FakeRecord> FakeNorvexAPI::TakeFound() {
+    return Take(m_found);
 }
 
-std::optional<FakeRecord> FakeNorvexAPI::found() {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return Next(m_found);
+std::optional<FakeProgram> FakeNorvexAPI::TakeProgram() {
+    return Take(m_programs);
 }
 
-std::vector<FakeRecord> FakeNorvexAPI::serviceList() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_serviceList;
-}
-
-std::optional<FakeNorvexAPI::Program> FakeNorvexAPI::nextProgram() {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return Next(m_programs);
-}
-
-std::vector<int> FakeNorvexAPI::zoomWindows() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_zoomWindows;
-}
-
-void FakeNorvexAPI::countValue(int change) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_liveValues += change;
-}
-
-FakeNorvexAPI::Creation FakeNorvexAPI::nextCreation(const std::string& factory) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return Next(m_creations, factory).value_or(Creation{});
-}
-
-std::string FakeNorvexAPI::nameFor(const std::string& kind) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const int number = ++m_named[kind];
-    return number == 1 ? kind : kind + "#" + std::to_string(number);
-}
-
-void FakeNorvexAPI::own(std::string name, std::unique_ptr<INorvexSession> session) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_sessions.push_back({std::move(name), std::move(session)});
-}
-
-int FakeNorvexAPI::destroy(INorvexSession* session) {
-    std::string name = "null";
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (session)
-            name = "an object that does not exist";
-        for (auto owned = m_sessions.begin(); owned != m_sessions.end(); ++owned) {
-            if (owned->session.get() == session) {
-                name = owned->name;
-                m_sessions.erase(owned);
-                break;
-            }
-        }
+int FakeNorvexAPI::Create(const std::string& kind, const std::string& arguments, bool wasNull,
+                          const std::function<void(const std::string&, Owned&)>& make) {
+    const std::string factory = "Create" + kind;
+    const Creation creation = Take(m_creations[factory]).value_or(Creation{});
+    if (creation.withObject) {
+        const auto isAlive = [this](const std::string& name) {
+            return std::any_of(m_sessions.begin(), m_sessions.end(),
+                               [&](const Owned& owned) { return owned.name == name; });
+        };
+        std::string name = kind;
+        for (int number = 2; isAlive(name); ++number)
+            name = kind + "#" + std::to_string(number);
+        make(name, m_sessions.emplace_back(Owned{name, nullptr}));
     }
-    called("Destroy", "Destroy(" + name + ")");
-    return result("Destroy");
+    NoteCall(factory, factory + arguments + (wasNull ? "" : " into a pointer that was not null"));
+    return creation.result;
 }
 
-int FakeNorvexAPI::createSubscriber(NorvexSignalCallbackFunction callback,
+int FakeNorvexAPI::Destroy(INorvexSession* session) {
+    std::string name = session ? "an object that does not exist" : "null";
+    const auto owned =
+        std::find_if(m_sessions.begin(), m_sessions.end(),
+                     [session](const Owned& each) { return each.session.get() == session; });
+    if (owned != m_sessions.end()) {
+        name = owned->name;
+        m_sessions.erase(owned);
+    }
+    NoteCall("Destroy", "Destroy(" + name + ")");
+    return TakeResult("Destroy");
+}
+
+int FakeNorvexAPI::CreateSubscriber(NorvexSignalCallbackFunction callback,
                                     ISignalSubscriber** subscriber) {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_pSubscriber = std::make_unique<FakeSignalSubscriber>();
-        m_registered = callback;
-        m_callback = callback;
-        *subscriber = m_pSubscriber.get();
-    }
-    called("CreateSignalSubscriber", "CreateSignalSubscriber");
-    return result("CreateSignalSubscriber", 0);
+    m_subscriber = std::make_unique<FakeSignalSubscriber>();
+    *subscriber = m_subscriber.get();
+    m_callback = m_registered = callback;
+    NoteCall("CreateSignalSubscriber", "CreateSignalSubscriber");
+    return TakeResult("CreateSignalSubscriber", 0);
 }
 
-int FakeNorvexAPI::destroySubscriber(NorvexSignalCallbackFunction callback) {
-    bool registered = false;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        registered = m_registered && m_registered == callback;
-        m_registered = nullptr;
-        m_pSubscriber.reset();
-    }
-    called("DestroySignalSubscriber",
-           registered ? "DestroySignalSubscriber" : "DestroySignalSubscriber(not registered)");
-    return result("DestroySignalSubscriber", 0);
+int FakeNorvexAPI::DestroySubscriber(NorvexSignalCallbackFunction callback) {
+    const bool isRegistered = m_registered && m_registered == callback;
+    m_registered = nullptr;
+    m_subscriber.reset();
+    NoteCall("DestroySignalSubscriber",
+             isRegistered ? "DestroySignalSubscriber" : "DestroySignalSubscriber(not registered)");
+    return TakeResult("DestroySignalSubscriber", 0);
 }

@@ -1,4 +1,4 @@
-#include "FakeRecords.h"
+#include "FakeNorvexAPI.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -15,9 +15,16 @@
 #include "CallText.h"
 #include "Timeline.h"
 
-using CallText::call;
+using CallText::Call;
 
-// Nothing here travels: the trees of the records stay empty.
+// Nothing here travels.
+#define EMPTY_TREE(Class)                                                                          \
+    bool Class::ClassToTree(TCTreeBranch&) {                                                       \
+        return true;                                                                               \
+    }                                                                                              \
+    bool Class::TreeToClass(TCTreeBranch&) {                                                       \
+        return true;                                                                               \
+    }
 
 TSTvMode::TSTvMode() : TSTvMode(ANTENNA_NONE, SERVICE_MODE_NONE) {}
 TSTvMode::TSTvMode(EAntennaMode antennaMode, EServiceMode serviceMode)
@@ -25,12 +32,7 @@ TSTvMode::TSTvMode(EAntennaMode antennaMode, EServiceMode serviceMode)
 TSTvMode::TSTvMode(const TSTvMode& other) = default;
 TSTvMode& TSTvMode::operator=(const TSTvMode& other) = default;
 TSTvMode::~TSTvMode() = default;
-bool TSTvMode::ClassToTree(TCTreeBranch&) {
-    return true;
-}
-bool TSTvMode::TreeToClass(TCTreeBranch&) {
-    return true;
-}
+EMPTY_TREE(TSTvMode)
 
 TSRectInfo::TSRectInfo() : TSRectInfo(0, 0, 0, 0) {}
 // NOLINTNEXTLINE(bugprone-easily-swappable-parameters): a rectangle's usual order.
@@ -39,76 +41,60 @@ TSRectInfo::TSRectInfo(int x, int y, int width, int height)
 TSRectInfo::TSRectInfo(const TSRectInfo& other) = default;
 TSRectInfo& TSRectInfo::operator=(const TSRectInfo& other) = default;
 TSRectInfo::~TSRectInfo() = default;
-bool TSRectInfo::ClassToTree(TCTreeBranch&) {
-    return true;
-}
-bool TSRectInfo::TreeToClass(TCTreeBranch&) {
-    return true;
-}
+EMPTY_TREE(TSRectInfo)
 
 TCCriteriaHelper::TCCriteriaHelper() {
-    FakeNorvexAPI::current().countValue(1);
+    FakeNorvexAPI::Current().CountValue(1);
 }
 TCCriteriaHelper::~TCCriteriaHelper() {
-    FakeNorvexAPI::current().countValue(-1);
-    Timeline::now().call("~CriteriaHelper");
+    FakeNorvexAPI::Current().CountValue(-1);
+    Timeline::Now().Call("~CriteriaHelper");
 }
 void TCCriteriaHelper::Where(int field, int value) {
-    Timeline::now().call(call("CriteriaHelper.Where", field, value));
+    Timeline::Now().Call(Call("CriteriaHelper.Where", field, value));
 }
 void TCCriteriaHelper::WhereNot(int field, int value) {
-    Timeline::now().call(call("CriteriaHelper.WhereNot", field, value));
+    Timeline::Now().Call(Call("CriteriaHelper.WhereNot", field, value));
 }
 void TCCriteriaHelper::Fetch(int field) {
-    Timeline::now().call(call("CriteriaHelper.Fetch", field));
+    Timeline::Now().Call(Call("CriteriaHelper.Fetch", field));
 }
-bool TCCriteriaHelper::ClassToTree(TCTreeBranch&) {
-    return true;
-}
-bool TCCriteriaHelper::TreeToClass(TCTreeBranch&) {
-    return true;
-}
+EMPTY_TREE(TCCriteriaHelper)
 
 int TCNavigationModeHelper::GetNavigationCriteria(ENavigationMode mode, TCCriteriaHelper&,
                                                   ENavigationSortMode sortMode) {
-    Timeline::now().call(call("GetNavigationCriteria", mode, sortMode));
+    Timeline::Now().Call(Call("GetNavigationCriteria", mode, sortMode));
     return 1;
 }
 
 // Numbers of its own, so that what the console passes on is known to come from here.
 int TCServiceUtility::AntennaModeToDigitalChannelType(EAntennaMode antennaMode) {
-    Timeline::now().call(call("AntennaModeToDigitalChannelType", antennaMode));
+    Timeline::Now().Call(Call("AntennaModeToDigitalChannelType", antennaMode));
     return 40 + antennaMode;
 }
 EServiceMode TCServiceUtility::ServiceProfileToServiceMode(EServiceProfile profile) {
-    Timeline::now().call(call("ServiceProfileToServiceMode", profile));
+    Timeline::Now().Call(Call("ServiceProfileToServiceMode", profile));
     return static_cast<EServiceMode>(60 + profile);
 }
 
 namespace {
 
 struct Field {
-    bool hasValue = false;
-    std::uint64_t serviceId = 0;
-    std::int32_t number = 0;
-    bool isServiceId = false;
+    bool hasValue;
+    std::uint64_t serviceId;
+    std::int32_t number;
+    bool isServiceId;
 };
 
-struct Table {
-    std::map<int, Field> fields;
-};
+using Table = std::map<int, Field>;
 
 Table* TableOf(const FakeRecord& record) {
     if (!record.hasTable)
         return nullptr;
     auto* table = new Table;
     for (const auto& [tag, value] : record.fields) {
-        Field field;
-        field.hasValue = value.has_value();
-        field.isServiceId = tag == SERVICE_FIELD_ID;
-        field.serviceId = static_cast<std::uint64_t>(value.value_or(0));
-        field.number = static_cast<std::int32_t>(value.value_or(0));
-        table->fields[tag] = field;
+        (*table)[tag] = {value.has_value(), static_cast<std::uint64_t>(value.value_or(0)),
+                         static_cast<std::int32_t>(value.value_or(0)), tag == SERVICE_FIELD_ID};
     }
     return table;
 }
@@ -133,88 +119,72 @@ const void* TCServiceField::GetData() const {
 
 const TCServiceField* TCServiceFieldTable::Find(int tag) const {
     const auto* table = reinterpret_cast<const Table*>(this);
-    const auto field = table->fields.find(tag);
-    if (field == table->fields.end())
-        return nullptr;
-    return reinterpret_cast<const TCServiceField*>(&field->second);
+    const auto field = table->find(tag);
+    return field == table->end() ? nullptr
+                                 : reinterpret_cast<const TCServiceField*>(&field->second);
 }
 
 TCServiceData::TCServiceData() {
     m_pState = nullptr;
-    FakeNorvexAPI::current().countValue(1);
+    FakeNorvexAPI::Current().CountValue(1);
 }
 TCServiceData::~TCServiceData() {
     delete static_cast<Table*>(m_pState);
-    FakeNorvexAPI::current().countValue(-1);
-    Timeline::now().call("~ServiceData");
+    FakeNorvexAPI::Current().CountValue(-1);
+    Timeline::Now().Call("~ServiceData");
 }
 const TCServiceFieldTable* TCServiceData::GetFieldTable() const {
     return reinterpret_cast<const TCServiceFieldTable*>(m_pState);
 }
-bool TCServiceData::ClassToTree(TCTreeBranch&) {
-    return true;
-}
-bool TCServiceData::TreeToClass(TCTreeBranch&) {
-    return true;
-}
+EMPTY_TREE(TCServiceData)
 
-void FakeRecords::fill(TCServiceData& data, const FakeRecord& record) {
+void FakeRecords::Fill(TCServiceData& data, const FakeRecord& record) {
     void*& state = StateOf<TCServiceData>::Pointer(data);
     delete static_cast<Table*>(state);
     state = TableOf(record);
 }
-bool FakeRecords::isFresh(const TCServiceData& data) {
+bool FakeRecords::IsFresh(const TCServiceData& data) {
     return !data.GetFieldTable();
 }
 
 TCProgramData::TCProgramData() {
     m_pState = nullptr;
-    FakeNorvexAPI::current().countValue(1);
+    FakeNorvexAPI::Current().CountValue(1);
 }
 TCProgramData::~TCProgramData() {
-    delete static_cast<FakeNorvexAPI::Program*>(m_pState);
-    FakeNorvexAPI::current().countValue(-1);
-    Timeline::now().call("~ProgramData");
+    delete static_cast<FakeProgram*>(m_pState);
+    FakeNorvexAPI::Current().CountValue(-1);
+    Timeline::Now().Call("~ProgramData");
 }
 bool TCProgramData::Title(unsigned short* buffer, unsigned int* length) const {
     constexpr int kUnits = 256;
     const auto zeros = std::count(buffer, buffer + kUnits, 0);
-    Timeline::now().call(
-        call("ProgramData.Title", static_cast<int>(zeros), static_cast<int>(*length)));
-    const auto* program = static_cast<const FakeNorvexAPI::Program*>(m_pState);
-    if (!program || !program->hasTitle)
+    Timeline::Now().Call(
+        Call("ProgramData.Title", static_cast<int>(zeros), static_cast<int>(*length)));
+    const auto* program = static_cast<const FakeProgram*>(m_pState);
+    if (!program || !program->titleLength)
         return false;
-    *length = program->titleLength;
-    std::fill(buffer, buffer + std::min(program->titleLength, 255U), u'T');
+    *length = *program->titleLength;
+    std::fill(buffer, buffer + std::min(*length, 255U), u'T');
     return true;
 }
-bool TCProgramData::ClassToTree(TCTreeBranch&) {
-    return true;
-}
-bool TCProgramData::TreeToClass(TCTreeBranch&) {
-    return true;
-}
+EMPTY_TREE(TCProgramData)
 
-void FakeRecords::fill(TCProgramData& data, const FakeNorvexAPI::Program& program) {
+void FakeRecords::Fill(TCProgramData& data, const FakeProgram& program) {
     void*& state = StateOf<TCProgramData>::Pointer(data);
-    delete static_cast<FakeNorvexAPI::Program*>(state);
-    state = new FakeNorvexAPI::Program(program);
+    delete static_cast<FakeProgram*>(state);
+    state = new FakeProgram(program);
 }
-bool FakeRecords::isFresh(const TCProgramData& data) {
+bool FakeRecords::IsFresh(const TCProgramData& data) {
     return !StateOf<TCProgramData>::Pointer(data);
 }
 
 TCTPMSStatus::TCTPMSStatus() {
-    FakeNorvexAPI::current().countValue(1);
-    Timeline::now().call("TPMSStatus");
+    FakeNorvexAPI::Current().CountValue(1);
+    Timeline::Now().Call("TPMSStatus");
 }
 TCTPMSStatus::~TCTPMSStatus() {
-    FakeNorvexAPI::current().countValue(-1);
-    Timeline::now().call("~TPMSStatus");
+    FakeNorvexAPI::Current().CountValue(-1);
+    Timeline::Now().Call("~TPMSStatus");
 }
-bool TCTPMSStatus::ClassToTree(TCTreeBranch&) {
-    return true;
-}
-bool TCTPMSStatus::TreeToClass(TCTreeBranch&) {
-    return true;
-}
+EMPTY_TREE(TCTPMSStatus)

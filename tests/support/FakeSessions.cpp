@@ -18,7 +18,6 @@
 
 #include "CallText.h"
 #include "FakeNorvexAPI.h"
-#include "FakeRecords.h"
 #include "Timeline.h"
 
 INorvexSession::~INorvexSession() = default;
@@ -26,8 +25,8 @@ ISignalSubscriber::~ISignalSubscriber() = default;
 
 namespace {
 
-FakeNorvexAPI& fake() {
-    return FakeNorvexAPI::current();
+FakeNorvexAPI& Fake() {
+    return FakeNorvexAPI::Current();
 }
 
 // What all sessions of the fake are: a kind, under which they are scripted, and a name.
@@ -39,19 +38,31 @@ public:
 protected:
     // Records the call and gives the script's result, or 1.
     template <typename... Arguments>
-    int called(const std::string& operation, const Arguments&... arguments) {
-        return calledOr(1, operation, arguments...);
+    int Called(const std::string& operation, const Arguments&... arguments) {
+        return CalledOr(1, operation, arguments...);
     }
     template <typename... Arguments>
-    int calledOr(int otherwise, const std::string& operation, const Arguments&... arguments) {
-        fake().called(m_kind + "." + operation,
-                      CallText::call(m_name + "." + operation, arguments...));
-        return fake().result(m_kind + "." + operation, otherwise);
+    int CalledOr(int otherwise, const std::string& operation, const Arguments&... arguments) {
+        Fake().NoteCall(m_kind + "." + operation,
+                        CallText::Call(m_name + "." + operation, arguments...));
+        return Fake().TakeResult(m_kind + "." + operation, otherwise);
     }
-    // Stores what the script gives for the operation, if it gives something.
-    template <typename Number> void store(const std::string& operation, Number& out) {
-        if (const auto value = fake().value(m_kind + "." + operation))
+    // The same for an operation with an out argument: stores what the script gives for it, if it
+    // gives something.
+    template <typename Number, typename... Arguments>
+    int Stored(Number& out, const std::string& operation, const Arguments&... arguments) {
+        const int result = Called(operation, arguments...);
+        if (const auto value = Fake().TakeValue(m_kind + "." + operation))
             out = static_cast<Number>(*value);
+        return result;
+    }
+    // The same for one with a text, which the console passes empty, as the last argument; the
+    // answer is never empty, so that one which is used again shows.
+    template <typename... Arguments>
+    int Told(std::string& text, const std::string& operation, const Arguments&... arguments) {
+        const int result = Called(operation, arguments..., text);
+        text += "told";
+        return result;
     }
 
 private:
@@ -59,46 +70,31 @@ private:
     std::string m_name;
 };
 
-// A text that the console passes as an empty one; the answer is never empty, so that one which is
-// used again shows.
-struct Told {
-    explicit Told(std::string& text) : m_text(text) {}
-    ~Told() { m_text += "told"; }
-    std::string& m_text;
-};
-
 template <typename Session, typename Interface, typename... Arguments>
-int create(const std::string& kind, Interface** out, const Arguments&... arguments) {
-    const std::string factory = "Create" + kind;
+int Create(const std::string& kind, Interface** out, const Arguments&... arguments) {
     const bool wasNull = *out == nullptr;
-    const FakeNorvexAPI::Creation creation = fake().nextCreation(factory);
     *out = nullptr;
-    if (creation.withObject) {
-        const std::string name = fake().nameFor(kind);
-        auto session = std::make_unique<Session>(kind, name);
-        *out = session.get();
-        fake().own(name, std::move(session));
-    }
-    fake().called(factory, CallText::call(factory, arguments...) +
-                               (wasNull ? "" : " into a pointer that was not null"));
-    return creation.result;
+    return Fake().Create(kind, CallText::Call("", arguments...), wasNull,
+                         [&](const std::string& name, FakeNorvexAPI::Owned& place) {
+                             auto session = std::make_unique<Session>(kind, name);
+                             *out = session.get();
+                             place.session = std::move(session);
+                         });
 }
 
 class FakeAVControl : public FakeSession<IAVControl> {
 public:
     using FakeSession::FakeSession;
-    int RestartVideoDecoder() override { return called("RestartVideoDecoder"); }
-    int MuteVideo(int value) override { return called("MuteVideo", value); }
-    int MuteAudio(int value) override { return called("MuteAudio", value); }
+    int RestartVideoDecoder() override { return Called("RestartVideoDecoder"); }
+    int MuteVideo(int value) override { return Called("MuteVideo", value); }
+    int MuteAudio(int value) override { return Called("MuteAudio", value); }
 };
 
 class FakeDataControl : public FakeSession<IDataControl> {
 public:
     using FakeSession::FakeSession;
     int CheckCaptionExist(bool* exists) override {
-        const int result = called("CheckCaptionExist", *exists);
-        store("CheckCaptionExist", *exists);
-        return result;
+        return Stored(*exists, "CheckCaptionExist", *exists);
     }
 };
 
@@ -107,26 +103,24 @@ public:
     using FakeSession::FakeSession;
     int NotifyReceiverState(EStateChangeType type, const std::string& receiver, int state,
                             const std::uint64_t& serviceId) override {
-        return called("NotifyReceiverState", type, receiver, state, serviceId);
+        return Called("NotifyReceiverState", type, receiver, state, serviceId);
     }
     int RegisterForStateChange(EStateChangeType type, const std::string& receiver,
                                int option) override {
-        return called("RegisterForStateChange", type, receiver, option);
+        return Called("RegisterForStateChange", type, receiver, option);
     }
     int UnregisterFromStateChange(EStateChangeType type, const std::string& receiver) override {
-        return called("UnregisterFromStateChange", type, receiver);
+        return Called("UnregisterFromStateChange", type, receiver);
     }
     int CheckPendingState(EStateChangeType type, bool* pending) override {
-        const int result = called("CheckPendingState", type, *pending);
-        store("CheckPendingState", *pending);
-        return result;
+        return Stored(*pending, "CheckPendingState", type, *pending);
     }
     int GetCurrentTPMSStatus(TCTPMSStatus* status) override {
-        return called("GetCurrentTPMSStatus", status != nullptr);
+        return Called("GetCurrentTPMSStatus", status != nullptr);
     }
     int NotifyReadyForSetService(int type, const std::string& application, int state,
                                  const std::uint64_t& serviceId) override {
-        return called("NotifyReadyForSetService", type, application, state, serviceId);
+        return Called("NotifyReadyForSetService", type, application, state, serviceId);
     }
 };
 
@@ -134,9 +128,7 @@ class FakeReferenceCount : public FakeSession<IReferenceCount> {
 public:
     using FakeSession::FakeSession;
     int GetReferenceCount(int* count) override {
-        const int result = called("GetReferenceCount", *count);
-        store("GetReferenceCount", *count);
-        return result;
+        return Stored(*count, "GetReferenceCount", *count);
     }
 };
 
@@ -145,19 +137,19 @@ public:
     using FakeSession::FakeSession;
     using Services = std::list<std::pair<std::uint64_t, std::uint32_t>>;
     int IsTuneAroundNeeded(const Services& services) override {
-        return called("IsTuneAroundNeeded", services);
+        return Called("IsTuneAroundNeeded", services);
     }
     int StartTuneAround(const Services& services, const std::string& caller) override {
-        return called("StartTuneAround", services, caller);
+        return Called("StartTuneAround", services, caller);
     }
-    int StopManualScan() override { return called("StopManualScan"); }
+    int StopManualScan() override { return Called("StopManualScan"); }
     int IsBarkerChannelScanAvailable(const TSTvMode& tvMode) override {
-        return called("IsBarkerChannelScanAvailable", tvMode);
+        return Called("IsBarkerChannelScanAvailable", tvMode);
     }
     int StartBarkerChannelScan(const std::string& text, const TSTvMode& tvMode) override {
-        return called("StartBarkerChannelScan", text, tvMode);
+        return Called("StartBarkerChannelScan", text, tvMode);
     }
-    int StopBarkerChannelScan() override { return called("StopBarkerChannelScan"); }
+    int StopBarkerChannelScan() override { return Called("StopBarkerChannelScan"); }
 };
 
 class FakeService : public FakeSession<IService> {
@@ -165,11 +157,11 @@ public:
     using FakeSession::FakeSession;
     // "true" where the record is fresh.
     int FindService(const TCCriteriaHelper&, TCServiceData& record, int count) override {
-        const auto found = fake().found();
+        const auto found = Fake().TakeFound();
         const int result =
-            calledOr(found ? 1 : 0, "FindService", FakeRecords::isFresh(record), count);
+            CalledOr(found ? 1 : 0, "FindService", FakeRecords::IsFresh(record), count);
         if (found)
-            FakeRecords::fill(record, *found);
+            FakeRecords::Fill(record, *found);
         return result;
     }
 };
@@ -179,11 +171,11 @@ public:
     using FakeSession::FakeSession;
     // "true" where the programme is fresh.
     int GetCurrentProgram(const std::uint64_t& serviceId, TCProgramData& program) override {
-        const auto next = fake().nextProgram();
+        const auto next = Fake().TakeProgram();
         const int result =
-            calledOr(next ? 1 : 0, "GetCurrentProgram", serviceId, FakeRecords::isFresh(program));
+            CalledOr(next ? 1 : 0, "GetCurrentProgram", serviceId, FakeRecords::IsFresh(program));
         if (next)
-            FakeRecords::fill(program, *next);
+            FakeRecords::Fill(program, *next);
         return result;
     }
 };
@@ -192,9 +184,9 @@ class FakeServiceNavigation : public FakeSession<IServiceNavigation> {
 public:
     using FakeSession::FakeSession;
     int GetTvMode(TSTvMode& tvMode) override {
-        const int result = called("GetTvMode", tvMode);
+        const int result = Called("GetTvMode", tvMode);
         if (result > 0) {
-            const auto [antennaMode, serviceMode] = fake().tvMode();
+            const auto [antennaMode, serviceMode] = Fake().GetTvMode();
             tvMode = {static_cast<EAntennaMode>(antennaMode),
                       static_cast<EServiceMode>(serviceMode)};
         }
@@ -204,44 +196,37 @@ public:
     int GetServiceList(const TCCriteriaHelper&, std::list<TCServiceData*>& records,
                        const TSTvMode& tvMode, int first, int count) override {
         const int result =
-            called("GetServiceList", static_cast<int>(records.size()), tvMode, first, count);
-        for (const FakeRecord& record : fake().serviceList()) {
+            Called("GetServiceList", static_cast<int>(records.size()), tvMode, first, count);
+        for (const FakeRecord& record : Fake().GetServiceList()) {
             auto data = std::make_unique<TCServiceData>();
-            FakeRecords::fill(*data, record);
+            FakeRecords::Fill(*data, record);
             records.push_back(data.release());
         }
         return result;
     }
     int SetTvMode(const TSTvMode& tvMode, std::string& text) override {
-        const Told told(text);
-        return called("SetTvMode", tvMode, text);
+        return Told(text, "SetTvMode", tvMode);
     }
     int SetTvMode(const TSTvMode& tvMode, const std::uint64_t& serviceId,
                   std::string& text) override {
-        const Told told(text);
-        return called("SetTvMode", tvMode, serviceId, text);
+        return Told(text, "SetTvMode", tvMode, serviceId);
     }
     int SetDTVMode(EDTVMode mode, bool enable) override {
-        return called("SetDTVMode", mode, enable);
+        return Called("SetDTVMode", mode, enable);
     }
     int SetService(const std::uint64_t& serviceId, int option, int flags,
                    std::string& text) override {
-        const Told told(text);
-        return called("SetService", serviceId, option, flags, text);
+        return Told(text, "SetService", serviceId, option, flags);
     }
     int SetBootupService(const std::uint64_t& serviceId, const TSTvMode& tvMode,
                          int option) override {
-        return called("SetBootupService", serviceId, tvMode, option);
+        return Called("SetBootupService", serviceId, tvMode, option);
     }
     int GetLatestVeldaServiceId(unsigned long long* serviceId, TSTvMode tvMode) override {
-        const int result = called("GetLatestVeldaServiceId", *serviceId, tvMode);
-        store("GetLatestVeldaServiceId", *serviceId);
-        return result;
+        return Stored(*serviceId, "GetLatestVeldaServiceId", *serviceId, tvMode);
     }
     int GetLatestServiceId(unsigned long long* serviceId, TSTvMode tvMode) override {
-        const int result = called("GetLatestServiceId", *serviceId, tvMode);
-        store("GetLatestServiceId", *serviceId);
-        return result;
+        return Stored(*serviceId, "GetLatestServiceId", *serviceId, tvMode);
     }
 };
 
@@ -249,41 +234,37 @@ class FakeSourceControl : public FakeSession<ISourceControl> {
 public:
     using FakeSession::FakeSession;
     int SetSource(ESource source, std::string& text) override {
-        const Told told(text);
-        return called("SetSource", source, text);
+        return Told(text, "SetSource", source);
     }
     int SetSource(ESource source, std::uint64_t serviceId, std::string& text) override {
-        const Told told(text);
-        return called("SetSource", source, serviceId, text);
+        return Told(text, "SetSource", source, serviceId);
     }
-    int PreSetSourceA() override { return called("PreSetSourceA"); }
-    int StartHDMIAnalysis(ESource source) override { return called("StartHDMIAnalysis", source); }
-    int StopHDMIAnalysis(ESource source) override { return called("StopHDMIAnalysis", source); }
-    int PreSetSourceC() override { return called("PreSetSourceC"); }
-    int PreSetSourceB() override { return called("PreSetSourceB"); }
+    int PreSetSourceA() override { return Called("PreSetSourceA"); }
+    int StartHDMIAnalysis(ESource source) override { return Called("StartHDMIAnalysis", source); }
+    int StopHDMIAnalysis(ESource source) override { return Called("StopHDMIAnalysis", source); }
+    int PreSetSourceC() override { return Called("PreSetSourceC"); }
+    int PreSetSourceB() override { return Called("PreSetSourceB"); }
     int SetPreviewSource(ESource source, std::string& text) override {
-        const Told told(text);
-        return called("SetPreviewSource", source, text);
+        return Told(text, "SetPreviewSource", source);
     }
     int SetPreviewSource(ESource source, std::uint64_t serviceId, std::string& text) override {
-        const Told told(text);
-        return called("SetPreviewSource", source, serviceId, text);
+        return Told(text, "SetPreviewSource", source, serviceId);
     }
 };
 
 class FakeTunerControl : public FakeSession<ITunerControl> {
 public:
     using FakeSession::FakeSession;
-    int CheckTunerSignalState() override { return called("CheckTunerSignalState"); }
+    int CheckTunerSignalState() override { return Called("CheckTunerSignalState"); }
 };
 
 class FakeVideoControl : public FakeSession<IVideoControl> {
 public:
     using FakeSession::FakeSession;
     int SetCropVideo(TSRectInfo first, TSRectInfo second) override {
-        return called("SetCropVideo", first, second);
+        return Called("SetCropVideo", first, second);
     }
-    int SetWindowId(int* windowId) override { return called("SetWindowId", *windowId); }
+    int SetWindowId(int* windowId) override { return Called("SetWindowId", *windowId); }
 };
 
 class FakeZoomControl : public FakeSession<IZoomControl> {
@@ -291,46 +272,34 @@ public:
     using FakeSession::FakeSession;
     int CreateZoomWindow(int& windowId, const TSRectInfo& source, const TSRectInfo& destination,
                          const TSRectInfo& main) override {
-        const int result = called("CreateZoomWindow", windowId, source, destination, main);
-        store("CreateZoomWindow", windowId);
-        return result;
+        return Stored(windowId, "CreateZoomWindow", windowId, source, destination, main);
     }
     int DeleteZoomWindow(const std::vector<int>& windowIds, const TSRectInfo& main) override {
-        return called("DeleteZoomWindow", windowIds, main);
+        return Called("DeleteZoomWindow", windowIds, main);
     }
     int SetZoomWindow(std::vector<int> windowIds, bool on) override {
-        return called("SetZoomWindow", windowIds, on);
+        return Called("SetZoomWindow", windowIds, on);
     }
     int MuteZoomWindow(std::vector<int> windowIds, bool mute) override {
-        return called("MuteZoomWindow", windowIds, mute);
+        return Called("MuteZoomWindow", windowIds, mute);
     }
     int IsZoomWindowStarted(int windowId, bool& started) override {
-        const int result = called("IsZoomWindowStarted", windowId, started);
-        store("IsZoomWindowStarted", started);
-        return result;
+        return Stored(started, "IsZoomWindowStarted", windowId, started);
     }
     int IsZoomWindowMuted(int windowId, bool& muted) override {
-        const int result = called("IsZoomWindowMuted", windowId, muted);
-        store("IsZoomWindowMuted", muted);
-        return result;
+        return Stored(muted, "IsZoomWindowMuted", windowId, muted);
     }
     int SetZoomWindowRect(int windowId, const TSRectInfo& source, const TSRectInfo& destination,
                           const TSRectInfo& main) override {
-        return called("SetZoomWindowRect", windowId, source, destination, main);
+        return Called("SetZoomWindowRect", windowId, source, destination, main);
     }
     int IsZoomAvailable(bool& available) override {
-        const int result = called("IsZoomAvailable", available);
-        store("IsZoomAvailable", available);
-        return result;
+        return Stored(available, "IsZoomAvailable", available);
     }
-    int GetZoomSharingType(int& type) override {
-        const int result = called("GetZoomSharingType", type);
-        store("GetZoomSharingType", type);
-        return result;
-    }
+    int GetZoomSharingType(int& type) override { return Stored(type, "GetZoomSharingType", type); }
     int GetConnectedZoomWindows(std::vector<int>& windowIds) override {
-        const int result = called("GetConnectedZoomWindows", windowIds);
-        const std::vector<int> connected = fake().zoomWindows();
+        const int result = Called("GetConnectedZoomWindows", windowIds);
+        const std::vector<int> connected = Fake().GetZoomWindows();
         windowIds.insert(windowIds.end(), connected.begin(), connected.end());
         return result;
     }
@@ -340,50 +309,50 @@ public:
 
 int NorvexAPI::CreateSignalSubscriber(NorvexSignalCallbackFunction callback,
                                       ISignalSubscriber** subscriber) {
-    return fake().createSubscriber(callback, subscriber);
+    return Fake().CreateSubscriber(callback, subscriber);
 }
 int NorvexAPI::DestroySignalSubscriber(NorvexSignalCallbackFunction callback) {
-    return fake().destroySubscriber(callback);
+    return Fake().DestroySubscriber(callback);
 }
 int NorvexAPI::CreateService(IService** service) {
-    return create<FakeService>("Service", service);
+    return Create<FakeService>("Service", service);
 }
 int NorvexAPI::CreateServiceNavigation(EProfile profile, int screen,
                                        IServiceNavigation** navigation) {
-    return create<FakeServiceNavigation>("ServiceNavigation", navigation, profile, screen);
+    return Create<FakeServiceNavigation>("ServiceNavigation", navigation, profile, screen);
 }
 int NorvexAPI::CreateSourceControl(EProfile profile, int screen, ISourceControl** sourceControl) {
-    return create<FakeSourceControl>("SourceControl", sourceControl, profile, screen);
+    return Create<FakeSourceControl>("SourceControl", sourceControl, profile, screen);
 }
 int NorvexAPI::CreateAVControl(EProfile profile, int screen, IAVControl** avControl) {
-    return create<FakeAVControl>("AVControl", avControl, profile, screen);
+    return Create<FakeAVControl>("AVControl", avControl, profile, screen);
 }
 int NorvexAPI::CreateVideoControl(EProfile profile, int screen, IVideoControl** videoControl) {
-    return create<FakeVideoControl>("VideoControl", videoControl, profile, screen);
+    return Create<FakeVideoControl>("VideoControl", videoControl, profile, screen);
 }
 int NorvexAPI::CreateTunerControl(EProfile profile, int screen, ITunerControl** tunerControl) {
-    return create<FakeTunerControl>("TunerControl", tunerControl, profile, screen);
+    return Create<FakeTunerControl>("TunerControl", tunerControl, profile, screen);
 }
 int NorvexAPI::CreateReferenceCount(EProfile profile, int screen,
                                     IReferenceCount** referenceCount) {
-    return create<FakeReferenceCount>("ReferenceCount", referenceCount, profile, screen);
+    return Create<FakeReferenceCount>("ReferenceCount", referenceCount, profile, screen);
 }
 int NorvexAPI::CreatePipelineUtility(EProfile profile, int screen,
                                      IPipelineUtility** pipelineUtility) {
-    return create<FakePipelineUtility>("PipelineUtility", pipelineUtility, profile, screen);
+    return Create<FakePipelineUtility>("PipelineUtility", pipelineUtility, profile, screen);
 }
 int NorvexAPI::CreateDataControl(EProfile profile, int screen, IDataControl** dataControl) {
-    return create<FakeDataControl>("DataControl", dataControl, profile, screen);
+    return Create<FakeDataControl>("DataControl", dataControl, profile, screen);
 }
 int NorvexAPI::CreateZoomControl(EProfile profile, int screen, IZoomControl** zoomControl) {
-    return create<FakeZoomControl>("ZoomControl", zoomControl, profile, screen);
+    return Create<FakeZoomControl>("ZoomControl", zoomControl, profile, screen);
 }
 int NorvexAPI::CreateScanControl(IScanControl** scanControl) {
-    return create<FakeScanControl>("ScanControl", scanControl);
+    return Create<FakeScanControl>("ScanControl", scanControl);
 }
 int NorvexAPI::CreateServiceGuide(IServiceGuide** serviceGuide) {
-    return create<FakeServiceGuide>("ServiceGuide", serviceGuide);
+    return Create<FakeServiceGuide>("ServiceGuide", serviceGuide);
 }
 int NorvexAPI::Destroy(INorvexSession* session) {
-    return fake().destroy(session);
+    return Fake().Destroy(session);
 }

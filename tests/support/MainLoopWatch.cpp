@@ -56,130 +56,130 @@ struct Watch {
     int underWay = 0;
 };
 
-Watch& watch() {
+Watch& GetWatch() {
     static Watch* theWatch = new Watch;
     return *theWatch;
 }
 
 } // namespace
 
-void MainLoopWatch::clear() {
-    const std::lock_guard lock(watch().mutex);
-    for (GMainLoop* loop : watch().loops)
+void MainLoopWatch::Clear() {
+    const std::lock_guard lock(GetWatch().mutex);
+    for (GMainLoop* loop : GetWatch().loops)
         __real_g_main_loop_unref(loop);
-    watch().loops.clear();
-    watch().running = nullptr;
-    watch().begun = 0;
-    watch().ended = 0;
+    GetWatch().loops.clear();
+    GetWatch().running = nullptr;
+    GetWatch().begun = 0;
+    GetWatch().ended = 0;
 }
 
-int MainLoopWatch::runsBegun() {
-    const std::lock_guard lock(watch().mutex);
-    return watch().begun;
+int MainLoopWatch::CountBegunRuns() {
+    const std::lock_guard lock(GetWatch().mutex);
+    return GetWatch().begun;
 }
 
-int MainLoopWatch::runsEnded() {
-    const std::lock_guard lock(watch().mutex);
-    return watch().ended;
+int MainLoopWatch::CountEndedRuns() {
+    const std::lock_guard lock(GetWatch().mutex);
+    return GetWatch().ended;
 }
 
-bool MainLoopWatch::waitForRuns(int count) {
-    std::unique_lock lock(watch().mutex);
-    return watch().changed.wait_for(lock, kLimit, [&] { return watch().begun >= count; });
+bool MainLoopWatch::WaitForRuns(int count) {
+    std::unique_lock lock(GetWatch().mutex);
+    return GetWatch().changed.wait_for(lock, kLimit, [&] { return GetWatch().begun >= count; });
 }
 
-std::thread::id MainLoopWatch::runningThread() {
-    const std::lock_guard lock(watch().mutex);
-    return watch().thread;
+std::thread::id MainLoopWatch::GetRunningThread() {
+    const std::lock_guard lock(GetWatch().mutex);
+    return GetWatch().thread;
 }
 
 GMainLoop* __wrap_g_main_loop_new(GMainContext* context, gboolean isRunning) {
-    Timeline::now().call(std::string("g_main_loop_new(") + (context ? "context" : "NULL") + ", " +
+    Timeline::Now().Call(std::string("g_main_loop_new(") + (context ? "context" : "NULL") + ", " +
                          (isRunning ? "TRUE" : "FALSE") + ")");
     GMainLoop* loop = __real_g_main_loop_new(context, isRunning);
-    const std::lock_guard lock(watch().mutex);
-    watch().loops.push_back(loop);
+    const std::lock_guard lock(GetWatch().mutex);
+    GetWatch().loops.push_back(loop);
     return loop;
 }
 
 void __wrap_g_main_loop_run(GMainLoop* loop) {
     {
-        const std::lock_guard lock(watch().mutex);
-        watch().running = loop;
-        watch().thread = std::this_thread::get_id();
-        ++watch().begun;
-        watch().changed.notify_all();
+        const std::lock_guard lock(GetWatch().mutex);
+        GetWatch().running = loop;
+        GetWatch().thread = std::this_thread::get_id();
+        ++GetWatch().begun;
+        GetWatch().changed.notify_all();
     }
     __real_g_main_loop_run(loop);
-    const std::lock_guard lock(watch().mutex);
-    ++watch().ended;
+    const std::lock_guard lock(GetWatch().mutex);
+    ++GetWatch().ended;
 }
 
 void __wrap_g_main_loop_quit(GMainLoop* loop) {
     bool isRunning = false;
     {
-        const std::lock_guard lock(watch().mutex);
-        isRunning = loop == watch().running;
+        const std::lock_guard lock(GetWatch().mutex);
+        isRunning = loop == GetWatch().running;
     }
-    Timeline::now().call(isRunning ? "g_main_loop_quit" : "g_main_loop_quit(one that never ran)");
+    Timeline::Now().Call(isRunning ? "g_main_loop_quit" : "g_main_loop_quit(one that never ran)");
     __real_g_main_loop_quit(loop);
 }
 
 void __wrap_g_main_loop_unref(GMainLoop* loop) {
-    Timeline::now().call("g_main_loop_unref");
+    Timeline::Now().Call("g_main_loop_unref");
     __real_g_main_loop_unref(loop);
 }
 
 void __wrap__ZNSt6thread4joinEv(std::thread* thread) {
-    const bool isLoopThread = thread->get_id() == MainLoopWatch::runningThread();
-    Timeline::now().call(isLoopThread ? "join" : "join(another thread)");
+    const bool isLoopThread = thread->get_id() == MainLoopWatch::GetRunningThread();
+    Timeline::Now().Call(isLoopThread ? "join" : "join(another thread)");
     __real__ZNSt6thread4joinEv(thread);
 }
 
 // Nothing is handed through GLib, whose locks the thread sanitizer does not see: the callback
 // fetches its signal from the queue.
-static gboolean callBack(gpointer) {
+static gboolean CallBack(gpointer) {
     std::shared_ptr<Signal> signal;
     {
-        const std::lock_guard lock(watch().mutex);
-        signal = watch().signals.front();
-        watch().signals.pop_front();
+        const std::lock_guard lock(GetWatch().mutex);
+        signal = GetWatch().signals.front();
+        GetWatch().signals.pop_front();
     }
-    const int result = FakeNorvexAPI::current().lastCallback()(
+    const int result = FakeNorvexAPI::Current().GetLastCallback()(
         signal->type, signal->profile, signal->screenId, signal->data, signal->userData);
-    const std::lock_guard lock(watch().mutex);
-    --watch().underWay;
+    const std::lock_guard lock(GetWatch().mutex);
+    --GetWatch().underWay;
     signal->delivery = {true, result, std::this_thread::get_id()};
-    watch().changed.notify_all();
+    GetWatch().changed.notify_all();
     return G_SOURCE_REMOVE;
 }
 
-static std::shared_ptr<Signal> queue(const Signal& signal) {
+static std::shared_ptr<Signal> Queue(const Signal& signal) {
     const auto queued = std::make_shared<Signal>(signal);
     {
-        const std::lock_guard lock(watch().mutex);
-        watch().signals.push_back(queued);
-        ++watch().underWay;
+        const std::lock_guard lock(GetWatch().mutex);
+        GetWatch().signals.push_back(queued);
+        ++GetWatch().underWay;
     }
-    g_idle_add_full(G_PRIORITY_DEFAULT, callBack, nullptr, nullptr);
+    g_idle_add_full(G_PRIORITY_DEFAULT, CallBack, nullptr, nullptr);
     return queued;
 }
 
-MainLoopWatch::Delivery MainLoopWatch::deliver(ESignalType type, EProfile profile,
+MainLoopWatch::Delivery MainLoopWatch::Deliver(ESignalType type, EProfile profile,
                                                unsigned short screenId, TSSignalData data,
                                                void* userData) {
-    const auto signal = queue({type, profile, screenId, data, userData, {}});
-    std::unique_lock lock(watch().mutex);
-    watch().changed.wait_for(lock, kLimit, [&] { return signal->delivery.called; });
+    const auto signal = Queue({type, profile, screenId, data, userData, {}});
+    std::unique_lock lock(GetWatch().mutex);
+    GetWatch().changed.wait_for(lock, kLimit, [&] { return signal->delivery.called; });
     return signal->delivery;
 }
 
-void MainLoopWatch::send(ESignalType type, EProfile profile, unsigned short screenId,
+void MainLoopWatch::Send(ESignalType type, EProfile profile, unsigned short screenId,
                          TSSignalData data) {
-    queue({type, profile, screenId, data, nullptr, {}});
+    Queue({type, profile, screenId, data, nullptr, {}});
 }
 
-bool MainLoopWatch::waitUntilDelivered() {
-    std::unique_lock lock(watch().mutex);
-    return watch().changed.wait_for(lock, kLimit, [] { return watch().underWay == 0; });
+bool MainLoopWatch::WaitUntilDelivered() {
+    std::unique_lock lock(GetWatch().mutex);
+    return GetWatch().changed.wait_for(lock, kLimit, [] { return GetWatch().underWay == 0; });
 }

@@ -13,15 +13,15 @@
 namespace MainLoopWatch {
 
 // Forgets what was counted, and gives the loops back that are left.
-void clear();
+void Clear();
 
 // How many runs were begun and how many came back.
-int runsBegun();
-int runsEnded();
+int CountBegunRuns();
+int CountEndedRuns();
 // Waits until that many runs have begun. False after 10 seconds.
-bool waitForRuns(int count);
+bool WaitForRuns(int count);
 // The thread of the run that began last.
-std::thread::id runningThread();
+std::thread::id GetRunningThread();
 
 // What became of a signal.
 struct Delivery {
@@ -33,11 +33,11 @@ struct Delivery {
 // Sends a signal to the registered callback as the middleware does, on the thread that iterates
 // GLib's default main context, with `userData`, and waits until it has returned. `called` is false
 // when nobody has taken it within 10 seconds.
-Delivery deliver(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data,
+Delivery Deliver(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data,
                  void* userData = nullptr);
 // The same without waiting.
-void send(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data);
+void Send(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data);
 // Waits until the callback has returned from everything sent. False after 10 seconds.
-bool waitUntilDelivered();
+bool WaitUntilDelivered();
 
 } // namespace MainLoopWatch

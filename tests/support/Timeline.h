@@ -12,26 +12,26 @@ class __attribute__((visibility("default"))) Timeline {
 public:
     // The process's time line. Exists as soon as it is asked for, before main as well, and is never
     // destroyed: what a library does while it is unloaded is recorded too.
-    static Timeline& now();
+    static Timeline& Now();
 
-    void output(std::string_view bytes);
-    void flush();
-    void typed(std::string_view word);
+    void Output(std::string_view bytes) { Add(Kind::Output, bytes); }
+    void Flush() { Add(Kind::Flush, "flush"); }
+    void Typed(std::string_view word) { Add(Kind::Typed, word); }
     // `what` as the test wants to read it, e.g. "IAVControl::MuteVideo(5)".
-    void call(std::string_view what);
-    void clear();
+    void Call(std::string_view what) { Add(Kind::Call, what); }
+    void Clear();
 
     // The bytes on the console and nothing else.
-    std::string transcript() const;
+    std::string Transcript() const;
     // The calls alone.
-    std::vector<std::string> calls() const;
-    // The pieces of output as they were inserted, one an insertion.
-    std::vector<std::string> insertions() const;
-    // Everything in order, as one text: output as it stands, the rest in braces: "{flush}",
-    // "{typed 99}", "{IAVControl::MuteVideo(5)}".
-    std::string whole() const;
+    std::vector<std::string> Calls() const { return Select(Kind::Call); }
+    // The pieces of output as they were inserted, one per insertion.
+    std::vector<std::string> Insertions() const { return Select(Kind::Output); }
+    // Everything in order, as one text: output as it stands, words as "<99>", flushes and calls as
+    // "{flush}" and "{IAVControl::MuteVideo(5)}".
+    std::string Whole() const { return ToText(true); }
     // The same without the flushes.
-    std::string dialogue() const;
+    std::string Dialogue() const { return ToText(false); }
 
 private:
     enum class Kind { Output, Flush, Typed, Call };
@@ -41,8 +41,9 @@ private:
     };
 
     Timeline() = default;
-    void add(Kind kind, std::string_view text);
-    std::string asText(bool flushes) const;
+    void Add(Kind kind, std::string_view text);
+    std::vector<std::string> Select(Kind kind) const;
+    std::string ToText(bool withFlushes) const;
 
     mutable std::mutex m_mutex;
     std::vector<Event> m_events;

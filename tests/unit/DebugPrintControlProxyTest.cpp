@@ -6,394 +6,342 @@
 #include <norvex/client/NorvexAPIConnection.h>
 
 #include "Console.h"
+#include "CoreWatch.h"
 #include "DebugPrintControlProxy.h"
 #include "FakeConnection.h"
-#include "FakeCore.h"
 #include "NothrowNew.h"
-#include "Timeline.h"
+#include "TestItems.h"
 
-using FakeCore::Reply;
+using FakeConnection::Answer;
+using FakeConnection::Reply;
 
 namespace {
 
 using Calls = std::vector<std::string>;
 
+// The remote call of `method` as it arrives at the connection.
+std::string Exchange(const std::string& method, int id, const std::string& arguments) {
+    return "Exchange(com.example.IControl, " + method + ", " + std::to_string(id) + ", false; " +
+           arguments + ")";
+}
+
 // A proxy of its own for each test; the calls that it made so far are forgotten.
 class Proxy : public testing::Test {
 protected:
     Proxy() : m_control(std::make_unique<TCDebugPrintControlProxy>("com.example.IControl")) {
-        Timeline::now().clear();
+        Timeline::Now().Clear();
     }
     ~Proxy() override {
-        EXPECT_EQ(FakeCore::helpersAlive(), 0);
         m_control.reset();
-        EXPECT_EQ(FakeConnection::alive(), 0);
-        FakeCore::reset();
+        EXPECT_EQ(FakeConnection::CountAlive(), 0);
+        FakeConnection::Reset();
+        CoreWatch::Reset();
     }
 
-    IDebugPrintControl& control() { return *m_control; }
+    IDebugPrintControl& Control() { return *m_control; }
     // The one call made since the last question.
-    static std::string call() {
-        const Calls calls = Timeline::now().calls();
-        Timeline::now().clear();
+    static std::string Call() {
+        const Calls calls = Timeline::Now().Calls();
+        Timeline::Now().Clear();
         return calls.size() == 1 ? calls[0] : std::to_string(calls.size()) + " calls";
+    }
+    // From now on `method` is answered by `reply` alone.
+    static void AnswerOnly(const std::string& method, const Reply& reply) {
+        FakeConnection::Reset();
+        Answer(method, reply);
     }
 
     std::unique_ptr<TCDebugPrintControlProxy> m_control;
 };
 
-TSMenuItem makeItem(const std::string& name, bool state, unsigned int id) {
-    TSMenuItem item;
-    item.setName(name);
-    item.setState(state);
-    item.setID(id);
-    return item;
-}
-
 // Statuses that the other side may send: each is returned as it is.
 const int kStatuses[] = {1, 2, 2147483647, 0, -1, -2, -2147483647 - 1};
 
+// The operations that answer the remote status.
+struct StatusOperation {
+    const char* method;
+    int (*call)(IDebugPrintControl& control);
+};
+
+class StatusOf : public Proxy, public testing::WithParamInterface<StatusOperation> {};
+
+INSTANTIATE_TEST_SUITE_P(EachOperation, StatusOf,
+                         testing::Values(StatusOperation{"Start",
+                                                         [](IDebugPrintControl& control) {
+                                                             std::string screen;
+                                                             return control.Start(screen);
+                                                         }},
+                                         StatusOperation{"Execute",
+                                                         [](IDebugPrintControl& control) {
+                                                             std::string screen;
+                                                             return control.Execute("word", screen);
+                                                         }},
+                                         StatusOperation{"Check",
+                                                         [](IDebugPrintControl& control) {
+                                                             int value = 0;
+                                                             return control.Check(value);
+                                                         }},
+                                         StatusOperation{"Stop",
+                                                         [](IDebugPrintControl& control) {
+                                                             return control.Stop();
+                                                         }}),
+                         [](const auto& each) { return std::string(each.param.method); });
+
 } // namespace
 
-TEST(DebugPrintControlProxy, OpensItsConnectionToTheSignalInterface) {
-    Timeline::now().clear();
-    {
-        TCDebugPrintControlProxy proxy("com.example.IControl");
-        EXPECT_EQ(Timeline::now().calls(),
-                  Calls{"NorvexAPIConnection(com.holvi.Norvex.SignalIFace, "
-                        "/com/holvi/Norvex/SignalObject, true)"});
-        Timeline::now().clear();
-        EXPECT_EQ(FakeConnection::alive(), 1);
+TEST_P(StatusOf, IsTheRemoteOneWhateverItIs) {
+    for (const int status : kStatuses) {
+        AnswerOnly(GetParam().method, Reply().Value(status));
+        EXPECT_EQ(GetParam().call(Control()), status);
     }
-    EXPECT_EQ(Timeline::now().calls(), Calls{"~NorvexAPIConnection"});
-    EXPECT_EQ(FakeConnection::alive(), 0);
 }
 
-TEST(DebugPrintControlProxy, IsDeletedThroughItsInterface) {
+TEST_P(StatusOf, IsMinus1WithoutAStatusInTheReply) {
+    AnswerOnly(GetParam().method, Reply().Nothing());
+    EXPECT_EQ(GetParam().call(Control()), -1);
+}
+
+TEST_P(StatusOf, IsMinus1OnAFailedCallAlsoWhenTheStatusWasWritten) {
+    AnswerOnly(GetParam().method, Reply().Value(5).Failed());
+    EXPECT_EQ(GetParam().call(Control()), -1) << "the exchange failed";
+    AnswerOnly(GetParam().method, Reply().Value(5));
+    CoreWatch::FailRuns();
+    EXPECT_EQ(GetParam().call(Control()), -1) << "the reply was read, and the call failed";
+}
+
+TEST(DebugPrintControlProxy, OpensItsConnectionToTheSignalInterface) {
     static_assert(std::has_virtual_destructor_v<IDebugPrintControl>);
     static_assert(std::has_virtual_destructor_v<NorvexAPIConnection>);
+    Timeline::Now().Clear();
     IDebugPrintControl* control = new TCDebugPrintControlProxy("com.example.IControl");
+    const std::string opened = "NorvexAPIConnection(com.holvi.Norvex.SignalIFace, "
+                               "/com/holvi/Norvex/SignalObject, true)";
+    EXPECT_EQ(Timeline::Now().Calls(), Calls{opened});
+    EXPECT_EQ(FakeConnection::CountAlive(), 1);
     delete control;
-    EXPECT_EQ(FakeConnection::alive(), 0);
+    EXPECT_EQ(Timeline::Now().Calls(), (Calls{opened, "~NorvexAPIConnection"}));
+    EXPECT_EQ(FakeConnection::CountAlive(), 0);
 }
 
-TEST(DebugPrintControlProxy, WithoutMemoryForTheConnectionSaysSoAndCallsWithNone) {
+TEST(DebugPrintControlProxy, WithoutMemoryForTheConnectionSaysSoAndFailsEachCall) {
     Console console;
     std::unique_ptr<TCDebugPrintControlProxy> proxy;
-    console.run([&proxy] {
+    console.Run([&proxy] {
         NoMemory noMemory;
         proxy = std::make_unique<TCDebugPrintControlProxy>("com.example.IControl");
     });
-    EXPECT_EQ(console.whole(),
+    EXPECT_EQ(console.Whole(),
               "{_TCApiAssert(m_pNorvexConnection, src/debugutil/DebugPrintControlProxy, 20, null)}"
               "ASSERT!!! - function TCDebugPrintControlProxy, line 20");
 
-    Timeline::now().clear();
+    Timeline::Now().Clear();
     std::string screen = "kept";
     EXPECT_EQ(proxy->Start(screen), -1);
     EXPECT_EQ(screen, "kept");
-    EXPECT_EQ(Timeline::now().calls(),
-              Calls{"Run(null, com.example.IControl, Start, 0, false; out value 4 = ffffffff; out "
-                    "TCMarshalableString)"});
     EXPECT_FALSE(proxy->SetQoSEnabled(true));
     EXPECT_FALSE(proxy->IsQoSEnabled());
     EXPECT_TRUE(proxy->GetMenuItems().empty());
-
-    Timeline::now().clear();
     proxy.reset();
-    EXPECT_TRUE(Timeline::now().calls().empty());
+    EXPECT_EQ(Timeline::Now().Calls(), Calls{});
 }
 
 TEST_F(Proxy, NameOfTheInterfaceIsCopied) {
     std::string name = "com.example.First";
     TCDebugPrintControlProxy proxy(name);
     name = "com.example.Second";
-    Timeline::now().clear();
+    Timeline::Now().Clear();
     proxy.Stop();
-    EXPECT_EQ(call(), "Run(connection, com.example.First, Stop, 2, false; out value 4 = ffffffff)");
+    EXPECT_EQ(Call(), "Exchange(com.example.First, Stop, 2, false; out value ffffffff)");
 }
 
 TEST_F(Proxy, StartIsMethod0AndFetchesStatusAndScreen) {
-    FakeCore::answer("Start", Reply().value(1).text("first screen"));
+    Answer("Start", Reply().Value(1).Text("first screen"));
     std::string screen = "old";
-    EXPECT_EQ(control().Start(screen), 1);
+    EXPECT_EQ(Control().Start(screen), 1);
     EXPECT_EQ(screen, "first screen");
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, Start, 0, false; out value 4 = "
-                      "ffffffff; out TCMarshalableString)");
+    EXPECT_EQ(Call(), Exchange("Start", 0, "out value ffffffff, out length"));
 }
 
-TEST_F(Proxy, StartReturnsTheRemoteStatusWhateverItIs) {
-    for (const int status : kStatuses) {
-        FakeCore::reset();
-        FakeCore::answer("Start", Reply().value(status).text("s"));
-        std::string screen;
-        EXPECT_EQ(control().Start(screen), status);
-        EXPECT_EQ(screen, "s");
-    }
-}
-
-TEST_F(Proxy, StartOnAFailedExchangeIsMinus1AlsoWhenTheStatusWasWritten) {
-    FakeCore::answer("Start", Reply().value(5).text("half a reply").failed());
+TEST_F(Proxy, ScreenStandsAlsoWhenTheCallFailedOrBroughtNoStatus) {
     std::string screen = "old";
-    EXPECT_EQ(control().Start(screen), -1);
-    EXPECT_EQ(screen, "half a reply") << "what the reply wrote stands";
-}
-
-TEST_F(Proxy, StartWithoutAStatusInTheReplyIsMinus1) {
-    FakeCore::answer("Start", Reply().nothing().text("screen"));
-    std::string screen;
-    EXPECT_EQ(control().Start(screen), -1);
+    Answer("Start", Reply().Nothing().Text("screen"));
+    EXPECT_EQ(Control().Start(screen), -1);
     EXPECT_EQ(screen, "screen");
+    AnswerOnly("Start", Reply().Value(5).Text("half a reply"));
+    CoreWatch::FailRuns();
+    EXPECT_EQ(Control().Start(screen), -1);
+    EXPECT_EQ(screen, "half a reply");
 }
 
 TEST_F(Proxy, EmptyScreenInTheReplyLeavesTheOldScreen) {
-    FakeCore::answer("Start", Reply().value(1).text(""));
-    FakeCore::answer("Execute", Reply().value(1).text(""));
+    Answer("Start", Reply().Value(1).Text(""));
+    Answer("Execute", Reply().Value(1).Text(""));
     std::string screen = "still showing";
-    EXPECT_EQ(control().Start(screen), 1);
+    EXPECT_EQ(Control().Start(screen), 1);
     EXPECT_EQ(screen, "still showing");
-    EXPECT_EQ(control().Execute("x", screen), 1);
+    EXPECT_EQ(Control().Execute("x", screen), 1);
     EXPECT_EQ(screen, "still showing");
 }
 
 TEST_F(Proxy, ExecuteIsMethod1AndSendsTheCommandBetweenStatusAndScreen) {
-    FakeCore::answer("Execute", Reply().value(3).text("next"));
+    Answer("Execute", Reply().Value(3).Text("next"));
+    const std::string command = "help";
     std::string screen;
-    EXPECT_EQ(control().Execute("help", screen), 3);
+    EXPECT_EQ(Control().Execute(command, screen), 3);
     EXPECT_EQ(screen, "next");
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, Execute, 1, false; out value 4 = "
-                      "ffffffff; in TCMarshalableString {0=value 04000000, 1=bytes \"help\"}; out "
-                      "TCMarshalableString)");
-}
-
-TEST_F(Proxy, ExecuteSends99LikeAnyOtherWord) {
-    FakeCore::answer("Execute", Reply().value(1).text("still here"));
-    std::string screen;
-    EXPECT_EQ(control().Execute("99", screen), 1);
-    EXPECT_EQ(screen, "still here");
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, Execute, 1, false; out value 4 = "
-                      "ffffffff; in TCMarshalableString {0=value 02000000, 1=bytes \"99\"}; out "
-                      "TCMarshalableString)");
-}
-
-TEST_F(Proxy, ExecuteReturnsTheRemoteStatusOrMinus1) {
-    for (const int status : kStatuses) {
-        FakeCore::reset();
-        FakeCore::answer("Execute", Reply().value(status).text("s"));
-        std::string screen;
-        EXPECT_EQ(control().Execute("word", screen), status);
-    }
-    FakeCore::reset();
-    FakeCore::answer("Execute", Reply().value(5).text("s").failed());
-    std::string screen;
-    EXPECT_EQ(control().Execute("word", screen), -1);
-}
-
-TEST_F(Proxy, ExecuteLeavesTheCommandAsItIs) {
-    FakeCore::answer("Execute", Reply().value(1).text("s"));
-    const std::string command = "word";
-    std::string screen;
-    control().Execute(command, screen);
-    EXPECT_EQ(command, "word");
+    EXPECT_EQ(command, "help");
+    EXPECT_EQ(Call(), Exchange("Execute", 1,
+                               "out value ffffffff, in {0=value 04000000, 1=bytes \"help\"}, "
+                               "out length"));
+    EXPECT_EQ(Control().Execute("99", screen), 3) << "a word like any other";
+    EXPECT_EQ(Call(), Exchange("Execute", 1,
+                               "out value ffffffff, in {0=value 02000000, 1=bytes \"99\"}, "
+                               "out length"));
 }
 
 TEST_F(Proxy, StopIsMethod2) {
-    FakeCore::answer("Stop", Reply().value(1));
-    EXPECT_EQ(control().Stop(), 1);
-    EXPECT_EQ(call(),
-              "Run(connection, com.example.IControl, Stop, 2, false; out value 4 = ffffffff)");
-}
-
-TEST_F(Proxy, StopReturnsTheRemoteStatusOrMinus1) {
-    for (const int status : kStatuses) {
-        FakeCore::reset();
-        FakeCore::answer("Stop", Reply().value(status));
-        EXPECT_EQ(control().Stop(), status);
-    }
-    FakeCore::reset();
-    FakeCore::answer("Stop", Reply().value(5).failed());
-    EXPECT_EQ(control().Stop(), -1);
+    Answer("Stop", Reply().Value(1));
+    EXPECT_EQ(Control().Stop(), 1);
+    EXPECT_EQ(Call(), Exchange("Stop", 2, "out value ffffffff"));
 }
 
 TEST_F(Proxy, CheckIsMethod3AndFetchesAValue) {
-    FakeCore::answer("Check", Reply().value(1).value(-12345));
+    Answer("Check", Reply().Value(1).Value(-12345));
     int value = 7;
-    EXPECT_EQ(control().Check(value), 1);
+    EXPECT_EQ(Control().Check(value), 1);
     EXPECT_EQ(value, -12345);
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, Check, 3, false; out value 4 = "
-                      "ffffffff; out value 4 = 07000000)");
-}
-
-TEST_F(Proxy, CheckReturnsTheRemoteStatusOrMinus1) {
-    for (const int status : kStatuses) {
-        FakeCore::reset();
-        FakeCore::answer("Check", Reply().value(status).value(1));
-        int value = 0;
-        EXPECT_EQ(control().Check(value), status);
-    }
-    FakeCore::reset();
-    FakeCore::answer("Check", Reply().value(5).value(44).failed());
-    int value = 7;
-    EXPECT_EQ(control().Check(value), -1);
+    EXPECT_EQ(Call(), Exchange("Check", 3, "out value ffffffff, out value 07000000"));
+    FakeConnection::Reset();
+    EXPECT_EQ(Control().Check(value), -1);
+    EXPECT_EQ(value, -12345) << "nothing came back";
+    AnswerOnly("Check", Reply().Value(5).Value(44));
+    CoreWatch::FailRuns();
+    EXPECT_EQ(Control().Check(value), -1);
     EXPECT_EQ(value, 44) << "what the reply wrote stands";
-    FakeCore::reset();
-    value = 7;
-    EXPECT_EQ(control().Check(value), -1);
-    EXPECT_EQ(value, 7);
 }
 
 TEST_F(Proxy, GetMenuItemsIsMethod4AndGivesTheItemsInTheReplysOrder) {
-    FakeCore::answer("GetMenuItems",
-                     Reply().value(1).items({{"b", true, 2}, {"a", false, 1}, {"", true, 0}}));
-    const std::vector<TSMenuItem> items = control().GetMenuItems();
-    ASSERT_EQ(items.size(), 3u);
-    EXPECT_EQ(items[0].getName(), "b");
-    EXPECT_TRUE(items[0].getState());
-    EXPECT_EQ(items[0].getID(), 2u);
-    EXPECT_EQ(items[1].getName(), "a");
-    EXPECT_FALSE(items[1].getState());
-    EXPECT_EQ(items[1].getID(), 1u);
-    EXPECT_EQ(items[2].getName(), "");
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, GetMenuItems, 4, false; out value 4 = "
-                      "ffffffff; out TCMarshalableOneDimensionContainer)");
-}
-
-TEST_F(Proxy, GetMenuItemsWithoutItemsIsEmpty) {
-    FakeCore::answer("GetMenuItems", Reply().value(1).items({}));
-    EXPECT_TRUE(control().GetMenuItems().empty());
-    FakeCore::reset();
-    EXPECT_TRUE(control().GetMenuItems().empty()) << "nothing came back";
+    Answer("GetMenuItems",
+           Reply().Value(1).Items({{"b", true, 2}, {"a", false, 1}, {"", true, 0}}));
+    const std::vector<TSMenuItem> items = Control().GetMenuItems();
+    EXPECT_EQ(Call(), Exchange("GetMenuItems", 4, "out value ffffffff, out {}"));
+    EXPECT_EQ(ToText(items), "b on 2, a off 1,  on 0");
+    AnswerOnly("GetMenuItems", Reply().Value(1).Items({}));
+    EXPECT_EQ(ToText(Control().GetMenuItems()), "");
+    FakeConnection::Reset();
+    EXPECT_EQ(ToText(Control().GetMenuItems()), "") << "nothing came back";
 }
 
 TEST_F(Proxy, GetMenuItemsLooksNeitherAtTheStatusNorAtTheOutcome) {
-    FakeCore::answer("GetMenuItems", Reply().value(-7).items({{"a", true, 1}}));
-    EXPECT_EQ(control().GetMenuItems().size(), 1u);
-    FakeCore::reset();
-    FakeCore::answer("GetMenuItems", Reply().value(1).items({{"a", true, 1}}).failed());
-    EXPECT_EQ(control().GetMenuItems().size(), 1u);
-    FakeCore::reset();
-    FakeCore::answer("GetMenuItems", Reply().nothing().items({{"a", true, 1}, {"b", true, 1}}));
-    EXPECT_EQ(control().GetMenuItems().size(), 2u);
+    Answer("GetMenuItems", Reply().Value(-7).Items({{"a", true, 1}}));
+    EXPECT_EQ(ToText(Control().GetMenuItems()), "a on 1");
+    AnswerOnly("GetMenuItems", Reply().Nothing().Items({{"a", true, 1}, {"b", true, 1}}));
+    EXPECT_EQ(ToText(Control().GetMenuItems()), "a on 1, b on 1");
+    CoreWatch::FailRuns();
+    EXPECT_EQ(ToText(Control().GetMenuItems()), "a on 1, b on 1");
 }
 
 TEST_F(Proxy, SetMenuItemsIsMethod5AndSendsAllItems) {
-    const std::vector<TSMenuItem> items{makeItem("x", true, 1), makeItem("", false, 256)};
-    FakeCore::answer("SetMenuItems", Reply().value(1));
-    EXPECT_TRUE(control().SetMenuItems(items));
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, SetMenuItems, 5, false; out value 4 = "
-                      "ffffffff; in TCMarshalableOneDimensionContainer "
-                      "{0={0={0=value 01000000, 1=bytes \"x\"}, 1=value 01, 2=value 01000000}, "
-                      "1={0={0=value 00000000}, 1=value 00, 2=value 00010000}})");
+    const std::vector<TSMenuItem> items{MakeItem("x", true, 1), MakeItem("", false, 256)};
+    Answer("SetMenuItems", Reply().Value(1));
+    EXPECT_TRUE(Control().SetMenuItems(items));
+    EXPECT_EQ(Call(),
+              Exchange("SetMenuItems", 5,
+                       "out value ffffffff, in "
+                       "{0={0={0=value 01000000, 1=bytes \"x\"}, 1=value 01, 2=value 01000000}, "
+                       "1={0={0=value 00000000}, 1=value 00, 2=value 00010000}}"));
     EXPECT_EQ(items.size(), 2u) << "the caller keeps its items";
-}
-
-TEST_F(Proxy, SetMenuItemsOfNoneSendsAnEmptyBranch) {
-    FakeCore::answer("SetMenuItems", Reply().value(1));
-    EXPECT_TRUE(control().SetMenuItems({}));
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, SetMenuItems, 5, false; out value 4 = "
-                      "ffffffff; in TCMarshalableOneDimensionContainer {})");
+    EXPECT_TRUE(Control().SetMenuItems({}));
+    EXPECT_EQ(Call(), Exchange("SetMenuItems", 5, "out value ffffffff, in {}"));
 }
 
 TEST_F(Proxy, SetMenuItemIsMethod6AndSendsTheItem) {
-    FakeCore::answer("SetMenuItem", Reply().value(1));
-    EXPECT_TRUE(control().SetMenuItem(makeItem("Tune", true, 7)));
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, SetMenuItem, 6, false; out value 4 = "
-                      "ffffffff; in TSMenuItem {0={0=value 04000000, 1=bytes \"Tune\"}, "
-                      "1=value 01, 2=value 07000000})");
+    Answer("SetMenuItem", Reply().Value(1));
+    EXPECT_TRUE(Control().SetMenuItem(MakeItem("Tune", true, 7)));
+    EXPECT_EQ(Call(), Exchange("SetMenuItem", 6,
+                               "out value ffffffff, in {0={0=value 04000000, 1=bytes \"Tune\"}, "
+                               "1=value 01, 2=value 07000000}"));
 }
 
 TEST_F(Proxy, SetQoSEnabledIsMethod7AndSendsOneByte) {
-    FakeCore::answer("SetQoSEnabled", Reply().value(1));
-    EXPECT_TRUE(control().SetQoSEnabled(true));
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, SetQoSEnabled, 7, false; out value 4 "
-                      "= ffffffff; in value 1 = 01)");
-    EXPECT_TRUE(control().SetQoSEnabled(false));
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, SetQoSEnabled, 7, false; out value 4 "
-                      "= ffffffff; in value 1 = 00)");
+    Answer("SetQoSEnabled", Reply().Value(1));
+    EXPECT_TRUE(Control().SetQoSEnabled(true));
+    EXPECT_EQ(Call(), Exchange("SetQoSEnabled", 7, "out value ffffffff, in value 01"));
+    EXPECT_TRUE(Control().SetQoSEnabled(false));
+    EXPECT_EQ(Call(), Exchange("SetQoSEnabled", 7, "out value ffffffff, in value 00"));
+}
+
+TEST_F(Proxy, IsQoSEnabledIsMethod8AndFetchesOneByte) {
+    Answer("IsQoSEnabled", Reply().Value(true));
+    EXPECT_TRUE(Control().IsQoSEnabled());
+    EXPECT_EQ(Call(), Exchange("IsQoSEnabled", 8, "out value 00"));
+    AnswerOnly("IsQoSEnabled", Reply().Value(false));
+    EXPECT_FALSE(Control().IsQoSEnabled());
 }
 
 TEST_F(Proxy, SetDebugModeIsMethod9AndSendsModeAndState) {
-    FakeCore::answer("SetDebugMode", Reply().value(1));
-    EXPECT_TRUE(control().SetDebugMode(EDebugMode(0x0a0b0c0d), true));
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, SetDebugMode, 9, false; out value 4 = "
-                      "ffffffff; in value 4 = 0d0c0b0a; in value 1 = 01)");
-    EXPECT_TRUE(control().SetDebugMode(EDebugMode(-1), false));
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, SetDebugMode, 9, false; out value 4 = "
-                      "ffffffff; in value 4 = ffffffff; in value 1 = 00)");
+    Answer("SetDebugMode", Reply().Value(1));
+    EXPECT_TRUE(Control().SetDebugMode(EDebugMode(0x0a0b0c0d), true));
+    EXPECT_EQ(Call(),
+              Exchange("SetDebugMode", 9, "out value ffffffff, in value 0d0c0b0a, in value 01"));
+    EXPECT_TRUE(Control().SetDebugMode(EDebugMode(-1), false));
+    EXPECT_EQ(Call(),
+              Exchange("SetDebugMode", 9, "out value ffffffff, in value ffffffff, in value 00"));
+}
+
+TEST_F(Proxy, IsDebugModeEnabledIsMethod10AndSendsTheModeAfterTheAnswer) {
+    Answer("IsDebugModeEnabled", Reply().Value(true));
+    EXPECT_TRUE(Control().IsDebugModeEnabled(EDebugMode(258)));
+    EXPECT_EQ(Call(), Exchange("IsDebugModeEnabled", 10, "out value 00, in value 02010000"));
+    AnswerOnly("IsDebugModeEnabled", Reply().Value(false));
+    EXPECT_FALSE(Control().IsDebugModeEnabled(EDebugMode(258)));
 }
 
 TEST_F(Proxy, SettersAnswerTheExchangeAndNotTheRemoteStatus) {
     const char* const methods[] = {"SetMenuItems", "SetMenuItem", "SetQoSEnabled", "SetDebugMode"};
-    const auto callAll = [this] {
-        return std::vector<bool>{control().SetMenuItems({}), control().SetMenuItem(TSMenuItem()),
-                                 control().SetQoSEnabled(true),
-                                 control().SetDebugMode(EDebugMode(1), true)};
+    const auto callAll = [&](const Reply& reply) {
+        FakeConnection::Reset();
+        for (const char* method : methods)
+            Answer(method, reply);
+        return std::vector<bool>{Control().SetMenuItems({}), Control().SetMenuItem(TSMenuItem()),
+                                 Control().SetQoSEnabled(true),
+                                 Control().SetDebugMode(EDebugMode(1), true)};
     };
     for (const int status : kStatuses) {
-        FakeCore::reset();
-        for (const char* method : methods)
-            FakeCore::answer(method, Reply().value(status));
-        EXPECT_EQ(callAll(), std::vector<bool>(4, true)) << status;
-        FakeCore::reset();
-        for (const char* method : methods)
-            FakeCore::answer(method, Reply().value(status).failed());
-        EXPECT_EQ(callAll(), std::vector<bool>(4, false)) << status;
+        EXPECT_EQ(callAll(Reply().Value(status)), std::vector<bool>(4, true)) << status;
+        EXPECT_EQ(callAll(Reply().Value(status).Failed()), std::vector<bool>(4, false)) << status;
     }
-    FakeCore::reset();
-    for (const char* method : methods)
-        FakeCore::answer(method, Reply().nothing());
-    EXPECT_EQ(callAll(), std::vector<bool>(4, true)) << "no status came back";
-}
-
-TEST_F(Proxy, IsQoSEnabledIsMethod8AndFetchesOneByte) {
-    FakeCore::answer("IsQoSEnabled", Reply().value(true));
-    EXPECT_TRUE(control().IsQoSEnabled());
-    EXPECT_EQ(call(),
-              "Run(connection, com.example.IControl, IsQoSEnabled, 8, false; out value 1 = 00)");
-    FakeCore::reset();
-    FakeCore::answer("IsQoSEnabled", Reply().value(false));
-    EXPECT_FALSE(control().IsQoSEnabled());
-}
-
-TEST_F(Proxy, IsDebugModeEnabledIsMethod10AndSendsTheModeAfterTheAnswer) {
-    FakeCore::answer("IsDebugModeEnabled", Reply().value(true));
-    EXPECT_TRUE(control().IsDebugModeEnabled(EDebugMode(258)));
-    EXPECT_EQ(call(), "Run(connection, com.example.IControl, IsDebugModeEnabled, 10, false; out "
-                      "value 1 = 00; in value 4 = 02010000)");
-    FakeCore::reset();
-    FakeCore::answer("IsDebugModeEnabled", Reply().value(false));
-    EXPECT_FALSE(control().IsDebugModeEnabled(EDebugMode(258)));
+    EXPECT_EQ(callAll(Reply().Nothing()), std::vector<bool>(4, true)) << "no status came back";
 }
 
 TEST_F(Proxy, QueriesAreFalseWhenNoAnswerCameAndIgnoreTheOutcome) {
-    EXPECT_FALSE(control().IsQoSEnabled());
-    EXPECT_FALSE(control().IsDebugModeEnabled(EDebugMode(1)));
-    FakeCore::answer("IsQoSEnabled", Reply().nothing());
-    FakeCore::answer("IsDebugModeEnabled", Reply().nothing());
-    EXPECT_FALSE(control().IsQoSEnabled());
-    EXPECT_FALSE(control().IsDebugModeEnabled(EDebugMode(1)));
-    FakeCore::reset();
-    FakeCore::answer("IsQoSEnabled", Reply().value(true).failed());
-    FakeCore::answer("IsDebugModeEnabled", Reply().value(true).failed());
-    EXPECT_TRUE(control().IsQoSEnabled());
-    EXPECT_TRUE(control().IsDebugModeEnabled(EDebugMode(1)));
+    const auto expectBoth = [this](bool answer) {
+        EXPECT_EQ(Control().IsQoSEnabled(), answer);
+        EXPECT_EQ(Control().IsDebugModeEnabled(EDebugMode(1)), answer);
+    };
+    expectBoth(false);
+    AnswerOnly("IsQoSEnabled", Reply().Nothing());
+    Answer("IsDebugModeEnabled", Reply().Nothing());
+    expectBoth(false);
+    AnswerOnly("IsQoSEnabled", Reply().Value(true));
+    Answer("IsDebugModeEnabled", Reply().Value(true));
+    CoreWatch::FailRuns();
+    expectBoth(true);
 }
 
-TEST_F(Proxy, ARunOfCallsUsesOneConnectionAndAFreshHelperEach) {
+TEST_F(Proxy, ARunOfCallsUsesOneConnection) {
     std::string screen;
-    control().Start(screen);
-    control().Execute("a", screen);
-    control().Execute("b", screen);
-    control().Stop();
-    EXPECT_EQ(FakeCore::helpersAlive(), 0);
-    EXPECT_EQ(FakeConnection::alive(), 1);
-    EXPECT_EQ(
-        Timeline::now().calls(),
-        (Calls{"Run(connection, com.example.IControl, Start, 0, false; out value 4 = ffffffff; out "
-               "TCMarshalableString)",
-               "Run(connection, com.example.IControl, Execute, 1, false; out value 4 = ffffffff; "
-               "in TCMarshalableString {0=value 01000000, 1=bytes \"a\"}; out TCMarshalableString)",
-               "Run(connection, com.example.IControl, Execute, 1, false; out value 4 = ffffffff; "
-               "in TCMarshalableString {0=value 01000000, 1=bytes \"b\"}; out TCMarshalableString)",
-               "Run(connection, com.example.IControl, Stop, 2, false; out value 4 = ffffffff)"}));
+    Control().Start(screen);
+    Control().Execute("a", screen);
+    Control().Execute("b", screen);
+    Control().Stop();
+    EXPECT_EQ(FakeConnection::CountAlive(), 1);
+    const auto execute = [](const std::string& word) {
+        return Exchange("Execute", 1,
+                        "out value ffffffff, in {0=value 01000000, 1=bytes \"" + word +
+                            "\"}, out length");
+    };
+    EXPECT_EQ(Timeline::Now().Calls(),
+              (Calls{Exchange("Start", 0, "out value ffffffff, out length"), execute("a"),
+                     execute("b"), Exchange("Stop", 2, "out value ffffffff")}));
 }

@@ -3,7 +3,6 @@
 #include <zarn/DebugServiceAPI.h>
 
 #include "FakeConnection.h"
-#include "FakeCore.h"
 #include "NothrowNew.h"
 #include "Timeline.h"
 
@@ -18,64 +17,53 @@ class DebugService : public testing::Test {
 protected:
     DebugService() {
         DebugServiceAPI::Destroy();
-        Timeline::now().clear();
+        Timeline::Now().Clear();
     }
     ~DebugService() override { DebugServiceAPI::Destroy(); }
+
+    static IDebugPrintControl* Create(IDebugPrintControl* before = nullptr) {
+        EXPECT_EQ(DebugServiceAPI::CreateService(&before), 0);
+        return before;
+    }
 };
 
 } // namespace
 
 TEST_F(DebugService, TwoCallersGetTheSameControl) {
-    IDebugPrintControl* first = nullptr;
-    IDebugPrintControl* second = nullptr;
-    EXPECT_EQ(DebugServiceAPI::CreateService(&first), 0);
-    EXPECT_EQ(DebugServiceAPI::CreateService(&second), 0);
-    EXPECT_NE(first, nullptr);
-    EXPECT_EQ(first, second);
-    EXPECT_EQ(Timeline::now().calls(), Calls{kOpened}) << "one control, one connection";
+    IDebugPrintControl* control = Create();
+    EXPECT_NE(control, nullptr);
+    EXPECT_EQ(Create(), control);
+    EXPECT_EQ(Create(reinterpret_cast<IDebugPrintControl*>(0x10)), control)
+        << "what the pointer held is overwritten";
+    EXPECT_EQ(Timeline::Now().Calls(), Calls{kOpened}) << "one control, one connection";
 }
 
 TEST_F(DebugService, ControlAddressesTheDebugPrintControlInterface) {
-    IDebugPrintControl* control = nullptr;
-    DebugServiceAPI::CreateService(&control);
-    Timeline::now().clear();
+    IDebugPrintControl* control = Create();
+    Timeline::Now().Clear();
     control->Stop();
-    EXPECT_EQ(Timeline::now().calls(),
-              Calls{"Run(connection, com.holvi.IDebugPrintControl, Stop, 2, false; out value 4 = "
-                    "ffffffff)"});
-}
-
-TEST_F(DebugService, OverwritesWhatThePointerHeld) {
-    IDebugPrintControl* control = nullptr;
-    DebugServiceAPI::CreateService(&control);
-    IDebugPrintControl* other = reinterpret_cast<IDebugPrintControl*>(0x10);
-    DebugServiceAPI::CreateService(&other);
-    EXPECT_EQ(other, control);
+    EXPECT_EQ(Timeline::Now().Calls(),
+              Calls{"Exchange(com.holvi.IDebugPrintControl, Stop, 2, false; out value ffffffff)"});
 }
 
 TEST_F(DebugService, SecondDestroyDoesNothing) {
-    IDebugPrintControl* control = nullptr;
-    DebugServiceAPI::CreateService(&control);
-    Timeline::now().clear();
+    Create();
     EXPECT_EQ(DebugServiceAPI::Destroy(), 0);
-    EXPECT_EQ(Timeline::now().calls(), Calls{"~NorvexAPIConnection"});
+    EXPECT_EQ(Timeline::Now().Calls(), (Calls{kOpened, "~NorvexAPIConnection"}));
     EXPECT_EQ(DebugServiceAPI::Destroy(), 0);
-    EXPECT_EQ(Timeline::now().calls(), Calls{"~NorvexAPIConnection"});
+    EXPECT_EQ(Timeline::Now().Calls(), (Calls{kOpened, "~NorvexAPIConnection"}));
 }
 
 TEST_F(DebugService, DestroyWithoutAControlIsZero) {
     EXPECT_EQ(DebugServiceAPI::Destroy(), 0);
-    EXPECT_TRUE(Timeline::now().calls().empty());
+    EXPECT_EQ(Timeline::Now().Calls(), Calls{});
 }
 
 TEST_F(DebugService, CreateAfterDestroyMakesANewControl) {
-    IDebugPrintControl* control = nullptr;
-    DebugServiceAPI::CreateService(&control);
+    Create();
     DebugServiceAPI::Destroy();
-    control = nullptr;
-    EXPECT_EQ(DebugServiceAPI::CreateService(&control), 0);
-    EXPECT_NE(control, nullptr);
-    EXPECT_EQ(Timeline::now().calls(), (Calls{kOpened, "~NorvexAPIConnection", kOpened}));
+    EXPECT_NE(Create(), nullptr);
+    EXPECT_EQ(Timeline::Now().Calls(), (Calls{kOpened, "~NorvexAPIConnection", kOpened}));
 }
 
 TEST_F(DebugService, SucceedsAlsoWithoutAConnection) {
@@ -83,11 +71,11 @@ TEST_F(DebugService, SucceedsAlsoWithoutAConnection) {
     IDebugPrintControl* control = nullptr;
     {
         NoMemory noMemory;
-        EXPECT_EQ(DebugServiceAPI::CreateService(&control), 0);
+        control = Create();
     }
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "ASSERT!!! - function TCDebugPrintControlProxy, line 20");
     ASSERT_NE(control, nullptr);
-    EXPECT_EQ(FakeConnection::alive(), 0);
+    EXPECT_EQ(FakeConnection::CountAlive(), 0);
     EXPECT_EQ(control->Stop(), -1);
 }

@@ -1,86 +1,46 @@
-#include <cstdint>
 #include <random>
 #include <type_traits>
 #include <utility>
 
 #include <gtest/gtest.h>
 
-#include <zarn/MenuItem.h>
+#include <norvex/core/MessageBuffer.h>
 
-#include "FakeTree.h"
+#include "TestItems.h"
+#include "Tree.h"
 
 namespace {
 
-TSMenuItem makeItem(const std::string& name, bool state, unsigned int id) {
-    TSMenuItem item;
-    item.setName(name);
-    item.setState(state);
-    item.setID(id);
-    return item;
+// What `before` becomes when it is read from a tree; "refused, " stands before it on failure.
+std::string ReadItem(const Tree& tree, TSMenuItem before = TSMenuItem()) {
+    const std::string outcome = ReadFrom(before, tree) ? "" : "refused, ";
+    return outcome + ToText(before);
 }
 
 } // namespace
 
 TEST(MenuItem, BeginsNamelessOffAndWithIdZero) {
-    const TSMenuItem item;
-    EXPECT_EQ(item.getName(), "");
-    EXPECT_FALSE(item.getState());
-    EXPECT_EQ(item.getID(), 0u);
+    EXPECT_EQ(ToText(TSMenuItem()), " off 0");
 }
 
 TEST(MenuItem, TakesNameStateAndId) {
-    const TSMenuItem item = makeItem("Pipeline", true, 4294967295u);
-    EXPECT_EQ(item.getName(), "Pipeline");
-    EXPECT_TRUE(item.getState());
-    EXPECT_EQ(item.getID(), 4294967295u);
+    std::string name = "Pipeline";
+    TSMenuItem item = MakeItem(name, true, 4294967295u);
+    name = "another";
+    EXPECT_EQ(ToText(item), "Pipeline on 4294967295");
 }
 
-TEST(MenuItem, CopiesAndMovesKeepNameStateAndId) {
-    const TSMenuItem item = makeItem("Pipeline", true, 7);
+TEST(MenuItem, CopiesAndMovesKeepNameStateAndIdAndAreIndependent) {
+    TSMenuItem item = MakeItem("Tuner", true, 42);
     TSMenuItem copy(item);
-    TSMenuItem assigned;
+    TSMenuItem assigned = MakeItem("other", false, 1);
     assigned = item;
-    TSMenuItem moved(std::move(copy));
+    item = MakeItem("changed", false, 1);
+    EXPECT_EQ(ToText({copy, assigned}), "Tuner on 42, Tuner on 42");
+    const TSMenuItem moved(std::move(copy));
     TSMenuItem moveAssigned;
     moveAssigned = std::move(assigned);
-    for (const TSMenuItem& each : {item, moved, moveAssigned}) {
-        EXPECT_EQ(each.getName(), "Pipeline");
-        EXPECT_TRUE(each.getState());
-        EXPECT_EQ(each.getID(), 7u);
-    }
-}
-
-TEST(MenuItem, NameIsCopied) {
-    std::string name = "first";
-    TSMenuItem item;
-    item.setName(name);
-    name = "second";
-    EXPECT_EQ(item.getName(), "first");
-}
-
-TEST(MenuItem, CopyCarriesNameStateAndId) {
-    const TSMenuItem item = makeItem("Tuner", true, 42);
-    const TSMenuItem copy(item);
-    EXPECT_EQ(copy.getName(), "Tuner");
-    EXPECT_TRUE(copy.getState());
-    EXPECT_EQ(copy.getID(), 42u);
-
-    TSMenuItem assigned = makeItem("other", false, 1);
-    assigned = item;
-    EXPECT_EQ(assigned.getName(), "Tuner");
-    EXPECT_TRUE(assigned.getState());
-    EXPECT_EQ(assigned.getID(), 42u);
-}
-
-TEST(MenuItem, CopyIsIndependent) {
-    TSMenuItem item = makeItem("Tuner", true, 42);
-    const TSMenuItem copy(item);
-    item.setName("changed");
-    item.setState(false);
-    item.setID(1);
-    EXPECT_EQ(copy.getName(), "Tuner");
-    EXPECT_TRUE(copy.getState());
-    EXPECT_EQ(copy.getID(), 42u);
+    EXPECT_EQ(ToText({moved, moveAssigned}), "Tuner on 42, Tuner on 42");
 }
 
 TEST(MenuItem, IsSinglyDerivedFromTheLibrarysBase) {
@@ -90,112 +50,48 @@ TEST(MenuItem, IsSinglyDerivedFromTheLibrarysBase) {
 }
 
 TEST(MenuItem, WritesNameStateAndIdUnderTags0To2) {
-    TSMenuItem item = makeItem("abc", true, 0x01020304u);
-    FakeBranch branch;
-    EXPECT_TRUE(item.ClassToTree(branch));
-    EXPECT_EQ(FakeTree::describe(branch), "{0={0=value 03000000, 1=bytes \"abc\"}, 1=value 01, "
-                                          "2=value 04030201}");
-}
-
-TEST(MenuItem, EmptyNameTravelsAsLengthZeroAlone) {
-    TSMenuItem item;
-    FakeBranch branch;
-    EXPECT_TRUE(item.ClassToTree(branch));
-    EXPECT_EQ(FakeTree::describe(branch), "{0={0=value 00000000}, 1=value 00, 2=value 00000000}");
-
-    TSMenuItem read;
-    EXPECT_TRUE(read.TreeToClass(branch));
-    EXPECT_EQ(read.getName(), "");
-}
-
-TEST(MenuItem, NameWithAZeroByteArrivesWhole) {
-    const std::string name("a\0b\0", 4);
-    TSMenuItem item = makeItem(name, false, 1);
-    FakeBranch branch;
-    ASSERT_TRUE(item.ClassToTree(branch));
-    EXPECT_EQ(FakeTree::describe(branch),
+    TSMenuItem item = MakeItem("abc", true, 0x01020304u);
+    EXPECT_EQ(Written(item),
+              "{0={0=value 03000000, 1=bytes \"abc\"}, 1=value 01, 2=value 04030201}");
+    TSMenuItem nameless;
+    EXPECT_EQ(Written(nameless), "{0={0=value 00000000}, 1=value 00, 2=value 00000000}")
+        << "an empty name is its length alone";
+    TSMenuItem zeroes = MakeItem(std::string("a\0b\0", 4), false, 1);
+    EXPECT_EQ(Written(zeroes),
               "{0={0=value 04000000, 1=bytes \"a\\x00b\\x00\"}, 1=value 00, 2=value 01000000}");
-
-    TSMenuItem read;
-    ASSERT_TRUE(read.TreeToClass(branch));
-    EXPECT_EQ(read.getName(), name);
-    EXPECT_EQ(read.getName().size(), 4u);
 }
 
 TEST(MenuItem, ReadsEachFieldFromItsTag) {
-    FakeBranch branch;
-    branch.becomeItem("Scan", true, 77);
-    TSMenuItem item;
-    EXPECT_TRUE(item.TreeToClass(branch));
-    EXPECT_EQ(item.getName(), "Scan");
-    EXPECT_TRUE(item.getState());
-    EXPECT_EQ(item.getID(), 77u);
-}
-
-TEST(MenuItem, ReadsTheFieldsInAnyOrderOfChildren) {
-    FakeBranch branch;
-    branch.value(2, FakeTree::raw(9)).value(1, FakeTree::raw(true)).text(0, "last");
-    TSMenuItem item;
-    EXPECT_TRUE(item.TreeToClass(branch));
-    EXPECT_EQ(item.getName(), "last");
-    EXPECT_TRUE(item.getState());
-    EXPECT_EQ(item.getID(), 9u);
-}
-
-TEST(MenuItem, StateCanBeReadAsOff) {
-    FakeBranch branch;
-    branch.becomeItem("Scan", false, 3);
-    TSMenuItem item = makeItem("", true, 0);
-    EXPECT_TRUE(item.TreeToClass(branch));
-    EXPECT_FALSE(item.getState());
+    EXPECT_EQ(ReadItem(Tree::OfItem("Scan", true, 77)), "Scan on 77");
+    EXPECT_EQ(ReadItem(Tree::OfItem("Scan", false, 3), MakeItem("", true, 0)), "Scan off 3");
+    EXPECT_EQ(ReadItem(Tree().Value(2, 9).Value(1, true).Text(0, "last")), "last on 9")
+        << "in any order";
 }
 
 TEST(MenuItem, MissingChildrenLeaveTheirFields) {
-    FakeBranch branch;
-    branch.value(1, FakeTree::raw(false));
-    TSMenuItem item = makeItem("kept", true, 5);
-    EXPECT_TRUE(item.TreeToClass(branch));
-    EXPECT_EQ(item.getName(), "kept");
-    EXPECT_FALSE(item.getState());
-    EXPECT_EQ(item.getID(), 5u);
+    EXPECT_EQ(ReadItem(Tree().Value(1, false), MakeItem("kept", true, 5)), "kept off 5");
+    EXPECT_EQ(ReadItem(Tree(), MakeItem("kept", true, 5)), "kept on 5");
 }
 
 TEST(MenuItem, EmptyNameInTheTreeLeavesTheOldName) {
-    FakeBranch branch;
-    branch.becomeItem("", true, 5);
-    TSMenuItem item = makeItem("kept", false, 0);
-    EXPECT_TRUE(item.TreeToClass(branch));
-    EXPECT_EQ(item.getName(), "kept");
-    EXPECT_EQ(item.getID(), 5u);
+    EXPECT_EQ(ReadItem(Tree::OfItem("", true, 5), MakeItem("kept", false, 0)), "kept on 5");
 }
 
 TEST(MenuItem, AnyByteButZeroIsOn) {
-    FakeBranch branch;
-    branch.value(1, "\x02");
-    TSMenuItem item;
-    EXPECT_TRUE(item.TreeToClass(branch));
-    EXPECT_TRUE(item.getState());
+    EXPECT_EQ(ReadItem(Tree().ValueBytes(1, "\x02")), " on 0");
 }
 
-TEST(MenuItem, WritingAnswersWhatTheFormatterAnswers) {
-    TSMenuItem item = makeItem("a", true, 1);
-    FakeBranch branch;
-    branch.refuse();
-    EXPECT_FALSE(item.ClassToTree(branch));
-}
-
-TEST(MenuItem, ReadingAnswersWhatTheFormatterAnswers) {
-    FakeBranch branch;
-    branch.becomeItem("a", true, 1).refuse();
-    TSMenuItem item;
-    EXPECT_FALSE(item.TreeToClass(branch));
-    EXPECT_EQ(item.getID(), 1u) << "what was read stands";
+TEST(MenuItem, ResultsAreTheFormatters) {
+    TSMenuItem item = MakeItem("a", true, 1);
+    EXPECT_FALSE(WriteToRefusingBranch(item));
+    const Tree wrongState = Tree().Text(0, "new").ValueBytes(1, "four").Value(2, 3);
+    EXPECT_EQ(ReadItem(wrongState, MakeItem("a", true, 1)), "refused, new on 3")
+        << "what could be read stands";
 }
 
 TEST(MenuItem, HasTheLibrarysDefaultsForTheRest) {
-    TCMarshalable plain;
     TSMenuItem item;
-    EXPECT_EQ(item.GetMarshalableStorageType(), plain.GetMarshalableStorageType());
+    EXPECT_EQ(item.GetMarshalableStorageType(), TCMarshalable().GetMarshalableStorageType());
     unsigned long size = 12;
     EXPECT_FALSE(item.GetSizeOfMarshalled(size));
     EXPECT_EQ(size, 12u);
@@ -207,13 +103,11 @@ TEST(MenuItem, RandomItemsComeBackAsTheyWere) {
         std::string name(random() % 40, '\0');
         for (char& c : name)
             c = static_cast<char>(random() & 0xff);
-        TSMenuItem item = makeItem(name, (random() & 1) != 0, static_cast<unsigned int>(random()));
-        FakeBranch branch;
-        ASSERT_TRUE(item.ClassToTree(branch));
+        TSMenuItem item = MakeItem(name, (random() & 1) != 0, static_cast<unsigned int>(random()));
+        TCMessageBuffer buffer;
+        ASSERT_TRUE(item.Store(&buffer));
         TSMenuItem read;
-        ASSERT_TRUE(read.TreeToClass(branch));
-        ASSERT_EQ(read.getName(), item.getName());
-        ASSERT_EQ(read.getState(), item.getState());
-        ASSERT_EQ(read.getID(), item.getID());
+        ASSERT_TRUE(read.Load(&buffer));
+        ASSERT_EQ(ToText(read), ToText(item));
     }
 }

@@ -5,12 +5,12 @@
 
 namespace {
 
-bool exhausted = false;
+bool g_exhausted = false;
 
 } // namespace
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    if (exhausted)
+    if (g_exhausted)
         return nullptr;
     try {
         return ::operator new(size);
@@ -20,9 +20,9 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 }
 
 NoMemory::NoMemory() {
-    exhausted = true;
+    g_exhausted = true;
 }
 
 NoMemory::~NoMemory() {
-    exhausted = false;
+    g_exhausted = false;
 }

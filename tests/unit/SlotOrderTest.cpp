@@ -15,11 +15,11 @@
 
 #include "DebugPrintControlProxy.h"
 #include "FakeConnection.h"
-#include "FakeCore.h"
-#include "FakeTree.h"
 #include "MarshalableOneDimensionContainer.h"
 #include "MarshalableString.h"
+#include "TestItems.h"
 #include "Timeline.h"
+#include "Tree.h"
 
 #if defined(__x86_64__) || defined(__aarch64__)
 
@@ -29,183 +29,178 @@ constexpr int kDeletingDestructor = 1;
 constexpr int kFirstOperation = 2;
 
 // The n-th operation after the destructor.
-template <typename Function> Function* operation(const void* object, int number) {
+template <typename Function> Function* Operation(const void* object, int number) {
     void* const* table = *static_cast<void* const* const*>(object);
     return reinterpret_cast<Function*>(table[number + kFirstOperation - 1]);
 }
 
-void destroyThroughSlot(void* object) {
+void DestroyThroughSlot(void* object) {
     void* const* table = *static_cast<void* const* const*>(object);
     reinterpret_cast<void (*)(void*)>(table[kDeletingDestructor])(object);
 }
 
-std::string methodCalled() {
-    const std::vector<std::string> calls = Timeline::now().calls();
-    Timeline::now().clear();
+// The method of the one call made since the last question.
+std::string CalledMethod() {
+    const std::vector<std::string> calls = Timeline::Now().Calls();
+    Timeline::Now().Clear();
     if (calls.size() != 1)
         return std::to_string(calls.size()) + " calls";
-    const std::size_t begin = calls[0].find(", ", calls[0].find(", ") + 2) + 2;
+    const std::size_t begin = calls[0].find(", ") + 2;
     return calls[0].substr(begin, calls[0].find(',', begin) - begin);
 }
 
-// Notes which operation was reached.
+bool Note(const char* operation) {
+    Timeline::Now().Call(std::string("reached, ") + operation + ",");
+    return true;
+}
+
+// Note which operation was reached.
 class NotingMarshalable : public TCMarshalable {
 public:
-    explicit NotingMarshalable(std::string& note) : m_note(note) {}
-    ~NotingMarshalable() override { m_note = "destructor"; }
-    bool GetSizeOfMarshalled(unsigned long&) override { return note("GetSizeOfMarshalled"); }
-    bool ClassToTree(TCTreeBranch&) override { return note("ClassToTree"); }
-    bool TreeToClass(TCTreeBranch&) override { return note("TreeToClass"); }
-    int GetMarshalableStorageType() override { return note("GetMarshalableStorageType"); }
-    bool Store(TCMessageBuffer*) override { return note("Store"); }
-    bool Load(TCMessageBuffer*) override { return note("Load"); }
-
-private:
-    bool note(const char* name) {
-        m_note = name;
-        return true;
-    }
-    std::string& m_note;
+    ~NotingMarshalable() override { Note("destructor"); }
+    bool GetSizeOfMarshalled(unsigned long&) override { return Note("GetSizeOfMarshalled"); }
+    bool ClassToTree(TCTreeBranch&) override { return Note("ClassToTree"); }
+    bool TreeToClass(TCTreeBranch&) override { return Note("TreeToClass"); }
+    int GetMarshalableStorageType() override { return Note("GetMarshalableStorageType"); }
+    bool Store(TCMessageBuffer*) override { return Note("Store"); }
+    bool Load(TCMessageBuffer*) override { return Note("Load"); }
 };
 
 class NotingFormatter : public TCTreeFormatter {
 public:
-    explicit NotingFormatter(std::string& note) : m_note(note) {}
-    ~NotingFormatter() override { m_note = "destructor"; }
-    bool PushValue(short, int, void*) override { return note("PushValue"); }
-    bool PushArray(short, int, int, void*) override { return note("PushArray"); }
+    ~NotingFormatter() override { Note("destructor"); }
+    bool PushValue(short, int, void*) override { return Note("PushValue"); }
+    bool PushArray(short, int, int, void*) override { return Note("PushArray"); }
     bool PushLengthArray(short, int, void*, TILengthInfoContainer*) override {
-        return note("PushLengthArray");
+        return Note("PushLengthArray");
     }
     bool PushMarshalableClass(short, TIMarshalable*) override {
-        return note("PushMarshalableClass");
+        return Note("PushMarshalableClass");
     }
-    bool Extract() override { return note("Extract"); }
-    bool FillOut() override { return note("FillOut"); }
-
-private:
-    bool note(const char* name) {
-        m_note = name;
-        return true;
-    }
-    std::string& m_note;
+    bool Extract() override { return Note("Extract"); }
+    bool FillOut() override { return Note("FillOut"); }
 };
 
 } // namespace
 
 TEST(SlotOrder, DebugPrintControl) {
     IDebugPrintControl* control = new TCDebugPrintControlProxy("com.example.IControl");
-    Timeline::now().clear();
+    Timeline::Now().Clear();
     std::string screen;
     const std::string command = "c";
     int value = 0;
     const std::vector<TSMenuItem> items;
     const TSMenuItem item;
 
-    operation<int(void*, std::string&)>(control, 1)(control, screen);
-    EXPECT_EQ(methodCalled(), "Start");
-    operation<int(void*, const std::string&, std::string&)>(control, 2)(control, command, screen);
-    EXPECT_EQ(methodCalled(), "Execute");
-    operation<int(void*, int&)>(control, 3)(control, value);
-    EXPECT_EQ(methodCalled(), "Check");
+    Operation<int(void*, std::string&)>(control, 1)(control, screen);
+    EXPECT_EQ(CalledMethod(), "Start");
+    Operation<int(void*, const std::string&, std::string&)>(control, 2)(control, command, screen);
+    EXPECT_EQ(CalledMethod(), "Execute");
+    Operation<int(void*, int&)>(control, 3)(control, value);
+    EXPECT_EQ(CalledMethod(), "Check");
 #if defined(__x86_64__)
     // The result's place goes before the object, as a first argument.
-    operation<std::vector<TSMenuItem>(void*)>(control, 4)(control);
-    EXPECT_EQ(methodCalled(), "GetMenuItems");
+    Operation<std::vector<TSMenuItem>(void*)>(control, 4)(control);
+    EXPECT_EQ(CalledMethod(), "GetMenuItems");
 #endif
-    operation<bool(void*, const std::vector<TSMenuItem>&)>(control, 5)(control, items);
-    EXPECT_EQ(methodCalled(), "SetMenuItems");
-    operation<bool(void*, const TSMenuItem&)>(control, 6)(control, item);
-    EXPECT_EQ(methodCalled(), "SetMenuItem");
-    operation<bool(void*, bool)>(control, 7)(control, true);
-    EXPECT_EQ(methodCalled(), "SetQoSEnabled");
-    operation<bool(void*)>(control, 8)(control);
-    EXPECT_EQ(methodCalled(), "IsQoSEnabled");
-    operation<bool(void*, EDebugMode, bool)>(control, 9)(control, EDebugMode(1), true);
-    EXPECT_EQ(methodCalled(), "SetDebugMode");
-    operation<bool(void*, EDebugMode)>(control, 10)(control, EDebugMode(1));
-    EXPECT_EQ(methodCalled(), "IsDebugModeEnabled");
-    operation<int(void*)>(control, 11)(control);
-    EXPECT_EQ(methodCalled(), "Stop");
+    Operation<bool(void*, const std::vector<TSMenuItem>&)>(control, 5)(control, items);
+    EXPECT_EQ(CalledMethod(), "SetMenuItems");
+    Operation<bool(void*, const TSMenuItem&)>(control, 6)(control, item);
+    EXPECT_EQ(CalledMethod(), "SetMenuItem");
+    Operation<bool(void*, bool)>(control, 7)(control, true);
+    EXPECT_EQ(CalledMethod(), "SetQoSEnabled");
+    Operation<bool(void*)>(control, 8)(control);
+    EXPECT_EQ(CalledMethod(), "IsQoSEnabled");
+    Operation<bool(void*, EDebugMode, bool)>(control, 9)(control, EDebugMode(1), true);
+    EXPECT_EQ(CalledMethod(), "SetDebugMode");
+    Operation<bool(void*, EDebugMode)>(control, 10)(control, EDebugMode(1));
+    EXPECT_EQ(CalledMethod(), "IsDebugModeEnabled");
+    Operation<int(void*)>(control, 11)(control);
+    EXPECT_EQ(CalledMethod(), "Stop");
 
-    destroyThroughSlot(control);
-    EXPECT_EQ(Timeline::now().calls(), std::vector<std::string>{"~NorvexAPIConnection"});
-    EXPECT_EQ(FakeConnection::alive(), 0);
+    DestroyThroughSlot(control);
+    EXPECT_EQ(Timeline::Now().Calls(), std::vector<std::string>{"~NorvexAPIConnection"});
+    EXPECT_EQ(FakeConnection::CountAlive(), 0);
 }
 
 TEST(SlotOrder, Marshalable) {
-    std::string note;
-    TIMarshalable* object = new NotingMarshalable(note);
-    FakeBranch branch;
+    TIMarshalable* object = new NotingMarshalable;
+    Timeline::Now().Clear();
     unsigned long size = 0;
-    operation<bool(void*, unsigned long&)>(object, 1)(object, size);
-    EXPECT_EQ(note, "GetSizeOfMarshalled");
-    operation<bool(void*, TCTreeBranch&)>(object, 2)(object, branch);
-    EXPECT_EQ(note, "ClassToTree");
-    operation<bool(void*, TCTreeBranch&)>(object, 3)(object, branch);
-    EXPECT_EQ(note, "TreeToClass");
-    operation<int(void*)>(object, 4)(object);
-    EXPECT_EQ(note, "GetMarshalableStorageType");
-    operation<bool(void*, TCMessageBuffer*)>(object, 5)(object, nullptr);
-    EXPECT_EQ(note, "Store");
-    operation<bool(void*, TCMessageBuffer*)>(object, 6)(object, nullptr);
-    EXPECT_EQ(note, "Load");
-    destroyThroughSlot(object);
-    EXPECT_EQ(note, "destructor");
+    Operation<bool(void*, unsigned long&)>(object, 1)(object, size);
+    EXPECT_EQ(CalledMethod(), "GetSizeOfMarshalled");
+    Operation<bool(void*, TCTreeBranch*)>(object, 2)(object, nullptr);
+    EXPECT_EQ(CalledMethod(), "ClassToTree");
+    Operation<bool(void*, TCTreeBranch*)>(object, 3)(object, nullptr);
+    EXPECT_EQ(CalledMethod(), "TreeToClass");
+    Operation<int(void*)>(object, 4)(object);
+    EXPECT_EQ(CalledMethod(), "GetMarshalableStorageType");
+    Operation<bool(void*, TCMessageBuffer*)>(object, 5)(object, nullptr);
+    EXPECT_EQ(CalledMethod(), "Store");
+    Operation<bool(void*, TCMessageBuffer*)>(object, 6)(object, nullptr);
+    EXPECT_EQ(CalledMethod(), "Load");
+    DestroyThroughSlot(object);
+    EXPECT_EQ(CalledMethod(), "destructor");
 }
 
-TEST(SlotOrder, MarshalableStringStandsInTheSameSlots) {
-    std::string text = "abc";
-    TCMarshalableString wrapper(&text);
-    unsigned long size = 0;
-    EXPECT_TRUE((operation<bool(void*, unsigned long&)>(&wrapper, 1)(&wrapper, size)));
-    EXPECT_EQ(size, 3u);
-    FakeBranch written;
-    EXPECT_TRUE((operation<bool(void*, TCTreeBranch&)>(&wrapper, 2)(&wrapper, written)));
-    EXPECT_EQ(FakeTree::describe(written), "{0=value 03000000, 1=bytes \"abc\"}");
-    FakeBranch read;
-    read.becomeText("new");
-    EXPECT_TRUE((operation<bool(void*, TCTreeBranch&)>(&wrapper, 3)(&wrapper, read)));
-    EXPECT_EQ(text, "new");
-}
-
-TEST(SlotOrder, MenuItemAndItsContainerStandInTheSameSlots) {
-    std::vector<TSMenuItem> items(2);
-    items[1].setID(5);
-    FakeBranch one;
-    EXPECT_TRUE((operation<bool(void*, TCTreeBranch&)>(&items[1], 2)(&items[1], one)));
-    EXPECT_EQ(FakeTree::describe(one), "{0={0=value 00000000}, 1=value 00, 2=value 05000000}");
-    FakeBranch other;
-    other.becomeItem("n", true, 6);
-    EXPECT_TRUE((operation<bool(void*, TCTreeBranch&)>(&items[1], 3)(&items[1], other)));
-    EXPECT_EQ(items[1].getID(), 6u);
-
-    TCMarshalableOneDimensionContainer<std::vector<TSMenuItem>, TSMenuItem> wrapper(
+// The plug-in's own classes, written and read through the slots.
+TEST(SlotOrder, MarshalableClassesOfThePlugIn) {
+    std::string text = "new";
+    TCMarshalableString string(&text);
+    TSMenuItem item = MakeItem("n", true, 6);
+    std::vector<TSMenuItem> items{item};
+    TCMarshalableOneDimensionContainer<std::vector<TSMenuItem>, TSMenuItem> container(
         &items, new TCMarshalableNodeCreator, false);
-    EXPECT_EQ((operation<int(void*)>(&wrapper, 4)(&wrapper)), 1);
-    FakeBranch none;
-    EXPECT_TRUE((operation<bool(void*, TCTreeBranch&)>(&wrapper, 3)(&wrapper, none)));
-    EXPECT_TRUE(items.empty());
+    unsigned long size = 0;
+    EXPECT_TRUE((Operation<bool(void*, unsigned long&)>(&string, 1)(&string, size)));
+    EXPECT_EQ(size, 3u);
+    EXPECT_EQ((Operation<int(void*)>(&container, 4)(&container)), 1);
+
+    using Convert = bool(void*, TCTreeBranch&);
+    const std::pair<TIMarshalable*, Tree> objects[] = {
+        {&string, Tree::OfText("old")},
+        {&item, Tree::OfItem("m", false, 5)},
+        {&container, Tree().Branch(0, Tree::OfItem("c", false, 4))}};
+    for (const auto& [object, tree] : objects) {
+        EXPECT_TRUE(ReadFrom(
+            [object](TCTreeBranch& branch) {
+                return Operation<Convert>(object, 3)(object, branch);
+            },
+            tree));
+    }
+    EXPECT_EQ(text + ", " + ToText(item) + ", " + ToText(items), "old, m off 5, c off 4");
+
+    struct Writer : TCMarshalable {
+        bool ClassToTree(TCTreeBranch& branch) override {
+            return Operation<Convert>(object, 2)(object, branch);
+        }
+        TIMarshalable* object = nullptr;
+    } writer;
+    for (const auto& [object, tree] : objects) {
+        writer.object = object;
+        EXPECT_EQ(Written(writer),
+                  "{" + Describe(tree.GetBytes().data(), tree.GetBytes().size()) + "}");
+    }
 }
 
 TEST(SlotOrder, TreeFormatter) {
-    std::string note;
-    TCTreeFormatter* formatter = new NotingFormatter(note);
-    operation<bool(void*, short, int, void*)>(formatter, 1)(formatter, 0, 0, nullptr);
-    EXPECT_EQ(note, "PushValue");
-    operation<bool(void*, short, int, int, void*)>(formatter, 2)(formatter, 0, 0, 0, nullptr);
-    EXPECT_EQ(note, "PushArray");
-    operation<bool(void*, short, int, void*, void*)>(formatter, 3)(formatter, 0, 0, nullptr,
+    TCTreeFormatter* formatter = new NotingFormatter;
+    Timeline::Now().Clear();
+    Operation<bool(void*, short, int, void*)>(formatter, 1)(formatter, 0, 0, nullptr);
+    EXPECT_EQ(CalledMethod(), "PushValue");
+    Operation<bool(void*, short, int, int, void*)>(formatter, 2)(formatter, 0, 0, 0, nullptr);
+    EXPECT_EQ(CalledMethod(), "PushArray");
+    Operation<bool(void*, short, int, void*, void*)>(formatter, 3)(formatter, 0, 0, nullptr,
                                                                    nullptr);
-    EXPECT_EQ(note, "PushLengthArray");
-    operation<bool(void*, short, void*)>(formatter, 4)(formatter, 0, nullptr);
-    EXPECT_EQ(note, "PushMarshalableClass");
-    operation<bool(void*)>(formatter, 5)(formatter);
-    EXPECT_EQ(note, "Extract");
-    operation<bool(void*)>(formatter, 6)(formatter);
-    EXPECT_EQ(note, "FillOut");
-    destroyThroughSlot(formatter);
-    EXPECT_EQ(note, "destructor");
+    EXPECT_EQ(CalledMethod(), "PushLengthArray");
+    Operation<bool(void*, short, void*)>(formatter, 4)(formatter, 0, nullptr);
+    EXPECT_EQ(CalledMethod(), "PushMarshalableClass");
+    Operation<bool(void*)>(formatter, 5)(formatter);
+    EXPECT_EQ(CalledMethod(), "Extract");
+    Operation<bool(void*)>(formatter, 6)(formatter);
+    EXPECT_EQ(CalledMethod(), "FillOut");
+    DestroyThroughSlot(formatter);
+    EXPECT_EQ(CalledMethod(), "destructor");
 }
 
 #endif

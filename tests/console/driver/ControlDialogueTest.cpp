@@ -1,182 +1,122 @@
 #include <gtest/gtest.h>
 
-#include <zarn/DebugMenu.h>
-
 #include "DriverTest.h"
-#include "FakeCore.h"
-#include "Screens.h"
+#include "FakeConnection.h"
 
-using namespace pieces;
-using FakeCore::Reply;
+using FakeConnection::Answer;
+using FakeConnection::Reply;
 
 using ControlDialogue = DriverTest;
 
 TEST_F(ControlDialogue, RelaysEachWordUntilExecuteAnswersZero) {
-    FakeCore::answer("Start", Reply().value(1).text("Norvex> "));
-    FakeCore::answer("Execute", Reply().value(1).text("items\n> "));
-    FakeCore::answer("Execute", Reply().value(2).text("help\n> "));
-    FakeCore::answer("Execute", Reply().value(0).text("never shown"));
-    FakeCore::answer("Stop", Reply().value(1));
-    EXPECT_EQ(run("1 items help 99 99"),
-              entered + menu + typed("1") + start + "Norvex> {flush}" + typed("items") +
-                  execute("items") + "{flush}items\n> {flush}" + typed("help") + execute("help") +
-                  "{flush}help\n> {flush}" + typed("99") + execute("99") + stop + menu +
-                  typed("99"));
+    Answer("Start", Reply().Value(1).Text("Norvex> "));
+    Answer("Execute", Reply().Value(1).Text("items\n> "));
+    Answer("Execute", Reply().Value(2).Text("help\n> "));
+    Answer("Execute", Reply().Value(0).Text("never shown"));
+    Answer("Stop", Reply().Value(1));
+    EXPECT_EQ(Run("1 items help 99 99"), "{entered}{menu}<1>{Start}Norvex> {flush}<items>" +
+                                             Execute("items") + "{flush}items\n> {flush}<help>" +
+                                             Execute("help") + "{flush}help\n> {flush}<99>" +
+                                             Execute("99") + "{Stop}{menu}<99>");
 }
 
-TEST_F(ControlDialogue, Passes99ToTheProcessLikeAnyOtherWord) {
-    FakeCore::answer("Start", Reply().value(1).text("s"));
-    FakeCore::answer("Execute", Reply().value(1).text("t"));
-    FakeCore::answer("Execute", Reply().value(1).text("u"));
-    FakeCore::answer("Execute", Reply().value(0));
-    EXPECT_EQ(run("1 99 99 quit 99"),
-              entered + menu + typed("1") + start + "s{flush}" + typed("99") + execute("99") +
-                  "{flush}t{flush}" + typed("99") + execute("99") + "{flush}u{flush}" +
-                  typed("quit") + execute("quit") + stop + menu + typed("99"));
-}
-
-TEST_F(ControlDialogue, ProcessMenuNumbersMeanNothingInIt) {
-    FakeCore::answer("Start", Reply().value(1).text("s"));
-    FakeCore::answer("Execute", Reply().value(1).text("t"));
-    FakeCore::answer("Execute", Reply().value(0));
-    EXPECT_EQ(run("1 4 3 99"), entered + menu + typed("1") + start + "s{flush}" + typed("4") +
-                                   execute("4") + "{flush}t{flush}" + typed("3") + execute("3") +
-                                   stop + menu + typed("99"));
+TEST_F(ControlDialogue, Passes99AndTheProcessMenusNumbersToTheProcessLikeAnyOtherWord) {
+    Answer("Start", Reply().Value(1).Text("s"));
+    Answer("Execute", Reply().Value(1).Text("t"));
+    Answer("Execute", Reply().Value(1).Text("u"));
+    Answer("Execute", Reply().Value(0));
+    EXPECT_EQ(Run("1 99 4 3 99"), "{entered}{menu}<1>{Start}s{flush}<99>" + Execute("99") +
+                                      "{flush}t{flush}<4>" + Execute("4") + "{flush}u{flush}<3>" +
+                                      Execute("3") + "{Stop}{menu}<99>");
 }
 
 TEST_F(ControlDialogue, ScreenIsPrintedAsItStands) {
-    FakeCore::answer("Start", Reply().value(1).text("a%d%s\n\n\tb"));
-    FakeCore::answer("Execute", Reply().value(-1));
-    EXPECT_EQ(run("1 x 99"), entered + menu + typed("1") + start + "a%d%s\n\n\tb{flush}" +
-                                 typed("x") + execute("x") + stop + menu + typed("99"));
+    const std::string screen("a%d%s\n\n\tb\0c", 11);
+    Answer("Start", Reply().Value(1).Text(screen));
+    Answer("Execute", Reply().Value(-1));
+    EXPECT_EQ(Run("1 x 99"), "{entered}{menu}<1>{Start}" + screen + "{flush}<x>" + Execute("x") +
+                                 "{Stop}{menu}<99>");
 }
 
-TEST_F(ControlDialogue, ScreenWithAZeroByteIsPrintedWhole) {
-    FakeCore::answer("Start", Reply().value(1).text(std::string("a\0b", 3)));
-    EXPECT_EQ(run("1 x 99"), entered + menu + typed("1") + start + std::string("a\0b", 3) +
-                                 "{flush}" + typed("x") + execute("x") + stop + menu + typed("99"));
-}
-
-TEST_F(ControlDialogue, NegativeResultOfExecuteEndsItToo) {
-    for (const int status : {-1, -1000, 0}) {
-        FakeCore::reset();
-        FakeCore::answer("Start", Reply().value(1).text("s"));
-        FakeCore::answer("Execute", Reply().value(status).text("t"));
-        Console again;
-        again.type("1 x 99").run(zarn_startmaindebug);
-        EXPECT_EQ(again.transcript(), "DebugUtil\n" + screens::processMenu + "\ncmd> s" +
-                                          screens::processMenu + "\ncmd> ")
-            << status;
-        EXPECT_EQ(again.calls().back(),
-                  "Run(connection, com.holvi.IDebugPrintControl, Stop, 2, false; out value 4 = "
-                  "ffffffff)")
-            << status;
+TEST_F(ControlDialogue, IsEndedByEveryOtherResultOfExecute) {
+    const Reply replies[] = {Reply().Value(0).Text("never shown"), Reply().Value(-1).Text("t"),
+                             Reply().Value(-1000).Text("t"), Reply().Value(1).Text("t").Failed()};
+    for (const Reply& reply : replies) {
+        Timeline::Now().Clear();
+        FakeConnection::Reset();
+        Answer("Start", Reply().Value(1).Text("s"));
+        Answer("Execute", reply);
+        EXPECT_EQ(Run("1 x 99"),
+                  "{entered}{menu}<1>{Start}s{flush}<x>" + Execute("x") + "{Stop}{menu}<99>");
     }
-}
-
-TEST_F(ControlDialogue, FailedExchangeOfExecuteEndsIt) {
-    FakeCore::answer("Start", Reply().value(1).text("s"));
-    FakeCore::answer("Execute", Reply().value(1).text("t").failed());
-    EXPECT_EQ(run("1 x 99"), entered + menu + typed("1") + start + "s{flush}" + typed("x") +
-                                 execute("x") + stop + menu + typed("99"));
 }
 
 TEST_F(ControlDialogue, ResultOfStopIsIgnored) {
-    FakeCore::answer("Start", Reply().value(1).text("s"));
-    FakeCore::answer("Execute", Reply().value(0));
-    FakeCore::answer("Stop", Reply().value(-5).failed());
-    EXPECT_EQ(run("1 x 99"), entered + menu + typed("1") + start + "s{flush}" + typed("x") +
-                                 execute("x") + stop + menu + typed("99"));
-}
-
-TEST_F(ControlDialogue, RefusedStartIsTwoLines) {
-    for (const int status : {0, -1, -2147483647}) {
-        FakeCore::reset();
-        FakeCore::answer("Start", Reply().value(status).text("never shown"));
-        Console again;
-        again.type("1 99").run(zarn_startmaindebug);
-        EXPECT_EQ(again.transcript(), "DebugUtil\n" + screens::processMenu +
-                                          "\ncmd> Failed to start selected[1] debug print control\n"
-                                          "Command not implemented\n" +
-                                          screens::processMenu + "\ncmd> ")
-            << status;
+    Answer("Start", Reply().Value(1).Text("s"));
+    Answer("Execute", Reply().Value(0));
+    for (const Reply& reply : {Reply().Value(-5), Reply().Failed()}) {
+        Timeline::Now().Clear();
+        Answer("Stop", reply);
+        EXPECT_EQ(Run("1 x 99"),
+                  "{entered}{menu}<1>{Start}s{flush}<x>" + Execute("x") + "{Stop}{menu}<99>");
     }
 }
 
-TEST_F(ControlDialogue, RefusedStartIsNotStopped) {
-    FakeCore::answer("Start", Reply().value(0).text("never shown"));
-    EXPECT_EQ(run("1 99"), entered + menu + typed("1") + start +
-                               "Failed to start selected[1] debug print control\n{flush}" +
-                               notImplemented + menu + typed("99"));
-}
-
-TEST_F(ControlDialogue, FailedExchangeOfStartIsARefusal) {
-    FakeCore::answer("Start", Reply().value(1).text("s").failed());
-    EXPECT_EQ(run("1 99"), entered + menu + typed("1") + start +
-                               "Failed to start selected[1] debug print control\n{flush}" +
-                               notImplemented + menu + typed("99"));
+TEST_F(ControlDialogue, RefusedStartIsTwoLinesAndIsNotStopped) {
+    const Reply replies[] = {Reply().Value(0).Text("never shown"), Reply().Value(-1).Text("t"),
+                             Reply().Value(-2147483647).Text("t"),
+                             Reply().Value(1).Text("t").Failed()};
+    for (const Reply& reply : replies) {
+        Timeline::Now().Clear();
+        FakeConnection::Reset();
+        Answer("Start", reply);
+        EXPECT_EQ(Run("1 99"), "{entered}{menu}<1>{Start}Failed to start selected[1] debug print "
+                               "control\n{flush}{not implemented}{menu}<99>");
+    }
 }
 
 TEST_F(ControlDialogue, EmptyScreenInAReplyShowsTheLastOneAgain) {
-    FakeCore::answer("Start", Reply().value(1).text("first"));
-    FakeCore::answer("Execute", Reply().value(1).text(""));
-    FakeCore::answer("Execute", Reply().value(0));
-    EXPECT_EQ(run("1 a b 99"), entered + menu + typed("1") + start + "first{flush}" + typed("a") +
-                                   execute("a") + "{flush}first{flush}" + typed("b") +
-                                   execute("b") + stop + menu + typed("99"));
+    Answer("Start", Reply().Value(1).Text("first"));
+    Answer("Execute", Reply().Value(1).Text(""));
+    Answer("Execute", Reply().Value(0));
+    EXPECT_EQ(Run("1 a b 99"), "{entered}{menu}<1>{Start}first{flush}<a>" + Execute("a") +
+                                   "{flush}first{flush}<b>" + Execute("b") + "{Stop}{menu}<99>");
 }
 
 TEST_F(ControlDialogue, ScreenOutlivesTheDialogue) {
-    FakeCore::answer("Start", Reply().value(1).text("first"));
-    FakeCore::answer("Start", Reply().value(1).text(""));
-    FakeCore::answer("Execute", Reply().value(0).text("second"));
-    FakeCore::answer("Execute", Reply().value(0).text(""));
-    EXPECT_EQ(run("1 a 1 b 99"), entered + menu + typed("1") + start + "first{flush}" + typed("a") +
-                                     execute("a") + stop + menu + typed("1") + start +
-                                     "second{flush}" + typed("b") + execute("b") + stop + menu +
-                                     typed("99"));
+    Answer("Start", Reply().Value(1).Text("first"));
+    Answer("Start", Reply().Value(1).Text(""));
+    Answer("Execute", Reply().Value(0).Text("second"));
+    Answer("Execute", Reply().Value(0).Text(""));
+    EXPECT_EQ(Run("1 a 1 b 99"), "{entered}{menu}<1>{Start}first{flush}<a>" + Execute("a") +
+                                     "{Stop}{menu}<1>{Start}second{flush}<b>" + Execute("b") +
+                                     "{Stop}{menu}<99>");
 }
 
 TEST_F(ControlDialogue, ChosenAgainStartsTheSameControlAgain) {
-    FakeCore::answer("Start", Reply().value(1).text("s"));
-    FakeCore::answer("Execute", Reply().value(0));
-    const std::string once =
-        typed("1") + start + "s{flush}" + typed("x") + execute("x") + stop + menu;
-    EXPECT_EQ(run("1 x 1 x 99"), entered + menu + once + once + typed("99"));
+    Answer("Start", Reply().Value(1).Text("s"));
+    Answer("Execute", Reply().Value(0));
+    const std::string once = "<1>{Start}s{flush}<x>" + Execute("x") + "{Stop}{menu}";
+    EXPECT_EQ(Run("1 x 1 x 99"), "{entered}{menu}" + once + once + "<99>");
 }
 
-TEST_F(ControlDialogue, FollowsTheProviderMenuWithoutATrace) {
-    FakeCore::answer("Start", Reply().value(1).text("s"));
-    FakeCore::answer("Execute", Reply().value(0));
-    EXPECT_EQ(run("4 99 1 99 99"), entered + menu + typed("4") + screens::providerListOff +
-                                       "{flush}" + typed("99") + menu + typed("1") + start +
-                                       "s{flush}" + typed("99") + execute("99") + stop + menu +
-                                       typed("99"));
+TEST_F(ControlDialogue, LeavesNoTraceInTheProviderMenuNorThatOneInIt) {
+    Answer("Start", Reply().Value(1).Text("s"));
+    Answer("Execute", Reply().Value(0));
+    EXPECT_EQ(Run("4 99 1 x 4 5 99 99"), "{entered}{menu}<4>{list off}<99>{menu}<1>{Start}s{flush}"
+                                         "<x>" +
+                                             Execute("x") +
+                                             "{Stop}{menu}<4>{list off}<5>{flush}<99>{menu}<99>");
 }
 
-TEST_F(ControlDialogue, ProviderMenuAfterADialogueIsNotSentToTheControl) {
-    FakeCore::answer("Start", Reply().value(1).text("s"));
-    FakeCore::answer("Execute", Reply().value(0));
-    EXPECT_EQ(run("1 x 4 5 99 99"), entered + menu + typed("1") + start + "s{flush}" + typed("x") +
-                                        execute("x") + stop + menu + typed("4") +
-                                        screens::providerListOff + "{flush}" + typed("5") +
-                                        "{flush}" + typed("99") + menu + typed("99"));
-}
-
-TEST_F(ControlDialogue, ScreenRepeatsAtTheEndOfInput) {
-    FakeCore::answer("Start", Reply().value(1).text("screen> "));
-    FakeCore::answer("Execute", Reply().value(0));
-    console.type("1").endInput(3, "screen> ").type("x 99");
-    EXPECT_EQ(run(), entered + menu + typed("1") + start + "screen> {flush}" + typed("<end>") +
-                         "screen> {flush}screen> {flush}screen> {flush}" + typed("x") +
-                         execute("x") + stop + menu + typed("99"));
-}
-
-TEST_F(ControlDialogue, ScreenRepeatsWhileTheStreamIsBad) {
-    FakeCore::answer("Start", Reply().value(1).text("screen> "));
-    FakeCore::answer("Execute", Reply().value(0));
-    console.type("1").breakInput(2, "screen> ").type("x 99");
-    EXPECT_EQ(run(), entered + menu + typed("1") + start + "screen> {flush}" + typed("<broken>") +
-                         "screen> {flush}screen> {flush}" + typed("x") + execute("x") + stop +
-                         menu + typed("99"));
+TEST_F(ControlDialogue, ScreenRepeatsWhileTheInputIsAtItsEndOrBroken) {
+    Answer("Start", Reply().Value(1).Text("screen> "));
+    Answer("Execute", Reply().Value(0));
+    console.Type("1").EndInput(3, "screen> ").Type("x 1").BreakInput(2, "screen> ").Type("y 99");
+    EXPECT_EQ(Run(), "{entered}{menu}<1>{Start}screen> {flush}<end of input>"
+                     "screen> {flush}screen> {flush}screen> {flush}<x>" +
+                         Execute("x") +
+                         "{Stop}{menu}<1>{Start}screen> {flush}<broken input>"
+                         "screen> {flush}screen> {flush}<y>" +
+                         Execute("y") + "{Stop}{menu}<99>");
 }

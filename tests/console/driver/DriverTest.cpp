@@ -6,23 +6,47 @@
 
 #include <zarn/DebugMenu.h>
 
-#include "FakeCore.h"
+#include "CoreWatch.h"
+#include "FakeConnection.h"
 #include "FakeDevice.h"
 #include "FakeFiles.h"
 #include "FakeProcesses.h"
-#include "FakeTree.h"
-#include "Screens.h"
 
 namespace {
 
 const char kMarker[] = "quarle-provider/data/FCdebug.conf";
 
-std::string withoutResolver(std::string text) {
-    const std::string call = std::string("{TCPathResolver::GetAbsolutePath(6, ") + kMarker + ")}";
-    for (std::size_t at; (at = text.find(call)) != std::string::npos;)
-        text.erase(at, call.size());
-    return text;
+// A call of the shared control.
+std::string Call(const std::string& method, const std::string& arguments) {
+    return "{Exchange(com.holvi.IDebugPrintControl, " + method + ", false; " + arguments + ")}";
 }
+
+std::string Described(const Tree& tree) {
+    return "in {" + Describe(tree.GetBytes().data(), tree.GetBytes().size()) + "}";
+}
+
+const screens::Names kNames = {
+    {std::string("{TCPathResolver::GetAbsolutePath(6, ") + kMarker + ")}", ""},
+    {kMarker, "marker"},
+    {"{stat(marker)}DebugUtil\n{flush}", "{entered}"},
+    {screens::kProcessMenu + "\n{flush}cmd> {flush}", "{menu}"},
+    {screens::kMediaMenu + "\n{flush}cmd> {flush}", "{media}"},
+    {screens::ProviderList("OFF") + "{flush}", "{list off}"},
+    {screens::ProviderList("ON ") + "{flush}", "{list on}"},
+    {screens::kProviderPrompt + "{flush}", "{on or off?}"},
+    {"Command not implemented\n{flush}", "{not implemented}"},
+    {"{fopen(marker, w)}{fclose}{startdlogtagbydefault(quarle-daemon)}"
+     "{startdlogtagbydefault(quarle-provider)}",
+     "{switched on}"},
+    {"{stopdlogtagbydefault(quarle-daemon)}{stopdlogtagbydefault(quarle-provider)}"
+     "{remove(marker)}",
+     "{switched off}"},
+    {Call("IsQoSEnabled, 8", "out value 00") +
+         Call("GetMenuItems, 4", "out value ffffffff, out {}"),
+     "{simple}"},
+    {Call("Start, 0", "out value ffffffff, out length"), "{Start}"},
+    {Call("Stop, 2", "out value ffffffff"), "{Stop}"},
+};
 
 } // namespace
 
@@ -33,80 +57,47 @@ DriverTest::DriverTest() {
     m_directory = name;
     m_marker = m_directory + "/" + kMarker;
     std::filesystem::create_directories(std::filesystem::path(m_marker).parent_path());
-    FakeCore::reset();
-    FakeDevice::setDirectory(m_directory);
-    FakeDevice::setLogTagResult(0);
-    FakeProcesses::reset();
-    FakeFiles::watch(m_directory);
+    FakeConnection::Reset();
+    FakeDevice::SetDirectory(m_directory);
+    FakeDevice::SetLogTagResult(0);
+    FakeProcesses::Reset();
+    FakeFiles::Watch(m_directory);
 }
 
 DriverTest::~DriverTest() {
-    FakeFiles::watch("");
-    EXPECT_EQ(FakeCore::helpersAlive(), 0);
-    FakeCore::reset();
-    for (const pid_t child : FakeProcesses::children())
-        FakeProcesses::exitStatus(child);
-    FakeProcesses::reset();
+    FakeFiles::Watch("");
+    FakeConnection::Reset();
+    CoreWatch::Reset();
+    for (const pid_t child : FakeProcesses::GetChildren())
+        FakeProcesses::WaitForExitStatus(child);
+    FakeProcesses::Reset();
     std::filesystem::remove_all(m_directory);
 }
 
-std::string DriverTest::run(const std::string& words) {
-    return run(words, zarn_startmaindebug);
+std::string DriverTest::Run(const std::string& words) {
+    return Run(words, zarn_startmaindebug);
 }
 
-std::string DriverTest::run() {
-    return run("", zarn_startmaindebug);
+std::string DriverTest::Run(const std::string& words, const std::function<void()>& part) {
+    console.Type(words).Run(part);
+    EXPECT_EQ(console.CountWordsLeft(), 0u) << "the console was left before the last word";
+    return screens::Abbreviated(console.Whole(), kNames);
 }
 
-std::string DriverTest::run(const std::string& words, const std::function<void()>& part) {
-    console.type(words).run(part);
-    EXPECT_EQ(console.wordsLeft(), 0u) << "the console was left before the last word";
-    return withoutResolver(console.whole());
-}
-
-bool DriverTest::markerExists() const {
+bool DriverTest::MarkerExists() const {
     return std::filesystem::exists(m_marker);
 }
 
-void DriverTest::makeMarker(const std::string& content) {
+void DriverTest::MakeMarker(const std::string& content) {
     std::ofstream(m_marker) << content;
 }
 
-namespace pieces {
-
-const std::string entered = "{stat(quarle-provider/data/FCdebug.conf)}DebugUtil\n{flush}";
-const std::string menu = screens::processMenu + "\n{flush}cmd> {flush}";
-const std::string notImplemented = "Command not implemented\n{flush}";
-
-std::string typed(const std::string& word) {
-    return "{typed " + word + "}";
+std::string Execute(const std::string& word) {
+    return Call("Execute, 1",
+                "out value ffffffff, " + Described(Tree::OfText(word)) + ", out length");
 }
 
-const std::string start = "{Run(connection, com.holvi.IDebugPrintControl, Start, 0, false; out "
-                          "value 4 = ffffffff; out TCMarshalableString)}";
-const std::string stop = "{Run(connection, com.holvi.IDebugPrintControl, Stop, 2, false; out value "
-                         "4 = ffffffff)}";
-
-std::string execute(const std::string& word) {
-    FakeBranch text;
-    text.becomeText(word);
-    return "{Run(connection, com.holvi.IDebugPrintControl, Execute, 1, false; out value 4 = "
-           "ffffffff; in TCMarshalableString " +
-           FakeTree::describe(text) + "; out TCMarshalableString)}";
+std::string SetMenuItem(const std::string& name, bool state, unsigned int id) {
+    return Call("SetMenuItem, 6",
+                "out value ffffffff, " + Described(Tree::OfItem(name, state, id)));
 }
-
-const std::string getMenuItems =
-    "{Run(connection, com.holvi.IDebugPrintControl, GetMenuItems, 4, false; out value 4 = "
-    "ffffffff; out TCMarshalableOneDimensionContainer)}";
-const std::string isQoSEnabled =
-    "{Run(connection, com.holvi.IDebugPrintControl, IsQoSEnabled, 8, false; out value 1 = 00)}";
-
-std::string setMenuItem(const std::string& name, bool state, unsigned int id) {
-    FakeBranch item;
-    item.becomeItem(name, state, id);
-    return "{Run(connection, com.holvi.IDebugPrintControl, SetMenuItem, 6, false; out value 4 = "
-           "ffffffff; in TSMenuItem " +
-           FakeTree::describe(item) + ")}";
-}
-
-} // namespace pieces

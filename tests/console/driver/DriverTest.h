@@ -7,9 +7,21 @@
 #include <gtest/gtest.h>
 
 #include "Console.h"
+#include "Screens.h"
 
 // Scenarios of the driver: a console, a device with a directory of its own, and a process behind
-// the debug print control that answers from a script (FakeCore).
+// the debug print control that answers from a script (FakeConnection).
+//
+// In the time lines that it gives, what stands often has a name:
+//
+//     {entered}           what every call of the entry begins with: a look for the marker file, the
+//                         first line
+//     {menu}, {media}     the process menu and the media log menu, each with its prompt
+//     {list off}, {list on}, {on or off?}   the screens of the provider log menu
+//     {not implemented}   the line for a number without an entry
+//     {switched on}, {switched off}   the marker file and the log tags, in their order
+//     {simple}            the simple menu's questions to the control: the QoS state, then the items
+//     {Start}, {Stop}     calls of the shared debug print control
 class DriverTest : public testing::Test {
 protected:
     DriverTest();
@@ -18,17 +30,14 @@ protected:
     // Runs the whole console, from its entry to the last word. Returns the time line; the path
     // resolver's answers for the marker file are left out, since when it is asked is nobody's
     // concern.
-    std::string run(const std::string& words);
-    // The same for a console that was typed to already.
-    std::string run();
+    std::string Run(const std::string& words = "");
     // The same for a part of the console.
-    std::string run(const std::string& words, const std::function<void()>& part);
+    std::string Run(const std::string& words, const std::function<void()>& part);
 
-    // Path of the marker file; the directory that it belongs into exists.
-    const std::string& marker() const { return m_marker; }
-    bool markerExists() const;
-    void makeMarker(const std::string& content = "");
-    const std::string& directory() const { return m_directory; }
+    // The marker file; the directory that it belongs into exists.
+    const std::string& GetMarker() const { return m_marker; }
+    bool MarkerExists() const;
+    void MakeMarker(const std::string& content = "");
 
     Console console;
 
@@ -37,26 +46,9 @@ private:
     std::string m_marker;
 };
 
-// Pieces of the time line.
-namespace pieces {
+// Calls of the shared debug print control, as they stand in a time line.
+std::string Execute(const std::string& word);
+std::string SetMenuItem(const std::string& name, bool state, unsigned int id);
 
-// What every call of the entry begins with.
-extern const std::string entered;
-// The process menu with its prompt.
-extern const std::string menu;
-extern const std::string notImplemented;
-std::string typed(const std::string& word);
-// Calls of the shared debug print control.
-extern const std::string start;
-extern const std::string stop;
-std::string execute(const std::string& word);
-extern const std::string getMenuItems;
-extern const std::string isQoSEnabled;
-std::string setMenuItem(const std::string& name, bool state, unsigned int id);
-
-} // namespace pieces
-
-// Calls made while the program was loaded, before main.
-const std::vector<std::string>& callsAtLoad();
-// currentMenu, QuarleLogonOff, StatusForquarleDebug and m_child_Pid as they were then.
-const std::string& globalsAtLoad();
+// The test console that was entered last; null when none was.
+const void* GetLastEnteredTestConsole();

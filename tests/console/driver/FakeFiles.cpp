@@ -22,61 +22,61 @@ int __wrap_remove(const char* path);
 
 namespace {
 
-std::string watched;
-bool readOnly = false;
-std::FILE* opened = nullptr;
+std::string g_watched;
+bool g_readOnly = false;
+std::FILE* g_opened = nullptr;
 
-bool isWatched(const std::string& path) {
-    return !watched.empty() && path.starts_with(watched + "/");
+bool IsWatched(const std::string& path) {
+    return !g_watched.empty() && path.starts_with(g_watched + "/");
 }
 
-std::string shortened(const std::string& path) {
-    return path.substr(watched.size() + 1);
+std::string Shortened(const std::string& path) {
+    return path.substr(g_watched.size() + 1);
 }
 
 } // namespace
 
-void FakeFiles::watch(const std::string& directory) {
-    watched = directory;
-    readOnly = false;
-    opened = nullptr;
+void FakeFiles::Watch(const std::string& directory) {
+    g_watched = directory;
+    g_readOnly = false;
+    g_opened = nullptr;
 }
 
-void FakeFiles::mountReadOnly() {
-    readOnly = true;
+void FakeFiles::MountReadOnly() {
+    g_readOnly = true;
 }
 
 int __wrap_stat(const char* path, struct stat* status) {
-    if (isWatched(path))
-        Timeline::now().call("stat(" + shortened(path) + ")");
+    if (IsWatched(path))
+        Timeline::Now().Call("stat(" + Shortened(path) + ")");
     return __real_stat(path, status);
 }
 
 std::FILE* __wrap_fopen(const char* path, const char* mode) {
-    if (!isWatched(path))
+    if (!IsWatched(path))
         return __real_fopen(path, mode);
-    Timeline::now().call("fopen(" + shortened(path) + ", " + mode + ")");
-    if (readOnly && *mode != 'r') {
+    Timeline::Now().Call("fopen(" + Shortened(path) + ", " + mode + ")");
+    if (g_readOnly && *mode != 'r') {
         errno = EROFS;
         return nullptr;
     }
-    opened = __real_fopen(path, mode);
-    return opened;
+    g_opened = __real_fopen(path, mode);
+    return g_opened;
 }
 
 int __wrap_fclose(std::FILE* file) {
-    if (file != nullptr && file == opened) {
-        Timeline::now().call("fclose");
-        opened = nullptr;
+    if (file != nullptr && file == g_opened) {
+        Timeline::Now().Call("fclose");
+        g_opened = nullptr;
     }
     return __real_fclose(file);
 }
 
 int __wrap_remove(const char* path) {
-    if (!isWatched(path))
+    if (!IsWatched(path))
         return __real_remove(path);
-    Timeline::now().call("remove(" + shortened(path) + ")");
-    if (readOnly) {
+    Timeline::Now().Call("remove(" + Shortened(path) + ")");
+    if (g_readOnly) {
         errno = EROFS;
         return -1;
     }

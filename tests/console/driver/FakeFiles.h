@@ -8,9 +8,9 @@
 namespace FakeFiles {
 
 // Watches `directory` from now on; an empty one ends that.
-void watch(const std::string& directory);
+void Watch(const std::string& directory);
 // From now on opening for writing and removing fail below it, as on a file system that is mounted
 // read-only. Ends with the watch.
-void mountReadOnly();
+void MountReadOnly();
 
 } // namespace FakeFiles

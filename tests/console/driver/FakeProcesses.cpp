@@ -22,48 +22,48 @@ int __wrap_execl(const char* path, const char* argument, ...);
 
 namespace {
 
-bool programs = true;
-bool exhausted = false;
-std::vector<pid_t> made;
+bool g_programs = true;
+bool g_exhausted = false;
+std::vector<pid_t> g_made;
 // In a child: where it tells what it did.
-int report = -1;
+int g_report = -1;
 
-void tell() {
-    for (const std::string& call : Timeline::now().calls()) {
+void Tell() {
+    for (const std::string& call : Timeline::Now().Calls()) {
         const std::string line = "child: " + call + "\n";
-        if (write(report, line.data(), line.size()) < 0)
+        if (write(g_report, line.data(), line.size()) < 0)
             __real__exit(120);
     }
     // The child's output would reach the user's terminal from a borrowed stream.
-    const std::string output = Timeline::now().transcript();
+    const std::string output = Timeline::Now().Transcript();
     if (!output.empty()) {
         const std::string line = "child: wrote " + std::to_string(output.size()) + " bytes\n";
-        if (write(report, line.data(), line.size()) < 0)
+        if (write(g_report, line.data(), line.size()) < 0)
             __real__exit(120);
     }
 }
 
 } // namespace
 
-void FakeProcesses::reset() {
-    programs = true;
-    exhausted = false;
-    made.clear();
+void FakeProcesses::Reset() {
+    g_programs = true;
+    g_exhausted = false;
+    g_made.clear();
 }
 
-void FakeProcesses::removePrograms() {
-    programs = false;
+void FakeProcesses::RemovePrograms() {
+    g_programs = false;
 }
 
-void FakeProcesses::exhaust() {
-    exhausted = true;
+void FakeProcesses::Exhaust() {
+    g_exhausted = true;
 }
 
-const std::vector<pid_t>& FakeProcesses::children() {
-    return made;
+const std::vector<pid_t>& FakeProcesses::GetChildren() {
+    return g_made;
 }
 
-int FakeProcesses::exitStatus(pid_t child) {
+int FakeProcesses::WaitForExitStatus(pid_t child) {
     int status = 0;
     if (waitpid(child, &status, 0) != child || !WIFEXITED(status))
         return -1;
@@ -71,17 +71,17 @@ int FakeProcesses::exitStatus(pid_t child) {
 }
 
 pid_t __wrap_vfork() {
-    Timeline::now().call("vfork");
+    Timeline::Now().Call("vfork");
     int ends[2];
-    if (exhausted || pipe(ends) != 0) {
+    if (g_exhausted || pipe(ends) != 0) {
         errno = EAGAIN;
         return -1;
     }
     const pid_t child = fork();
     if (child == 0) {
         close(ends[0]);
-        report = ends[1];
-        Timeline::now().clear();
+        g_report = ends[1];
+        Timeline::Now().Clear();
         return 0;
     }
     close(ends[1]);
@@ -93,9 +93,9 @@ pid_t __wrap_vfork() {
     close(ends[0]);
     for (std::size_t begin = 0, end; (end = text.find('\n', begin)) != std::string::npos;
          begin = end + 1)
-        Timeline::now().call(text.substr(begin, end - begin));
+        Timeline::Now().Call(text.substr(begin, end - begin));
     if (child > 0)
-        made.push_back(child);
+        g_made.push_back(child);
     return child;
 }
 
@@ -106,9 +106,9 @@ int __wrap_execl(const char* path, const char* argument, ...) {
     while (const char* next = va_arg(more, const char*))
         call += std::string(", ") + next;
     va_end(more);
-    Timeline::now().call(call + ")");
-    if (programs && report >= 0) {
-        tell();
+    Timeline::Now().Call(call + ")");
+    if (g_programs && g_report >= 0) {
+        Tell();
         __real__exit(0);
     }
     errno = ENOENT;
@@ -116,9 +116,9 @@ int __wrap_execl(const char* path, const char* argument, ...) {
 }
 
 void __wrap__exit(int status) {
-    if (report >= 0) {
-        Timeline::now().call("_exit(" + std::to_string(status) + ")");
-        tell();
+    if (g_report >= 0) {
+        Timeline::Now().Call("_exit(" + std::to_string(status) + ")");
+        Tell();
     }
     __real__exit(status);
 }

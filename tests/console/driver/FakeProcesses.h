@@ -14,16 +14,16 @@
 namespace FakeProcesses {
 
 // Back to a machine that has every program.
-void reset();
+void Reset();
 // No program can be started any more.
-void removePrograms();
+void RemovePrograms();
 // vfork fails from now on.
-void exhaust();
+void Exhaust();
 
 // Process IDs that vfork returned to the parent since the last reset.
-const std::vector<pid_t>& children();
+const std::vector<pid_t>& GetChildren();
 // Waits for a child's end. Its exit status; -1 when it did not end by itself or somebody else has
 // waited for it.
-int exitStatus(pid_t child);
+int WaitForExitStatus(pid_t child);
 
 } // namespace FakeProcesses

@@ -6,19 +6,33 @@
 #include <gtest/gtest.h>
 
 #include "DebugMenu.h"
-#include "DriverTest.h"
 #include "FakeConnection.h"
+#include "GstPluginDebug.h"
+#include "QuarleDebugMenu.h"
+#include "Timeline.h"
+
+namespace {
+
+// As it was before main.
+std::vector<std::string> g_callsAtLoad;
+std::vector<int> g_globalsAtLoad;
+
+} // namespace
+
+int main(int argc, char** argv) {
+    g_callsAtLoad = Timeline::Now().Calls();
+    g_globalsAtLoad = {currentMenu, QuarleLogonOff, StatusForquarleDebug, m_child_Pid};
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
 
 TEST(Load, ConstructsTheTestConsoleAndThenTheSimpleMenuWithItsControl) {
-    EXPECT_EQ(callsAtLoad(),
+    EXPECT_EQ(g_callsAtLoad,
               (std::vector<std::string>{"TCDebugMenuTPMS",
                                         "NorvexAPIConnection(com.holvi.Norvex.SignalIFace, "
                                         "/com/holvi/Norvex/SignalObject, true)"}));
-    EXPECT_EQ(FakeConnection::alive(), 1);
-}
-
-TEST(Load, GlobalsBeginAtZero) {
-    EXPECT_EQ(globalsAtLoad(), "0 0 0 0");
+    EXPECT_EQ(FakeConnection::CountAlive(), 1);
+    EXPECT_EQ(g_globalsAtLoad, (std::vector<int>{0, 0, 0, 0}));
 }
 
 TEST(Load, TestConsoleNeedsNoDestructor) {
@@ -31,7 +45,7 @@ TEST(Load, TestConsoleNeedsNoDestructor) {
 TEST(LoadDeathTest, ControlIsReleasedOnceWhenTheProcessExits) {
     EXPECT_EXIT(
         {
-            FakeConnection::tellEnd(true);
+            FakeConnection::TellEnd();
             std::exit(0);
         },
         testing::ExitedWithCode(0), "^connection closed\n$");

@@ -7,191 +7,135 @@
 #include "DriverTest.h"
 #include "FakeProcesses.h"
 #include "GstPluginDebug.h"
-#include "Screens.h"
-
-using namespace pieces;
 
 namespace {
 
-const std::string kMediaMenu = screens::mediaMenu + "\n{flush}cmd> {flush}";
-
 // What a valid number brings: echo, announcement, viewer.
-std::string viewer(const std::string& number, const std::string& element) {
-    return number + "\n{flush}[GST Debug Log ON] ExecuteLogOn : " + element +
-           "\n{flush}{vfork}{child: execl(/usr/bin/dlogutil; dlogutil, " + element + ")}";
+std::string Announced(const std::string& number, const std::string& element) {
+    return number + "\n{flush}[GST Debug Log ON] ExecuteLogOn : " + element + "\n{flush}{vfork}";
+}
+std::string Viewer(const std::string& number, const std::string& element) {
+    return Announced(number, element) + "{child: execl(/usr/bin/dlogutil; dlogutil, " + element +
+           ")}{media}";
 }
 
-std::string invalid(const std::string& number) {
-    return number + "\n{flush} The input is invalid!! \n";
+std::string Invalid(const std::string& number) {
+    return number + "\n{flush} The input is invalid!! \n{media}";
 }
-
-} // namespace
 
 class MediaLogMenu : public DriverTest {
 protected:
-    std::string runMenu(const std::string& words) {
-        return run(words, [this] { m_result = GstPluginDebugFunction(); });
+    std::string RunMenu(const std::string& words = "") {
+        return Run(words, [this] { m_result = GstPluginDebugFunction(); });
     }
     int m_result = -1;
 };
 
-TEST_F(MediaLogMenu, IsPrintedWithItsPromptAndLeftWith99) {
-    EXPECT_EQ(runMenu("99"), kMediaMenu + typed("99") + "99\n{flush}");
-    EXPECT_EQ(m_result, 0);
-}
+} // namespace
 
-TEST_F(MediaLogMenu, TextIsExact) {
-    EXPECT_EQ(CreateGstDebugUtilMenu(), screens::mediaMenu);
-    runMenu("99");
-    const std::vector<std::string> insertions = console.insertions();
-    EXPECT_EQ(std::count(insertions.begin(), insertions.end(), screens::mediaMenu), 1)
-        << "written in one piece";
+TEST_F(MediaLogMenu, IsWrittenInOnePieceAndLeftWith99) {
+    EXPECT_EQ(RunMenu("99"), "{media}<99>99\n{flush}");
+    EXPECT_EQ(m_result, 0);
+    EXPECT_TRUE(Console::WroteInOnePiece(screens::kMediaMenu));
+    EXPECT_EQ(CreateGstDebugUtilMenu(), screens::kMediaMenu);
 }
 
 TEST_F(MediaLogMenu, LeavesByTheNumber) {
-    EXPECT_EQ(runMenu("099"), kMediaMenu + typed("099") + "99\n{flush}");
-    EXPECT_EQ(run("4294967395", GstPluginDebugFunction), kMediaMenu + typed("099") + "99\n{flush}" +
-                                                             kMediaMenu + typed("4294967395") +
-                                                             "99\n{flush}");
+    EXPECT_EQ(RunMenu("099"), "{media}<099>99\n{flush}");
+    EXPECT_EQ(RunMenu("4294967395"), "{media}<099>99\n{flush}{media}<4294967395>99\n{flush}");
 }
 
+// 2 starts the same viewer as 1, and 11 none although it is listed.
 TEST_F(MediaLogMenu, EachNumberStartsTheViewerOfItsElement) {
     const std::pair<const char*, const char*> rows[] = {
         {"0", "tvvideosink"}, {"1", "tvvideodec"},  {"2", "tvvideodec"},  {"3", "tvtunerinfosrc"},
         {"4", "tvaudiosink"}, {"5", "tvaudiodec"},  {"6", "tvdemuxer"},   {"7", "tvdrmsink"},
         {"8", "extaudiosrc"}, {"9", "extvideosrc"}, {"10", "tvfpaparser"}};
     std::string words;
-    std::string expected = kMediaMenu;
+    std::string expected = "{media}";
     for (const auto& [number, element] : rows) {
         words += std::string(number) + " ";
-        expected += typed(number) + viewer(number, element) + kMediaMenu;
+        expected += "<" + std::string(number) + ">" + Viewer(number, element);
     }
-    EXPECT_EQ(runMenu(words + "99"), expected + typed("99") + "99\n{flush}");
-    EXPECT_EQ(FakeProcesses::children().size(), 11u);
-}
-
-TEST_F(MediaLogMenu, TwoStartsTheSameViewerAsOne) {
-    EXPECT_EQ(runMenu("2 1 99"), kMediaMenu + typed("2") + viewer("2", "tvvideodec") + kMediaMenu +
-                                     typed("1") + viewer("1", "tvvideodec") + kMediaMenu +
-                                     typed("99") + "99\n{flush}");
-}
-
-TEST_F(MediaLogMenu, ElevenIsInvalidAlthoughItIsListed) {
-    EXPECT_EQ(runMenu("11 99"),
-              kMediaMenu + typed("11") + invalid("11") + kMediaMenu + typed("99") + "99\n{flush}");
-    EXPECT_TRUE(FakeProcesses::children().empty());
+    EXPECT_EQ(RunMenu(words + "11 99"), expected + "<11>" + Invalid("11") + "<99>99\n{flush}");
+    EXPECT_EQ(FakeProcesses::GetChildren().size(), 11u);
 }
 
 TEST_F(MediaLogMenu, NumbersWithoutARowAreInvalid) {
-    EXPECT_EQ(runMenu("12 98 100 2147483647 99"),
-              kMediaMenu + typed("12") + invalid("12") + kMediaMenu + typed("98") + invalid("98") +
-                  kMediaMenu + typed("100") + invalid("100") + kMediaMenu + typed("2147483647") +
-                  invalid("2147483647") + kMediaMenu + typed("99") + "99\n{flush}");
+    EXPECT_EQ(RunMenu("12 98 100 2147483647 99"),
+              "{media}<12>" + Invalid("12") + "<98>" + Invalid("98") + "<100>" + Invalid("100") +
+                  "<2147483647>" + Invalid("2147483647") + "<99>99\n{flush}");
+    EXPECT_TRUE(FakeProcesses::GetChildren().empty());
 }
 
-TEST_F(MediaLogMenu, LeadingZeroesAreAcceptedAndTheEchoIsTheNumber) {
-    EXPECT_EQ(runMenu("007 99"), kMediaMenu + typed("007") + viewer("7", "tvdrmsink") + kMediaMenu +
-                                     typed("99") + "99\n{flush}");
-}
-
-TEST_F(MediaLogMenu, LowThirtyTwoBitsCount) {
-    EXPECT_EQ(runMenu("4294967295 4294967296 2147483648 99999999999999999999 99"),
-              kMediaMenu + typed("4294967295") + invalid("-1") + kMediaMenu + typed("4294967296") +
-                  viewer("0", "tvvideosink") + kMediaMenu + typed("2147483648") +
-                  invalid("-2147483648") + kMediaMenu + typed("99999999999999999999") +
-                  invalid("-1") + kMediaMenu + typed("99") + "99\n{flush}");
+TEST_F(MediaLogMenu, LowThirtyTwoBitsCountAndTheEchoIsTheNumber) {
+    EXPECT_EQ(RunMenu("007 4294967295 4294967296 2147483648 99999999999999999999 99"),
+              "{media}<007>" + Viewer("7", "tvdrmsink") + "<4294967295>" + Invalid("-1") +
+                  "<4294967296>" + Viewer("0", "tvvideosink") + "<2147483648>" +
+                  Invalid("-2147483648") + "<99999999999999999999>" + Invalid("-1") +
+                  "<99>99\n{flush}");
 }
 
 TEST_F(MediaLogMenu, WordsThatAreNoDigitsAreIgnoredSilently) {
-    EXPECT_EQ(runMenu("-1 +1 abc 1x x1 99"), kMediaMenu + typed("-1") + kMediaMenu + typed("+1") +
-                                                 kMediaMenu + typed("abc") + kMediaMenu +
-                                                 typed("1x") + kMediaMenu + typed("x1") +
-                                                 kMediaMenu + typed("99") + "99\n{flush}");
+    EXPECT_EQ(RunMenu("-1 +1 abc 1x x1 99"),
+              "{media}<-1>{media}<+1>{media}<abc>{media}<1x>{media}<x1>{media}<99>99\n{flush}");
 }
 
 TEST_F(MediaLogMenu, LeavingItIsNotImplementedInTheProcessMenu) {
-    EXPECT_EQ(run("3 11 99 99"), entered + menu + typed("3") + kMediaMenu + typed("11") +
-                                     invalid("11") + kMediaMenu + typed("99") + "99\n{flush}" +
-                                     notImplemented + menu + typed("99"));
+    EXPECT_EQ(Run("3 11 99 99"), "{entered}{menu}<3>{media}<11>" + Invalid("11") +
+                                     "<99>99\n{flush}{not implemented}{menu}<99>");
 }
 
 TEST_F(MediaLogMenu, MissingViewerEndsTheChildWithStatus1AndTheMenuGoesOn) {
-    FakeProcesses::removePrograms();
-    EXPECT_EQ(runMenu("5 99"), kMediaMenu + typed("5") +
-                                   "5\n{flush}[GST Debug Log ON] ExecuteLogOn : tvaudiodec\n"
-                                   "{flush}{vfork}{child: execl(/usr/bin/dlogutil; dlogutil, "
-                                   "tvaudiodec)}{child: _exit(1)}" +
-                                   kMediaMenu + typed("99") + "99\n{flush}");
-    ASSERT_EQ(FakeProcesses::children().size(), 1u);
-    EXPECT_EQ(FakeProcesses::exitStatus(FakeProcesses::children()[0]), 1);
+    FakeProcesses::RemovePrograms();
+    EXPECT_EQ(RunMenu("5 99"), "{media}<5>" + Announced("5", "tvaudiodec") +
+                                   "{child: execl(/usr/bin/dlogutil; dlogutil, tvaudiodec)}"
+                                   "{child: _exit(1)}{media}<99>99\n{flush}");
+    ASSERT_EQ(FakeProcesses::GetChildren().size(), 1u);
+    EXPECT_EQ(FakeProcesses::WaitForExitStatus(FakeProcesses::GetChildren()[0]), 1);
 }
 
 TEST_F(MediaLogMenu, ChildThatCannotBeMadeIsNotReported) {
-    FakeProcesses::exhaust();
-    EXPECT_EQ(runMenu("5 99"), kMediaMenu + typed("5") +
-                                   "5\n{flush}[GST Debug Log ON] ExecuteLogOn : tvaudiodec\n"
-                                   "{flush}{vfork}" +
-                                   kMediaMenu + typed("99") + "99\n{flush}");
+    FakeProcesses::Exhaust();
+    EXPECT_EQ(RunMenu("5 99"),
+              "{media}<5>" + Announced("5", "tvaudiodec") + "{media}<99>99\n{flush}");
     EXPECT_EQ(m_child_Pid, -1);
-}
-
-TEST_F(MediaLogMenu, FinishedViewersAreNotReaped) {
-    runMenu("0 1 99");
-    ASSERT_EQ(FakeProcesses::children().size(), 2u);
-    EXPECT_EQ(FakeProcesses::exitStatus(FakeProcesses::children()[0]), 0);
-    EXPECT_EQ(FakeProcesses::exitStatus(FakeProcesses::children()[1]), 0);
-}
-
-TEST_F(MediaLogMenu, NewestViewersProcessIdIsKept) {
-    runMenu("0 1 11 99");
-    ASSERT_EQ(FakeProcesses::children().size(), 2u);
-    EXPECT_EQ(m_child_Pid, FakeProcesses::children()[1]);
-}
-
-TEST_F(MediaLogMenu, ExecuteLogOnAnswersTheProcessIdAndDoesNotUseTheRow) {
-    int first = 0;
-    int second = 0;
-    EXPECT_EQ(run("",
-                  [&] {
-                      first = ExecuteLogOn("anything", 3);
-                      second = ExecuteLogOn("anything", -77);
-                  }),
-              "[GST Debug Log ON] ExecuteLogOn : anything\n{flush}{vfork}{child: "
-              "execl(/usr/bin/dlogutil; dlogutil, anything)}"
-              "[GST Debug Log ON] ExecuteLogOn : anything\n{flush}{vfork}{child: "
-              "execl(/usr/bin/dlogutil; dlogutil, anything)}");
-    ASSERT_EQ(FakeProcesses::children().size(), 2u);
-    EXPECT_EQ(first, FakeProcesses::children()[0]);
-    EXPECT_EQ(second, FakeProcesses::children()[1]);
-    FakeProcesses::exhaust();
     EXPECT_EQ(ExecuteLogOn("anything", 3), -1);
 }
 
-TEST_F(MediaLogMenu, MenuRepeatsAtTheEndOfInput) {
-    console.type("11").endInput(3).type("99");
-    EXPECT_EQ(runMenu(""), kMediaMenu + typed("11") + invalid("11") + kMediaMenu + typed("<end>") +
-                               kMediaMenu + kMediaMenu + kMediaMenu + typed("99") + "99\n{flush}");
+TEST_F(MediaLogMenu, FinishedViewersAreNotReapedAndTheNewestProcessIdIsKept) {
+    RunMenu("0 1 11 99");
+    const std::vector<pid_t> children = FakeProcesses::GetChildren();
+    ASSERT_EQ(children.size(), 2u);
+    EXPECT_EQ(m_child_Pid, children[1]);
+    EXPECT_EQ(FakeProcesses::WaitForExitStatus(children[0]), 0);
+    EXPECT_EQ(FakeProcesses::WaitForExitStatus(children[1]), 0);
 }
 
-TEST_F(MediaLogMenu, MenuRepeatsWhileTheStreamIsBad) {
-    console.breakInput(2).type("99");
-    EXPECT_EQ(runMenu(""), kMediaMenu + typed("<broken>") + kMediaMenu + kMediaMenu + typed("99") +
-                               "99\n{flush}");
+TEST_F(MediaLogMenu, ExecuteLogOnAnswersTheProcessIdAndDoesNotUseTheRow) {
+    for (const int row : {3, -77}) {
+        Timeline::Now().Clear();
+        int child = 0;
+        EXPECT_EQ(Run("", [&] { child = ExecuteLogOn("anything", row); }),
+                  "[GST Debug Log ON] ExecuteLogOn : anything\n{flush}{vfork}"
+                  "{child: execl(/usr/bin/dlogutil; dlogutil, anything)}");
+        EXPECT_EQ(child, FakeProcesses::GetChildren().back());
+    }
+}
+
+TEST_F(MediaLogMenu, RepeatsWhileTheInputIsAtItsEndOrBroken) {
+    console.Type("11").EndInput(3).Type("12").BreakInput(2).Type("99");
+    EXPECT_EQ(RunMenu(), "{media}<11>" + Invalid("11") + "<end of input>{media}{media}{media}<12>" +
+                             Invalid("12") + "<broken input>{media}{media}<99>99\n{flush}");
 }
 
 TEST_F(MediaLogMenu, NumbersAreDigitsAlone) {
-    EXPECT_TRUE(isNumberGst("0"));
-    EXPECT_TRUE(isNumberGst("1234567890"));
-    EXPECT_TRUE(isNumberGst("99999999999999999999999999"));
-    EXPECT_FALSE(isNumberGst(""));
-    EXPECT_FALSE(isNumberGst("-1"));
-    EXPECT_FALSE(isNumberGst("+1"));
-    EXPECT_FALSE(isNumberGst(" 1"));
-    EXPECT_FALSE(isNumberGst("1 "));
-    EXPECT_FALSE(isNumberGst("1a"));
-    EXPECT_FALSE(isNumberGst("a1"));
-    EXPECT_FALSE(isNumberGst("\xb2"));
-    EXPECT_FALSE(isNumberGst(std::string("1\0", 2)));
+    for (const char* number : {"0", "1234567890", "99999999999999999999999999"})
+        EXPECT_TRUE(isNumberGst(number)) << number;
+    for (const std::string& word : {std::string(), std::string("1\0", 2), std::string("-1"),
+                                    std::string("+1"), std::string(" 1"), std::string("1 "),
+                                    std::string("1a"), std::string("a1"), std::string("\xb2")})
+        EXPECT_FALSE(isNumberGst(word)) << word;
 }
 
 namespace {
@@ -199,10 +143,10 @@ namespace {
 // A locale in which "q" is a digit.
 class DigitQ : public std::ctype<char> {
 public:
-    DigitQ() : std::ctype<char>(table()) {}
+    DigitQ() : std::ctype<char>(GetTable()) {}
 
 private:
-    static const mask* table() {
+    static const mask* GetTable() {
         static mask masks[table_size];
         std::copy_n(classic_table(), table_size, masks);
         masks[static_cast<unsigned char>('q')] = digit;

@@ -1,200 +1,146 @@
-#include <algorithm>
+#include <optional>
 
 #include <gtest/gtest.h>
 
 #include <zarn/DebugMenu.h>
 
+#include "CoreWatch.h"
 #include "DebugMenu.h"
 #include "DriverTest.h"
 #include "FakeConnection.h"
-#include "FakeCore.h"
-#include "FakeMediaMenu.h"
-#include "FakeTPMS.h"
-#include "Screens.h"
 
-using namespace pieces;
-using FakeCore::Reply;
+using FakeConnection::Reply;
 
 using ProcessMenu = DriverTest;
 
-TEST_F(ProcessMenu, IsPrintedWithItsPromptAndLeftWith99) {
-    EXPECT_EQ(run("99"), entered + menu + typed("99"));
+namespace {
+
+// What the media log menu answers instead of running; without it, it runs.
+std::optional<int> g_mediaMenuResult;
+
+const std::string kOpened = "{TCDebugMenuUtility::OpenLibrary(/usr/lib64/liblumo-debugmenu.so, "
+                            "lumo_subdebugmenu)}";
+const std::string kFailedToStart =
+    "{Start}Failed to start selected[1] debug print control\n{flush}{not implemented}{menu}";
+
+} // namespace
+
+// The linker's names for calls of GstPluginDebugFunction and for the function itself.
+extern "C" int RealMediaMenu() __asm__("__real__Z22GstPluginDebugFunctionv");
+extern "C" int WrappedMediaMenu() __asm__("__wrap__Z22GstPluginDebugFunctionv");
+
+int WrappedMediaMenu() {
+    if (!g_mediaMenuResult)
+        return RealMediaMenu();
+    Timeline::Now().Call("GstPluginDebugFunction");
+    return *g_mediaMenuResult;
 }
 
-TEST_F(ProcessMenu, TextIsExact) {
-    EXPECT_EQ(CreateDebugUtilMenu(), screens::processMenu);
-}
-
-TEST_F(ProcessMenu, TranscriptHoldsNothingElse) {
-    run("99");
-    EXPECT_EQ(console.transcript(), "DebugUtil\n"
-                                    "====================================\n"
-                                    "\t[Process Debug List]\t\n"
-                                    "------------------------------------\n"
-                                    " 1. Norvex\n"
-                                    " 2. TV Player\n"
-                                    " 3. TV Plug in\n"
-                                    " 4. Quarle-Provider\n"
-                                    " 5. Norvex Debug\n"
-                                    " 6. Norvex LUMO Debug\n"
-                                    " 7. Simple Debug\n"
-                                    "------------------------------------\n"
-                                    " 99 : Exit\n"
-                                    "====================================\n"
-                                    "\n"
-                                    "cmd> ");
-}
-
-TEST_F(ProcessMenu, IsWrittenInOnePiece) {
-    run("99");
-    const std::vector<std::string> insertions = console.insertions();
-    EXPECT_EQ(std::count(insertions.begin(), insertions.end(), screens::processMenu), 1);
+TEST_F(ProcessMenu, IsWrittenInOnePieceWithItsPromptAndLeftWith99) {
+    EXPECT_EQ(Run("99"), "{entered}{menu}<99>");
+    EXPECT_TRUE(Console::WroteInOnePiece(screens::kProcessMenu));
+    EXPECT_EQ(CreateDebugUtilMenu(), screens::kProcessMenu);
+    EXPECT_EQ(FakeConnection::CountAlive(), 1) << "leaving destroys nothing";
 }
 
 TEST_F(ProcessMenu, LeavesByTheNumberNotByTheText) {
-    for (const char* word : {"099", "4294967395"}) {
-        Console again;
-        again.type(word).run(zarn_startmaindebug);
-        EXPECT_EQ(again.transcript(), "DebugUtil\n" + screens::processMenu + "\ncmd> ") << word;
-    }
-}
-
-TEST_F(ProcessMenu, LeavingStopsAndDestroysNothing) {
-    EXPECT_EQ(run("99"), entered + menu + typed("99"));
-    EXPECT_EQ(FakeConnection::alive(), 1);
+    EXPECT_EQ(Run("099"), "{entered}{menu}<099>");
+    EXPECT_EQ(Run("4294967395"), "{entered}{menu}<099>{entered}{menu}<4294967395>");
 }
 
 TEST_F(ProcessMenu, WordsThatAreNoNumbersAreIgnoredSilently) {
-    EXPECT_EQ(run("abc -1 +1 1x x1 0x1 . 99"), entered + menu + typed("abc") + menu + typed("-1") +
-                                                   menu + typed("+1") + menu + typed("1x") + menu +
-                                                   typed("x1") + menu + typed("0x1") + menu +
-                                                   typed(".") + menu + typed("99"));
+    EXPECT_EQ(Run("abc -1 +1 1x x1 0x1 . 99"),
+              "{entered}{menu}<abc>{menu}<-1>{menu}<+1>{menu}<1x>{menu}<x1>{menu}<0x1>{menu}<.>"
+              "{menu}<99>");
 }
 
 TEST_F(ProcessMenu, WhatANumberIsTheDeviceDecides) {
-    FakeCore::acceptAsNumber("1x");
-    FakeCore::acceptAsNumber("-1");
-    FakeCore::acceptAsNumber("abc");
-    FakeCore::acceptAsNumber("99!");
-    EXPECT_EQ(run("1x -1 abc 99!"), entered + menu + typed("1x") + start +
-                                        "Failed to start selected[1] debug print control\n{flush}" +
-                                        notImplemented + menu + typed("-1") + notImplemented +
-                                        menu + typed("abc") + notImplemented + menu + typed("99!"));
+    for (const char* word : {"1x", "-1", "abc", "99!"})
+        CoreWatch::AcceptAsNumber(word);
+    EXPECT_EQ(Run("1x -1 abc 99!"), "{entered}{menu}<1x>" + kFailedToStart +
+                                        "<-1>{not implemented}{menu}"
+                                        "<abc>{not implemented}{menu}<99!>");
 }
 
 TEST_F(ProcessMenu, NumbersWithoutAnEntryAreNotImplemented) {
-    for (const char* word : {"2", "0", "8", "00", "9", "10", "98", "100", "2147483648",
-                             "4294967295", "99999999999999999999", "9223372036854775809"}) {
-        Console again;
-        again.type(word).type("99").run(zarn_startmaindebug);
-        EXPECT_EQ(again.transcript(), "DebugUtil\n" + screens::processMenu +
-                                          "\ncmd> Command not implemented\n" +
-                                          screens::processMenu + "\ncmd> ")
-            << word;
+    std::string expected = "{entered}{menu}";
+    for (const std::string word : {"2", "0", "8", "00", "9", "10", "98", "100", "2147483648",
+                                   "4294967295", "99999999999999999999", "9223372036854775809"}) {
+        console.Type(word);
+        expected += "<" + word + ">{not implemented}{menu}";
     }
-}
-
-TEST_F(ProcessMenu, NotImplementedIsALineAndFlushed) {
-    EXPECT_EQ(run("2 0 8 99"), entered + menu + typed("2") + notImplemented + menu + typed("0") +
-                                   notImplemented + menu + typed("8") + notImplemented + menu +
-                                   typed("99"));
+    EXPECT_EQ(Run("99"), expected + "<99>");
 }
 
 TEST_F(ProcessMenu, LowThirtyTwoBitsOfANumberSelect) {
-    FakeCore::answer("Start", Reply().value(0).text(""));
-    EXPECT_EQ(run("4294967297 8589934593 001 99"),
-              entered + menu + typed("4294967297") + start +
-                  "Failed to start selected[1] debug print control\n{flush}" + notImplemented +
-                  menu + typed("8589934593") + start +
-                  "Failed to start selected[1] debug print control\n{flush}" + notImplemented +
-                  menu + typed("001") + start +
-                  "Failed to start selected[1] debug print control\n{flush}" + notImplemented +
-                  menu + typed("99"));
+    EXPECT_EQ(Run("4294967297 8589934593 001 99"), "{entered}{menu}<4294967297>" + kFailedToStart +
+                                                       "<8589934593>" + kFailedToStart + "<001>" +
+                                                       kFailedToStart + "<99>");
 }
 
 TEST_F(ProcessMenu, Choice3RunsTheMediaMenuAndIsThenNotImplemented) {
-    EXPECT_EQ(run("3 99 99"), entered + menu + typed("3") + screens::mediaMenu +
-                                  "\n{flush}cmd> {flush}" + typed("99") + "99\n{flush}" +
-                                  notImplemented + menu + typed("99"));
+    EXPECT_EQ(Run("3 99 99"),
+              "{entered}{menu}<3>{media}<99>99\n{flush}{not implemented}{menu}<99>");
 }
 
 TEST_F(ProcessMenu, Choice3GoesBackToTheMenuWhenTheMediaMenuAnswersOtherThan0) {
-    FakeMediaMenu::answer(1);
-    EXPECT_EQ(run("3 99"),
-              entered + menu + typed("3") + "{GstPluginDebugFunction}" + menu + typed("99"));
-    FakeMediaMenu::answer({});
+    g_mediaMenuResult = 1;
+    EXPECT_EQ(Run("3 99"), "{entered}{menu}<3>{GstPluginDebugFunction}{menu}<99>");
+    g_mediaMenuResult.reset();
 }
 
 TEST_F(ProcessMenu, Choice4RunsTheProviderMenuUntilTheTextIs99) {
-    EXPECT_EQ(run("4 099 99 99"), entered + menu + typed("4") + screens::providerListOff +
-                                      "{flush}" + typed("099") + "{flush}" + typed("99") + menu +
-                                      typed("99"));
+    EXPECT_EQ(Run("4 099 99 99"), "{entered}{menu}<4>{list off}<099>{flush}<99>{menu}<99>");
 }
 
 // The provider menu alone has no control behind it; without its flag no dialogue is left.
 TEST_F(ProcessMenu, DialogueWithoutAControlGoesBackToTheMenu) {
-    console.type("4").meanwhile([] { StatusForquarleDebug = false; }).type("1 99");
-    EXPECT_EQ(run(), entered + menu + typed("4") + screens::providerListOff + "{flush}" +
-                         typed("1") + menu + typed("99"));
+    console.Type("4").Meanwhile([] { StatusForquarleDebug = false; }).Type("1 99");
+    EXPECT_EQ(Run(), "{entered}{menu}<4>{list off}<1>{menu}<99>");
 }
 
 TEST_F(ProcessMenu, Choice5EntersTheTestConsole) {
-    EXPECT_EQ(run("5 5 99"), entered + menu + typed("5") + "{TCDebugMenuTPMS::Enter}" + menu +
-                                 typed("5") + "{TCDebugMenuTPMS::Enter}" + menu + typed("99"));
-    EXPECT_EQ(FakeTPMS::lastEntered(), &debugMenuTPMS);
+    EXPECT_EQ(Run("5 5 99"), "{entered}{menu}<5>{TCDebugMenuTPMS::Enter}{menu}"
+                             "<5>{TCDebugMenuTPMS::Enter}{menu}<99>");
+    EXPECT_EQ(GetLastEnteredTestConsole(), &debugMenuTPMS);
 }
 
-TEST_F(ProcessMenu, Choice6OpensTheSiblingLibrary) {
-    const std::string open = "{TCDebugMenuUtility::OpenLibrary(/usr/lib64/liblumo-debugmenu.so, "
-                             "lumo_subdebugmenu)}";
-    EXPECT_EQ(run("6 99"), entered + menu + typed("6") + open + menu + typed("99"));
-}
-
-TEST_F(ProcessMenu, Choice6IgnoresThatTheLibraryIsMissing) {
-    FakeCore::setOpenLibrary([] { return false; });
-    const std::string open = "{TCDebugMenuUtility::OpenLibrary(/usr/lib64/liblumo-debugmenu.so, "
-                             "lumo_subdebugmenu)}";
-    EXPECT_EQ(run("6 99"), entered + menu + typed("6") + open + menu + typed("99"));
+TEST_F(ProcessMenu, Choice6OpensTheSiblingLibraryAndIgnoresThatItIsMissing) {
+    EXPECT_EQ(Run("6 99"), "{entered}{menu}<6>" + kOpened + "{menu}<99>");
+    CoreWatch::SetOpenLibrary([] { return false; });
+    Timeline::Now().Clear();
+    EXPECT_EQ(Run("6 99"), "{entered}{menu}<6>" + kOpened + "{menu}<99>");
 }
 
 TEST_F(ProcessMenu, Choice7EntersTheSimpleMenu) {
-    EXPECT_EQ(run("7 99 99"), entered + menu + typed("7") + isQoSEnabled + getMenuItems +
-                                  screens::simpleMenu("QoS is disabled\n", "") + "cmd> {flush}" +
-                                  typed("99") + "99" + menu + typed("99"));
+    EXPECT_EQ(Run("7 99 99"), "{entered}{menu}<7>{simple}" +
+                                  screens::SimpleMenu("QoS is disabled\n", "") +
+                                  "cmd> {flush}<99>99{menu}<99>");
 }
 
-TEST_F(ProcessMenu, MenuRepeatsAtTheEndOfInput) {
-    console.endInput(5).type("99");
-    EXPECT_EQ(run(),
-              entered + menu + typed("<end>") + menu + menu + menu + menu + menu + typed("99"));
+TEST_F(ProcessMenu, RepeatsWhileTheInputIsAtItsEndOrBroken) {
+    console.EndInput(5).Type("x").BreakInput(2).Type("99");
+    EXPECT_EQ(Run(), "{entered}{menu}<end of input>{menu}{menu}{menu}{menu}{menu}<x>"
+                     "{menu}<broken input>{menu}{menu}<99>");
 }
 
-TEST_F(ProcessMenu, MenuRepeatsEndlessly) {
-    console.endInput(2000).type("99");
-    run();
-    std::string expected = "DebugUtil\n";
-    for (int i = 0; i < 2001; ++i)
-        expected += screens::processMenu + "\ncmd> ";
-    EXPECT_EQ(console.transcript(), expected);
-}
-
-TEST_F(ProcessMenu, MenuRepeatsWhileTheStreamIsBad) {
-    console.breakInput(2).type("99");
-    EXPECT_EQ(run(), entered + menu + typed("<broken>") + menu + menu + typed("99"));
+TEST_F(ProcessMenu, RepeatsEndlessly) {
+    console.EndInput(2000).Type("99");
+    std::string expected = "{entered}{menu}<end of input>";
+    for (int i = 0; i < 2000; ++i)
+        expected += "{menu}";
+    EXPECT_EQ(Run(), expected + "<99>");
 }
 
 TEST_F(ProcessMenu, AWordBeforeTheEndOfInputIsObeyedOnce) {
-    console.type("8").endInput(2).type("99");
-    EXPECT_EQ(run(), entered + menu + typed("8") + notImplemented + menu + typed("<end>") + menu +
-                         menu + typed("99"));
+    console.Type("8").EndInput(2).Type("99");
+    EXPECT_EQ(Run(), "{entered}{menu}<8>{not implemented}{menu}<end of input>{menu}{menu}<99>");
 }
 
 TEST_F(ProcessMenu, EntryCanBeCalledAgainAndUsesTheSameControl) {
-    FakeCore::answer("Start", Reply().value(0).text(""));
-    const std::string once = entered + menu + typed("1") + start +
-                             "Failed to start selected[1] debug print control\n{flush}" +
-                             notImplemented + menu + typed("99");
-    EXPECT_EQ(run("1 99"), once);
-    EXPECT_EQ(run("1 99"), once + once) << "no new connection, all else anew";
-    EXPECT_EQ(FakeConnection::alive(), 1);
+    FakeConnection::Answer("Start", Reply().Value(0).Text(""));
+    const std::string once = "{entered}{menu}<1>" + kFailedToStart + "<99>";
+    EXPECT_EQ(Run("1 99"), once);
+    EXPECT_EQ(Run("1 99"), once + once) << "no new connection, all else anew";
+    EXPECT_EQ(FakeConnection::CountAlive(), 1);
 }

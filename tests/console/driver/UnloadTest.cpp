@@ -17,67 +17,58 @@ using Entry = void();
 const char kOpened[] = "NorvexAPIConnection(com.holvi.Norvex.SignalIFace, "
                        "/com/holvi/Norvex/SignalObject, true)";
 
-void* openConsole() {
+void* OpenConsole() {
     void* library = dlopen(CONSOLE_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr)
         ADD_FAILURE() << dlerror();
     return library;
 }
 
-Calls callsSinceLastAsked() {
-    const Calls calls = Timeline::now().calls();
-    Timeline::now().clear();
+Calls TakeCalls() {
+    const Calls calls = Timeline::Now().Calls();
+    Timeline::Now().Clear();
     return calls;
 }
 
 } // namespace
 
-TEST(Unload, ClosingTheLibraryReleasesTheControl) {
-    Timeline::now().clear();
-    void* library = openConsole();
-    ASSERT_NE(library, nullptr);
-    EXPECT_EQ(callsSinceLastAsked(), (Calls{"TCDebugMenuTPMS", kOpened}));
-    EXPECT_EQ(FakeConnection::alive(), 1);
-    EXPECT_EQ(dlclose(library), 0);
-    EXPECT_EQ(callsSinceLastAsked(), Calls{"~NorvexAPIConnection"});
-    EXPECT_EQ(FakeConnection::alive(), 0);
-}
-
-TEST(Unload, OpenedAgainItBeginsAnew) {
-    Timeline::now().clear();
+TEST(Unload, ClosingTheLibraryReleasesTheControlAndOpenedAgainItBeginsAnew) {
+    Timeline::Now().Clear();
     for (int round = 0; round < 3; ++round) {
-        void* library = openConsole();
+        void* library = OpenConsole();
         ASSERT_NE(library, nullptr);
-        EXPECT_EQ(callsSinceLastAsked(), (Calls{"TCDebugMenuTPMS", kOpened})) << round;
-        dlclose(library);
-        EXPECT_EQ(callsSinceLastAsked(), Calls{"~NorvexAPIConnection"}) << round;
+        EXPECT_EQ(TakeCalls(), (Calls{"TCDebugMenuTPMS", kOpened})) << round;
+        EXPECT_EQ(FakeConnection::CountAlive(), 1);
+        EXPECT_EQ(dlclose(library), 0);
+        EXPECT_EQ(TakeCalls(), Calls{"~NorvexAPIConnection"}) << round;
+        EXPECT_EQ(FakeConnection::CountAlive(), 0);
     }
 }
 
 TEST(Unload, EntryHasCLinkageAndCanBeCalledMoreThanOnce) {
-    void* library = openConsole();
+    void* library = OpenConsole();
     ASSERT_NE(library, nullptr);
     Entry* entry = reinterpret_cast<Entry*>(dlsym(library, "zarn_startmaindebug"));
     ASSERT_NE(entry, nullptr);
     {
         Console console;
-        console.type("5 99 99").run([entry] {
+        console.Type("5 99 99").Run([entry] {
             entry();
             entry();
         });
-        EXPECT_EQ(console.wordsLeft(), 0u);
-        EXPECT_EQ(console.calls().size(), 3u) << "the marker file's path twice, the test console";
+        EXPECT_EQ(console.CountWordsLeft(), 0u);
+        EXPECT_EQ(console.Calls().size(), 3u) << "the marker file's path twice, the test console";
     }
-    Timeline::now().clear();
+    Timeline::Now().Clear();
     dlclose(library);
-    EXPECT_EQ(callsSinceLastAsked(), Calls{"~NorvexAPIConnection"});
+    EXPECT_EQ(TakeCalls(), Calls{"~NorvexAPIConnection"});
 }
 
 TEST(UnloadDeathTest, LibraryThatStaysOpenReleasesTheControlAtTheProcesssExit) {
     EXPECT_EXIT(
         {
-            FakeConnection::tellEnd(true);
-            openConsole();
+            FakeConnection::TellEnd();
+            OpenConsole();
             std::exit(0);
         },
         testing::ExitedWithCode(0), "^connection closed\n$");

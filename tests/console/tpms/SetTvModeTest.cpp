@@ -1,275 +1,118 @@
 // Item 13: the TV mode together with a service.
 
-#include <algorithm>
-
 #include "ServiceCalls.h"
 #include "TPMSScenario.h"
-#include "Timeline.h"
 
 namespace {
 
-class SetTvMode : public TPMSScenario {};
+class SetTvMode : public TPMSScenario {
+protected:
+    std::string Visit(const std::string& words) { return TPMSScenario::Visit(kSetTvMode, words); }
+};
 
-const std::string kMenu = "====================================\n"
-                          "\t[Test14 List - SetTvMode with ServiceId Test]\t\n"
-                          " RF case:    \n"
-                          " 1.  SetTvMode(Air, ch) \n"
-                          " 2.  SetTvMode(Cable, ch) \n"
-                          " 3.  SetTvMode(Satellite, ch) \n"
-                          " VC case:    \n"
-                          " 4.  SetTvMode(Air, ch) \n"
-                          " 5.  SetTvMode(Cable, ch) \n"
-                          " 6.  SetTvMode(Satellite, ch) \n"
-                          "------------------------------------\n"
-                          " 99 : Exit\n"
-                          "====================================\n"
-                          "\n";
-
-std::string channel(const std::string& word) {
-    return asked("major> ", word);
+std::string Channel(const std::string& command, const std::string& word) {
+    return "{menu}<" + command + ">major> <" + word + ">";
 }
-
-const std::string kLeaving = kMenu + cmd("99") + channel("1");
-
-// A run from the creations to the query's last common condition.
-std::string begun(const std::string& profile, const std::string& major) {
-    return "{CreateServiceNavigation(1, 0)}{CreateService()}"
-           "{ServiceNavigation.GetTvMode({-1, -1})}{ServiceProfileToServiceMode(" +
-           profile + ")}{CriteriaHelper.Where(3, " + profile +
-           ")}{CriteriaHelper.Where(23, 1)}{CriteriaHelper.Where(25, 0)}"
-           "{CriteriaHelper.Where(13, " +
-           major + ")}{CriteriaHelper.Fetch(12)}" + missingTag(" 12");
+// A run: the query, the find, what follows it, and the end. The record's field is asked for once
+// before anything was found.
+std::string Ran(const std::string& major, const std::string& find, const std::string& set,
+                const std::string& profile = "0") {
+    return "{CreateServiceNavigation(1, 0)}{CreateService()}" + InLineUp(profile, major) +
+           MissingTag(" 12") + find + set +
+           "{~ServiceData}{~CriteriaHelper}{Destroy(Service)}{Destroy(ServiceNavigation)}";
 }
-// The conditions for a broadcast and for a virtual channel, then the find.
-std::string broadcast(const std::string& antennaMode, const std::string& channelType) {
-    return "{AntennaModeToDigitalChannelType(" + antennaMode + ")}{CriteriaHelper.Where(1, " +
-           channelType + ")}{Service.FindService(true, 1)}";
-}
-std::string virtualChannel(const std::string& antennaMode) {
+std::string FindVirtual(const std::string& antennaMode) {
     return "{CriteriaHelper.Where(1, 9)}{CriteriaHelper.Where(115, " + antennaMode +
            ")}{Service.FindService(true, 1)}";
 }
-const std::string kFreed =
-    "{~ServiceData}{~CriteriaHelper}{Destroy(Service)}{Destroy(ServiceNavigation)}";
+// The fake's service mode is 60 and the profile.
+std::string Set(const std::string& tvMode, const std::string& serviceId = "0x0000000000000001") {
+    return "{ServiceNavigation.SetTvMode({" + tvMode + "}, " + serviceId + ", \"\")}";
+}
 
 } // namespace
 
-TEST_F(SetTvMode, SetsAirWithABroadcastService) {
-    tv.giveFound({{{12, 77}}});
-    EXPECT_EQ(visit("13", "1 5 99 1"),
-              kMenu + cmd("1") + channel("5") + begun("0", "5") + broadcast("0", "40") +
-                  "{ServiceNavigation.SetTvMode({0, 60}, 0x000000000000004d, \"\")}" + kFreed +
-                  kLeaving);
-    expectWrittenWhole(kMenu);
+TEST_F(SetTvMode, SetsEachAntennaWithABroadcastServiceOrAVirtualChannel) {
+    tv.GiveFound({{{12, 77}}});
+    tv.GiveFound({{{12, -2}}});
+    for (int i = 0; i < 4; ++i)
+        tv.GiveFound({{{12, 1}}});
+    EXPECT_EQ(Visit("1 5 2 5 3 65534 4 5 5 5 6 0"),
+              Channel("1", "5") + Ran("5", FindBroadcast("0"), Set("0, 60", "0x000000000000004d")) +
+                  Channel("2", "5") +
+                  Ran("5", FindBroadcast("1"), Set("1, 60", "0xfffffffffffffffe")) +
+                  Channel("3", "65534") + Ran("65534", FindBroadcast("2"), Set("2, 60")) +
+                  Channel("4", "5") + Ran("5", FindVirtual("0"), Set("0, 60")) + Channel("5", "5") +
+                  Ran("5", FindVirtual("1"), Set("1, 60")) + Channel("6", "0") +
+                  Ran("0", FindVirtual("2"), Set("2, 60")));
 }
 
-TEST_F(SetTvMode, SetsCableWithABroadcastService) {
-    tv.giveFound({{{12, -2}}});
-    EXPECT_EQ(visit("13", "2 5 99 1"),
-              kMenu + cmd("2") + channel("5") + begun("0", "5") + broadcast("1", "41") +
-                  "{ServiceNavigation.SetTvMode({1, 60}, 0xfffffffffffffffe, \"\")}" + kFreed +
-                  kLeaving);
-}
-
-TEST_F(SetTvMode, SetsSatelliteWithABroadcastService) {
-    tv.giveFound({{{12, 1}}});
-    EXPECT_EQ(visit("13", "3 65534 99 1"),
-              kMenu + cmd("3") + channel("65534") + begun("0", "65534") + broadcast("2", "42") +
-                  "{ServiceNavigation.SetTvMode({2, 60}, 0x0000000000000001, \"\")}" + kFreed +
-                  kLeaving);
-}
-
-TEST_F(SetTvMode, SetsAirWithAVirtualChannel) {
-    tv.giveFound({{{12, 1}}});
-    EXPECT_EQ(visit("13", "4 5 99 1"),
-              kMenu + cmd("4") + channel("5") + begun("0", "5") + virtualChannel("0") +
-                  "{ServiceNavigation.SetTvMode({0, 60}, 0x0000000000000001, \"\")}" + kFreed +
-                  kLeaving);
-}
-
-TEST_F(SetTvMode, SetsCableWithAVirtualChannel) {
-    tv.giveFound({{{12, 1}}});
-    EXPECT_EQ(visit("13", "5 5 99 1"),
-              kMenu + cmd("5") + channel("5") + begun("0", "5") + virtualChannel("1") +
-                  "{ServiceNavigation.SetTvMode({1, 60}, 0x0000000000000001, \"\")}" + kFreed +
-                  kLeaving);
-}
-
-TEST_F(SetTvMode, SetsSatelliteWithAVirtualChannel) {
-    tv.giveFound({{{12, 1}}});
-    EXPECT_EQ(visit("13", "6 0 99 1"),
-              kMenu + cmd("6") + channel("0") + begun("0", "0") + virtualChannel("2") +
-                  "{ServiceNavigation.SetTvMode({2, 60}, 0x0000000000000001, \"\")}" + kFreed +
-                  kLeaving);
-}
-
-TEST_F(SetTvMode, TakesProfile2OutsideServiceMode0) {
-    tv.giveTvMode(1, 4);
-    tv.giveFound({{{12, 1}}});
-    EXPECT_EQ(visit("13", "1 5 99 1"),
-              kMenu + cmd("1") + channel("5") + begun("2", "5") + broadcast("0", "40") +
-                  "{ServiceNavigation.SetTvMode({0, 62}, 0x0000000000000001, \"\")}" + kFreed +
-                  kLeaving);
-}
-
-TEST_F(SetTvMode, TakesProfile2WhenTheTvModeIsNotTold) {
-    tv.answer("ServiceNavigation.GetTvMode", {0});
-    tv.giveFound({{{12, 1}}});
-    EXPECT_EQ(visit("13", "1 5 99 1"),
-              kMenu + cmd("1") + channel("5") + begun("2", "5") + broadcast("0", "40") +
-                  "{ServiceNavigation.SetTvMode({0, 62}, 0x0000000000000001, \"\")}" + kFreed +
-                  kLeaving);
+TEST_F(SetTvMode, TakesProfile2OutsideServiceMode0AndWhenTheTvModeIsNotKnown) {
+    const std::string expected =
+        Channel("1", "5") + Ran("5", FindBroadcast("0"), Set("0, 62"), "2");
+    tv.GiveTvMode(1, 4);
+    tv.GiveFound({{{12, 1}}});
+    EXPECT_EQ(Visit("1 5"), expected);
+    tv.GiveTvMode(0, 0);
+    tv.Answer("ServiceNavigation.GetTvMode", {0});
+    tv.GiveFound({{{12, 1}}});
+    EXPECT_EQ(Visit("1 5"), expected);
 }
 
 // The menu follows on the same line.
-TEST_F(SetTvMode, SetsNothingForAChannelThatDoesNotExist) {
-    EXPECT_EQ(visit("13", "1 5 99 1"), kMenu + cmd("1") + channel("5") + begun("0", "5") +
-                                           broadcast("0", "40") + "FindService failed" + kFreed +
-                                           kLeaving);
+TEST_F(SetTvMode, SetsNothingWhenTheFindFails) {
+    EXPECT_EQ(Visit("1 5"), Channel("1", "5") + Ran("5", FindBroadcast("0"), "FindService failed"));
+    tv.Answer("Service.FindService", {-1});
+    tv.GiveFound({{{12, 1}}});
+    EXPECT_EQ(Visit("4 5"), Channel("4", "5") + Ran("5", FindVirtual("0"), "FindService failed"));
 }
 
-TEST_F(SetTvMode, SetsNothingWhenTheFindIsRefused) {
-    tv.answer("Service.FindService", {-1});
-    tv.giveFound({{{12, 1}}});
-    EXPECT_EQ(visit("13", "4 5 99 1"), kMenu + cmd("4") + channel("5") + begun("0", "5") +
-                                           virtualChannel("0") + "FindService failed" + kFreed +
-                                           kLeaving);
+TEST_F(SetTvMode, SaysThatItFailedBelow1) {
+    for (const auto& [answer, words] :
+         {std::pair{0, " SetTVMode failed!"}, {-1, " SetTVMode failed!"}, {1, ""}, {2, ""}}) {
+        tv.GiveFound({{{12, 1}}});
+        tv.Answer("ServiceNavigation.SetTvMode", {answer});
+        EXPECT_EQ(Visit("6 5"),
+                  Channel("6", "5") + Ran("5", FindVirtual("2"), Set("2, 60") + words))
+            << answer;
+    }
 }
 
-TEST_F(SetTvMode, SaysThatItFailed) {
-    tv.giveFound({{{12, 1}}});
-    tv.answer("ServiceNavigation.SetTvMode", {0});
-    EXPECT_EQ(visit("13", "1 5 99 1"),
-              kMenu + cmd("1") + channel("5") + begun("0", "5") + broadcast("0", "40") +
-                  "{ServiceNavigation.SetTvMode({0, 60}, 0x0000000000000001, \"\")}"
-                  " SetTVMode failed!" +
-                  kFreed + kLeaving);
-}
-
-TEST_F(SetTvMode, SaysThatItWasRefused) {
-    tv.giveFound({{{12, 1}}});
-    tv.answer("ServiceNavigation.SetTvMode", {-1});
-    EXPECT_EQ(visit("13", "6 5 99 1"),
-              kMenu + cmd("6") + channel("5") + begun("0", "5") + virtualChannel("2") +
-                  "{ServiceNavigation.SetTvMode({2, 60}, 0x0000000000000001, \"\")}"
-                  " SetTVMode failed!" +
-                  kFreed + kLeaving);
-}
-
-TEST_F(SetTvMode, SaysNothingForAnAnswerAbove1) {
-    tv.giveFound({{{12, 1}}});
-    tv.answer("ServiceNavigation.SetTvMode", {2});
-    EXPECT_EQ(visit("13", "1 5 99 1"),
-              kMenu + cmd("1") + channel("5") + begun("0", "5") + broadcast("0", "40") +
-                  "{ServiceNavigation.SetTvMode({0, 60}, 0x0000000000000001, \"\")}" + kFreed +
-                  kLeaving);
-}
-
-TEST_F(SetTvMode, GoesOnWithTheInvalidIdOfARecordWithoutTheField) {
-    tv.giveFound({{{13, 1}}});
-    EXPECT_EQ(visit("13", "1 5 99 1"),
-              kMenu + cmd("1") + channel("5") + begun("0", "5") + broadcast("0", "40") +
-                  missingTag(" 12") +
-                  "{ServiceNavigation.SetTvMode({0, 60}, 0xffffffffffffffff, \"\")}" + kFreed +
-                  kLeaving);
-}
-
-TEST_F(SetTvMode, GoesOnWithTheInvalidIdOfAFieldWithoutAValue) {
-    tv.giveFound({{{12, std::nullopt}}});
-    EXPECT_EQ(visit("13", "1 5 99 1"),
-              kMenu + cmd("1") + channel("5") + begun("0", "5") + broadcast("0", "40") +
-                  "{TCApiPrintMessage(tag 12 has do data)}" + missingTag(" 12") +
-                  "{ServiceNavigation.SetTvMode({0, 60}, 0xffffffffffffffff, \"\")}" + kFreed +
-                  kLeaving);
+TEST_F(SetTvMode, GoesOnWithTheInvalidIdOfARecordWithoutTheFieldOrItsValue) {
+    tv.GiveFound({{{13, 1}}});
+    tv.GiveFound({{{12, std::nullopt}}});
+    const std::string set = MissingTag(" 12") + Set("0, 60", "0xffffffffffffffff");
+    EXPECT_EQ(Visit("1 5 1 5"), Channel("1", "5") + Ran("5", FindBroadcast("0"), set) +
+                                    Channel("1", "5") +
+                                    Ran("5", FindBroadcast("0"), EmptyTag("12") + set));
 }
 
 TEST_F(SetTvMode, RunsAfterCreationsThatAnsweredAnError) {
-    tv.answerCreation("CreateServiceNavigation", -1, true);
-    tv.answerCreation("CreateService", -1, true);
-    EXPECT_EQ(visit("13", "1 5 99 1"), kMenu + cmd("1") + channel("5") + begun("0", "5") +
-                                           broadcast("0", "40") + "FindService failed" + kFreed +
-                                           kLeaving);
+    tv.AnswerCreation("CreateServiceNavigation", -1, true);
+    tv.AnswerCreation("CreateService", -1, true);
+    EXPECT_EQ(Visit("1 5"), Channel("1", "5") + Ran("5", FindBroadcast("0"), "FindService failed"));
 }
 
-TEST_F(SetTvMode, AsksForAChannelBeforeItIsLeft) {
-    EXPECT_EQ(visit("13", "99 abc 99 65535 99 7"), kMenu + cmd("99") + channel("abc") + kMenu +
-                                                       cmd("99") + channel("65535") + kMenu +
-                                                       cmd("99") + channel("7"));
-}
-
-TEST_F(SetTvMode, IsLeftByEveryOtherNumber) {
-    for (const std::string word :
-         {"0", "7", "99", "98", "100", "-2", "-99", "0x1", "+99", "099", "99x", "257", "65537"}) {
-        Console fresh;
-        fresh.type("13 " + word + " 1 99").run([this] { menus.Enter(); });
-        EXPECT_EQ(fresh.dialogue(), kEntered + kMainMenu + cmd("13") + kMenu + cmd(word) +
-                                        channel("1") + kMainMenu + cmd("99") + kLeft)
-            << word;
-    }
-}
-
-TEST_F(SetTvMode, ShowsItsMenuAgainForACommandThatIsNoNumber) {
-    console.type("13");
+TEST_F(SetTvMode, AsksForAChannelBeforeItIsLeftAndStaysForOneThatIsNone) {
+    std::string words;
     std::string expected;
-    for (const std::string& word : kNoNumbers) {
-        console.type(word);
-        expected += kMenu + cmd(word);
+    for (const std::string& word : kNoChannels) {
+        words += "1 " + word + " 99 " + word + " ";
+        expected += Channel("1", word) + Channel("99", word);
     }
-    console.type("99 1");
-    EXPECT_EQ(visitTyped("13"), expected + kLeaving);
+    EXPECT_EQ(Visit(words), expected);
 }
 
-TEST_F(SetTvMode, ShowsItsMenuAgainForAChannelThatIsNone) {
-    std::vector<std::string> words = kNoNumbers;
-    for (const std::string word : {"65535", "+65535", "065535x", "131071", "2147483647", "-65537"})
-        words.push_back(word);
-    console.type("13");
-    std::string expected;
-    for (const std::string& word : words) {
-        console.type("1").type(word);
-        expected += kMenu + cmd("1") + channel(word);
+TEST_F(SetTvMode, TakesTheLow16BitsOfAChannelInEverySpelling) {
+    const std::pair<std::string, std::string> channels[] = {{"65541", "5"}, {"-2", "65534"}};
+    for (const auto& [word, major] : channels) {
+        EXPECT_EQ(Visit("1 " + word),
+                  Channel("1", word) + Ran(major, FindBroadcast("0"), "FindService failed"));
     }
-    console.type("99 1");
-    EXPECT_EQ(visitTyped("13"), expected + kLeaving);
-}
-
-TEST_F(SetTvMode, TakesTheLow16BitsOfAChannel) {
-    EXPECT_EQ(visit("13", "1 65541 99 1"), kMenu + cmd("1") + channel("65541") + begun("0", "5") +
-                                               broadcast("0", "40") + "FindService failed" +
-                                               kFreed + kLeaving);
-}
-
-TEST_F(SetTvMode, TakesNegativeChannelsAsTheirLow16Bits) {
-    EXPECT_EQ(visit("13", "1 -2 99 1"), kMenu + cmd("1") + channel("-2") + begun("0", "65534") +
-                                            broadcast("0", "40") + "FindService failed" + kFreed +
-                                            kLeaving);
-}
-
-TEST_F(SetTvMode, TakesEverySpellingOfItsNumbers) {
-    for (const std::string& command : spellingsOf("1")) {
-        for (const std::string& major : spellingsOf("5")) {
-            Console fresh;
-            fresh.type(command).type(major).type("99 1");
-            fresh.run([this] { menus.m_Start_Test14_SetTvModeTest(); });
-            const std::vector<std::string> calls = fresh.calls();
-            EXPECT_NE(std::find(calls.begin(), calls.end(), "CriteriaHelper.Where(13, 5)"),
-                      calls.end());
-            EXPECT_NE(std::find(calls.begin(), calls.end(), "AntennaModeToDigitalChannelType(0)"),
-                      calls.end());
-        }
+    for (const std::string& word : SpellingsOf("5")) {
+        EXPECT_EQ(Visit("1 " + word),
+                  Channel("1", word) + Ran("5", FindBroadcast("0"), "FindService failed"));
     }
-}
-
-TEST_F(SetTvMode, RepeatsItsMenuAtTheEndOfInput) {
-    console.type("13").endInput(2).type("99 1");
-    EXPECT_EQ(visitTyped("13"), kMenu + "cmd> {typed <end>}" + kMenu + "cmd> " + kMenu +
-                                    "cmd> {typed 99}" + channel("1"));
-}
-
-TEST_F(SetTvMode, PrintsItsMenuInOnePiece) {
-    console.run([this] { menus.m_PrintMenu_Test14_SetTvModeTest(); });
-    EXPECT_EQ(console.whole(), kMenu + "{flush}");
-    expectWrittenWhole(kMenu);
 }
 
 namespace {
@@ -279,7 +122,7 @@ struct Thrown {};
 } // namespace
 
 TEST_F(SetTvMode, DestroysWhatItCreatedWhenAnExceptionPassesThrough) {
-    tv.runWithin("Service.FindService", [] { throw Thrown{}; });
-    EXPECT_THROW(console.run([this] { menus.m_RunSetTvModeTest(ANTENNA_AIR, 5, true); }), Thrown);
-    EXPECT_EQ(console.dialogue(), begun("0", "5") + virtualChannel("0") + kFreed);
+    tv.RunWithin("Service.FindService", [] { throw Thrown{}; });
+    EXPECT_THROW(console.Run([this] { menus.m_RunSetTvModeTest(ANTENNA_AIR, 5, true); }), Thrown);
+    EXPECT_EQ(console.Dialogue(), Ran("5", FindVirtual("0"), ""));
 }

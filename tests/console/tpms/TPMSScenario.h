@@ -7,41 +7,49 @@
 
 #include "Console.h"
 #include "FakeNorvexAPI.h"
+#include "Menus.h"
 #include "TPMSDebugMenu.h"
 
 // The main menu as it stands on the screen, line end included.
-extern const std::string kMainMenu;
+inline const std::string kMainMenu = screens::kTestConsole + "\n";
 // Entering and leaving, up to the first main menu and from the word that leaves.
-extern const std::string kEntered;
-extern const std::string kLeft;
+inline const std::string kEntered = "{g_main_loop_new(NULL, FALSE)}{CreateSignalSubscriber}";
+inline const std::string kLeft = "{DestroySignalSubscriber}{g_main_loop_quit}{join}";
 
 // Words that are no number to the menus: letters, lone signs, beyond 32 bits; and the one number
 // that means the same.
-extern const std::vector<std::string> kNoNumbers;
+inline const std::vector<std::string> kNoNumbers = {
+    "abc", "-", "+", "x99", "--1", "+-1", ".5", "2147483648", "-2147483649", "99999999999999999999",
+    "-1"};
+// The same and what is channel 65535 in its low 16 bits.
+inline const std::vector<std::string> kNoChannels = {
+    "abc",        "-",     "+",          "x99",         "--1",
+    "+-1",        ".5",    "2147483648", "-2147483649", "99999999999999999999",
+    "-1",         "65535", "+65535",     "065535x",     "131071",
+    "2147483647", "-65537"};
 // Words that are all the number `number`: signs, leading zeros, trailing letters.
-std::vector<std::string> spellingsOf(const std::string& number);
-
-// `prompt` answered with `word`, as a dialogue shows it.
-std::string asked(const std::string& prompt, const std::string& word);
-// The same at "cmd> ".
-std::string cmd(const std::string& word);
+std::vector<std::string> SpellingsOf(const std::string& number);
 
 // A visit to the test console in front of a faked middleware. After each test, all words have been
 // asked for, everything was destroyed but what the test says is kept, and the thread is gone.
-class TPMSScenario : public ::testing::Test {
+class TPMSScenario : public testing::Test {
 protected:
     TPMSScenario();
     void TearDown() override;
 
-    // Enters the test console, chooses `item`, types `words` and leaves. Gives the dialogue between
-    // the item's word and the main menu that follows it.
-    std::string visit(const std::string& item, const std::string& words);
-    // The same for words that the test has typed already.
-    std::string visitTyped(const std::string& item);
-    // Enters the test console with the words that were typed.
-    void enter();
-    // The menu was written in one piece in the visits so far.
-    void expectWrittenWhole(const std::string& menu) const;
+    // Enters the test console, goes to the menu, types `words` and leaves both. Gives the dialogue
+    // between the menu's opening and its closing, the menu's screen as "{menu}".
+    std::string Visit(const Menu& menu, const std::string& words = "");
+    // The same for an item without a menu: the dialogue between its word and the main menu.
+    std::string Visit(const std::string& item, const std::string& words = "");
+    // The same for words that the test has typed already, the item among them; to leave the test
+    // console is typed for it.
+    std::string VisitTyped(const Menu& menu);
+    std::string VisitTyped(const std::string& item);
+    // Enters the test console with the words that were typed; gives the dialogue.
+    std::string Enter();
+    // Runs one of its pieces with these words; gives the dialogue.
+    std::string Run(const std::string& words, const std::function<void()>& piece);
 
     FakeNorvexAPI tv;
     Console console;

@@ -16,32 +16,32 @@
 
 namespace {
 
-int plantedCounter = 0;
+int g_counter = 0;
 
-__attribute__((noinline)) void countWithoutALock() {
-    ++plantedCounter;
+__attribute__((noinline)) void CountWithoutALock() {
+    ++g_counter;
 }
 
 class CountingOutput : public std::streambuf {
 protected:
     std::streamsize xsputn(const char*, std::streamsize count) override {
-        countWithoutALock();
+        CountWithoutALock();
         return count;
     }
     int_type overflow(int_type byte) override {
-        countWithoutALock();
+        CountWithoutALock();
         return traits_type::not_eof(byte);
     }
 };
 
 // Relaxed, so that it orders nothing: the menu goes on after the callback without the sanitizer
 // seeing that it waited.
-std::atomic<bool> calledBack{false};
+std::atomic<bool> g_calledBack{false};
 
-gboolean callBack(gpointer) {
-    FakeNorvexAPI::current().lastCallback()(SIGNAL_TUNE_AROUND_FINISHED, PROFILE_MAIN, 0, {0},
-                                            nullptr);
-    calledBack.store(true, std::memory_order_relaxed);
+gboolean CallBack(gpointer) {
+    FakeNorvexAPI::Current().GetLastCallback()(SIGNAL_TUNE_AROUND_FINISHED, PROFILE_MAIN, 0, {0},
+                                               nullptr);
+    g_calledBack.store(true, std::memory_order_relaxed);
     return G_SOURCE_REMOVE;
 }
 
@@ -50,8 +50,8 @@ class Input : public std::streambuf {
 protected:
     int_type underflow() override {
         if (m_word.empty()) {
-            g_idle_add(callBack, nullptr);
-            while (!calledBack.load(std::memory_order_relaxed))
+            g_idle_add(CallBack, nullptr);
+            while (!g_calledBack.load(std::memory_order_relaxed))
                 std::this_thread::yield();
         }
         m_word = m_word.empty() ? "9\n" : "99\n";
