@@ -3,7 +3,6 @@
 import contextlib
 import errno
 import os
-import random
 import resource
 import select
 import socket
@@ -139,23 +138,6 @@ def test_a_packet_cut_at_any_byte_ends_its_connection(tv, client):
         with tv.connect() as peer:
             peer.socket.send(whole[:size])
             peer.assert_closed()
-    assert_prompt(client)
-
-
-def test_garbage_is_answered_or_ends_its_connection_alone(tv, client):
-    numbers = random.Random(7)
-    good = wire.packet(wire.call_message("IDebugPrintControl.Execute", [
-        wire.STATUS, wire.text(1, "items", wire.IN), wire.asked_text(2)], serial=1))
-    for _ in range(2000):
-        packet = bytearray(good if numbers.random() < 0.9 else numbers.randbytes(200))
-        for _ in range(numbers.randint(1, 4)):
-            packet[numbers.randrange(len(packet))] = numbers.randrange(256)
-        with tv.connect() as peer, contextlib.suppress(wire.Closed):
-            peer.socket.send(packet)
-            # Its hello is answered after it, or nothing is any more.
-            peer.send(wire.hello_message(peer.token))
-            while peer.receive()[0] != wire.WELCOME:
-                pass
     assert_prompt(client)
 
 

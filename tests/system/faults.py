@@ -214,26 +214,19 @@ def run(what):
     return FaultyRun(RECORDINGS[name], *fault).figures
 
 
-def positive(kind):
-    def read(word):
-        value = kind(word)
-        if value <= 0:
-            raise argparse.ArgumentTypeError(f"expected more than 0, not {word}")
-        return value
-    read.__name__ = "number"
-    return read
-
-
 def read_command_line():
     parser = argparse.ArgumentParser(prog="faults", description=__doc__.split("\n\n", maxsplit=1)[0])
-    parser.add_argument("--every", type=positive(int), default=10, metavar="N",
+    parser.add_argument("--every", type=int, default=10, metavar="N",
                         help="each kind of fault at every N-th boundary (default: 10)")
     parser.add_argument("--all", dest="every", action="store_const", const=1, help="at each of them")
     parser.add_argument("--kind", action="append", choices=KINDS, help="only this kind; may be repeated")
-    parser.add_argument("--call-limit", type=positive(float), default=1.0, metavar="SECONDS",
+    parser.add_argument("--call-limit", type=float, default=1.0, metavar="SECONDS",
                         help="the client's limit for a call (default: 1)")
-    parser.add_argument("--jobs", type=positive(int), default=2, metavar="N", help="runs at a time (default: 2)")
-    return parser.parse_args()
+    parser.add_argument("--jobs", type=int, default=2, metavar="N", help="runs at a time (default: 2)")
+    options = parser.parse_args()
+    if min(options.every, options.call_limit, options.jobs) <= 0:
+        parser.error("expected numbers above 0")
+    return options
 
 
 def main():
