@@ -15,22 +15,32 @@ std::string GetOwnDirectory() {
     return "/tmp/norvex-" + std::to_string(geteuid());
 }
 
-const char* GetRuntimeDirectory() {
+// Null when it is not set, or empty.
+const char* FindVariable(const char* name) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
-    const char* directory = std::getenv("XDG_RUNTIME_DIR");
-    return directory != nullptr && *directory != '\0' ? directory : nullptr;
+    const char* value = std::getenv(name);
+    return value != nullptr && *value != '\0' ? value : nullptr;
+}
+
+// Of the default socket.
+std::string GetSocketDirectory() {
+    const char* runtime = FindVariable("XDG_RUNTIME_DIR");
+    return runtime != nullptr ? runtime : GetOwnDirectory();
 }
 
 } // namespace
 
 std::string GetDefaultSocketPath() {
-    const char* runtime = GetRuntimeDirectory();
-    return (runtime != nullptr ? runtime : GetOwnDirectory()) + std::string("/norvex.sock");
+    return GetSocketDirectory() + "/norvex.sock";
+}
+
+std::string FindSocketPath() {
+    const char* named = FindVariable("NORVEX_SOCKET");
+    return named != nullptr ? named : GetDefaultSocketPath();
 }
 
 bool MakeDefaultDirectory(std::string& error) {
-    const char* runtime = GetRuntimeDirectory();
-    const std::string path = runtime != nullptr ? runtime : GetOwnDirectory();
+    const std::string path = GetSocketDirectory();
     struct stat there {};
     if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
         error = path + ": " + std::generic_category().message(errno);

@@ -1,31 +1,22 @@
 #include "Environment.h"
 
-#include <charconv>
 #include <cstdlib>
-#include <cstring>
 #include <random>
 #include <sys/random.h>
-#include <unistd.h>
+
+#include <base/Number.h>
+#include <base/Path.h>
 
 namespace {
 
-const char* FindVariable(const char* name) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
-    const char* value = std::getenv(name);
-    return value != nullptr && *value != '\0' ? value : nullptr;
-}
-
 std::chrono::milliseconds FindLimit(const char* name, int usual) {
     constexpr int kLongest = 3600000;
-    const char* text = FindVariable(name);
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
+    const char* text = std::getenv(name);
     int number = 0;
-    if (text != nullptr) {
-        const char* end = text + std::strlen(text);
-        const auto result = std::from_chars(text, end, number);
-        if (result.ec == std::errc() && result.ptr == end && number >= 1 && number <= kLongest)
-            return std::chrono::milliseconds(number);
-    }
-    return std::chrono::milliseconds(usual);
+    const bool isGiven =
+        text != nullptr && sim::ParseNumber(text, number) && number >= 1 && number <= kLongest;
+    return std::chrono::milliseconds(isGiven ? number : usual);
 }
 
 ClientToken MakeToken() {
@@ -41,11 +32,7 @@ ClientToken MakeToken() {
 } // namespace
 
 std::string FindSocketPath() {
-    if (const char* path = FindVariable("NORVEX_SOCKET"))
-        return path;
-    if (const char* directory = FindVariable("XDG_RUNTIME_DIR"))
-        return std::string(directory) + "/norvex.sock";
-    return "/tmp/norvex-" + std::to_string(getuid()) + "/norvex.sock";
+    return sim::FindSocketPath();
 }
 
 Limits Limits::Find() {

@@ -1,9 +1,8 @@
 #include "DebugDialogue.h"
 
 #include <algorithm>
-#include <charconv>
-#include <optional>
 
+#include <base/Number.h>
 #include <base/Printed.h>
 
 namespace sim {
@@ -24,15 +23,6 @@ std::string Frame(const char* title, const std::string& rows) {
 
 const char* OnOff(bool on) {
     return on ? "ON" : "OFF";
-}
-
-std::optional<std::uint32_t> ReadNumber(std::string_view word) {
-    std::uint32_t number = 0;
-    const char* end = word.data() + word.size();
-    const auto [stopped, error] = std::from_chars(word.data(), end, number);
-    if (error != std::errc() || stopped != end)
-        return std::nullopt;
-    return number;
 }
 
 // A typed word as it may stand on a screen.
@@ -91,26 +81,27 @@ bool DebugDialogue::Execute(std::string_view word, std::string& screen) {
 }
 
 bool DebugDialogue::ExecuteOnScreen(std::string_view word, std::string& screen) {
-    const std::optional<std::uint32_t> number = ReadNumber(word);
+    std::uint32_t number = 0;
+    const bool isNumber = ParseNumber(word, number);
     if (m_screen == Screen::Items && (word == "all" || word == "none")) {
         screen = TellChange(m_switches.SetAllItems(word == "all"),
                             word == "all" ? "All items are ON" : "All items are OFF");
         return true;
     }
-    if (m_screen == Screen::Items && number) {
-        DebugSwitches::Item* item = m_switches.FindItem(*number);
+    if (m_screen == Screen::Items && isNumber) {
+        DebugSwitches::Item* item = m_switches.FindItem(number);
         if (item == nullptr) {
-            screen = ShowAgain("There is no item " + std::to_string(*number));
+            screen = ShowAgain("There is no item " + std::to_string(number));
             return true;
         }
         const bool kept = m_switches.SetItem(*item, !item->on);
         screen = TellChange(kept, item->name + " is " + OnOff(item->on));
         return true;
     }
-    if (m_screen == Screen::Modes && number) {
-        DebugSwitches::Mode* mode = m_switches.FindMode(static_cast<std::int32_t>(*number));
+    if (m_screen == Screen::Modes && isNumber) {
+        DebugSwitches::Mode* mode = m_switches.FindMode(static_cast<std::int32_t>(number));
         if (mode == nullptr) {
-            screen = ShowAgain("There is no mode " + std::to_string(*number));
+            screen = ShowAgain("There is no mode " + std::to_string(number));
             return true;
         }
         const bool kept = m_switches.SetMode(*mode, !mode->on);

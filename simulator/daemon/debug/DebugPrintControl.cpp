@@ -1,11 +1,10 @@
 #include "DebugPrintControl.h"
 
-#include <charconv>
-
 #include <nlohmann/json.hpp>
 
 #include "MenuItemType.h"
 #include "Results.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -45,13 +44,9 @@ DebugPrintControl::DebugPrintControl(Context& context, std::uint32_t extraItems)
 
     context.settings.Add(
         "items", "NUMBER: debug menu items beside the built-in ones, all off",
-        [this, &context](const std::vector<std::string>& words, std::string& error) {
+        [this, &context](const std::vector<std::string>& values, std::string& error) {
             std::uint32_t count = 0;
-            if (words.size() != 1)
-                return false;
-            const char* end = words[0].data() + words[0].size();
-            const auto [stopped, problem] = std::from_chars(words[0].data(), end, count);
-            if (problem != std::errc() || stopped != end || count > kMaxExtraItems)
+            if (values.size() != 1 || !ParseNumber(values[0], count) || count > kMaxExtraItems)
                 return false;
             if (m_switches.SetExtraItems(count))
                 return true;

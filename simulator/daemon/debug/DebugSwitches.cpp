@@ -1,9 +1,9 @@
 #include "DebugSwitches.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 
+#include <base/Number.h>
 #include <base/Printed.h>
 
 namespace sim {
@@ -38,8 +38,7 @@ std::string MakeExtraName(std::uint32_t number) {
 // The number at the end of "item/101"; 0, which is no item's, when there is none.
 std::uint32_t ReadKeyNumber(std::string_view key) {
     std::uint32_t number = 0;
-    const std::string_view digits = key.substr(key.find('/') + 1);
-    std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    ParseNumber(key.substr(key.find('/') + 1), number);
     return number;
 }
 

@@ -1,11 +1,11 @@
 #include "Device.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include <nlohmann/json.hpp>
 
 #include "Results.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -93,23 +93,20 @@ std::int32_t Device::SwitchTag(const std::string& tag, bool started) {
     return kDone;
 }
 
-bool Device::SetKey(const std::vector<std::string>& words, std::string& error) {
+bool Device::SetKey(const std::vector<std::string>& values, std::string& error) {
     std::int32_t value = 0;
-    if (words.size() != 2 || !IsName(words[0]))
+    if (values.size() != 2 || !IsName(values[0]) || !ParseNumber(values[1], value))
         return false;
-    const char* end = words[1].data() + words[1].size();
-    const auto [stopped, problem] = std::from_chars(words[1].data(), end, value);
-    if (problem != std::errc() || stopped != end)
-        return false;
-    if (!m_values.contains(words[0]) && m_values.size() >= kMaxKeys) {
+    const std::string& key = values[0];
+    if (!m_values.contains(key) && m_values.size() >= kMaxKeys) {
         error = "the key-value store is full";
         return false;
     }
-    if (!m_context.numbers.Put(kKeysPart, words[0], value)) {
+    if (!m_context.numbers.Put(kKeysPart, key, value)) {
         error = m_context.database.GetError();
         return false;
     }
-    m_values[words[0]] = value;
+    m_values[key] = value;
     return true;
 }
 

@@ -25,7 +25,7 @@ private:
     void StartLogTag(const Call& call, const ArgumentReader& in, ReplyWriter& out);
     void StopLogTag(const Call& call, const ArgumentReader& in, ReplyWriter& out);
     std::int32_t SwitchTag(const std::string& tag, bool started);
-    bool SetKey(const std::vector<std::string>& words, std::string& error);
+    bool SetKey(const std::vector<std::string>& values, std::string& error);
     void SetDefaults();
 
     Context& m_context;

@@ -7,6 +7,8 @@ namespace sim {
 // Where daemon and clients meet without being told: norvex.sock in the user's run-time directory
 // or, without one, in a directory of the user's own under /tmp.
 std::string GetDefaultSocketPath();
+// The path in NORVEX_SOCKET or, without it, the default one.
+std::string FindSocketPath();
 // The control socket that belongs to a socket.
 inline std::string GetControlPath(const std::string& socketPath) {
     return socketPath + ".ctl";
