@@ -69,7 +69,7 @@ def test_calls_are_followed_until_the_tv_ends(tv, client):
 def test_a_follower_that_does_not_read_holds_nobody_up_and_loses_nothing(tv, client):
     with socket.socket(socket.AF_UNIX) as follower:
         follower.connect(tv.control_path)
-        follower.send(tv.written("calls", follow=True))
+        follower.send(tv.written("calls", "--follow", "--json"))
         client.start()
         for _ in range(3000):
             client.execute("items")
@@ -78,7 +78,8 @@ def test_a_follower_that_does_not_read_holds_nobody_up_and_loses_nothing(tv, cli
         with follower.makefile() as lines:
             sequences = []
             while len(sequences) < 3002:
-                sequences.append(json.loads(lines.readline())["call"]["sequence"])
+                printed = json.loads(lines.readline()).get("print", "")
+                sequences += [json.loads(line)["sequence"] for line in printed.splitlines()]
         assert sequences == list(range(1, 3003))
 
 
@@ -135,7 +136,7 @@ def test_ordered_failures_happen_and_are_noted(tv):
         client.ask(STOP)
         client.assert_closed()
     assert tv.process.wait(LIMIT) == -signal.SIGKILL
-    assert "no daemon is running" in tv.simctl_refusal("state")
+    assert "no TV is running" in tv.simctl_refusal("state")
 
 
 def test_what_is_ordered_is_shown_until_it_has_happened(tv, client):
@@ -167,7 +168,7 @@ def test_a_failure_may_be_for_calls_with_a_text_only(tv, client):
 
 
 @pytest.mark.parametrize("words, reason", [
-    ("inject INone.Do --drop", 'no operation is called "INone.Do"'), ("set nonsense 1", "items, key"),
+    ("inject INone.Do --drop", "unknown operation 'INone.Do'"), ("set nonsense 1", "unknown setting 'nonsense'; available: captions, clock, hdmi, items, key"),
     ("set items x", ""), ("set items 1 2", ""), ("set items -1", ""), ("set items 1000001", ""), ("set items 1x", ""),
     ("set key a", ""), ("set key a x", ""), ("set key a 1x", ""), ("set key a 99999999999", ""),
     ("set hdmi hdmi9 plugged", ""), ("signal SI_STARTED", ""), ("signal 2147483648", ""), ("signal 81 chType", ""),
@@ -203,12 +204,92 @@ def test_reset_brings_everything_back_but_the_numbers(tv):
     assert state["daemon"]["injections"] == []
 
 
+NESTED = "[" * 20_000 + "]" * 20_000
+
+
 @pytest.mark.parametrize("request_line", [
-    b"", b"nonsense", b"[]", b"{}", b'{"command":1}', b'{"command":"none"}', b'{"command":"wait"}',
-    b'{"command":"wait","path":"debug","comparison":"==","value":1}', b'{"command":"inject","method":5}',
-    b'{"command":"set","name":"items"}'])
-def test_requests_that_make_no_sense_are_refused(shared_tv, request_line):
-    assert "error" in json.loads(shared_tv.exchange(request_line + b"\n"))
+    b"", b"nonsense", b"[]", b"{}", b'{"arguments":1}', b'{"arguments":[1]}', b'{"arguments":[]}',
+    b'{"arguments":["state"],"directory":"relative"}', b'{"arguments":["state"],"command":"state"}',
+    f'{{"arguments":{NESTED}}}'.encode(), NESTED.encode(), json.dumps({"arguments": ["x"] * 1001}).encode(),
+    b'"' + b"x" * (1 << 20)], ids=lambda line: repr(line[:40]))
+def test_a_malformed_request_is_refused_with_one_line(shared_tv, request_line):
+    error, status = map(json.loads, shared_tv.exchange(request_line + b"\n").splitlines())
+    assert error.keys() == {"error"} and len(error["error"]) < 600
+    assert status == {"status": 2}
+    assert shared_tv.state("/debug/qos") is False
+
+
+@pytest.mark.parametrize("arguments", [
+    "nonsense", "lineup", "lineup sing", "inject IA.B", "inject IA.B --drop --die", "inject --drop",
+    "inject IA.B --delay -1", "inject IA.B --count 0", "wait", "wait /debug/qos", "wait /debug/qos like 1",
+    "wait calls IA.B many", "wait /debug/qos == 1 --timeout -1", "set", "state now", "reset --json"])
+def test_bad_arguments_are_one_line_and_status_2(shared_tv, arguments):
+    shared_tv.simctl_refusal(*arguments.split(), status=2)
+
+
+def test_commands_and_what_they_take_are_described(shared_tv):
+    listed = shared_tv.simctl("--help")
+    assert "--socket PATH" in listed
+    for command in ("state", "calls", "inject", "wait", "reset", "set", "signal"):
+        assert f"\n  {command} " in listed
+        assert f"Usage: norvex-simctl {command}" in shared_tv.simctl(command, "--help")
+    assert shared_tv.simctl("lineup", "--help").count("\n  lineup ") == 3
+    assert "FILE" in shared_tv.simctl("lineup", "save", "--help")
+
+
+@pytest.mark.parametrize("path, value", [
+    ("/debug/items/99999999999999999999999", "null"), ("/debug/items/18446744073709551615/name", "null"),
+    ("/debug/items/-/name", "null"), ("/debug/items/x", "null"), ("/debug/qos/0", "null"), ("/daemon/clients", "[]")])
+def test_a_path_that_is_not_there_compares_as_null_at_once_and_later(tv, path, value):
+    tv.wait(f"{path} == {value}")
+    tv.simctl_refusal("wait", f"{path} == 5", "--timeout", "0.01")
+    with popen_simctl(tv, "wait", f"{path} == 5", stderr=subprocess.DEVNULL) as waiter:
+        with tv.connect() as client:
+            client.start()
+        tv.set("items", 1)
+        waiter.kill()
+    assert tv.state("/debug/qos") is False
+
+
+def test_a_path_or_a_value_that_is_malformed_is_refused(shared_tv):
+    assert "malformed path" in shared_tv.simctl_refusal("wait", "/debug/~2", "==", "1")
+    # What is not JSON is a text, however it is nested.
+    shared_tv.simctl_refusal("wait", "/debug/qos", "==", "[" * 50_000, "--timeout", "0.01")
+
+
+@pytest.mark.parametrize("answer, status, printed, reason", [
+    (b'{"print":"a\\n"}\n{"status":0}\n', 0, "a\n", ""),
+    (b'{"print":"a\\n"}\n', 1, "a\n", "the TV ended before its answer was complete"),
+    (b'{"print":"a\\n"}\n{"stat', 1, "a\n", "the TV ended before its answer was complete"),
+    (b"", 1, "", "the TV ended before its answer was complete"),
+    (b'{"endless":true}\n{"print":"a\\n"}\n', 0, "a\n", ""),
+    (b'{"error":"b\\n\\u001b[2J"}\n{"status":2}\n', 2, "", "b\\x0a\\x1b[2J"),
+    (b'{"status":-1}\n', 1, "", "malformed answer"), (b'{"status":256}\n', 1, "", ""),
+    (b'{"print":1}\n', 1, "", "malformed answer"), (b"[[[[\n", 1, "", "malformed answer"),
+    (b'{"limit":1e999}\n', 1, "", "malformed answer")])
+def test_an_answer_counts_once_it_is_complete(folder, answer, status, printed, reason):
+    with socket.socket(socket.AF_UNIX) as listener:
+        listener.bind(str(folder / "s.ctl"))
+        listener.listen()
+        with subprocess.Popen([SIMCTL, "--socket", folder / "s", "calls"], stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True) as simctl:
+            connection = listener.accept()[0]
+            with connection, connection.makefile("rb") as lines:
+                assert json.loads(lines.readline()) == {"arguments": ["calls"], "directory": os.getcwd()}
+                connection.sendall(answer)
+            output, errors = simctl.communicate(timeout=LIMIT)
+    assert (simctl.returncode, output) == (status, printed)
+    assert errors == (f"norvex-simctl: {reason}\n" if reason and "malformed" not in reason else errors)
+    assert reason in errors
+
+
+def test_what_cannot_be_printed_is_an_error(tv):
+    for arguments in (["state"], ["calls"], ["lineup", "show"], ["--help"]):
+        with open("/dev/full", "w") as full, tv.connect() as client:
+            client.start()
+            result = subprocess.run([SIMCTL, *arguments], env=tv.environment, stdout=full, stderr=subprocess.PIPE,
+                                    text=True, timeout=LIMIT, check=False)
+        assert (result.returncode, result.stderr) == (1, "norvex-simctl: standard output: No space left on device\n")
 
 
 def test_a_saved_line_up_is_the_one_that_is_shown_and_loads_again(tv, folder):
@@ -221,14 +302,15 @@ def test_a_saved_line_up_is_the_one_that_is_shown_and_loads_again(tv, folder):
     tv.reset()
     tv.simctl("lineup", "load", folder / "saved")
     assert tv.simctl("lineup", "show") == saved
-    assert not (folder / "saved.part").exists()
 
 
 def test_a_relative_line_up_is_one_of_the_users_folder(tv, folder):
     (folder / "sub").mkdir()
     (folder / "sub/small").write_text(SMALL_LINE_UP)
-    subprocess.run([SIMCTL, "lineup", "load", "small"], cwd=folder / "sub", env=tv.environment, check=True)
+    for words in (["load", "small"], ["save", "saved"]):
+        subprocess.run([SIMCTL, "lineup", *words], cwd=folder / "sub", env=tv.environment, check=True)
     assert tv.state("/lineUp/services") == 1
+    assert (folder / "sub/saved").read_text() == tv.show_lineup()
 
 
 def test_saving_a_line_up_replaces_a_file_as_a_whole_or_not_at_all(tv, folder):
@@ -236,14 +318,31 @@ def test_saving_a_line_up_replaces_a_file_as_a_whole_or_not_at_all(tv, folder):
     tv.kill()
     tv.simctl_refusal("lineup", "save", folder / "saved")
     assert (folder / "saved").read_text() == "before"
-    assert not (folder / "saved.part").exists()
 
 
-@pytest.mark.parametrize("name", ["none/saved", "."])
-def test_a_line_up_that_cannot_be_written_is_said(shared_tv, folder, name):
-    before = os.listdir(folder)
-    assert "cannot be written" in shared_tv.simctl_refusal("lineup", "save", f"{folder}/{name}")
-    assert os.listdir(folder) == before
+def test_a_line_up_is_written_to_a_regular_file_only(shared_tv, folder):
+    os.mkfifo(folder / "fifo")
+    (folder / "link").symlink_to("kept")
+    (folder / "kept").write_text("kept")
+    before = sorted(os.listdir(folder))
+    for name, reason in (("none/saved", "No such file or directory"), (".", "expected a regular file"),
+                         ("fifo", "expected a regular file"), ("link", "expected a regular file")):
+        assert reason in shared_tv.simctl_refusal("lineup", "save", f"{folder}/{name}")
+    assert "/dev/null: expected a regular file" in shared_tv.simctl_refusal("lineup", "save", "/dev/null")
+    assert sorted(os.listdir(folder)) == before
+    assert (folder / "kept").read_text() == "kept"
+
+
+def test_a_saved_line_up_keeps_the_mode_of_the_file_that_it_replaces_and_touches_no_other(tv, folder):
+    (folder / "saved").write_text("before")
+    (folder / "saved").chmod(0o640)
+    (folder / "saved.part").write_text("the user's")
+    before = sorted(os.listdir(folder))
+    tv.simctl("lineup", "save", folder / "saved")
+    assert (folder / "saved").stat().st_mode & 0o777 == 0o640
+    assert (folder / "saved").read_text() == tv.show_lineup()
+    assert (folder / "saved.part").read_text() == "the user's"
+    assert sorted(os.listdir(folder)) == before
 
 
 def test_what_cannot_be_loaded_is_said_and_leaves_the_line_up(shared_tv, folder):

@@ -1,5 +1,5 @@
-// What the control socket hears: a line that should be a request. The answers are lines of JSON
-// objects; a refusal says what was wrong. A request that is refused changes nothing.
+// What the control socket gets: a line that should be a request. The answer is lines of JSON objects, the last of which
+// has the status. A request that is refused changes nothing.
 
 #include <algorithm>
 #include <string>
@@ -15,21 +15,29 @@ namespace {
 
 using nlohmann::json;
 
-// A file's path leads into the TV's own directory, and numbers of items that would only take time
-// are left out: the TV takes a million. False: nothing is to be sent.
+// Files are named in the TV's own directory, and numbers of items that would only take time are left out: the TV takes a
+// million. False: nothing is to be sent.
 bool Tame(std::string& line) {
     json request = json::parse(line, nullptr, false);
-    if (!request.is_object() || !request.contains("command"))
+    if (!request.is_object() || !request.contains("arguments") || !request["arguments"].is_array())
         return true;
-    if (request["command"] == "set" && request.value("name", json()) == "items" &&
-        request.value("words", json()).dump().size() > 8)
+    json& arguments = request["arguments"];
+    const auto has = [&](const char* text) {
+        return std::count(arguments.begin(), arguments.end(), text) > 0;
+    };
+    if (has("items") && arguments.dump().size() > 24)
         return false;
-    if (request["command"] == "lineup" && request.contains("path") && request["path"].is_string()) {
-        std::string name = request["path"].get<std::string>();
+    if (!has("lineup"))
+        return true;
+    request["directory"] = FuzzedTv::Get().GetFile("");
+    for (json& argument : arguments) {
+        if (!argument.is_string())
+            continue;
+        std::string name = argument.get<std::string>();
         std::replace(name.begin(), name.end(), '/', '_');
-        request["path"] = FuzzedTv::Get().GetFile(name);
-        line = request.dump(-1, ' ', false, json::error_handler_t::replace);
+        argument = name;
     }
+    line = request.dump(-1, ' ', false, json::error_handler_t::replace);
     return true;
 }
 
@@ -45,19 +53,19 @@ std::string Take(int socket) {
     }
 }
 
-// Whether it was refused.
-bool CheckAnswers(std::string_view text) {
+// Whether it was refused. An answer that waits for something has no status yet.
+bool CheckAnswer(std::string_view text) {
     bool refused = false;
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         REQUIRE(end != std::string_view::npos);
-        const json answer = json::parse(text.substr(0, end), nullptr, false);
-        REQUIRE(answer.is_object());
-        if (answer.contains("error")) {
-            REQUIRE(answer["error"].is_string());
-            refused = true;
-        }
+        const json line = json::parse(text.substr(0, end), nullptr, false);
         text.remove_prefix(end + 1);
+        REQUIRE(line.is_object() && line.size() == 1);
+        if (!line.contains("status"))
+            continue;
+        REQUIRE(text.empty() && line["status"].is_number_unsigned() && line["status"] <= 2);
+        refused = line["status"] != 0;
     }
     return refused;
 }
@@ -85,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     REQUIRE(send(socket, line.data(), line.size(), MSG_NOSIGNAL) ==
             static_cast<ssize_t>(line.size()));
     tv.Settle();
-    const bool refused = CheckAnswers(Take(socket));
+    const bool refused = CheckAnswer(Take(socket));
     close(socket);
     tv.Settle();
     if (refused)

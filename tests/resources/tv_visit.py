@@ -171,7 +171,7 @@ class Visit:
         path = self.tv.folder / "new.lineup"
         path.write_text(NEW_LINE_UP)
         self.order(show)
-        self.note(self.order(self.tv.load_lineup, str(path), "new"), lineUp=(5, 2))
+        self.note(self.order(self.tv.load_lineup, path), lineUp=(5, 2))
 
     def run(self):
         """All of it, as far as the TV lives."""

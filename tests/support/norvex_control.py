@@ -27,22 +27,25 @@ class Control:
         return answer
 
     @staticmethod
-    def written(command, **fields):
-        return json.dumps({"command": command, **fields}).encode() + b"\n"
+    def written(*arguments):
+        return json.dumps({"arguments": [str(argument) for argument in arguments]}).encode() + b"\n"
 
-    def request(self, command, *, limit=LIMIT, least=1, **fields):
-        """The answer's lines, `least` or more."""
-        answer = self.exchange(self.written(command, **fields), limit)
-        lines = [json.loads(line) for line in answer.splitlines(keepends=True) if line.endswith(b"\n")]
-        if len(lines) < least:
-            raise ConnectionError(f"{command} was not answered")
-        if lines and "error" in lines[-1]:
-            raise Refused(lines[-1]["error"])
-        return lines
+    def ask(self, *arguments, limit=LIMIT):
+        """What norvex-simctl prints with these arguments."""
+        printed = reason = ""
+        for line in self.exchange(self.written(*arguments), limit).splitlines(keepends=True):
+            answer = json.loads(line) if line.endswith(b"\n") else {}
+            printed += answer.get("print", "")
+            reason += answer.get("error", "")
+            if answer.get("status"):
+                raise Refused(reason)
+            if "status" in answer:
+                return printed
+        raise ConnectionError(f"{arguments} was not answered")
 
     def state(self, path="", **options):
         """What stands at a path of the state, as "/debug/qos"; None where nothing does."""
-        found = self.request("state", **options)[0]["state"]
+        found = json.loads(self.ask("state", "--json", **options))
         for step in path.split("/")[1:]:
             step = step.replace("~1", "/")
             if isinstance(found, list):
@@ -53,32 +56,29 @@ class Control:
 
     def calls(self):
         """The journal."""
-        return [line["call"] for line in self.request("calls", follow=False, least=0)]
+        return [json.loads(line) for line in self.ask("calls", "--json").splitlines()]
 
-    def set(self, name, *words, **options):
-        self.request("set", name=name, words=[str(word) for word in words], **options)
+    def set(self, name, *values, **options):
+        self.ask("set", name, *values, **options)
 
     def reset(self, **options):
-        self.request("reset", **options)
+        self.ask("reset", **options)
 
-    def signal(self, *words):
+    def signal(self, *arguments):
         """How many were sent."""
-        return self.request("signal", words=[str(word) for word in words])[0]["sent"]
+        return int(self.ask("signal", *arguments))
 
     def inject(self, operation, kind, number=0, *, count=1, with_text=""):
-        """Orders a failure: "result", "delay" (both with a number), "drop", "close" or "die"."""
-        self.request("inject", method=operation, kind=kind, count=count,
-                     **({"number": number} if kind in ("result", "delay") else {}),
-                     **({"with": with_text} if with_text else {}))
+        """A failure: "result", "delay" (both with a number), "drop", "close" or "die"."""
+        self.ask("inject", operation, "--" + kind, *([number] if kind in ("result", "delay") else []),
+                 "--count", count, *(["--with", with_text] if with_text else []))
 
     def wait(self, condition, limit=LIMIT):
         """Returns when a condition holds: "/debug/qos == true"."""
-        path, comparison, value = condition.split(maxsplit=2)
-        self.request("wait", path=path, comparison=comparison, value=json.loads(value), timeout=limit * 1000,
-                     limit=limit + 10)
+        self.ask("wait", condition, "--timeout", limit, limit=limit + 10)
 
     def show_lineup(self, **options):
-        return "".join(line["text"] for line in self.request("lineup", action="show", **options))
+        return self.ask("lineup", "show", **options)
 
-    def load_lineup(self, path, name, **options):
-        self.request("lineup", action="load", path=path, name=name, **options)
+    def load_lineup(self, path, **options):
+        self.ask("lineup", "load", path, **options)

@@ -3,28 +3,37 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
-#include <nlohmann/json_fwd.hpp>
+#include "CommandLine.h"
+#include "ControlConnection.h"
 
 namespace sim {
 
-class ControlConnection;
-
-// What norvex-simctl can ask for, by name. A request is one JSON object with the name as "command";
-// a command answers on the connection, at once or later.
+// The commands of norvex-simctl: what each takes and does is said in one place, where it is added.
 class ControlCommands {
 public:
-    using Command = std::function<void(const nlohmann::json& request, ControlConnection& asker)>;
+    // Answers on the connection, at once or later, with the arguments that its command line took.
+    using Run = std::function<void(ControlConnection& asker)>;
+    // Called for each request. The variables that the command line fills belong to what is returned, which lives as
+    // long as the connection.
+    using Command = std::function<Run(CommandLine& line)>;
 
-    void Add(const std::string& name, Command command) { m_commands[name] = std::move(command); }
-    // Null when there is none of that name.
-    const Command* Find(const std::string& name) const {
-        const auto found = m_commands.find(name);
-        return found == m_commands.end() ? nullptr : &found->second;
-    }
+    // A name may be of several words: "lineup load". `help` is one line.
+    void Add(const std::string& name, const std::string& help, Command command);
+    // What a user typed after "norvex-simctl".
+    void Execute(const std::vector<std::string>& arguments, ControlConnection& asker) const;
 
 private:
-    std::map<std::string, Command> m_commands;
+    struct Entry {
+        std::string help;
+        Command command;
+    };
+
+    // One line for each command whose name begins so.
+    std::string DescribeAll(const std::string& beginning) const;
+
+    std::map<std::string, Entry> m_commands;
 };
 
 } // namespace sim

@@ -1,11 +1,14 @@
 #include "ControlConnection.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
 #include <nlohmann/json.hpp>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include "Json.h"
 
 namespace sim {
 
@@ -15,12 +18,14 @@ namespace {
 
 // What may wait to be taken before a source is asked for more.
 constexpr std::size_t kEnough = 64u << 10;
+constexpr int kBadRequest = 2;
+
+bool IsListOfTexts(const json& value) {
+    return value.is_array() && std::all_of(value.begin(), value.end(),
+                                           [](const json& each) { return each.is_string(); });
+}
 
 } // namespace
-
-std::string ToLine(const json& value) {
-    return value.dump(-1, ' ', false, json::error_handler_t::replace) + "\n";
-}
 
 ControlConnection::ControlConnection(int fd, RequestHandler request, EndHandler ended)
     : m_fd(fd), m_request(std::move(request)), m_ended(std::move(ended)) {
@@ -48,31 +53,70 @@ void ControlConnection::Read() {
     if (size <= 0)
         return End();
     if (m_asked)
-        return; // one request a connection; the rest is heard and not listened to
+        return; // one request a connection; the rest is ignored
     m_in.append(bytes, static_cast<std::size_t>(size));
-    const std::size_t end = m_in.find('\n');
-    if (end == std::string::npos) {
-        if (m_in.size() > kMaxRequest)
-            End();
+    const std::size_t end = m_in.find('\n', m_in.size() - static_cast<std::size_t>(size));
+    if (end == std::string::npos && m_in.size() <= kMaxRequest)
         return;
-    }
     m_asked = true;
     m_patience.Stop();
+    if (m_in.size() > kMaxRequest)
+        return Fail("malformed request: longer than 1 MiB", kBadRequest);
     m_in.resize(end);
-    const json request = json::parse(std::exchange(m_in, {}), nullptr, false);
-    if (!request.is_object())
-        return Fail("the request is no JSON object");
-    m_request(request, *this);
+    Request(std::exchange(m_in, {}));
 }
 
-void ControlConnection::Answer(const json& answer) {
-    m_out += ToLine(answer);
+void ControlConnection::Request(const std::string& line) {
+    json request;
+    if (!ParseJson(line, request) || !request.is_object())
+        return Fail("malformed request: expected a JSON object on one line", kBadRequest);
+    std::vector<std::string> arguments;
+    for (const auto& [name, value] : request.items()) {
+        if (name == "arguments" && IsListOfTexts(value) && value.size() <= kMaxArguments)
+            arguments = value.get<std::vector<std::string>>();
+        else if (name == "directory" && value.is_string() &&
+                 value.get_ref<const std::string&>().starts_with('/'))
+            m_directory = value.get<std::string>();
+        else
+            return Fail("malformed request: \"" + name + "\"", kBadRequest);
+    }
+    m_request(arguments, *this);
+}
+
+void ControlConnection::Add(const json& line) {
+    m_out += ToText(line) + '\n';
+}
+
+void ControlConnection::Print(const std::string& text) {
+    Add({{"print", text}});
+}
+
+void ControlConnection::Complain(const std::string& line) {
+    Add({{"error", line.size() > kMaxErrorLine ? line.substr(0, kMaxErrorLine) + "..." : line}});
+}
+
+void ControlConnection::SetLimit(double seconds) {
+    Add({{"limit", seconds}});
+    Write();
+}
+
+void ControlConnection::Finish(int status) {
+    Add({{"status", status}});
     m_last = true;
     Write();
 }
 
-void ControlConnection::Fail(const std::string& line) {
-    Answer({{"error", line}});
+void ControlConnection::SetEndless() {
+    Add({{"endless", true}});
+}
+
+void ControlConnection::Start(std::function<void(ControlConnection&)> run) {
+    m_run = std::move(run);
+    m_run(*this);
+}
+
+std::string ControlConnection::GetPath(const std::string& file) const {
+    return file.starts_with('/') ? file : m_directory + "/" + file;
 }
 
 void ControlConnection::SetSource(Source source) {
@@ -88,9 +132,12 @@ void ControlConnection::Wake() {
 
 void ControlConnection::Write() {
     while (m_fd >= 0) {
-        if (m_source && m_out.size() - m_written < kEnough && !m_source(m_out)) {
-            m_source = nullptr;
-            m_last = true;
+        if (m_source && m_out.size() - m_written < kEnough) {
+            if (const std::optional<int> status = m_source()) {
+                Add({{"status", *status}});
+                m_source = nullptr;
+                m_last = true;
+            }
         }
         if (m_written == m_out.size()) {
             m_out.clear();

@@ -2,7 +2,9 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -10,43 +12,72 @@
 
 namespace sim {
 
-// One norvex-simctl at the control socket: a line with a request comes in, lines with answers go
-// out. {"error": "..."} is a refusal; the connection is closed after the last answer.
+// One norvex-simctl at the control socket. It sends one request, a line:
+//
+//     {"arguments": ["calls", "--json"], "directory": "/where/relative/file/names/begin"}
+//
+// and gets lines until it gets its status, which ends the answer and the connection:
+//
+//     {"print": "text"}        for standard output
+//     {"error": "line"}        for standard error
+//     {"limit": 300}           the next line may take so many seconds
+//     {"endless": true}        lines come until somebody ends; there will be no status
+//     {"status": 0}            0, 1: refused, 2: bad arguments
 class ControlConnection {
 public:
-    using RequestHandler = std::function<void(const nlohmann::json&, ControlConnection&)>;
-    // Told once, when the connection is over; it must live until the loop's next round.
+    using RequestHandler =
+        std::function<void(const std::vector<std::string>& arguments, ControlConnection&)>;
+    // Called once, when the connection is over; it must live until the loop's next round.
     using EndHandler = std::function<void(ControlConnection&)>;
-    // Adds lines to what goes out, some at a time; false when there will be no more.
-    using Source = std::function<bool(std::string& lines)>;
+    // Prints some more; the status when there is no more to come.
+    using Source = std::function<std::optional<int>()>;
 
     ControlConnection(int fd, RequestHandler request, EndHandler ended);
     ~ControlConnection();
     ControlConnection(const ControlConnection&) = delete;
     ControlConnection& operator=(const ControlConnection&) = delete;
 
-    // The only, or last, answer.
-    void Answer(const nlohmann::json& answer);
-    void Fail(const std::string& line);
-    // Answers come from here instead, as fast as the asker takes them.
+    void Print(const std::string& text);
+    void Complain(const std::string& line);
+    // Sent at once: said before a long work or a wait begins.
+    void SetLimit(double seconds);
+    // The answer is complete.
+    void Finish(int status = 0);
+    void Fail(const std::string& line, int status = 1) {
+        Complain(line);
+        Finish(status);
+    }
+
+    // The rest of the answer comes from here, as fast as the asker takes it.
     void SetSource(Source source);
+    // There is no end to what the source prints.
+    void SetEndless();
     // The source has more.
     void Wake();
+    // Calls the function, and keeps it as long as the connection lives.
+    void Start(std::function<void(ControlConnection&)> run);
     // Lives as long as the connection: what waits for something on its behalf.
     void Keep(std::shared_ptr<void> kept) { m_kept = std::move(kept); }
+
+    // A file that the asker has named.
+    std::string GetPath(const std::string& file) const;
 
     bool HasAsked() const { return m_asked; }
     void End();
 
     // Who has not asked by then is let go.
     static constexpr unsigned kRequestMilliseconds = 2000;
-    // A request may hold a line-up.
-    static constexpr std::size_t kMaxRequest = 64u << 20;
+    static constexpr std::size_t kMaxRequest = 1u << 20;
+    static constexpr std::size_t kMaxArguments = 1000;
+    // What is cut from a longer error line.
+    static constexpr std::size_t kMaxErrorLine = 500;
 
 private:
     void Ready(GIOCondition conditions);
     void Read();
+    void Request(const std::string& line);
     void Write();
+    void Add(const nlohmann::json& line);
 
     int m_fd;
     RequestHandler m_request;
@@ -57,13 +88,12 @@ private:
     std::size_t m_written = 0;
     bool m_asked = false;
     bool m_last = false; // nothing comes after what is in m_out
+    std::string m_directory = "/";
+    std::function<void(ControlConnection&)> m_run;
     Source m_source;
     Timer m_wake;
     Timer m_patience;
     std::shared_ptr<void> m_kept;
 };
-
-// JSON as it goes out: never invalid UTF-8, on one line.
-std::string ToLine(const nlohmann::json& value);
 
 } // namespace sim

@@ -1,9 +1,7 @@
 #include "ControlServer.h"
 
 #include <algorithm>
-#include <exception>
 
-#include <nlohmann/json.hpp>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -20,35 +18,20 @@ bool ControlServer::Open(const std::string& path, std::string& error) {
 
 void ControlServer::Accept(int fd) {
     if (m_connections.size() >= kMaxConnections) {
-        // The oldest that has not said what it wants makes way.
+        // The oldest that has not asked for anything is evicted.
         const auto silent = std::find_if(m_connections.begin(), m_connections.end(),
                                          [](const auto& each) { return !each->HasAsked(); });
         if (silent != m_connections.end())
             (*silent)->End();
     }
     if (m_connections.size() >= kMaxConnections) {
-        m_log.Write(kOwnTag, "refused a control connection: there are %zu", m_connections.size());
+        m_log.Write(kOwnTag, "refused a control connection: %zu are open", m_connections.size());
         close(fd);
         return;
     }
     m_connections.push_back(std::make_unique<ControlConnection>(
-        fd, [this](const auto& request, auto& asker) { Request(request, asker); },
+        fd, [this](const auto& arguments, auto& asker) { m_commands.Execute(arguments, asker); },
         [this](auto& connection) { Ended(connection); }));
-}
-
-void ControlServer::Request(const nlohmann::json& request, ControlConnection& asker) {
-    const auto name = request.find("command");
-    const ControlCommands::Command* command = name != request.end() && name->is_string()
-                                                  ? m_commands.Find(name->get<std::string>())
-                                                  : nullptr;
-    if (command == nullptr)
-        return asker.Fail("no such command");
-    try {
-        (*command)(request, asker);
-    } catch (const std::exception& failure) {
-        // A request that lacks something, or holds it in another type.
-        asker.Fail(std::string("the request makes no sense: ") + failure.what());
-    }
 }
 
 void ControlServer::Ended(ControlConnection& connection) {

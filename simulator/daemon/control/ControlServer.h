@@ -25,7 +25,6 @@ public:
 
 private:
     void Accept(int fd);
-    void Request(const nlohmann::json& request, ControlConnection& asker);
     void Ended(ControlConnection& connection);
 
     const ControlCommands& m_commands;

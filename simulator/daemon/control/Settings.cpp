@@ -2,16 +2,16 @@
 
 namespace sim {
 
-bool Settings::Set(const std::string& name, const std::vector<std::string>& words,
+bool Settings::Set(const std::string& name, const std::vector<std::string>& values,
                    std::string& error) const {
-    const auto found = m_settables.find(name);
-    if (found == m_settables.end()) {
-        error = "nothing to set is called \"" + name + "\"; there is:";
-        for (const auto& [known, settable] : m_settables)
-            error += (known == m_settables.begin()->first ? " " : ", ") + known;
+    const auto found = m_settings.find(name);
+    if (found == m_settings.end()) {
+        error = "unknown setting '" + name + "'; available:";
+        for (const auto& [known, setting] : m_settings)
+            error += (known == m_settings.begin()->first ? " " : ", ") + known;
         return false;
     }
-    if (found->second.setter(words, error))
+    if (found->second.setter(values, error))
         return true;
     if (error.empty())
         error = "expected: " + name + " " + found->second.help;

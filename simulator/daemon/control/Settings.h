@@ -10,13 +10,13 @@ namespace sim {
 // What `norvex-simctl set NAME VALUE...` can change: by name, with a line of help.
 class Settings {
 public:
-    // Gets the words after the name. False: `error` says what was expected.
-    using Setter = std::function<bool(const std::vector<std::string>& words, std::string& error)>;
+    // Gets the values after the name. False: `error` says what was expected.
+    using Setter = std::function<bool(const std::vector<std::string>& values, std::string& error)>;
 
     void Add(const std::string& name, const std::string& help, Setter setter) {
-        m_settables[name] = {help, std::move(setter)};
+        m_settings[name] = {help, std::move(setter)};
     }
-    bool Set(const std::string& name, const std::vector<std::string>& words,
+    bool Set(const std::string& name, const std::vector<std::string>& values,
              std::string& error) const;
 
 private:
@@ -24,7 +24,7 @@ private:
         std::string help; // "VALUE: what it is"
         Setter setter;
     };
-    std::map<std::string, Setting> m_settables;
+    std::map<std::string, Setting> m_settings;
 };
 
 } // namespace sim

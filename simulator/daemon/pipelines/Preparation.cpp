@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Event.h"
 #include "Results.h"
 #include <base/Number.h>
 
@@ -94,10 +95,8 @@ void Preparation::Perform(const Handle& handle, Queue& queue, const char* why) {
 }
 
 void Preparation::LimitPassed(const Handle& handle) {
-    m_context.log.SetSequence(m_context.journal.TakeSequence());
+    const Event event(m_context);
     Perform(handle, m_queues.at(handle), "is made: the limit has passed");
-    m_context.log.SetSequence(0);
-    m_context.changes.Tell();
 }
 
 bool Preparation::IsPending(const Handle& handle, EStateChangeType type) const {

@@ -1,21 +1,18 @@
 // `norvex-simctl signal TYPE [NAME=VALUE...]`: a signal to every registered callback.
-#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
 #include <norvex/client/Signal.h>
 
 #include "Context.h"
-#include "ControlConnection.h"
+#include "Event.h"
 #include "Handle.h"
 #include "PipelineComponents.h"
 #include "Subscribers.h"
 #include <base/Number.h>
 
 namespace sim {
-
-using nlohmann::json;
 
 namespace {
 
@@ -63,19 +60,18 @@ bool ParseField(const std::string& value, const Field& field, std::uint64_t& dat
     return true;
 }
 
-// What was asked for.
 struct Order {
     Signals::Signal signal{0, kMainPipeline.profile, kMainPipeline.screen, 0};
     std::uint32_t count = 1;
 };
 
 // One NAME=VALUE.
-bool ParseWord(const std::string& word, const Kind* kind, Order& order) {
-    const std::size_t equals = word.find('=');
+bool ParseValue(const std::string& argument, const Kind* kind, Order& order) {
+    const std::size_t equals = argument.find('=');
     if (equals == std::string::npos)
         return false;
-    const std::string name = word.substr(0, equals);
-    const std::string value = word.substr(equals + 1);
+    const std::string name = argument.substr(0, equals);
+    const std::string value = argument.substr(equals + 1);
     if (name == "profile")
         return ParseNumber(value, order.signal.profile);
     if (name == "screen")
@@ -102,9 +98,9 @@ std::string DescribeNames(const Kind* kind) {
     return names;
 }
 
-// Why it makes no sense; empty: it does.
-std::string Parse(const std::vector<std::string>& words, Order& order) {
-    const std::string type = words.empty() ? "" : words[0];
+// Empty, or what is wrong.
+std::string Parse(const std::vector<std::string>& arguments, Order& order) {
+    const std::string& type = arguments.front();
     const Kind* kind = nullptr;
     bool known = ParseNumber(type, order.signal.type);
     for (const Kind& candidate : GetKinds()) {
@@ -116,10 +112,10 @@ std::string Parse(const std::vector<std::string>& words, Order& order) {
         known = true;
     }
     if (!known)
-        return "no signal is called \"" + type + "\"";
-    for (std::size_t place = 1; place < words.size(); ++place) {
-        if (!ParseWord(words[place], kind, order))
-            return "\"" + words[place] + "\" makes no sense; expected NAME=VALUE, of " +
+        return "unknown signal '" + type + "'";
+    for (std::size_t place = 1; place < arguments.size(); ++place) {
+        if (!ParseValue(arguments[place], kind, order))
+            return "malformed '" + arguments[place] + "'; expected NAME=VALUE, of " +
                    DescribeNames(kind);
     }
     return {};
@@ -128,20 +124,28 @@ std::string Parse(const std::vector<std::string>& words, Order& order) {
 } // namespace
 
 void AddSignalCommand(Context& context, Subscribers& subscribers) {
-    context.commands.Add("signal", [&](const json& request, ControlConnection& asker) {
-        Order order;
-        const std::string error = Parse(request.at("words").get<std::vector<std::string>>(), order);
-        if (!error.empty())
-            return asker.Fail(error);
-        std::size_t sent = 0;
-        for (std::uint32_t signal = 0; signal < order.count; ++signal)
-            sent += subscribers.SendToAll(order.signal);
-        context.log.SetSequence(context.journal.TakeSequence());
-        context.log.Write(kOwnTag, "signal %d sent by order: %zu", order.signal.type, sent);
-        context.log.SetSequence(0);
-        context.changes.Tell();
-        asker.Answer({{"sent", sent}});
-    });
+    context.commands.Add(
+        "signal", "Send a signal to every registered callback; print how many were sent",
+        [&](CommandLine& line) {
+            auto arguments = std::make_shared<std::vector<std::string>>();
+            line.Texts(
+                "signal", *arguments, "TYPE NAME=VALUE...",
+                "Its number or name, and its values: profile, screen, data, count, and those of its type");
+            return [&, arguments](ControlConnection& asker) {
+                Order order;
+                const std::string error = Parse(*arguments, order);
+                if (!error.empty())
+                    return asker.Fail(error);
+                std::size_t sent = 0;
+                for (std::uint32_t signal = 0; signal < order.count; ++signal)
+                    sent += subscribers.SendToAll(order.signal);
+                const Event event(context);
+                context.log.Write(kOwnTag, "signal %d injected: sent %zu times", order.signal.type,
+                                  sent);
+                asker.Print(std::to_string(sent) + "\n");
+                asker.Finish();
+            };
+        });
 }
 
 } // namespace sim

@@ -1,51 +1,46 @@
 #include <memory>
 
-#include <nlohmann/json.hpp>
+#include <base/NewFile.h>
 
-#include "ControlConnection.h"
+#include "Event.h"
 #include "LineUpFile.h"
 #include "ServiceComponents.h"
 
 namespace sim {
 
-using nlohmann::json;
-
 namespace {
 
-// The file is named by a path of its own, since the asker's directory is another; errors name it
-// as the asker did.
-void Load(Context& context, ServiceLineUp& lineUp, const json& request, ControlConnection& asker) {
-    LineUpSource source{request.at("name").get<std::string>(), {}};
+// A million services take seconds.
+constexpr double kLoadSeconds = 300;
+
+void Load(Context& context, ServiceLineUp& lineUp, const std::string& file,
+          ControlConnection& asker) {
+    asker.SetLimit(kLoadSeconds);
+    const Event event(context);
+    LineUpSource source{file, {}};
     std::string error;
-    context.log.SetSequence(context.journal.TakeSequence());
-    const bool loaded =
-        ReadLineUpFile(request.at("path").get<std::string>(), source.name, source.text, error) &&
-        lineUp.Load(source, error);
-    context.changes.Tell();
-    context.log.SetSequence(0);
-    if (loaded)
-        asker.Answer(json::object());
+    if (ReadLineUpFile(asker.GetPath(file), source.name, source.text, error) &&
+        lineUp.Load(source, error))
+        asker.Finish();
     else
         asker.Fail(error);
 }
 
-// The text in pieces, as fast as the asker takes them.
+// The line-up as a text, some hundred services at a time.
 class Pieces {
 public:
     Pieces(Database& database, ServiceLineUp& lineUp)
         : m_database(database), m_lineUp(lineUp), m_loads(lineUp.GetLoads()) {}
 
-    bool Add(std::string& lines) {
-        if (m_lineUp.GetLoads() != m_loads) {
-            lines += ToLine({{"error", "there is another line-up by now"}});
-            return false;
-        }
-        const bool more = m_lineUp.GetTables().WriteNext(m_place, m_writer);
-        if (more)
-            lines += ToLine({{"text", m_writer.Take()}});
+    // Empty after the last piece, and when it cannot go on: `error` says why.
+    std::string Next(std::string& error) {
+        if (m_lineUp.GetLoads() != m_loads)
+            error = "another line-up was loaded in the meantime";
+        else if (m_lineUp.GetTables().WriteNext(m_place, m_writer))
+            return m_writer.Take();
         else if (m_place.hasFailed)
-            lines += ToLine({{"error", m_database.GetError()}});
-        return more;
+            error = m_database.GetError();
+        return {};
     }
 
 private:
@@ -56,17 +51,64 @@ private:
     LineUpWriter m_writer;
 };
 
+// The status, nothing as long as there is more.
+std::optional<int> End(const std::string& error, ControlConnection& asker) {
+    if (error.empty())
+        return 0;
+    asker.Complain(error);
+    return 1;
+}
+
+void Show(Context& context, ServiceLineUp& lineUp, ControlConnection& asker) {
+    asker.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp),
+                     &asker]() -> std::optional<int> {
+        std::string error;
+        const std::string text = pieces->Next(error);
+        if (text.empty())
+            return End(error, asker);
+        asker.Print(text);
+        return {};
+    });
+}
+
+// The file takes the place of an old one once it is whole.
+void Save(Context& context, ServiceLineUp& lineUp, const std::string& name,
+          ControlConnection& asker) {
+    auto file = std::make_shared<NewFile>();
+    if (std::string error; !file->Open(asker.GetPath(name), error))
+        return asker.Fail(name + ": " + error);
+    asker.SetLimit(kLoadSeconds);
+    asker.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp), file, name,
+                     &asker]() -> std::optional<int> {
+        std::string error;
+        const std::string text = pieces->Next(error);
+        if (!error.empty())
+            return End(error, asker);
+        if (text.empty() ? !file->Commit(error) : !file->Write(text, error))
+            return End(name + ": " + error, asker);
+        if (text.empty())
+            return 0;
+        asker.Wake();
+        return {};
+    });
+}
+
 } // namespace
 
-void AddLineUpCommand(Context& context, ServiceLineUp& lineUp) {
-    context.commands.Add("lineup", [&](const json& request, ControlConnection& asker) {
-        const auto action = request.at("action").get<std::string>();
-        if (action == "load")
-            return Load(context, lineUp, request, asker);
-        if (action != "show")
-            return asker.Fail("expected the action load or show");
-        asker.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp)](
-                            std::string& lines) { return pieces->Add(lines); });
+void AddLineUpCommands(Context& context, ServiceLineUp& lineUp) {
+    const auto add = [&](const char* name, const char* help, auto* act) {
+        context.commands.Add(name, help, [&context, &lineUp, act](CommandLine& line) {
+            auto file = std::make_shared<std::string>();
+            line.Text("file", *file, "FILE", "The line-up's file");
+            return [&context, &lineUp, act, file](ControlConnection& asker) {
+                act(context, lineUp, *file, asker);
+            };
+        });
+    };
+    add("lineup load", "Replace the TV's services with a file's", Load);
+    add("lineup save", "Write the TV's services to a file", Save);
+    context.commands.Add("lineup show", "Print the TV's services", [&](CommandLine&) {
+        return [&](ControlConnection& asker) { Show(context, lineUp, asker); };
     });
 }
 

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <norvex/client/ServiceId.h>
 
+#include "Event.h"
 #include "Results.h"
 #include <base/Number.h>
 
@@ -111,10 +112,8 @@ std::int32_t Scans::Stop(Running what) {
 
 void Scans::After(std::uint32_t milliseconds, void (Scans::*step)()) {
     m_timer.Start(milliseconds, [this, step] {
-        m_context.log.SetSequence(m_context.journal.TakeSequence());
+        const Event event(m_context);
         (this->*step)();
-        m_context.log.SetSequence(0);
-        m_context.changes.Tell();
     });
 }
 

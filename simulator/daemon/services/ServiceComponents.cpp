@@ -42,7 +42,7 @@ std::optional<ServiceComponents> RegisterServices(Context& context, const LineUp
     RegisterServiceLookup(context, lineUp.GetQueries());
     RegisterServiceGuide(context, lineUp, programmes);
     RegisterScanControl(context, lineUp, programmes, parts.pipelines, scans);
-    AddLineUpCommand(context, lineUp);
+    AddLineUpCommands(context, lineUp);
 
     lineUp.SetListener([&parts = parts.pipelines] { parts.LineUpChanged(); });
     ShowBootupService(context, lineUp, parts.pipelines);

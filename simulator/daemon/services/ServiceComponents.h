@@ -28,7 +28,7 @@ void RegisterScanControl(Context& context, ServiceLineUp& lineUp, Programmes& pr
 void RegisterServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes);
 void RegisterServiceLookup(Context& context, ServiceQueries& queries);
 
-// The command `lineup` of norvex-simctl.
-void AddLineUpCommand(Context& context, ServiceLineUp& lineUp);
+// The commands `lineup load`, `save` and `show` of norvex-simctl.
+void AddLineUpCommands(Context& context, ServiceLineUp& lineUp);
 
 } // namespace sim

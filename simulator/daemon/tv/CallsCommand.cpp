@@ -1,11 +1,10 @@
-#include <map>
 #include <memory>
 
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
 #include "Context.h"
-#include "ControlConnection.h"
+#include "Json.h"
 
 namespace sim {
 
@@ -13,44 +12,106 @@ using nlohmann::json;
 
 namespace {
 
-// Lines are made as the asker takes them; calls that the journal has dropped in the meantime are
-// counted instead.
-class CallLines {
-public:
-    CallLines(const Journal& journal, bool follow)
-        : m_journal(journal), m_follow(follow), m_next(journal.GetBegin()) {}
+// A value on one line with others: long ones are cut.
+std::string ToShortText(const json& argument) {
+    constexpr std::size_t kMaxShown = 60;
+    if (argument.contains("length"))
+        return "...";
+    std::string text =
+        argument.value("value", json()).dump(-1, ' ', true, json::error_handler_t::replace);
+    if (text.size() > kMaxShown)
+        text.replace(kMaxShown, std::string::npos, "...");
+    return text;
+}
 
-    bool Add(std::string& lines) {
+std::string ToName(const json& argument) {
+    return argument.contains("name") ? argument.at("name").get<std::string>()
+                                     : std::to_string(argument.value("place", 0));
+}
+
+// #12 client 1 IDebugPrintControl.Execute(command="items") = status 1, screen "..."
+std::string ToReadableLine(const json& call) {
+    const auto interface = call.at("interface").get<std::string>();
+    std::string line = "#" + std::to_string(call.at("sequence").get<std::uint64_t>()) + " client " +
+                       std::to_string(call.at("client").get<std::uint32_t>());
+    if (const auto session = call.at("session").get<std::uint32_t>(); session != 0)
+        line += " session " + std::to_string(session);
+    line += " " + interface.substr(interface.rfind('.') + 1) + "." +
+            call.at("method").get<std::string>() + "(";
+    const char* between = "";
+    for (const json& argument : call.at("arguments")) {
+        if (argument.at("direction") != "in")
+            continue;
+        line += between + ToName(argument) + "=" + ToShortText(argument);
+        between = ", ";
+    }
+    line += ")";
+    between = " = ";
+    for (const json& result : call.at("results")) {
+        line += between + ToName(result) + " " + ToShortText(result);
+        between = ", ";
+    }
+    if (call.contains("injected"))
+        line += " [injected: " + call.at("injected").get<std::string>() + "]";
+    if (call.contains("fault"))
+        line += " [" + call.at("fault").get<std::string>() + "]";
+    return line;
+}
+
+// Prints as fast as the asker reads; calls that the journal has dropped in the meantime are counted instead.
+class Calls {
+public:
+    explicit Calls(const Journal& journal) : m_journal(journal), m_next(journal.GetBegin()) {}
+
+    void Take(CommandLine& line) {
+        line.Flag("--follow", m_follow, "Go on with the calls to come");
+        line.Flag("--json", m_asJson, "One JSON object per line, with all arguments whole");
+    }
+    bool IsFollowing() const { return m_follow; }
+
+    std::optional<int> PrintSome(ControlConnection& asker) {
         if (m_next < m_journal.GetBegin()) {
-            lines += ToLine({{"lost", m_journal.GetBegin() - m_next}});
+            asker.Complain(std::to_string(m_journal.GetBegin() - m_next) +
+                           " calls are no longer kept");
             m_next = m_journal.GetBegin();
         }
-        for (int count = 0; count < kCallsATime && m_next < m_journal.GetEnd(); ++count)
-            lines += ToLine({{"call", m_journal.Describe(m_next++)}});
-        return m_follow || m_next < m_journal.GetEnd();
+        std::string lines;
+        for (int count = 0; count < kCallsATime && m_next < m_journal.GetEnd(); ++count) {
+            const json call = m_journal.Describe(m_next++);
+            lines += (m_asJson ? ToText(call) : ToReadableLine(call)) + "\n";
+        }
+        if (!lines.empty())
+            asker.Print(lines);
+        if (m_follow || m_next < m_journal.GetEnd())
+            return {};
+        return 0;
     }
 
 private:
     static constexpr int kCallsATime = 64;
 
     const Journal& m_journal;
-    bool m_follow;
+    bool m_follow = false;
+    bool m_asJson = false;
     std::uint64_t m_next;
 };
 
 } // namespace
 
 void AddCallsCommand(Context& context) {
-    // Whoever follows the journal; told from the loop, so that no call waits for it.
-    context.commands.Add("calls", [&context](const json& request, ControlConnection& asker) {
-        const bool follow = request.value("follow", false);
-        auto lines = std::make_shared<CallLines>(context.journal, follow);
-        if (follow) {
-            const std::uint64_t id = context.changes.AddListener([&asker] { asker.Wake(); });
-            asker.Keep(std::shared_ptr<void>(
-                nullptr, [&context, id](void*) { context.changes.RemoveListener(id); }));
-        }
-        asker.SetSource([lines](std::string& out) { return lines->Add(out); });
+    context.commands.Add("calls", "Show the journal, one line per call", [&](CommandLine& line) {
+        auto calls = std::make_shared<Calls>(context.journal);
+        calls->Take(line);
+        return [&context, calls](ControlConnection& asker) {
+            if (calls->IsFollowing()) {
+                asker.SetEndless();
+                // Notified from the loop, so that no call waits for a follower.
+                const std::uint64_t id = context.changes.AddListener([&asker] { asker.Wake(); });
+                asker.Keep(std::shared_ptr<void>(
+                    nullptr, [&context, id](void*) { context.changes.RemoveListener(id); }));
+            }
+            asker.SetSource([calls, &asker] { return calls->PrintSome(asker); });
+        };
     });
 }
 

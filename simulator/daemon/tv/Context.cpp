@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
+#include "Event.h"
+
 namespace sim {
 
 using nlohmann::json;
@@ -22,13 +24,11 @@ Context::~Context() {
 }
 
 void Context::Release(Client& client) {
-    log.SetSequence(journal.TakeSequence());
+    const Event event(*this);
     log.Write(kOwnTag, "client %" PRIu32 " is gone", client.GetNumber());
     sessions.CloseAll(client);
     for (Component* part : m_components)
         part->ReleaseClient(client);
-    log.SetSequence(0);
-    changes.Tell();
 }
 
 json Context::DescribeClients() const {
@@ -82,7 +82,6 @@ std::string Context::Reset() {
         if (!part->Reset() && error.empty())
             error = std::string(part->GetStateName()) + ": " + database.GetError();
     }
-    changes.Tell();
     return error;
 }
 

@@ -2,38 +2,59 @@
 
 #include "Commands.h"
 #include "Context.h"
-#include "ControlConnection.h"
+#include "Event.h"
+#include "Json.h"
 
 namespace sim {
 
 using nlohmann::json;
 
+namespace {
+
+std::string Describe(const json& state, bool asJson) {
+    if (asJson)
+        return ToText(state) + "\n";
+    std::string lines;
+    const json flat = state.flatten();
+    for (const auto& [path, value] : flat.items())
+        lines += path + " " + (value.is_null() ? "-" : ToText(value)) + "\n";
+    return lines;
+}
+
+} // namespace
+
 void AddStateCommands(Context& context) {
-    context.commands.Add("state", [&context](const json&, ControlConnection& asker) {
-        asker.Answer({{"state", context.DescribeState()}});
-    });
-    context.commands.Add("reset", [&context](const json&, ControlConnection& asker) {
-        context.log.SetSequence(context.journal.TakeSequence());
-        context.log.Write(kOwnTag, "reset");
-        const std::string error = context.Reset();
-        context.log.SetSequence(0);
-        if (error.empty())
-            asker.Answer(json::object());
-        else
-            asker.Fail(error);
-    });
-    context.commands.Add("set", [&context](const json& request, ControlConnection& asker) {
-        const auto name = request.at("name").get<std::string>();
-        const auto words = request.at("words").get<std::vector<std::string>>();
-        context.log.SetSequence(context.journal.TakeSequence());
-        std::string error;
-        const bool done = context.settings.Set(name, words, error);
-        context.changes.Tell();
-        context.log.SetSequence(0);
-        if (done)
-            asker.Answer(json::object());
-        else
-            asker.Fail(error);
+    context.commands.Add("state", "Show the TV's state, one line per value",
+                         [&](CommandLine& line) {
+                             auto asJson = std::make_shared<bool>(false);
+                             line.Flag("--json", *asJson, "One JSON object");
+                             return [&context, asJson](ControlConnection& asker) {
+                                 asker.Print(Describe(context.DescribeState(), *asJson));
+                                 asker.Finish();
+                             };
+                         });
+    context.commands.Add(
+        "reset", "Make the TV as it was when new; empty the journal, forget injected failures",
+        [&](CommandLine&) {
+            return [&context](ControlConnection& asker) {
+                const Event event(context);
+                context.log.Write(kOwnTag, "reset");
+                const std::string error = context.Reset();
+                error.empty() ? asker.Finish() : asker.Fail(error);
+            };
+        });
+    context.commands.Add("set", "Change the TV's environment", [&](CommandLine& line) {
+        auto values = std::make_shared<std::vector<std::string>>();
+        line.Texts("setting", *values, "NAME VALUE...",
+                   "Its name and its new value; an unknown name lists them all");
+        return [&context, values](ControlConnection& asker) {
+            const Event event(context);
+            std::string error;
+            if (context.settings.Set(values->front(), {values->begin() + 1, values->end()}, error))
+                asker.Finish();
+            else
+                asker.Fail(error);
+        };
     });
 }
 

@@ -1,11 +1,14 @@
 #include <functional>
 #include <memory>
+#include <sstream>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
 #include "Context.h"
-#include "ControlConnection.h"
+#include "Json.h"
+#include <base/Number.h>
 
 namespace sim {
 
@@ -31,37 +34,71 @@ bool Compare(const json& left, const std::string& comparison, const json& right)
     return left <= right;
 }
 
-bool IsComparison(const std::string& word) {
-    return word == "==" || word == "!=" || word == ">" || word == ">=" || word == "<" ||
-           word == "<=";
+bool IsComparison(const std::string& text) {
+    return text == "==" || text == "!=" || text == ">" || text == ">=" || text == "<" ||
+           text == "<=";
 }
 
-// {"path": "/debug/qos", "comparison": "==", "value": true}: a place that is not there compares as
-// null.
-Condition MakeStateCondition(Context& context, const json& request) {
-    const auto path = request.at("path").get<std::string>();
-    const json::json_pointer pointer(path);
-    const auto comparison = request.at("comparison").get<std::string>();
-    if (!IsComparison(comparison))
-        throw std::invalid_argument("\"" + comparison + "\" compares nothing");
-    return [&context, path, pointer, comparison, value = request.at("value")] {
-        const json state = context.DescribeStateFor(path);
-        return Compare(state.contains(pointer) ? state.at(pointer) : json(), comparison, value);
-    };
+// What is not there is null: also an element whose number no list can have.
+json Find(const json& state, const json::json_pointer& pointer) {
+    try {
+        return state.contains(pointer) ? state.at(pointer) : json();
+    } catch (const json::exception&) {
+        return {};
+    }
 }
 
-// {"method": "IAVControl.MuteVideo", "calls": 3}: so many since the start or the last reset.
-Condition MakeCallsCondition(Context& context, const json& request) {
-    const std::vector<Operation*> methods =
-        context.dispatcher.FindOperations(request.at("method").get<std::string>());
-    if (methods.empty())
-        throw std::invalid_argument("no such operation");
-    return [methods, wanted = request.at("calls").get<std::uint64_t>()] {
+// Text that is not JSON stands for itself: `wait /source/name == HDMI1`.
+json ToValue(const std::string& text) {
+    json value;
+    return ParseJson(text, value) ? value : json(text);
+}
+
+// Each condition is empty when `error` says what was wrong.
+Condition MakeStateCondition(Context& context, const std::string& path,
+                             const std::string& comparison, const json& value, std::string& error) {
+    try {
+        return [&context, path, pointer = json::json_pointer(path), comparison, value] {
+            return Compare(Find(context.DescribeStateFor(path), pointer), comparison, value);
+        };
+    } catch (const json::exception&) {
+        error = "malformed path '" + path + "'";
+        return {};
+    }
+}
+
+// So many calls since the start or the last reset.
+Condition MakeCallsCondition(Context& context, const std::string& operation, std::uint64_t wanted,
+                             std::string& error) {
+    const std::vector<Operation*> operations = context.dispatcher.FindOperations(operation);
+    if (operations.empty()) {
+        error = "unknown operation '" + operation + "'";
+        return {};
+    }
+    return [operations, wanted] {
         std::uint64_t calls = 0;
-        for (const Operation* method : methods)
-            calls += method->calls;
+        for (const Operation* each : operations)
+            calls += each->calls;
         return calls >= wanted;
     };
+}
+
+// The condition may come as one argument or as several.
+std::vector<std::string> Split(const std::vector<std::string>& arguments) {
+    std::vector<std::string> tokens;
+    for (const std::string& argument : arguments) {
+        std::istringstream stream(argument);
+        for (std::string token; stream >> token;)
+            tokens.push_back(token);
+    }
+    return tokens;
+}
+
+std::string Join(const std::vector<std::string>& tokens, std::size_t first) {
+    std::string text = tokens[first];
+    for (std::size_t token = first + 1; token < tokens.size(); ++token)
+        text += " " + tokens[token];
+    return text;
 }
 
 class Wait {
@@ -84,7 +121,7 @@ private:
             return;
         m_changes.RemoveListener(m_listener);
         m_limit.Stop();
-        m_asker.Answer(json::object());
+        m_asker.Finish();
     }
 
     Changes& m_changes;
@@ -94,17 +131,51 @@ private:
     Timer m_limit;
 };
 
+struct Wanted {
+    std::vector<std::string> condition;
+    double seconds = 10;
+};
+
+void StartWait(Context& context, const Wanted& wanted, ControlConnection& asker) {
+    const std::vector<std::string> tokens = Split(wanted.condition);
+    std::uint64_t calls = 0;
+    Condition condition;
+    std::string error;
+    if (tokens.size() == 3 && tokens[0] == "calls" && ParseNumber(tokens[2], calls))
+        condition = MakeCallsCondition(context, tokens[1], calls, error);
+    else if (tokens.size() >= 3 && tokens[0].starts_with('/') && IsComparison(tokens[1]))
+        condition =
+            MakeStateCondition(context, tokens[0], tokens[1], ToValue(Join(tokens, 2)), error);
+    else
+        return asker.Fail("expected \"/PATH == VALUE\" or \"calls INTERFACE.METHOD N\"",
+                          CommandLine::kBadArguments);
+    if (!condition)
+        return asker.Fail(error);
+    if (condition())
+        return asker.Finish();
+    // Beyond the timeout, a TV that is busy may take its time to say so.
+    constexpr double kMargin = 10;
+    asker.SetLimit(wanted.seconds + kMargin);
+    asker.Keep(std::make_shared<Wait>(context.changes, std::move(condition), asker,
+                                      static_cast<unsigned>(wanted.seconds * 1000)));
+}
+
 } // namespace
 
 void AddWaitCommand(Context& context) {
-    context.commands.Add("wait", [&context](const json& request, ControlConnection& asker) {
-        Condition condition = request.contains("path") ? MakeStateCondition(context, request)
-                                                       : MakeCallsCondition(context, request);
-        if (condition())
-            return asker.Answer(json::object());
-        asker.Keep(std::make_shared<Wait>(context.changes, std::move(condition), asker,
-                                          request.value("timeout", 10000u)));
-    });
+    context.commands.Add(
+        "wait", "Wait for a value of the state or for calls; status 1 on timeout",
+        [&](CommandLine& line) {
+            auto wanted = std::make_shared<Wanted>();
+            line.Texts(
+                "condition", wanted->condition, "CONDITION",
+                "\"/PATH == VALUE\" (or !=, >, >=, <, <=), or \"calls INTERFACE.METHOD N\": called N times "
+                "or more");
+            line.Number("--timeout", wanted->seconds, 0, 86400, "SECONDS", "How long at most (10)");
+            return [&context, wanted](ControlConnection& asker) {
+                StartWait(context, *wanted, asker);
+            };
+        });
 }
 
 } // namespace sim

@@ -1,59 +1,59 @@
-// norvex-simctl: looks at a simulated TV and changes its surroundings.
+// norvex-simctl: the remote control of a simulated TV. It knows its own options; the commands, what they take and what
+// they print is the TV's affair.
 
-#include <algorithm>
-#include <iostream>
+#include <cstdio>
 #include <string>
 #include <vector>
 
-#include "Subcommands.h"
 #include <base/Path.h>
+
+#include "Ask.h"
 
 namespace {
 
-// The command line's words, last one first, as CLI11 takes them. It would take a word in brackets
-// for a list of its own; with a blank behind it `wait /daemon/clients == []` keeps its value.
-std::vector<std::string> TakeWords(int count, char** words) {
-    std::vector<std::string> taken(words + 1, words + count);
-    for (std::string& word : taken) {
-        if (word.starts_with('[') && word.ends_with(']'))
-            word += ' ';
-    }
-    std::reverse(taken.begin(), taken.end());
-    return taken;
-}
+const char kHelp[] =
+    "Looks at a simulated TV (norvex-sim), waits for it, makes it fail.\n"
+    "Usage: norvex-simctl [--socket PATH] COMMAND [ARGUMENT...]\n"
+    "\n"
+    "Options:\n"
+    "  -h,--help       Print this help message, or that of a command, and exit\n"
+    "  --socket PATH   The TV's socket (NORVEX_SOCKET)\n"
+    "\n"
+    "The commands are those of the TV at the socket: they are listed while it runs.\n"
+    "\n";
+constexpr int kFailed = 1;
+constexpr int kBadArguments = 2;
 
 } // namespace
 
 // NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
-int main(int count, char** words) {
-    CLI::App app{"Looks at a simulated TV (norvex-sim), waits for it, makes it fail.",
-                 "norvex-simctl"};
-    simctl::Line line;
-    line.socketPath = sim::GetDefaultSocketPath();
-    app.add_option("--socket", line.socketPath, "The TV's socket")
-        ->envname("NORVEX_SOCKET")
-        ->type_name("PATH");
-    app.require_subcommand(1);
-    app.fallthrough();
-
-    simctl::AddState(app, line);
-    simctl::AddCalls(app, line);
-    simctl::AddInject(app, line);
-    simctl::AddWait(app, line);
-    simctl::AddReset(app, line);
-    simctl::AddSet(app, line);
-    simctl::AddSignal(app, line);
-    simctl::AddLineUp(app, line);
-
-    try {
-        app.parse(TakeWords(count, words));
-    } catch (const CLI::CallForHelp&) {
-        const auto chosen = app.get_subcommands();
-        std::cout << (chosen.empty() ? app.help() : chosen.front()->help(app.get_name()));
-        return 0;
-    } catch (const CLI::Error& error) {
-        std::cerr << "norvex-simctl: " + std::string(error.what()) + "\n";
-        return 2;
+int main(int count, char** given) {
+    const std::string option = "--socket";
+    std::string socketPath = sim::FindSocketPath();
+    std::vector<std::string> arguments;
+    for (int place = 1; place < count; ++place) {
+        const std::string argument = given[place];
+        if (argument.starts_with(option + "=")) {
+            socketPath = argument.substr(option.size() + 1);
+        } else if (argument == option && place + 1 < count) {
+            socketPath = given[++place];
+        } else if (argument == option) {
+            simctl::Complain("--socket: expected PATH");
+            return kBadArguments;
+        } else {
+            arguments.push_back(argument);
+        }
     }
-    return line.run();
+    if (arguments.empty()) {
+        simctl::Complain("expected a command; --help lists them");
+        return kBadArguments;
+    }
+    if (arguments.front() == "--help" || arguments.front() == "-h") {
+        std::fputs(kHelp, stdout);
+        if (!simctl::Flush())
+            return kFailed;
+        simctl::Ask(socketPath, arguments);
+        return 0;
+    }
+    return simctl::Ask(socketPath, arguments);
 }
