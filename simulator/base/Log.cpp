@@ -38,6 +38,22 @@ bool Log::OpenFile(const std::string& path) {
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the compiler checks the arguments against the format.
 void Log::Write(const char* tag, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    WriteLine(tag, format, arguments);
+    va_end(arguments);
+}
+
+// NOLINTNEXTLINE(cert-dcl50-cpp): the same.
+std::int32_t Log::Refuse(std::int32_t result, const char* tag, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    WriteLine(tag, format, arguments);
+    va_end(arguments);
+    return result;
+}
+
+void Log::WriteLine(const char* tag, const char* format, va_list arguments) {
     if ((m_file < 0 && !m_sink) || !IsStarted(tag))
         return;
     timespec now{};
@@ -50,10 +66,7 @@ void Log::Write(const char* tag, const char* format, ...) {
                              now.tv_nsec / 1000000, static_cast<int>(getpid()), tag,
                              static_cast<unsigned long long>(m_sequence));
     used += static_cast<std::size_t>(size);
-    va_list arguments;
-    va_start(arguments, format);
     size = std::vsnprintf(line + used, sizeof line - used, format, arguments);
-    va_end(arguments);
     if (size < 0)
         return;
     // One place for the line end, which a line that was cut needs as well.

@@ -257,7 +257,7 @@ TEST_F(DispatcherTest, AConnectionIsClosedByOrder) {
     Inject(Injection::Kind::Close, 0, 1);
     Call(1);
     EXPECT_EQ(TakeReply(), "closed");
-    EXPECT_EQ(m_ended, "closed by order");
+    EXPECT_EQ(m_ended, "injected: close");
     EXPECT_TRUE(m_fake->done.empty());
 }
 

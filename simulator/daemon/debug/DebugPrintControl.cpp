@@ -64,10 +64,9 @@ void DebugPrintControl::Start(const Call& call, const ArgumentReader&, ReplyWrit
 
 void DebugPrintControl::Execute(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
     const auto found = m_dialogues.find(call.client.GetNumber());
-    if (found == m_dialogues.end() || !found->second.IsOpen()) {
-        m_context.log.Write(kOwnTag, "client %u has no dialogue open", call.client.GetNumber());
-        return out.Int(0, kRefused);
-    }
+    if (found == m_dialogues.end() || !found->second.IsOpen())
+        return out.Int(0, m_context.log.Refuse(kRefused, kOwnTag, "client %u has no dialogue open",
+                                               call.client.GetNumber()));
     std::string screen;
     const bool goesOn = found->second.Execute(in.Text(1), screen);
     out.Int(0, goesOn ? kDone : 0);
@@ -96,10 +95,9 @@ void DebugPrintControl::SetMenuItems(const Call&, const ArgumentReader& in, Repl
     wire::Node child;
     while (cursor.Next(child)) {
         const MenuItemView item = ReadMenuItem(child);
-        if (m_switches.FindItem(item.id) == nullptr) {
-            m_context.log.Write(kOwnTag, "there is no debug menu item %u", item.id);
-            return out.Int(0, kUnknown);
-        }
+        if (m_switches.FindItem(item.id) == nullptr)
+            return out.Int(0, m_context.log.Refuse(kUnknown, kOwnTag,
+                                                   "there is no debug menu item %u", item.id));
         states.emplace_back(item.id, item.on);
     }
     out.Int(0, Answer(m_switches.SetItems(states)));
@@ -108,10 +106,9 @@ void DebugPrintControl::SetMenuItems(const Call&, const ArgumentReader& in, Repl
 void DebugPrintControl::SetMenuItem(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     const MenuItemView sent = ReadMenuItem(in.At(1));
     DebugSwitches::Item* item = m_switches.FindItem(sent.id);
-    if (item == nullptr) {
-        m_context.log.Write(kOwnTag, "there is no debug menu item %u", sent.id);
-        return out.Int(0, kUnknown);
-    }
+    if (item == nullptr)
+        return out.Int(
+            0, m_context.log.Refuse(kUnknown, kOwnTag, "there is no debug menu item %u", sent.id));
     // The name is the service's; what a client sends of it does not count.
     out.Int(0, Answer(m_switches.SetItem(*item, sent.on)));
 }
@@ -126,10 +123,9 @@ void DebugPrintControl::IsQoSEnabled(const Call&, const ArgumentReader&, ReplyWr
 
 void DebugPrintControl::SetDebugMode(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     DebugSwitches::Mode* mode = m_switches.FindMode(in.Int(1));
-    if (mode == nullptr) {
-        m_context.log.Write(kOwnTag, "there is no debug mode %d", in.Int(1));
-        return out.Int(0, kUnknown);
-    }
+    if (mode == nullptr)
+        return out.Int(
+            0, m_context.log.Refuse(kUnknown, kOwnTag, "there is no debug mode %d", in.Int(1)));
     out.Int(0, Answer(m_switches.SetMode(*mode, in.Bool(2))));
 }
 
@@ -144,9 +140,8 @@ void DebugPrintControl::IsDebugModeEnabled(const Call&, const ArgumentReader& in
 std::int32_t DebugPrintControl::Answer(bool kept) {
     if (kept)
         return kDone;
-    m_context.log.Write(kOwnTag, "the change could not be kept: %s",
-                        m_context.database.GetError().c_str());
-    return kNotKept;
+    return m_context.log.Refuse(kNotKept, kOwnTag, "the change could not be kept: %s",
+                                m_context.database.GetError().c_str());
 }
 
 json DebugPrintControl::DescribeState() const {

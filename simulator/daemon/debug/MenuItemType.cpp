@@ -52,12 +52,12 @@ json ItemToJson(const Node& node) {
 }
 
 json ItemsToJson(const Node& node) {
-    json words = json::array();
+    json described = json::array();
     NodeCursor cursor(node);
     Node child;
     while (cursor.Next(child))
-        words.push_back(ItemToJson(child));
-    return words;
+        described.push_back(ItemToJson(child));
+    return described;
 }
 
 } // namespace

@@ -58,10 +58,9 @@ void Device::SetDefaults() {
 void Device::GetInt(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     const std::string key(in.Text(1));
     const auto found = m_values.find(key);
-    if (found == m_values.end()) {
-        m_context.log.Write(kOwnTag, "there is no key \"%s\"", key.c_str());
-        return out.Int(0, kUnknown);
-    }
+    if (found == m_values.end())
+        return out.Int(
+            0, m_context.log.Refuse(kUnknown, kOwnTag, "there is no key \"%s\"", key.c_str()));
     out.Int(0, kDone);
     out.Int(2, found->second);
 }
@@ -76,18 +75,14 @@ void Device::StopLogTag(const Call&, const ArgumentReader& in, ReplyWriter& out)
 
 std::int32_t Device::SwitchTag(const std::string& tag, bool started) {
     Log& log = m_context.log;
-    if (!IsName(tag) || (tag == kOwnTag && !started)) {
-        log.Write(kOwnTag, "the log tag \"%s\" cannot be %s", tag.c_str(),
-                  started ? "started" : "stopped");
-        return kBadArgument;
-    }
+    if (!IsName(tag) || (tag == kOwnTag && !started))
+        return log.Refuse(kBadArgument, kOwnTag, "the log tag \"%s\" cannot be %s", tag.c_str(),
+                          started ? "started" : "stopped");
     if (!log.GetTags().contains(tag) && log.GetTags().size() >= kMaxTags)
         return kTooMany;
-    if (!m_context.numbers.Put(kTagsPart, tag, started)) {
-        log.Write(kOwnTag, "the log tag \"%s\" could not be kept: %s", tag.c_str(),
-                  m_context.database.GetError().c_str());
-        return kNotKept;
-    }
+    if (!m_context.numbers.Put(kTagsPart, tag, started))
+        return log.Refuse(kNotKept, kOwnTag, "the log tag \"%s\" could not be kept: %s",
+                          tag.c_str(), m_context.database.GetError().c_str());
     log.SetTag(tag, started);
     log.Write(kOwnTag, "log tag %s %s", tag.c_str(), started ? "started" : "stopped");
     return kDone;

@@ -26,7 +26,7 @@ private:
         ++pipeline.decoderRestarts;
         m_pipelines.NoteEvent(pipeline, SI_EVENT_DECODER_RESTARTED);
         m_log.Write("tvvideodec", "pipeline %s: restarted, %" PRIu32 " times so far",
-                    pipeline.word.c_str(), pipeline.decoderRestarts);
+                    pipeline.name.c_str(), pipeline.decoderRestarts);
         out.Int(0, kDone);
     }
 
@@ -34,7 +34,7 @@ private:
     void MuteVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
         pipeline.videoMute = in.Int(1);
-        m_log.Write("tvvideosink", "pipeline %s: mute %d", pipeline.word.c_str(),
+        m_log.Write("tvvideosink", "pipeline %s: mute %d", pipeline.name.c_str(),
                     pipeline.videoMute);
         out.Int(0, kDone);
     }
@@ -42,7 +42,7 @@ private:
     void MuteAudio(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
         pipeline.audioMute = in.Int(1);
-        m_log.Write("tvaudiosink", "pipeline %s: mute %d", pipeline.word.c_str(),
+        m_log.Write("tvaudiosink", "pipeline %s: mute %d", pipeline.name.c_str(),
                     pipeline.audioMute);
         out.Int(0, kDone);
     }

@@ -21,7 +21,7 @@ private:
     void CheckCaptionExist(const Call& call, const ArgumentReader&, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
         const bool captions = m_pipelines.HasCaptions(pipeline);
-        m_log.Write("tvdemuxer", "pipeline %s: %s", pipeline.word.c_str(),
+        m_log.Write("tvdemuxer", "pipeline %s: %s", pipeline.name.c_str(),
                     captions ? "captions" : "no captions");
         out.Int(0, kDone);
         out.Bool(1, captions);

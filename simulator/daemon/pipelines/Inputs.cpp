@@ -20,7 +20,7 @@ constexpr std::size_t kMaxCuts = 4096;
 constexpr std::array<std::int32_t, 8> kHdmiSources{SOURCE_HDMI1, SOURCE_HDMI2, SOURCE_HDMI3,
                                                    SOURCE_HDMI4, SOURCE_HDMI5, SOURCE_HDMI6,
                                                    SOURCE_HDMI7, SOURCE_HDMI8};
-constexpr std::array<const char*, 3> kCaptionWords{"service", "on", "off"};
+constexpr std::array<const char*, 3> kCaptionNames{"service", "on", "off"};
 
 // "hdmi1" to "hdmi8", or the source's number; below 0 for anything else.
 std::int32_t ParseHdmi(const std::string& word) {
@@ -43,77 +43,74 @@ bool ParseEither(const std::string& word, const char* yes, const char* no, bool&
 } // namespace
 
 Inputs::Inputs(Context& context) : m_context(context) {
-    SetDefaults();
     context.settings.Add(
         "tuner", "air|cable|satellite[/FREQUENCY] on|off: the signal of a transponder, or antenna",
-        [this](const auto& words, auto& error) { return SetTuner(words, error); });
+        [this](const auto& values, auto& error) { return SetTuner(values, error); });
     context.settings.Add("captions",
                          "on|off|service: whether captions come, or as the service has them",
-                         [this](const auto& words, auto&) { return SetCaptions(words); });
+                         [this](const auto& values, auto&) { return SetCaptions(values); });
     context.settings.Add("hdmi", "hdmi1..hdmi8|SOURCE plugged|unplugged: what is at an input",
-                         [this](const auto& words, auto&) { return SetHdmi(words); });
+                         [this](const auto& values, auto&) { return SetHdmi(values); });
 }
 
-void Inputs::SetDefaults() {
-    m_cut.clear();
-    m_captions = Captions::OfService;
+Inputs::State::State() {
     for (const std::int32_t source : kHdmiSources)
-        m_plugged[source] = true;
+        plugged[source] = true;
 }
 
 bool Inputs::HasSignal(const Transponder& transponder) const {
-    return !m_cut.contains({transponder.antenna, 0}) && !m_cut.contains(transponder);
+    return !m_state.cut.contains({transponder.antenna, 0}) && !m_state.cut.contains(transponder);
 }
 
 bool Inputs::HasCaptions(bool ofService) const {
-    return m_captions == Captions::OfService ? ofService : m_captions == Captions::On;
+    return m_state.captions == Captions::OfService ? ofService : m_state.captions == Captions::On;
 }
 
 bool Inputs::IsHdmi(std::int32_t source) {
     return std::find(kHdmiSources.begin(), kHdmiSources.end(), source) != kHdmiSources.end();
 }
 
-bool Inputs::SetTuner(const WordList& words, std::string& error) {
+bool Inputs::SetTuner(const Values& values, std::string& error) {
     bool on = false;
-    if (words.size() != 2 || !ParseEither(words[1], "on", "off", on))
+    if (values.size() != 2 || !ParseEither(values[1], "on", "off", on))
         return false;
-    const auto transponder = ParseTransponder(words[0]);
+    const auto transponder = ParseTransponder(values[0]);
     if (!transponder)
         return false;
     if (on) {
-        m_cut.erase(*transponder);
-    } else if (m_cut.size() < kMaxCuts) {
-        m_cut.insert(*transponder);
+        m_state.cut.erase(*transponder);
+    } else if (m_state.cut.size() < kMaxCuts) {
+        m_state.cut.insert(*transponder);
     } else {
         error = "too many transponders are cut";
         return false;
     }
-    m_context.log.Write(kTunerTag, "signal of %s %s", words[0].c_str(), on ? "is back" : "is cut");
+    m_context.log.Write(kTunerTag, "signal of %s %s", values[0].c_str(), on ? "is back" : "is cut");
     Tell();
     return true;
 }
 
-bool Inputs::SetCaptions(const WordList& words) {
-    if (words.size() != 1)
+bool Inputs::SetCaptions(const Values& values) {
+    if (values.size() != 1)
         return false;
-    const auto* const found = std::find(kCaptionWords.begin(), kCaptionWords.end(), words[0]);
-    if (found == kCaptionWords.end())
+    const auto* const found = std::find(kCaptionNames.begin(), kCaptionNames.end(), values[0]);
+    if (found == kCaptionNames.end())
         return false;
-    m_captions = static_cast<Captions>(found - kCaptionWords.begin());
+    m_state.captions = static_cast<Captions>(found - kCaptionNames.begin());
     m_context.log.Write("tvdemuxer", "captions: %s", *found);
     Tell();
     return true;
 }
 
-bool Inputs::SetHdmi(const WordList& words) {
+bool Inputs::SetHdmi(const Values& values) {
     bool plugged = false;
-    if (words.size() != 2 || !ParseEither(words[1], "plugged", "unplugged", plugged))
+    if (values.size() != 2 || !ParseEither(values[1], "plugged", "unplugged", plugged))
         return false;
-    const std::int32_t source = ParseHdmi(words[0]);
+    const std::int32_t source = ParseHdmi(values[0]);
     if (source < 0)
         return false;
-    m_plugged[source] = plugged;
-    m_context.log.Write("extvideosrc", "source %d %s", source, words[1].c_str());
+    m_state.plugged[source] = plugged;
+    m_context.log.Write("extvideosrc", "source %d %s", source, values[1].c_str());
     Tell();
     return true;
 }
@@ -125,18 +122,18 @@ void Inputs::Tell() {
 
 json Inputs::DescribeState() const {
     json cut = json::array();
-    for (const Transponder& transponder : m_cut)
+    for (const Transponder& transponder : m_state.cut)
         cut.push_back(transponder.ToText());
     json hdmi = json::object();
-    for (const auto& [source, plugged] : m_plugged)
+    for (const auto& [source, plugged] : m_state.plugged)
         hdmi[std::to_string(source)] = plugged ? "plugged" : "unplugged";
     return {{"cut", cut},
-            {"captions", kCaptionWords.at(static_cast<std::size_t>(m_captions))},
+            {"captions", kCaptionNames.at(static_cast<std::size_t>(m_state.captions))},
             {"hdmi", hdmi}};
 }
 
 bool Inputs::Reset() {
-    SetDefaults();
+    m_state = {};
     return true;
 }
 

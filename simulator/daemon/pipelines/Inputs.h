@@ -26,7 +26,7 @@ public:
     // Whether captions come with a service that has them, or has none.
     bool HasCaptions(bool ofService) const;
     static bool IsHdmi(std::int32_t source);
-    bool IsPlugged(std::int32_t hdmiSource) const { return m_plugged.at(hdmiSource); }
+    bool IsPlugged(std::int32_t hdmiSource) const { return m_state.plugged.at(hdmiSource); }
 
     const char* GetStateName() const override { return "inputs"; }
     nlohmann::json DescribeState() const override;
@@ -34,19 +34,23 @@ public:
 
 private:
     enum class Captions { OfService, On, Off };
-    using WordList = std::vector<std::string>;
+    using Values = std::vector<std::string>;
+    struct State {
+        State();
 
-    bool SetTuner(const WordList& words, std::string& error);
-    bool SetCaptions(const WordList& words);
-    bool SetHdmi(const WordList& words);
-    void SetDefaults();
+        std::set<Transponder> cut;
+        Captions captions = Captions::OfService;
+        std::map<std::int32_t, bool> plugged; // all of them
+    };
+
+    bool SetTuner(const Values& values, std::string& error);
+    bool SetCaptions(const Values& values);
+    bool SetHdmi(const Values& values);
     void Tell();
 
     Context& m_context;
     std::function<void()> m_listener;
-    std::set<Transponder> m_cut;
-    Captions m_captions = Captions::OfService;
-    std::map<std::int32_t, bool> m_plugged;
+    State m_state;
 };
 
 } // namespace sim

@@ -83,10 +83,10 @@ struct PipelineState {
 };
 
 struct Pipeline : PipelineState {
-    explicit Pipeline(Handle itsHandle) : handle(itsHandle), word(itsHandle.ToText()) {}
+    explicit Pipeline(Handle itsHandle) : handle(itsHandle), name(itsHandle.ToText()) {}
 
     const Handle handle;
-    const std::string word; // of the handle, for log lines
+    const std::string name; // of the handle, for log lines
     // Open sessions of interfaces that work on a pipeline: its reference count.
     std::int32_t sessions = 0;
 

@@ -97,11 +97,10 @@ private:
 
     void CheckPendingState(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         const auto type = static_cast<EStateChangeType>(in.Int(1));
-        if (type != STATE_CHANGE_SERVICE && type != STATE_CHANGE_SOURCE) {
-            m_log.Write(kOwnTag, "CheckPendingState refused: no such kind of change, %d",
-                        in.Int(1));
-            return out.Int(0, kBadArgument);
-        }
+        if (type != STATE_CHANGE_SERVICE && type != STATE_CHANGE_SOURCE)
+            return out.Int(0, m_log.Refuse(kBadArgument, kOwnTag,
+                                           "CheckPendingState refused: no such kind of change, %d",
+                                           in.Int(1)));
         out.Int(0, kDone);
         out.Bool(2, m_preparation.IsPending(HandleOf(call), type));
     }
@@ -135,10 +134,10 @@ private:
     // Tells of one service: unlike a receiver's state it cannot be for any.
     void NotifyReadyForSetService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         const std::uint64_t service = in.Number64(4);
-        if (service == INVALID_SERVICE_ID) {
-            m_log.Write(kOwnTag, "NotifyReadyForSetService refused: the invalid service");
-            return out.Int(0, kBadArgument);
-        }
+        if (service == INVALID_SERVICE_ID)
+            return out.Int(0,
+                           m_log.Refuse(kBadArgument, kOwnTag,
+                                        "NotifyReadyForSetService refused: the invalid service"));
         out.Int(0,
                 m_preparation.SetState(HandleOf(call), static_cast<EStateChangeType>(in.Int(1)),
                                        std::string(in.Text(2)), in.Int(3), service, call.client));

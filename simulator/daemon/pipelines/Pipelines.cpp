@@ -44,24 +44,19 @@ void Pipelines::DropIfUnused(const Pipeline& pipeline) {
 
 std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* operation,
                                      std::uint64_t service, std::int32_t antenna) {
-    if (service == INVALID_SERVICE_ID) {
-        m_log.Write(kTunerTag, "pipeline %s: %s refused: the invalid service",
-                    pipeline.word.c_str(), operation);
-        return kBadArgument;
-    }
+    if (service == INVALID_SERVICE_ID)
+        return m_log.Refuse(kBadArgument, kTunerTag, "pipeline %s: %s refused: the invalid service",
+                            pipeline.name.c_str(), operation);
     const auto facts = m_lineUp.FindFacts(service);
-    if (!facts) {
-        m_log.Write(kTunerTag, "pipeline %s: %s refused: no service 0x%" PRIx64,
-                    pipeline.word.c_str(), operation, service);
-        return kUnknown;
-    }
-    if (facts->antenna >= 0 && facts->antenna != antenna) {
-        m_log.Write(kTunerTag,
-                    "pipeline %s: %s refused: service 0x%" PRIx64 " is of antenna %s, not %s",
-                    pipeline.word.c_str(), operation, service,
-                    ToAntennaName(facts->antenna).c_str(), ToAntennaName(antenna).c_str());
-        return kRefused;
-    }
+    if (!facts)
+        return m_log.Refuse(kUnknown, kTunerTag, "pipeline %s: %s refused: no service 0x%" PRIx64,
+                            pipeline.name.c_str(), operation, service);
+    if (facts->antenna >= 0 && facts->antenna != antenna)
+        return m_log.Refuse(kRefused, kTunerTag,
+                            "pipeline %s: %s refused: service 0x%" PRIx64
+                            " is of antenna %s, not %s",
+                            pipeline.name.c_str(), operation, service,
+                            ToAntennaName(facts->antenna).c_str(), ToAntennaName(antenna).c_str());
     return kDone;
 }
 
@@ -71,7 +66,7 @@ void Pipelines::Perform(const Handle& handle, const Change& change) {
         pipeline.preparedLast = std::exchange(pipeline.preparedNext, {});
     if (change.tvMode && *change.tvMode != pipeline.tvMode) {
         pipeline.tvMode = *change.tvMode;
-        m_log.Write(kTunerTag, "pipeline %s: antenna %s, service mode %d", pipeline.word.c_str(),
+        m_log.Write(kTunerTag, "pipeline %s: antenna %s, service mode %d", pipeline.name.c_str(),
                     ToAntennaName(pipeline.tvMode.antenna).c_str(), pipeline.tvMode.serviceMode);
     }
     if (change.source)
@@ -84,9 +79,9 @@ void Pipelines::Perform(const Handle& handle, const Change& change) {
 
 void Pipelines::SetSource(Pipeline& pipeline, std::int32_t source) {
     pipeline.source = source;
-    m_log.Write("extvideosrc", "pipeline %s: picture from source %d", pipeline.word.c_str(),
+    m_log.Write("extvideosrc", "pipeline %s: picture from source %d", pipeline.name.c_str(),
                 source);
-    m_log.Write("extaudiosrc", "pipeline %s: sound from source %d", pipeline.word.c_str(), source);
+    m_log.Write("extaudiosrc", "pipeline %s: sound from source %d", pipeline.name.c_str(), source);
 }
 
 void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
@@ -97,7 +92,7 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     pipeline.service = facts ? service : INVALID_SERVICE_ID;
     if (!facts) {
         // Nothing has been shown under that TV mode, or the service has left the line-up since.
-        m_log.Write(kTunerTag, "pipeline %s: shows no service", pipeline.word.c_str());
+        m_log.Write(kTunerTag, "pipeline %s: shows no service", pipeline.name.c_str());
         MoveTuner(pipeline, {pipeline.tvMode.antenna, 0});
         return;
     }
@@ -105,10 +100,10 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     (facts->streamed ? latest.streamed : latest.broadcast) = service;
     if (facts->streamed) {
         m_log.Write("quarle-provider", "pipeline %s: streams service 0x%" PRIx64,
-                    pipeline.word.c_str(), service);
+                    pipeline.name.c_str(), service);
         return;
     }
-    m_log.Write(kTunerTag, "pipeline %s: tunes service 0x%" PRIx64, pipeline.word.c_str(), service);
+    m_log.Write(kTunerTag, "pipeline %s: tunes service 0x%" PRIx64, pipeline.name.c_str(), service);
     MoveTuner(pipeline, {pipeline.tvMode.antenna, facts->frequency});
 }
 
@@ -116,7 +111,7 @@ void Pipelines::MoveTuner(Pipeline& pipeline, const Transponder& transponder) {
     if (pipeline.tuner == transponder)
         return;
     pipeline.tuner = transponder;
-    m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.word.c_str(),
+    m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.name.c_str(),
                 transponder.ToText().c_str());
 }
 
@@ -147,7 +142,7 @@ void Pipelines::UpdateReception(Pipeline& pipeline) {
                           (pipeline.facts.streamed || m_inputs.HasSignal(itsOwn));
     if (receives != pipeline.receiving) {
         pipeline.receiving = receives;
-        m_log.Write("tvdemuxer", "pipeline %s: service information %s", pipeline.word.c_str(),
+        m_log.Write("tvdemuxer", "pipeline %s: service information %s", pipeline.name.c_str(),
                     receives ? "comes in" : "has stopped");
         if (receives) {
             NoteEvent(pipeline, SI_EVENT_STARTED);
@@ -180,7 +175,7 @@ void Pipelines::SurroundingsChanged() {
         });
         if (ended > 0)
             m_log.Write("extvideosrc", "pipeline %s: analysis ended with its input",
-                        pipeline.word.c_str());
+                        pipeline.name.c_str());
     }
 }
 

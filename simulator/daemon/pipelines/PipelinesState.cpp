@@ -46,48 +46,49 @@ json DescribeEvents(const PipelineState& state) {
     return described;
 }
 
+json DescribePreview(const PipelineState& state) {
+    if (!state.preview)
+        return {};
+    return {{"source", state.preview->source},
+            {"service", DescribeService(state.preview->service)}};
+}
+
+json DescribeCrop(const PipelineState& state) {
+    if (!state.crop)
+        return {};
+    return {{"first", state.crop->first.Describe()}, {"second", state.crop->second.Describe()}};
+}
+
 } // namespace
 
 json Pipelines::Describe(const Pipeline& pipeline) const {
-    json described{
-        {"profile", pipeline.handle.profile},
-        {"screen", pipeline.handle.screen},
-        {"sessions", pipeline.sessions},
-        {"source", pipeline.source},
-        {"service", DescribeService(pipeline.service)},
-        {"tvMode", DescribeTvMode(pipeline.tvMode)},
-        {"latest", DescribeLatest(pipeline)},
-        {"videoMute", pipeline.videoMute},
-        {"audioMute", pipeline.audioMute},
-        {"dtvModes", DescribeDtvModes(pipeline.dtvModes)},
-        {"hdmiAnalysis", pipeline.hdmiAnalysis},
-        {"decoderRestarts", pipeline.decoderRestarts},
-        {"preSetSource", {{"next", pipeline.preparedNext}, {"last", pipeline.preparedLast}}},
-        {"tuner", {{"at", pipeline.tuner.ToText()}, {"signal", HasSignal(pipeline)}}},
-        {"receiving", pipeline.receiving},
-        {"captions", pipeline.captions},
-        {"events", DescribeEvents(pipeline)},
-        {"preview", nullptr},
-        {"windowId", nullptr},
-        {"crop", nullptr},
-        {"mainPicture", nullptr}};
-    if (pipeline.preview)
-        described["preview"] = {{"source", pipeline.preview->source},
-                                {"service", DescribeService(pipeline.preview->service)}};
-    if (pipeline.windowId)
-        described["windowId"] = *pipeline.windowId;
-    if (pipeline.crop)
-        described["crop"] = {{"first", pipeline.crop->first.Describe()},
-                             {"second", pipeline.crop->second.Describe()}};
-    if (pipeline.mainPicture)
-        described["mainPicture"] = pipeline.mainPicture->Describe();
-    return described;
+    return {{"profile", pipeline.handle.profile},
+            {"screen", pipeline.handle.screen},
+            {"sessions", pipeline.sessions},
+            {"source", pipeline.source},
+            {"service", DescribeService(pipeline.service)},
+            {"tvMode", DescribeTvMode(pipeline.tvMode)},
+            {"latest", DescribeLatest(pipeline)},
+            {"videoMute", pipeline.videoMute},
+            {"audioMute", pipeline.audioMute},
+            {"dtvModes", DescribeDtvModes(pipeline.dtvModes)},
+            {"hdmiAnalysis", pipeline.hdmiAnalysis},
+            {"decoderRestarts", pipeline.decoderRestarts},
+            {"preSetSource", {{"next", pipeline.preparedNext}, {"last", pipeline.preparedLast}}},
+            {"tuner", {{"at", pipeline.tuner.ToText()}, {"signal", HasSignal(pipeline)}}},
+            {"receiving", pipeline.receiving},
+            {"captions", pipeline.captions},
+            {"events", DescribeEvents(pipeline)},
+            {"preview", DescribePreview(pipeline)},
+            {"windowId", pipeline.windowId ? json(*pipeline.windowId) : json()},
+            {"crop", DescribeCrop(pipeline)},
+            {"mainPicture", pipeline.mainPicture ? pipeline.mainPicture->Describe() : json()}};
 }
 
 json Pipelines::DescribeState() const {
     json described = json::object();
     for (const auto& [handle, pipeline] : m_pipelines)
-        described[pipeline.word] = Describe(pipeline);
+        described[pipeline.name] = Describe(pipeline);
     return described;
 }
 

@@ -34,15 +34,16 @@ bool IsKind(EStateChangeType type) {
 
 Preparation::Preparation(Context& context, Pipelines& pipelines)
     : m_context(context), m_pipelines(pipelines) {
-    context.settings.Add(
-        "preparation-limit", "MILLISECONDS: how long a change of service or source is held at most",
-        [this](const auto& words, auto&) {
-            std::uint32_t limit = 0;
-            if (words.size() != 1 || !ParseNumber(words[0], limit) || limit > kMaxLimitMilliseconds)
-                return false;
-            m_limit = limit;
-            return true;
-        });
+    context.settings.Add("preparation-limit",
+                         "MILLISECONDS: how long a change of service or source is held at most",
+                         [this](const auto& values, auto&) {
+                             std::uint32_t limit = 0;
+                             if (values.size() != 1 || !ParseNumber(values[0], limit) ||
+                                 limit > kMaxLimitMilliseconds)
+                                 return false;
+                             m_limit = limit;
+                             return true;
+                         });
 }
 
 bool Preparation::Concerns(const Change& change, EStateChangeType type) {

@@ -20,7 +20,7 @@ public:
 private:
     void GetReferenceCount(const Call& call, const ArgumentReader&, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
-        m_log.Write(kOwnTag, "pipeline %s: %d sessions", pipeline.word.c_str(), pipeline.sessions);
+        m_log.Write(kOwnTag, "pipeline %s: %d sessions", pipeline.name.c_str(), pipeline.sessions);
         out.Int(0, kDone);
         out.Int(1, pipeline.sessions);
     }

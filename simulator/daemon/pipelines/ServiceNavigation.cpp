@@ -105,11 +105,10 @@ private:
         Pipeline& pipeline = PipelineOf(call);
         const std::int32_t mode = in.Int(1);
         const bool enable = in.Bool(2);
-        if (mode < DTV_MODE_DEMUX_ONLY || mode > DTV_MODE_ALL) {
-            m_log.Write("tvdemuxer", "pipeline %s: SetDTVMode refused: no mode %d",
-                        pipeline.word.c_str(), mode);
-            return out.Int(0, kBadArgument);
-        }
+        if (mode < DTV_MODE_DEMUX_ONLY || mode > DTV_MODE_ALL)
+            return out.Int(0, m_log.Refuse(kBadArgument, "tvdemuxer",
+                                           "pipeline %s: SetDTVMode refused: no mode %d",
+                                           pipeline.name.c_str(), mode));
         DtvModes& modes = pipeline.dtvModes;
         if (mode == DTV_MODE_DEMUX_ONLY || mode == DTV_MODE_ALL)
             modes.demux = enable;
@@ -117,7 +116,7 @@ private:
             modes.audio = enable;
         if (mode == DTV_MODE_VIDEO_ONLY || mode == DTV_MODE_ALL)
             modes.video = enable;
-        m_log.Write("tvdemuxer", "pipeline %s: DTV mode %d %s", pipeline.word.c_str(), mode,
+        m_log.Write("tvdemuxer", "pipeline %s: DTV mode %d %s", pipeline.name.c_str(), mode,
                     enable ? "on" : "off");
         out.Int(0, kDone);
     }
@@ -160,7 +159,7 @@ private:
             tvMode.serviceMode >= 0)
             return true;
         m_log.Write(kTunerTag, "pipeline %s: %s refused: no antenna %d, service mode %d",
-                    pipeline.word.c_str(), operation, tvMode.antenna, tvMode.serviceMode);
+                    pipeline.name.c_str(), operation, tvMode.antenna, tvMode.serviceMode);
         return false;
     }
 
@@ -182,11 +181,11 @@ private:
         if (!ReadMode(pipeline, in.At(2), "GetLatestServiceId", tvMode))
             return out.Int(0, kBadArgument);
         const auto latest = pipeline.latest.find(tvMode);
-        if (latest == pipeline.latest.end() || latest->second.*kind == INVALID_SERVICE_ID) {
-            m_log.Write(kTunerTag, "pipeline %s: nothing has been shown of antenna %s",
-                        pipeline.word.c_str(), ToAntennaName(tvMode.antenna).c_str());
-            return out.Int(0, kUnknown);
-        }
+        if (latest == pipeline.latest.end() || latest->second.*kind == INVALID_SERVICE_ID)
+            return out.Int(0, m_log.Refuse(kUnknown, kTunerTag,
+                                           "pipeline %s: nothing has been shown of antenna %s",
+                                           pipeline.name.c_str(),
+                                           ToAntennaName(tvMode.antenna).c_str()));
         out.Int(0, kDone);
         out.Number64(1, latest->second.*kind);
     }

@@ -59,28 +59,28 @@ json CriteriaToJson(const Node& branch) {
 }
 
 json RecordToJson(const Node& branch) {
-    json words = json::object();
+    json described = json::object();
     NodeCursor cursor(branch);
     Node node;
     while (cursor.Next(node)) {
         std::int32_t number = 0;
         std::uint64_t id = 0;
-        json& word = words[std::to_string(node.tag)];
+        json& value = described[std::to_string(node.tag)];
         if (node.Get(number))
-            word = number;
+            value = number;
         else if (node.Get(id))
-            word = ToHexText(id);
+            value = ToHexText(id);
     }
-    return words;
+    return described;
 }
 
 json RecordsToJson(const Node& branch) {
-    json words = json::array();
+    json described = json::array();
     NodeCursor cursor(branch);
     Node node;
     while (cursor.Next(node))
-        words.push_back(RecordToJson(node));
-    return words;
+        described.push_back(RecordToJson(node));
+    return described;
 }
 
 bool CheckServiceCodes(const Node& branch) {
@@ -90,36 +90,36 @@ bool CheckServiceCodes(const Node& branch) {
 }
 
 json ServiceCodesToJson(const Node& branch) {
-    json words = json::array();
+    json described = json::array();
     NodeCursor cursor(branch);
     Node node;
     if (!cursor.Next(node))
-        return words;
+        return described;
     for (std::size_t at = 0; at + kCodeSize <= node.size; at += kCodeSize) {
         std::uint64_t id = 0;
         std::uint32_t code = 0;
         std::memcpy(&id, node.data + at, sizeof id);
         std::memcpy(&code, node.data + at + sizeof id, sizeof code);
-        words.push_back({ToHexText(id), code});
+        described.push_back({ToHexText(id), code});
     }
-    return words;
+    return described;
 }
 
 json ProgrammeToJson(const Node& branch) {
-    json words = json::object();
+    json described = json::object();
     NodeCursor cursor(branch);
     Node node;
     while (cursor.Next(node)) {
         std::uint64_t start = 0;
         std::uint32_t duration = 0;
         if (node.Get(start))
-            words["start"] = start;
+            described["start"] = start;
         else if (node.Get(duration))
-            words["duration"] = duration;
+            described["duration"] = duration;
         else if (node.tag == kTitleTag)
-            words["titleSize"] = node.size / sizeof(char16_t);
+            described["titleSize"] = node.size / sizeof(char16_t);
     }
-    return words;
+    return described;
 }
 
 } // namespace

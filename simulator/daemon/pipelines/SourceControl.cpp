@@ -88,7 +88,7 @@ private:
         if (status == kDone) {
             const bool started = pipeline.hdmiAnalysis.insert(source).second;
             m_log.Write("extvideosrc", "pipeline %s: analysis of source %d %s",
-                        pipeline.word.c_str(), source, started ? "begins" : "goes on");
+                        pipeline.name.c_str(), source, started ? "begins" : "goes on");
         }
         out.Int(0, status);
     }
@@ -101,11 +101,11 @@ private:
             m_log.Write("extvideosrc",
                         "pipeline %s: StopHDMIAnalysis refused: source %d is not "
                         "analysed",
-                        pipeline.word.c_str(), source);
+                        pipeline.name.c_str(), source);
             status = kRefused;
         } else if (status == kDone) {
             m_log.Write("extvideosrc", "pipeline %s: analysis of source %d ends",
-                        pipeline.word.c_str(), source);
+                        pipeline.name.c_str(), source);
         }
         out.Int(0, status);
     }
@@ -144,9 +144,8 @@ private:
     std::int32_t CheckSource(const Pipeline& pipeline, const char* operation, std::int32_t source) {
         if (source >= 0 && source <= kLastSource)
             return kDone;
-        m_log.Write("extvideosrc", "pipeline %s: %s refused: no source %d", pipeline.word.c_str(),
-                    operation, source);
-        return kUnknown;
+        return m_log.Refuse(kUnknown, "extvideosrc", "pipeline %s: %s refused: no source %d",
+                            pipeline.name.c_str(), operation, source);
     }
 
     std::int32_t CheckHdmi(const Pipeline& pipeline, const char* operation, std::int32_t source) {
@@ -157,7 +156,7 @@ private:
             why = "has nothing plugged in";
         if (why == nullptr)
             return kDone;
-        m_log.Write("extvideosrc", "pipeline %s: %s refused: source %d %s", pipeline.word.c_str(),
+        m_log.Write("extvideosrc", "pipeline %s: %s refused: source %d %s", pipeline.name.c_str(),
                     operation, source, why);
         return Inputs::IsHdmi(source) ? kRefused : kBadArgument;
     }
@@ -167,7 +166,7 @@ private:
         if (pipeline.preparedNext.size() == kMaxPrepared)
             pipeline.preparedNext.erase(0, 1);
         pipeline.preparedNext += which;
-        m_log.Write("extvideosrc", "pipeline %s: prepared for a source, %c", pipeline.word.c_str(),
+        m_log.Write("extvideosrc", "pipeline %s: prepared for a source, %c", pipeline.name.c_str(),
                     which);
         out.Int(0, kDone);
     }
@@ -176,7 +175,7 @@ private:
     void SetPreview(Pipeline& pipeline, const Preview& preview) {
         pipeline.preview = preview;
         m_log.Write("extvideosrc", "pipeline %s: preview of source %d, service 0x%" PRIx64,
-                    pipeline.word.c_str(), preview.source, preview.service);
+                    pipeline.name.c_str(), preview.source, preview.service);
     }
 
     Preparation& m_preparation;

@@ -41,10 +41,10 @@ void Subscribers::CloseSession(Session& session) {
 void Subscribers::Subscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
     const std::int32_t type = in.Int(1);
     auto& counts = m_subscribers.at(call.session->id).counts;
-    if (!counts.contains(type) && counts.size() >= kMaxTypes) {
-        m_context.log.Write(kOwnTag, "Subscribe refused: %zu types already", counts.size());
-        return out.Int(0, kTooMany);
-    }
+    if (!counts.contains(type) && counts.size() >= kMaxTypes)
+        return out.Int(0,
+                       m_context.log.Refuse(kTooMany, kOwnTag,
+                                            "Subscribe refused: %zu types already", counts.size()));
     const std::uint32_t count = ++counts[type];
     m_context.log.Write(kOwnTag,
                         "signal %d: session %" PRIu32 " subscribed %" PRIu32
@@ -57,10 +57,10 @@ void Subscribers::Unsubscribe(const Call& call, const ArgumentReader& in, ReplyW
     const std::int32_t type = in.Int(1);
     auto& counts = m_subscribers.at(call.session->id).counts;
     const auto found = counts.find(type);
-    if (found == counts.end()) {
-        m_context.log.Write(kOwnTag, "Unsubscribe refused: not subscribed to signal %d", type);
-        return out.Int(0, kRefused);
-    }
+    if (found == counts.end())
+        return out.Int(0, m_context.log.Refuse(kRefused, kOwnTag,
+                                               "Unsubscribe refused: not subscribed to signal %d",
+                                               type));
     const std::uint32_t left = --found->second;
     if (left == 0)
         counts.erase(found);

@@ -21,7 +21,7 @@ private:
     void CheckTunerSignalState(const Call& call, const ArgumentReader&, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
         const bool signal = m_pipelines.HasSignal(pipeline);
-        m_log.Write(kTunerTag, "pipeline %s: %s at %s", pipeline.word.c_str(),
+        m_log.Write(kTunerTag, "pipeline %s: %s at %s", pipeline.name.c_str(),
                     signal ? "signal" : "no signal", pipeline.tuner.ToText().c_str());
         // 0: no signal, which is an answer and no refusal.
         out.Int(0, signal ? kDone : 0);

@@ -26,16 +26,16 @@ private:
     void SetCropVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
         const Crop crop{ReadRect(in.At(1)), ReadRect(in.At(2))};
-        if (!crop.first.IsOnScreen() || !crop.second.IsOnScreen()) {
-            m_log.Write("tvvideodec",
-                        "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
-                        "the screen",
-                        pipeline.word.c_str(), crop.first.IsOnScreen() ? "second" : "first");
-            return out.Int(0, kBadArgument);
-        }
+        if (!crop.first.IsOnScreen() || !crop.second.IsOnScreen())
+            return out.Int(
+                0,
+                m_log.Refuse(kBadArgument, "tvvideodec",
+                             "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
+                             "the screen",
+                             pipeline.name.c_str(), crop.first.IsOnScreen() ? "second" : "first"));
         pipeline.crop = crop;
         m_log.Write("tvvideodec", "pipeline %s: crop %d,%d %dx%d and %d,%d %dx%d",
-                    pipeline.word.c_str(), crop.first.x, crop.first.y, crop.first.width,
+                    pipeline.name.c_str(), crop.first.x, crop.first.y, crop.first.width,
                     crop.first.height, crop.second.x, crop.second.y, crop.second.width,
                     crop.second.height);
         out.Int(0, kDone);
@@ -44,13 +44,12 @@ private:
     void SetWindowId(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
         const std::int32_t windowId = in.Int(1);
-        if (windowId < 0) {
-            m_log.Write("tvvideosink", "pipeline %s: SetWindowId refused: %d is no window",
-                        pipeline.word.c_str(), windowId);
-            return out.Int(0, kBadArgument);
-        }
+        if (windowId < 0)
+            return out.Int(0, m_log.Refuse(kBadArgument, "tvvideosink",
+                                           "pipeline %s: SetWindowId refused: %d is no window",
+                                           pipeline.name.c_str(), windowId));
         pipeline.windowId = windowId;
-        m_log.Write("tvvideosink", "pipeline %s: window %d", pipeline.word.c_str(), windowId);
+        m_log.Write("tvvideosink", "pipeline %s: window %d", pipeline.name.c_str(), windowId);
         out.Int(0, kDone);
     }
 };

@@ -84,9 +84,9 @@ public:
         Add(Method::GetConnectedZoomWindows, {Out("status", kInt), Out("windowIds", kIntList)},
             &ZoomControl::GetConnectedZoomWindows);
         context.settings.Add("zoom-limit", "NUMBER: how many zoom windows there can be, 0 to 64",
-                             [this](const auto& words, auto&) {
+                             [this](const auto& values, auto&) {
                                  std::uint32_t limit = 0;
-                                 if (words.size() != 1 || !ParseNumber(words[0], limit) ||
+                                 if (values.size() != 1 || !ParseNumber(values[0], limit) ||
                                      limit > kMaxWindowLimit)
                                      return false;
                                  m_limit = limit;
@@ -152,11 +152,10 @@ private:
         const std::int32_t status = CheckRects("CreateZoomWindow", {source, destination, main});
         if (status != kDone)
             return out.Int(0, status);
-        if (m_windows.size() >= m_limit) {
-            m_log.Write("tvfpaparser", "CreateZoomWindow refused: there are %zu windows",
-                        m_windows.size());
-            return out.Int(0, kTooMany);
-        }
+        if (m_windows.size() >= m_limit)
+            return out.Int(0, m_log.Refuse(kTooMany, "tvfpaparser",
+                                           "CreateZoomWindow refused: there are %zu windows",
+                                           m_windows.size()));
         const std::int32_t id = ++m_lastId;
         m_windows[id] = {HandleOf(call), call.client.GetNumber(), source, destination};
         PipelineOf(call).mainPicture = main;
@@ -257,19 +256,17 @@ private:
 
     // kDone when all of them are windows of the caller in this pipeline, else a refusal.
     std::int32_t CheckOwn(const Call& call, const char* operation, const Ids& ids) {
-        if (ids.empty()) {
-            m_log.Write("tvfpaparser", "%s refused: no windows are named", operation);
-            return kBadArgument;
-        }
+        if (ids.empty())
+            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: no windows are named",
+                                operation);
         for (const std::int32_t id : ids) {
             const Window* window = Find(call, operation, id);
             if (window == nullptr)
                 return kUnknown;
-            if (window->client != call.client.GetNumber()) {
-                m_log.Write("tvfpaparser", "%s refused: window %d is client %" PRIu32 "'s",
-                            operation, id, window->client);
-                return kRefused;
-            }
+            if (window->client != call.client.GetNumber())
+                return m_log.Refuse(kRefused, "tvfpaparser",
+                                    "%s refused: window %d is client %" PRIu32 "'s", operation, id,
+                                    window->client);
         }
         return kDone;
     }
@@ -278,9 +275,9 @@ private:
         for (const Rect& rect : rects) {
             if (rect.IsOnScreen())
                 continue;
-            m_log.Write("tvfpaparser", "%s refused: %d,%d %dx%d is not on the screen", operation,
-                        rect.x, rect.y, rect.width, rect.height);
-            return kBadArgument;
+            return m_log.Refuse(kBadArgument, "tvfpaparser",
+                                "%s refused: %d,%d %dx%d is not on the screen", operation, rect.x,
+                                rect.y, rect.width, rect.height);
         }
         return kDone;
     }

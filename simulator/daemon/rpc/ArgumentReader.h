@@ -35,7 +35,7 @@ public:
     ArgumentReader(std::span<const Argument> arguments, const void* tree, std::size_t treeSize);
 
     bool IsValid() const { return m_fault == nullptr; }
-    // What makes no sense, for a log line: "argument 1 (command: text) is of another form".
+    // What is malformed, for a log line: "argument 1 (command: text) is of another form".
     std::string DescribeFault() const;
 
     std::int32_t Int(std::size_t place) const { return Get<std::int32_t>(place); }

@@ -60,17 +60,17 @@ bool CheckIntList(const Node& node) {
 }
 
 json IntListToJson(const Node& node) {
-    json words = json::array();
+    json described = json::array();
     NodeCursor cursor(node);
     Node child;
     if (!cursor.Next(child))
-        return words;
+        return described;
     for (std::uint32_t at = 0; at + 4 <= child.size; at += 4) {
         std::int32_t value = 0;
         std::memcpy(&value, child.data + at, 4);
-        words.push_back(value);
+        described.push_back(value);
     }
-    return words;
+    return described;
 }
 
 std::string ToHexDigits(std::string_view bytes) {

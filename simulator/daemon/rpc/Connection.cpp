@@ -101,7 +101,7 @@ bool Connection::ReadPacket() {
             End(kTooMuch);
         return IsOpen();
     case wire::PacketAssembler::Result::Malformed:
-        End("a packet makes no sense");
+        End("malformed packet");
         return false;
     case wire::PacketAssembler::Result::Complete:
         break;
@@ -109,7 +109,7 @@ bool Connection::ReadPacket() {
     const wire::Buffer& bytes = m_assembler.GetMessage();
     wire::Message message;
     if (!wire::ParseMessage(bytes.GetData(), bytes.GetSize(), message)) {
-        End("a message makes no sense");
+        End("malformed message");
         return false;
     }
     m_owner.MessageArrived(*this, message);

@@ -23,7 +23,7 @@ public:
         virtual ~Owner() = default;
         // A whole message; it points into the connection until the next one.
         virtual void MessageArrived(Connection& connection, const wire::Message& message) = 0;
-        // It has ended, or makes no sense; called once. `why` is a line, empty at an ordinary end.
+        // It has ended, or what came is malformed; called once. `why` is a line, empty at an ordinary end.
         // The object must live until the loop's next round.
         virtual void ConnectionEnded(Connection& connection, const std::string& why) = 0;
         // Whether so many bytes more may be held, for a message on its way in or out.

@@ -127,7 +127,7 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
     else if (injection->kind == Injection::Kind::Delay)
         SendLate(connection, header, static_cast<unsigned>(injection->number));
     else if (injection->kind == Injection::Kind::Close)
-        connection.End("closed by order");
+        connection.End("injected: close");
     if (m_listener)
         m_listener();
     m_log.SetSequence(0);

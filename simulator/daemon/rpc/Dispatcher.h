@@ -20,7 +20,7 @@
 namespace sim {
 
 // Brings each call to its operation and the reply back: looks the operation up, holds the arguments
-// against its list, keeps the journal, and does what was ordered to go wrong.
+// against its list, keeps the journal, and injects failures.
 class Dispatcher {
 public:
     Dispatcher(Journal& journal, Sessions& sessions, Injections& injections, Log& log)
@@ -41,7 +41,7 @@ public:
 
     // Called after each call.
     void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
-    // Operations count their calls anew, nothing goes wrong by order any more.
+    // Operations count their calls anew, no failure is injected any more.
     void Reset();
 
 private:

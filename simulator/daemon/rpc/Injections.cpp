@@ -50,17 +50,17 @@ std::optional<Injection> Injections::Take(const Operation& method, const HasText
 }
 
 nlohmann::json Injections::Describe() const {
-    nlohmann::json words = nlohmann::json::array();
+    nlohmann::json described = nlohmann::json::array();
     for (const auto& [method, orders] : m_orders) {
         for (const Order& order : orders)
-            words.push_back({{"interface", method->interface->GetName()},
+            described.push_back({{"interface", method->interface->GetName()},
                              {"method", method->name},
                              {"kind", order.injection.GetName()},
                              {"number", order.injection.number},
                              {"with", order.injection.text},
                              {"calls", order.calls}});
     }
-    return words;
+    return described;
 }
 
 } // namespace sim

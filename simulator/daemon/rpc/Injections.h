@@ -14,7 +14,7 @@ namespace sim {
 
 struct Operation;
 
-// A failure that was ordered for the next calls of an operation.
+// A failure of the next calls of an operation.
 struct Injection {
     enum class Kind {
         Result, // the operation does not happen; the reply holds this result alone
@@ -30,7 +30,7 @@ struct Injection {
     const char* GetName() const;
 };
 
-// What was ordered, by operation; used up in the order in which it was given.
+// The failures to come, by operation; used up in the order in which they were given.
 class Injections {
 public:
     void Add(const Operation& method, Injection injection, unsigned calls);

@@ -43,20 +43,20 @@ std::int64_t GetTime() {
 }
 
 json DescribeArgument(const Argument* argument, const wire::Node& node) {
-    json words{{"place", node.tag},
-               {"direction", node.direction == wire::Direction::In ? "in" : "out"}};
+    json described{{"place", node.tag},
+                   {"direction", node.direction == wire::Direction::In ? "in" : "out"}};
     if (argument != nullptr) {
-        words["name"] = argument->name;
-        words["type"] = argument->form->name;
+        described["name"] = argument->name;
+        described["type"] = argument->form->name;
     }
-    // A text that is only out comes as its length; what makes no sense comes as its bytes.
+    // A text that is only out comes as its length; a malformed one comes as its bytes.
     const bool known = argument != nullptr && node.kind == argument->form->kind &&
                        (argument->form->size == 0 || node.size == argument->form->size);
     if (node.kind == wire::NodeKind::Length)
-        words["length"] = TreeToJson(node)["length"];
+        described["length"] = TreeToJson(node)["length"];
     else
-        words["value"] = known ? argument->form->words(node) : TreeToJson(node);
-    return words;
+        described["value"] = known ? argument->form->describe(node) : TreeToJson(node);
+    return described;
 }
 
 // Makes a tree whole again that was cut at its end: the nodes that go beyond it end there. Gives
@@ -88,15 +88,15 @@ json DescribeTree(const Operation* method, const unsigned char* tree, std::size_
         tree = mended.data();
         size = Mend(mended.data(), size);
     }
-    json words = json::array();
+    json described = json::array();
     wire::NodeCursor cursor(tree, size);
     wire::Node node;
     while (cursor.Next(node)) {
         const auto place = static_cast<std::size_t>(node.tag);
         const bool known = method != nullptr && node.tag >= 0 && place < method->arguments.size();
-        words.push_back(DescribeArgument(known ? &method->arguments[place] : nullptr, node));
+        described.push_back(DescribeArgument(known ? &method->arguments[place] : nullptr, node));
     }
-    return words;
+    return described;
 }
 
 } // namespace
@@ -187,31 +187,32 @@ json Journal::Describe(std::uint64_t place) const {
     const unsigned char* bytes = m_bytes.get() + entry.place;
     const unsigned char* results = bytes + entry.argumentsKept;
     const auto* text = reinterpret_cast<const char*>(results + entry.resultsKept);
-    json words{{"sequence", entry.sequence},
-               {"time", entry.time},
-               {"client", entry.client},
-               {"session", entry.session},
-               {"id", entry.methodId}};
+    json described{{"sequence", entry.sequence},
+                   {"time", entry.time},
+                   {"client", entry.client},
+                   {"session", entry.session},
+                   {"id", entry.methodId}};
     if (entry.method != nullptr) {
-        words["interface"] = entry.interface->GetName();
-        words["method"] = entry.method->name;
+        described["interface"] = entry.interface->GetName();
+        described["method"] = entry.method->name;
     } else {
-        words["interface"] = std::string(text, entry.interfaceNameSize);
-        words["method"] = std::string(text + entry.interfaceNameSize, entry.methodNameSize);
+        described["interface"] = std::string(text, entry.interfaceNameSize);
+        described["method"] = std::string(text + entry.interfaceNameSize, entry.methodNameSize);
     }
     if (entry.faultSize > 0)
-        words["fault"] =
+        described["fault"] =
             std::string(text + entry.interfaceNameSize + entry.methodNameSize, entry.faultSize);
-    words["arguments"] =
+    described["arguments"] =
         DescribeTree(entry.method, bytes, entry.argumentsKept, entry.argumentsSize);
-    words["results"] = DescribeTree(entry.method, results, entry.resultsKept, entry.resultsSize);
+    described["results"] =
+        DescribeTree(entry.method, results, entry.resultsKept, entry.resultsSize);
     if (entry.injected != nullptr)
-        words["injected"] = entry.injected;
+        described["injected"] = entry.injected;
     if (entry.argumentsKept < entry.argumentsSize)
-        words["argumentsCut"] = entry.argumentsSize;
+        described["argumentsCut"] = entry.argumentsSize;
     if (entry.resultsKept < entry.resultsSize)
-        words["resultsCut"] = entry.resultsSize;
-    return words;
+        described["resultsCut"] = entry.resultsSize;
+    return described;
 }
 
 } // namespace sim

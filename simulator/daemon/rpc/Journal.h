@@ -20,18 +20,18 @@ struct CallRecord {
     std::uint32_t client;
     std::uint32_t session;
     const Interface* interface; // null: unknown
-    const Operation* method;       // null: unknown
+    const Operation* method;    // null: unknown
     std::string_view interfaceName;
     std::string_view methodName;
     std::int16_t methodId;
-    const char* injected;   // what was done to it by order, null: nothing. A constant.
-    std::string_view fault; // why it made no sense; empty: it did
+    const char* injected;   // the failure that was injected, null: none. A constant.
+    std::string_view fault; // why it is malformed; empty: it is not
     std::span<const unsigned char> arguments;
     std::span<const unsigned char> results;
 };
 
 // Every call of the last while, as the bytes that went over the wire: a ring that is bounded in
-// bytes and in entries, the oldest go first. Calls are put into words only for who asks.
+// bytes and in entries, the oldest go first. A call becomes JSON only for who asks.
 class Journal {
 public:
     static constexpr std::size_t kDefaultBytes = 8u << 20;
@@ -55,7 +55,7 @@ public:
     // first kept one and the place after the last.
     std::uint64_t GetBegin() const { return m_begin; }
     std::uint64_t GetEnd() const { return m_end; }
-    // One call in words; `place` must be kept.
+    // One call; `place` must be kept.
     nlohmann::json Describe(std::uint64_t place) const;
 
 private:

@@ -26,7 +26,7 @@ struct HelloContent {
     bool hasToken = false;
 };
 
-// False when it makes no sense.
+// False when it is malformed.
 bool ReadHello(const wire::Message& message, HelloContent& hello) {
     if (!wire::IsWellFormed(message.tree, message.header.treeSize))
         return false;
@@ -84,7 +84,7 @@ void Server::Accept(int fd) {
         return;
     }
     if (m_withoutHello.size() >= kMaxWithoutHello || m_connections.size() >= kMaxConnections)
-        m_withoutHello.front()->End("made way without having said hello");
+        m_withoutHello.front()->End("evicted without a hello");
     Connection::Owner& owner = *this;
     m_connections.push_back(std::make_unique<Connection>(fd, ++m_lastNumber, owner));
     Connection& connection = *m_connections.back();
@@ -108,7 +108,7 @@ void Server::MessageArrived(Connection& connection, const wire::Message& message
 void Server::Hello(Connection& connection, const wire::Message& message) {
     HelloContent hello;
     if (!ReadHello(message, hello))
-        return connection.End("a hello makes no sense");
+        return connection.End("malformed hello");
     if (hello.version != wire::kProtocolVersion)
         return connection.End("speaks version " + std::to_string(hello.version));
     if (connection.client == nullptr) {

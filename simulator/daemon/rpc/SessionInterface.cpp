@@ -31,21 +31,16 @@ void SessionInterface::Open(const Call& call, const ArgumentReader& in, ReplyWri
     const std::int32_t profile = in.Int(3);
     const std::int32_t screen = in.Int(4);
     Interface* interface = m_dispatcher.Find(name);
-    if (interface == nullptr || interface->GetCalls() != Calls::ToSession) {
-        m_log.Write(kOwnTag, "nothing to open is called %s", name.c_str());
-        return out.Int(0, kUnknown);
-    }
-    if (screen < 0 || screen > UINT16_MAX) {
-        m_log.Write(kOwnTag, "%s: there is no screen %d", name.c_str(), screen);
-        return out.Int(0, kBadArgument);
-    }
+    if (interface == nullptr || interface->GetCalls() != Calls::ToSession)
+        return out.Int(0, m_log.Refuse(kUnknown, kOwnTag, "unknown interface %s", name.c_str()));
+    if (screen < 0 || screen > UINT16_MAX)
+        return out.Int(0, m_log.Refuse(kBadArgument, kOwnTag, "%s: there is no screen %d",
+                                       name.c_str(), screen));
     std::size_t sessions = 0;
     m_sessions.ForEach([&](const Session& session) { sessions += session.client == &call.client; });
-    if (sessions >= kMaxSessions) {
-        m_log.Write(kOwnTag, "client %u has %zu sessions: no more", call.client.GetNumber(),
-                    sessions);
-        return out.Int(0, kTooMany);
-    }
+    if (sessions >= kMaxSessions)
+        return out.Int(0, m_log.Refuse(kTooMany, kOwnTag, "client %u has %zu sessions: no more",
+                                       call.client.GetNumber(), sessions));
     std::int32_t status = 0;
     const Session* session = m_sessions.Open(
         *interface, profile, static_cast<std::uint16_t>(screen), call.client, status);
@@ -56,10 +51,9 @@ void SessionInterface::Open(const Call& call, const ArgumentReader& in, ReplyWri
 
 void SessionInterface::Close(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
     const std::uint32_t id = in.UInt(1);
-    if (!m_sessions.Close(id, call.client)) {
-        m_log.Write(kOwnTag, "client %u has no session %u", call.client.GetNumber(), id);
-        return out.Int(0, kUnknown);
-    }
+    if (!m_sessions.Close(id, call.client))
+        return out.Int(0, m_log.Refuse(kUnknown, kOwnTag, "client %u has no session %u",
+                                       call.client.GetNumber(), id));
     out.Int(0, kDone);
 }
 

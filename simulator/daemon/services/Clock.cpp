@@ -23,12 +23,12 @@ struct DateDeleter {
 using Date = std::unique_ptr<GDateTime, DateDeleter>;
 
 // "2026-03-01T20:15:00Z"; without a zone it is UTC. Or seconds since 1970.
-bool ParseTime(const std::string& word, std::int64_t& seconds) {
-    if (ParseNumber(word, seconds))
+bool ParseTime(const std::string& text, std::int64_t& seconds) {
+    if (ParseNumber(text, seconds))
         return seconds >= 0 && seconds <= kLast;
     const std::unique_ptr<GTimeZone, decltype(&g_time_zone_unref)> utc(g_time_zone_new_utc(),
                                                                        g_time_zone_unref);
-    const Date date(g_date_time_new_from_iso8601(word.c_str(), utc.get()));
+    const Date date(g_date_time_new_from_iso8601(text.c_str(), utc.get()));
     if (date == nullptr)
         return false;
     seconds = g_date_time_to_unix(date.get());
@@ -50,20 +50,20 @@ Clock::Clock(Context& context) : m_context(context) {
     context.settings.Add("clock",
                          "TIME|machine: the TV's time, as 2026-03-01T20:15:00Z or in seconds "
                          "since 1970; or the machine's again",
-                         [this](const auto& words, auto& error) { return Set(words, error); });
+                         [this](const auto& values, auto& error) { return Set(values, error); });
 }
 
 std::int64_t Clock::Now() const {
     return std::time(nullptr) + m_offset;
 }
 
-bool Clock::Set(const std::vector<std::string>& words, std::string&) {
+bool Clock::Set(const std::vector<std::string>& values, std::string&) {
     std::int64_t seconds = 0;
-    if (words.size() != 1)
+    if (values.size() != 1)
         return false;
-    if (words[0] == "machine")
+    if (values[0] == "machine")
         m_offset = 0;
-    else if (ParseTime(words[0], seconds))
+    else if (ParseTime(values[0], seconds))
         m_offset = seconds - std::time(nullptr);
     else
         return false;

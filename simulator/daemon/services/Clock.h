@@ -23,7 +23,7 @@ public:
     }
 
 private:
-    bool Set(const std::vector<std::string>& words, std::string& error);
+    bool Set(const std::vector<std::string>& values, std::string& error);
 
     Context& m_context;
     std::int64_t m_offset = 0; // seconds before the machine's time

@@ -35,7 +35,7 @@ public:
     // Once: makes tables that are not there yet. False: the database's error tells why.
     bool Prepare();
     // Another line-up takes the place of the one that is there; what `keep` puts into the database
-    // is committed with it. False, and everything as it was, when the text makes no sense or the
+    // is committed with it. False, and everything as it was, when the text is malformed or the
     // database refuses: `error` is one line.
     bool Replace(
         std::string_view text, const std::string& name, std::string& error,

@@ -19,7 +19,7 @@ public:
     virtual std::string AddProgramme(std::uint64_t service, const ProgrammeRecord& programme) = 0;
 };
 
-// False at the first line that makes no sense: `error` is "NAME:LINE: expected ..., found ...".
+// False at the first malformed line: `error` is "NAME:LINE: expected ..., found ...".
 // What came before it has gone to the sink.
 bool ReadLineUp(std::string_view text, const std::string& name, LineUpSink& sink,
                 std::string& error);

@@ -27,12 +27,12 @@ Scans::Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pi
     : m_context(context), m_lineUp(lineUp), m_programmes(programmes), m_pipelines(pipelines),
       m_inputs(inputs), m_subscribers(subscribers) {
     context.settings.Add("scan-pace", "MILLISECONDS: how long a scan stays with a service",
-                         [this](const auto& words, auto&) {
+                         [this](const auto& values, auto&) {
                              std::uint32_t pace = 0;
-                             if (words.size() != 1 || !ParseNumber(words[0], pace) ||
+                             if (values.size() != 1 || !ParseNumber(values[0], pace) ||
                                  pace > kMaxPace)
                                  return false;
-                             m_pace = pace;
+                             m_state.pace = pace;
                              return true;
                          });
 }
@@ -55,10 +55,9 @@ std::int32_t Scans::StartTuneAround(std::vector<std::uint64_t> services) {
     if (services.size() < given)
         m_context.log.Write(kTunerTag, "tune around: %zu services are not in the line-up",
                             given - services.size());
-    if (services.empty()) {
-        m_context.log.Write(kTunerTag, "tune around refused: no service to visit");
-        return kBadArgument;
-    }
+    if (services.empty())
+        return m_context.log.Refuse(kBadArgument, kTunerTag,
+                                    "tune around refused: no service to visit");
     const std::int32_t status = Start(Running::TuneAround, std::move(services));
     if (status == kDone)
         After(0, &Scans::BeginVisit);
@@ -68,22 +67,21 @@ std::int32_t Scans::StartTuneAround(std::vector<std::uint64_t> services) {
 std::int32_t Scans::StartBarker(std::int32_t antenna) {
     const std::int32_t status = Start(Running::Barker, {});
     if (status == kDone) {
-        m_antenna = antenna;
+        m_state.antenna = antenna;
         After(0, &Scans::BeginBarker);
     }
     return status;
 }
 
 std::int32_t Scans::Start(Running what, std::vector<std::uint64_t> services) {
-    if (m_running != Running::Nothing) {
-        m_context.log.Write(kTunerTag, "%s refused: %s runs", ToText(what), ToText(m_running));
-        return kRefused;
-    }
-    m_running = what;
-    m_services = std::move(services);
-    m_place = 0;
-    m_visited = INVALID_SERVICE_ID;
-    m_tunerBefore = m_pipelines.At(kMainPipeline).tuner;
+    if (m_state.running != Running::Nothing)
+        return m_context.log.Refuse(kRefused, kTunerTag, "%s refused: %s runs", ToText(what),
+                                    ToText(m_state.running));
+    m_state.running = what;
+    m_state.services = std::move(services);
+    m_state.place = 0;
+    m_state.visited = INVALID_SERVICE_ID;
+    m_state.tunerBefore = m_pipelines.At(kMainPipeline).tuner;
     m_context.log.Write(kTunerTag, "%s starts", ToText(what));
     return kDone;
 }
@@ -103,11 +101,10 @@ std::int32_t Scans::StopBarker() {
 }
 
 std::int32_t Scans::Stop(Running what) {
-    if (m_running == what)
+    if (m_state.running == what)
         return kDone;
-    m_context.log.Write(kTunerTag, "%s cannot be stopped: %s runs", ToText(what),
-                        ToText(m_running));
-    return kRefused;
+    return m_context.log.Refuse(kRefused, kTunerTag, "%s cannot be stopped: %s runs", ToText(what),
+                                ToText(m_state.running));
 }
 
 void Scans::After(std::uint32_t milliseconds, void (Scans::*step)()) {
@@ -122,9 +119,10 @@ bool Scans::HasSignal(const ServiceFacts& facts) const {
 }
 
 void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
-    m_visited = service;
-    m_facts = facts;
-    m_context.log.Write(kTunerTag, "%s visits service 0x%" PRIx64, ToText(m_running), service);
+    m_state.visited = service;
+    m_state.facts = facts;
+    m_context.log.Write(kTunerTag, "%s visits service 0x%" PRIx64, ToText(m_state.running),
+                        service);
     if (!facts.streamed)
         m_pipelines.MoveTuner(m_pipelines.At(kMainPipeline), {facts.antenna, facts.frequency});
     if (HasSignal(facts))
@@ -135,42 +133,43 @@ void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
 
 void Scans::BeginVisit() {
     // The line-up may be another one by now.
-    for (; m_place < m_services.size(); ++m_place) {
-        if (const auto facts = m_lineUp.FindFacts(m_services[m_place])) {
-            Visit(m_services[m_place], *facts);
-            return After(m_pace, &Scans::EndVisit);
+    for (; m_state.place < m_state.services.size(); ++m_state.place) {
+        if (const auto facts = m_lineUp.FindFacts(m_state.services[m_state.place])) {
+            Visit(m_state.services[m_state.place], *facts);
+            return After(m_state.pace, &Scans::EndVisit);
         }
     }
     Finish(SIGNAL_TUNE_AROUND_FINISHED, 0, "completed");
 }
 
 void Scans::EndVisit() {
-    if (HasSignal(m_facts)) {
-        if (!m_programmes.Collect(m_visited))
+    if (HasSignal(m_state.facts)) {
+        if (!m_programmes.Collect(m_state.visited))
             m_context.log.Write(kTunerTag, "programmes of service 0x%" PRIx64 " were not kept: %s",
-                                m_visited, m_context.database.GetError().c_str());
-        m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_visited);
+                                m_state.visited, m_context.database.GetError().c_str());
+        m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_state.visited);
     }
-    ++m_place;
+    ++m_state.place;
     BeginVisit();
 }
 
 void Scans::BeginBarker() {
-    const auto barker = m_lineUp.GetTables().FindBarker(m_antenna);
+    const auto barker = m_lineUp.GetTables().FindBarker(m_state.antenna);
     const auto facts = barker ? m_lineUp.FindFacts(*barker) : std::nullopt;
     if (!facts) {
-        m_context.log.Write(kTunerTag, "no barker channel on %s", ToAntennaName(m_antenna).c_str());
+        m_context.log.Write(kTunerTag, "no barker channel on %s",
+                            ToAntennaName(m_state.antenna).c_str());
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     }
     Visit(*barker, *facts);
-    After(m_pace, &Scans::EndBarker);
+    After(m_state.pace, &Scans::EndBarker);
 }
 
 void Scans::EndBarker() {
-    if (!HasSignal(m_facts))
+    if (!HasSignal(m_state.facts))
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     const bool all = m_lineUp.GetTables().ForEachReceived(
-        m_antenna, [this](std::uint64_t service) { m_services.push_back(service); });
+        m_state.antenna, [this](std::uint64_t service) { m_state.services.push_back(service); });
     if (!all)
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     CollectSome();
@@ -178,52 +177,48 @@ void Scans::EndBarker() {
 
 void Scans::CollectSome() {
     Transaction transaction(m_context.database);
-    const std::size_t end = std::min(m_services.size(), m_place + kCollectedATime);
+    const std::size_t end = std::min(m_state.services.size(), m_state.place + kCollectedATime);
     bool kept = transaction.IsOpen();
-    while (kept && m_place < end)
-        kept = m_programmes.Collect(m_services[m_place++]);
+    while (kept && m_state.place < end)
+        kept = m_programmes.Collect(m_state.services[m_state.place++]);
     if (!kept || !transaction.Commit())
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
-    if (m_place < m_services.size())
+    if (m_state.place < m_state.services.size())
         return After(0, &Scans::CollectSome);
     Finish(SIGNAL_BARKER_CHANNEL_TUNE, 1, "completed");
 }
 
 void Scans::Finish(ESignalType type, std::uint64_t data, const char* outcome) {
     m_timer.Stop();
-    m_context.log.Write(kTunerTag, "%s %s after %zu of %zu", ToText(m_running), outcome, m_place,
-                        m_services.size());
-    m_running = Running::Nothing;
-    m_visited = INVALID_SERVICE_ID;
-    m_outcome = outcome;
+    m_context.log.Write(kTunerTag, "%s %s after %zu of %zu", ToText(m_state.running), outcome,
+                        m_state.place, m_state.services.size());
+    m_state.running = Running::Nothing;
+    m_state.visited = INVALID_SERVICE_ID;
+    m_state.outcome = outcome;
     Pipeline& pipeline = m_pipelines.At(kMainPipeline);
     const bool tuned = pipeline.service != INVALID_SERVICE_ID && !pipeline.facts.streamed;
     m_pipelines.MoveTuner(pipeline,
                           tuned ? Transponder{pipeline.tvMode.antenna, pipeline.facts.frequency}
-                                : m_tunerBefore);
+                                : m_state.tunerBefore);
     m_subscribers.Emit(type, kMainPipeline, data);
 }
 
 json Scans::DescribeState() const {
-    json described{{"running", nullptr},      {"service", nullptr}, {"done", m_place},
-                   {"of", m_services.size()}, {"paceMs", m_pace},   {"last", nullptr}};
-    if (m_running != Running::Nothing)
-        described["running"] = m_running == Running::TuneAround ? "tuneAround" : "barker";
-    if (m_visited != INVALID_SERVICE_ID)
-        described["service"] = ToHexText(m_visited);
-    if (m_outcome != nullptr)
-        described["last"] = m_outcome;
-    return described;
+    const bool runs = m_state.running != Running::Nothing;
+    const bool visits = m_state.visited != INVALID_SERVICE_ID;
+    return {{"running", !runs                                    ? json()
+                        : m_state.running == Running::TuneAround ? json("tuneAround")
+                                                                 : "barker"},
+            {"service", visits ? ToHexText(m_state.visited) : json()},
+            {"done", m_state.place},
+            {"of", m_state.services.size()},
+            {"paceMs", m_state.pace},
+            {"last", m_state.outcome != nullptr ? json(m_state.outcome) : json()}};
 }
 
 bool Scans::Reset() {
     m_timer.Stop();
-    m_running = Running::Nothing;
-    m_services.clear();
-    m_place = 0;
-    m_visited = INVALID_SERVICE_ID;
-    m_outcome = nullptr;
-    m_pace = kDefaultPace;
+    m_state = {};
     return true;
 }
 

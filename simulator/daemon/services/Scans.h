@@ -71,16 +71,20 @@ private:
     const Inputs& m_inputs;
     Subscribers& m_subscribers;
 
-    std::uint32_t m_pace = kDefaultPace;
-    Running m_running = Running::Nothing;
+    // As it is while nothing has run yet.
+    struct State {
+        std::uint32_t pace = kDefaultPace;
+        Running running = Running::Nothing;
+        std::vector<std::uint64_t> services; // to be visited, or whose programmes are collected
+        std::size_t place = 0;               // in them
+        std::int32_t antenna = 0;            // of the barker channel
+        std::uint64_t visited = INVALID_SERVICE_ID;
+        ServiceFacts facts;      // of the visited one
+        Transponder tunerBefore; // where the tuner was
+        const char* outcome = nullptr;
+    };
+    State m_state;
     Timer m_timer;
-    std::vector<std::uint64_t> m_services; // to be visited, or whose programmes are collected
-    std::size_t m_place = 0;               // in them
-    std::int32_t m_antenna = 0;            // of the barker channel
-    std::uint64_t m_visited = INVALID_SERVICE_ID;
-    ServiceFacts m_facts;      // of the visited one
-    Transponder m_tunerBefore; // where the tuner was
-    const char* m_outcome = nullptr;
 };
 
 } // namespace sim

@@ -18,7 +18,7 @@ struct ServiceComponents {
 };
 
 // Registers them. `given`: the line-up of a TV that is new; null: the built-in one. Nothing when it
-// makes no sense or the database refuses: `error` is one line.
+// is malformed or the database refuses: `error` is one line.
 std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given,
                                                   std::string& error);
 

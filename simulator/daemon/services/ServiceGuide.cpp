@@ -29,14 +29,13 @@ private:
     void GetCurrentProgram(const Call&, const ArgumentReader& in, ReplyWriter& out) {
         const std::uint64_t service = in.Number64(1);
         const auto programme = m_programmes.FindPresent(service);
-        if (m_programmes.HasFailed()) {
-            m_log.Write(kTunerTag, "GetCurrentProgram refused: the database fails");
-            return out.Int(0, kNotKept);
-        }
-        if (!programme && !m_lineUp.FindFacts(service)) {
-            m_log.Write(kTunerTag, "GetCurrentProgram refused: no service 0x%" PRIx64, service);
-            return out.Int(0, kUnknown);
-        }
+        if (m_programmes.HasFailed())
+            return out.Int(0, m_log.Refuse(kNotKept, kTunerTag,
+                                           "GetCurrentProgram refused: the database fails"));
+        if (!programme && !m_lineUp.FindFacts(service))
+            return out.Int(0, m_log.Refuse(kUnknown, kTunerTag,
+                                           "GetCurrentProgram refused: no service 0x%" PRIx64,
+                                           service));
         // Nothing known of now is no refusal.
         if (!programme)
             return out.Int(0, 0);

@@ -126,8 +126,8 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
 }
 
 std::int32_t ServiceQueries::Refuse(const char* operation) {
-    m_log.Write(kTunerTag, "%s refused: %s", operation, m_database.GetError().c_str());
-    return kNotKept;
+    return m_log.Refuse(kNotKept, kTunerTag, "%s refused: %s", operation,
+                        m_database.GetError().c_str());
 }
 
 void ServiceQueries::WriteRecord(const Criteria& criteria, const Statement& row,
@@ -158,10 +158,9 @@ void ServiceQueries::List(const Criteria& criteria, const Page& page, ReplyWrite
 
 std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t count,
                                         wire::TreeWriter& tree) {
-    if (count <= 0) {
-        m_log.Write(kTunerTag, "FindService refused: %d services asked for", count);
-        return kBadArgument;
-    }
+    if (count <= 0)
+        return m_log.Refuse(kBadArgument, kTunerTag, "FindService refused: %d services asked for",
+                            count);
     std::int32_t result = 0;
     Statement* statement = Prepare(Kind::Find, criteria, result);
     if (statement == nullptr)
@@ -185,11 +184,10 @@ std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t c
 
 std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page,
                                       wire::TreeWriter& tree) {
-    if (page.first < 0 || page.count < 0) {
-        m_log.Write(kTunerTag, "GetServiceList refused: no page of %d services behind %d",
-                    page.count, page.first);
-        return kBadArgument;
-    }
+    if (page.first < 0 || page.count < 0)
+        return m_log.Refuse(kBadArgument, kTunerTag,
+                            "GetServiceList refused: no page of %d services behind %d", page.count,
+                            page.first);
     std::int32_t result = 0;
     Statement* statement = Prepare(Kind::List, criteria, result);
     if (statement == nullptr)

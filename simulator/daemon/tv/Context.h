@@ -64,7 +64,7 @@ public:
     nlohmann::json DescribeState() const;
     // The state as far as a path ("/debug/qos") needs it: what its first step names.
     nlohmann::json DescribeStateFor(const std::string& path) const;
-    // All parts as they were when the daemon was new, nothing ordered to fail, the journal empty.
+    // All parts as they were when the daemon was new, no failure injected, the journal empty.
     // Empty, or why not all of them are.
     std::string Reset();
     // Differs from one run to the next; shown with the clients.

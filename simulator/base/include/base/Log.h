@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -34,6 +35,9 @@ public:
     void SetSequence(std::uint64_t sequence) { m_sequence = sequence; }
 
     __attribute__((format(printf, 3, 4))) void Write(const char* tag, const char* format, ...);
+    // Writes why an operation is refused; returns the result that it then has.
+    __attribute__((format(printf, 4, 5))) std::int32_t
+    Refuse(std::int32_t result, const char* tag, const char* format, ...);
 
     // The media elements' tags are started from the beginning, those of the live provider stopped.
     bool IsStarted(std::string_view tag) const;
@@ -46,6 +50,8 @@ public:
     std::size_t GetFollowerCount() const { return m_followerCount; }
 
 private:
+    void WriteLine(const char* tag, const char* format, va_list arguments);
+
     int m_file = -1;
     Sink m_sink;
     std::uint64_t m_sequence = 0;
