@@ -254,7 +254,9 @@ def test_a_path_that_is_not_there_compares_as_null_at_once_and_later(tv, path, v
 def test_a_path_or_a_value_that_is_malformed_is_refused(shared_tv):
     assert "malformed path" in shared_tv.simctl_refusal("wait", "/debug/~2", "==", "1")
     # What is not JSON is a text, however it is nested.
-    shared_tv.simctl_refusal("wait", "/debug/qos", "==", "[" * 50_000, "--timeout", "0.01")
+    nested = "[" * 60_000 + "]" * 60_000
+    reason = shared_tv.simctl_refusal("wait", "/debug/qos", "==", nested, "--timeout", "0.01")
+    assert reason == "norvex-simctl: timed out\n"
 
 
 @pytest.mark.parametrize("answer, status, printed, reason", [
