@@ -4,17 +4,18 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
-#include <ctime>
 #include <mutex>
 #include <string>
 #include <unistd.h>
 
 #include <base/LogFile.h>
+#include <base/LogLine.h>
 
 namespace devicelog {
 
 namespace {
 
+constexpr std::size_t kMaxPrefixSize = 256;
 constexpr std::size_t kMaxTextSize = 4000;
 constexpr long kMaxFileSize = 4L << 20;
 
@@ -29,29 +30,14 @@ Log& GetLog() {
     return *log;
 }
 
-std::string MakePrefix(std::string_view tag) {
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    tm local{};
-    localtime_r(&now.tv_sec, &local);
-    char text[64];
-    std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local);
-    length +=
-        static_cast<std::size_t>(std::snprintf(text + length, sizeof text - length, ".%03ld %ld ",
-                                               now.tv_nsec / 1000000, static_cast<long>(getpid())));
-    return std::string(text, length).append(tag).append(": ");
-}
-
 } // namespace
 
 void Write(std::string_view tag, std::string_view text) {
     const int error = errno;
-    std::string line = MakePrefix(tag);
+    char prefix[kMaxPrefixSize];
+    std::string line(prefix, sim::WriteLogPrefix(prefix, sizeof prefix, std::string(tag).c_str()));
     line.append(text.substr(0, kMaxTextSize));
-    for (char& character : line) {
-        if (static_cast<unsigned char>(character) < ' ' || character == '\x7f')
-            character = ' ';
-    }
+    sim::MaskControlCharacters(line.data(), line.size());
     line += '\n';
     {
         Log& log = GetLog();

@@ -1,10 +1,10 @@
 #include <base/Log.h>
+#include <base/LogLine.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
-#include <ctime>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -56,14 +56,9 @@ std::int32_t Log::Refuse(std::int32_t result, const char* tag, const char* forma
 void Log::WriteLine(const char* tag, const char* format, va_list arguments) {
     if ((m_file < 0 && !m_sink) || !IsStarted(tag))
         return;
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    tm local{};
-    localtime_r(&now.tv_sec, &local);
     char line[kMaxLine];
-    std::size_t used = std::strftime(line, sizeof line, "%Y-%m-%dT%H:%M:%S", &local);
-    int size = std::snprintf(line + used, sizeof line - used, ".%03ld %d %s: #%llu ",
-                             now.tv_nsec / 1000000, static_cast<int>(getpid()), tag,
+    std::size_t used = WriteLogPrefix(line, sizeof line, tag);
+    int size = std::snprintf(line + used, sizeof line - used, "#%llu ",
                              static_cast<unsigned long long>(m_sequence));
     used += static_cast<std::size_t>(size);
     size = std::vsnprintf(line + used, sizeof line - used, format, arguments);
@@ -71,11 +66,7 @@ void Log::WriteLine(const char* tag, const char* format, va_list arguments) {
         return;
     // One place for the line end, which a line that was cut needs as well.
     used = std::min(used + static_cast<std::size_t>(size), sizeof line - 1);
-    for (std::size_t at = 0; at < used; ++at) {
-        // Texts of clients must not make lines of their own.
-        if (static_cast<unsigned char>(line[at]) < ' ' || line[at] == 0x7F)
-            line[at] = '?';
-    }
+    MaskControlCharacters(line, used);
     if (m_sink)
         m_sink(tag, {line, used});
     if (m_file >= 0) {

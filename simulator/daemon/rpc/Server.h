@@ -39,7 +39,6 @@ public:
 
     // Differs from one run to the next.
     std::uint64_t GetEpoch() const { return m_epoch; }
-    std::size_t GetConnectionCount() const { return m_connections.size(); }
 
 private:
     void Accept(int fd);

@@ -20,7 +20,6 @@ public:
 
     // False, and the database's error set, when the text is refused. Prepare again to reuse.
     bool Prepare(Database& database, std::string_view text);
-    bool IsPrepared() const { return m_statement != nullptr; }
 
     // Places count from 1. Texts must outlive the run. What cannot be bound makes the run fail.
     void Bind(int place, std::int64_t value) {

@@ -60,7 +60,6 @@ public:
         return Register(std::make_unique<T>(std::forward<Arguments>(arguments)...));
     }
 
-    const std::vector<Component*>& GetParts() const { return m_components; }
     nlohmann::json DescribeState() const;
     // The state as far as a path ("/debug/qos") needs it: what its first step names.
     nlohmann::json DescribeStateFor(const std::string& path) const;

@@ -13,7 +13,7 @@
 namespace devicelog {
 
 // Writes one line with a single write, so that lines of several processes never mix. Line ends and
-// other control characters in `text` become blanks, what is over 4000 bytes is cut. Any thread.
+// other control characters in `text` become '?', what is over 4000 bytes is cut. Any thread.
 void Write(std::string_view tag, std::string_view text);
 
 // The same, formatted as by printf.
