@@ -9,7 +9,7 @@ import pytest
 
 import norvex_wire as wire
 from norvex_tv import start_sims
-from programs import LIMIT, SIM, refusal
+from programs import LIMIT, SIM, SIMCTL, refusal
 
 NOBODY = 65534
 ROOT_ONLY = pytest.mark.skipif(os.geteuid() != 0, reason="becoming another user takes root")
@@ -20,7 +20,7 @@ def visit(path, kind, outcome):
     os.setgroups([])
     os.setgid(NOBODY)
     os.setuid(NOBODY)
-    request = wire.packet(wire.hello_message(b"t" * 16)) if kind == socket.SOCK_SEQPACKET else b'{"command": "state"}\n'
+    request = wire.packet(wire.hello_message(b"t" * 16)) if kind == socket.SOCK_SEQPACKET else b'{"arguments": ["state"]}\n'
     with socket.socket(socket.AF_UNIX, kind) as visitor:
         visitor.settimeout(LIMIT)
         try:
@@ -56,6 +56,33 @@ def test_another_user_is_refused_even_where_the_sockets_are_open_to_all(tv):
     with tv.connect() as client:
         assert client.stop() == 0
     assert tv.calls()[0]["client"] == 1
+
+
+def listen_as_nobody(path, outcome):
+    """What the first one who connects says before its end."""
+    os.setgroups([])
+    os.setgid(NOBODY)
+    os.setuid(NOBODY)
+    with socket.socket(socket.AF_UNIX) as listener:
+        listener.bind(path)
+        listener.listen()
+        outcome.send("listens")
+        connection = listener.accept()[0]
+        with connection:
+            outcome.send(connection.recv(100))
+
+
+@ROOT_ONLY
+def test_a_control_socket_of_another_user_is_told_nothing(folder):
+    os.chmod(folder, 0o777)
+    mine, theirs = multiprocessing.Pipe()
+    listener = multiprocessing.get_context("fork").Process(target=listen_as_nobody,
+                                                           args=(f"{folder}/s.ctl", theirs))
+    listener.start()
+    assert mine.recv() == "listens"
+    assert "belongs to another user" in refusal(SIMCTL, "--socket", folder / "s", "state")
+    assert mine.recv() == b""
+    listener.join(LIMIT)
 
 
 def in_folder(folder):

@@ -2,7 +2,7 @@
 
 namespace sim {
 
-// docs/lineup.md tells the words.
+// docs/lineup.md describes it.
 const char kBuiltInLineUp[] = R"(# The built-in line-up.
 transponder air 474000
   service 0xfa0000000002002d 7-1 "Norvex One" captions

@@ -53,7 +53,7 @@ private:
     }
     bool IsAtEnd() const { return m_next == m_words.size(); }
 
-    // "expected what, found the word at that place".
+    // "expected what, found the token at that place".
     std::string Expect(const std::string& what, std::size_t place) const {
         std::string found = "the end of the line";
         if (place < m_words.size())
@@ -120,41 +120,41 @@ private:
         return m_sink.AddService(service);
     }
 
-    static bool ParseNumbers(const std::string& word, ServiceRecord& service) {
-        const std::size_t dash = word.find('-', 1);
+    static bool ParseNumbers(const std::string& token, ServiceRecord& service) {
+        const std::size_t dash = token.find('-', 1);
         const auto inRange = [](std::int32_t number) {
             return number >= 0 && number <= kMaxNumber;
         };
-        if (!ParseNumber(word.substr(0, dash), service.major) || !inRange(service.major))
+        if (!ParseNumber(token.substr(0, dash), service.major) || !inRange(service.major))
             return false;
         return dash == std::string::npos ||
-               (ParseNumber(word.substr(dash + 1), service.minor) && inRange(service.minor));
+               (ParseNumber(token.substr(dash + 1), service.minor) && inRange(service.minor));
     }
 
-    static bool ReadProperty(const LineUpToken& word, ServiceRecord& service) {
+    static bool ReadProperty(const LineUpToken& token, ServiceRecord& service) {
         const std::string profile = "profile=";
-        if (word.quoted)
+        if (token.quoted)
             return false;
-        if (word.text == "hidden")
+        if (token.text == "hidden")
             service.hidden = true;
-        else if (word.text == "unlisted")
+        else if (token.text == "unlisted")
             service.listed = false;
-        else if (word.text == "captions")
+        else if (token.text == "captions")
             service.captions = true;
-        else if (word.text == "barker")
+        else if (token.text == "barker")
             service.barker = true;
         else
-            return word.text.starts_with(profile) &&
-                   ParseNumber(word.text.substr(profile.size()), service.profile) &&
+            return token.text.starts_with(profile) &&
+                   ParseNumber(token.text.substr(profile.size()), service.profile) &&
                    service.profile >= 0 && service.profile <= kMaxProfile;
         return true;
     }
 
-    static bool ParseTime(const std::string& word, std::int32_t& second) {
+    static bool ParseTime(const std::string& token, std::int32_t& second) {
         int hours = 0;
         int minutes = 0;
-        if (word.size() != 5 || word[2] != ':' || !ParseNumber(word.substr(0, 2), hours) ||
-            !ParseNumber(word.substr(3), minutes) || hours < 0 || hours > 23 || minutes < 0 ||
+        if (token.size() != 5 || token[2] != ':' || !ParseNumber(token.substr(0, 2), hours) ||
+            !ParseNumber(token.substr(3), minutes) || hours < 0 || hours > 23 || minutes < 0 ||
             minutes > 59)
             return false;
         second = hours * 3600 + minutes * 60;

@@ -7,7 +7,7 @@
 #include "LineUp.h"
 #include "ServiceRecord.h"
 
-// The line-up as people read and edit it; docs/lineup.md tells the words.
+// The line-up as people read and edit it; docs/lineup.md describes it.
 namespace sim {
 
 // Takes what a text holds, line by line, in the text's order.

@@ -39,8 +39,8 @@ bool ReadQuoted(std::string_view& rest, std::string& text, std::string& error) {
 
 } // namespace
 
-bool SplitLine(std::string_view line, std::vector<LineUpToken>& words, std::string& error) {
-    words.clear();
+bool SplitLine(std::string_view line, std::vector<LineUpToken>& tokens, std::string& error) {
+    tokens.clear();
     if (!g_utf8_validate(line.data(), static_cast<gssize>(line.size()), nullptr)) {
         error = "expected UTF-8";
         return false;
@@ -52,21 +52,21 @@ bool SplitLine(std::string_view line, std::vector<LineUpToken>& words, std::stri
         }
         if (line.front() == '#')
             return true;
-        LineUpToken& word = words.emplace_back();
+        LineUpToken& token = tokens.emplace_back();
         if (line.front() == '"') {
             line.remove_prefix(1);
-            word.quoted = true;
-            if (!ReadQuoted(line, word.text, error))
+            token.quoted = true;
+            if (!ReadQuoted(line, token.text, error))
                 return false;
         } else {
             std::size_t size = 0;
             while (size < line.size() && !IsBlank(line[size]) && line[size] != '"')
                 ++size;
-            word.text = line.substr(0, size);
+            token.text = line.substr(0, size);
             line.remove_prefix(size);
         }
         if (!line.empty() && !IsBlank(line.front())) {
-            error = "expected a blank behind " + (word.quoted ? Quote(word.text) : word.text);
+            error = "expected a blank after " + (token.quoted ? Quote(token.text) : token.text);
             return false;
         }
     }

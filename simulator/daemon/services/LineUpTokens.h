@@ -6,15 +6,15 @@
 
 namespace sim {
 
-// A word of a line; what stood in quotation marks is told from what did not.
+// A token of a line; what stood in quotation marks is told from what did not.
 struct LineUpToken {
     std::string text;
     bool quoted = false;
 };
 
-// Takes a line apart at blanks and tabs. A text in quotation marks is one word, with \" and \\ for
+// Takes a line apart at blanks and tabs. A text in quotation marks is one token, with \" and \\ for
 // the marks in it; # outside of one begins a comment. False: `error` is what was expected.
-bool SplitLine(std::string_view line, std::vector<LineUpToken>& words, std::string& error);
+bool SplitLine(std::string_view line, std::vector<LineUpToken>& tokens, std::string& error);
 
 // The text in quotation marks.
 std::string Quote(std::string_view text);

@@ -98,7 +98,7 @@ TEST(LineUpText, TellsFileLineAndWhatWasExpected) {
         {"service 0x7 7 \"A\" profile=32768",
          "hidden, unlisted, captions, barker or profile=0 to 32767, found \"profile=32768\""},
         {"service 0x7 7 \"A", "a closing \" before the end of the line"},
-        {"service 0x7 7 \"A\"hidden", "a blank behind \"A\""},
+        {"service 0x7 7 \"A\"hidden", "a blank after \"A\""},
         {"service 0x7 7 \"\\n\"", "\\\" or \\\\ in a text"},
         {"service 0x7 7 \"\t\"", "a text without control characters"},
         {"service 0x7 7 \"\xff\"", "UTF-8"},
