@@ -19,12 +19,7 @@ struct Script {
     std::function<bool()> open;
     std::function<void()> asserted;
     bool failsRuns = false;
-};
-
-Script& GetScript() {
-    static Script* script = new Script;
-    return *script;
-}
+} script;
 
 // The library's own function of that name.
 template <typename Function> Function* GetReal(const char* mangledName) {
@@ -34,31 +29,31 @@ template <typename Function> Function* GetReal(const char* mangledName) {
 } // namespace
 
 void CoreWatch::AcceptAsNumber(const std::string& word) {
-    GetScript().numbers.insert(word);
+    script.numbers.insert(word);
 }
 
 void CoreWatch::SetOpenLibrary(std::function<bool()> open) {
-    GetScript().open = std::move(open);
+    script.open = std::move(open);
 }
 
 void CoreWatch::OnAssert(std::function<void()> handler) {
-    GetScript().asserted = std::move(handler);
+    script.asserted = std::move(handler);
 }
 
 void CoreWatch::FailRuns() {
-    GetScript().failsRuns = true;
+    script.failsRuns = true;
 }
 
 void CoreWatch::Reset() {
-    GetScript() = Script{};
+    script = Script{};
 }
 
 void _TCApiAssert(const char* expression, const char* file, int line, const char* message) {
     Timeline::Now().Call(std::string("_TCApiAssert(") + expression + ", " + file + ", " +
                          std::to_string(line) + ", " + (message == nullptr ? "null" : message) +
                          ")");
-    if (GetScript().asserted)
-        GetScript().asserted();
+    if (script.asserted)
+        script.asserted();
 }
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): so it is declared.
@@ -75,13 +70,13 @@ void TCApiPrintMessage(const char* format, ...) {
 bool TCDebugMenuUtility::OpenLibrary(const char* path, const char* entry) {
     Timeline::Now().Call(std::string("TCDebugMenuUtility::OpenLibrary(") + path + ", " + entry +
                          ")");
-    return GetScript().open ? GetScript().open() : true;
+    return script.open ? script.open() : true;
 }
 
 bool TCDebugMenuUtility::IsNumber(const std::string& text) {
     static auto* const real = GetReal<bool(const std::string&)>(
         "_ZN18TCDebugMenuUtility8IsNumberERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE");
-    return GetScript().numbers.contains(text) || real(text);
+    return script.numbers.contains(text) || real(text);
 }
 
 bool TCMarshallingHelperProxy::Run(NorvexAPIConnection* connection, std::string& interfaceName,
@@ -90,5 +85,5 @@ bool TCMarshallingHelperProxy::Run(NorvexAPIConnection* connection, std::string&
                                            std::string&, const std::string&, short, bool)>(
         "_ZN24TCMarshallingHelperProxy3RunEP19NorvexAPIConnectionRNSt7__cxx1112basic_stringIcSt11"
         "char_traitsIcESaIcEEERKS7_sb");
-    return real(this, connection, interfaceName, method, methodId, flag) && !GetScript().failsRuns;
+    return real(this, connection, interfaceName, method, methodId, flag) && !script.failsRuns;
 }

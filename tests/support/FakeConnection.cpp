@@ -14,14 +14,10 @@ using FakeConnection::Reply;
 
 namespace {
 
-int g_connections = 0;
-bool g_tellsEnd = false;
+int connections = 0;
+bool tellsEnd = false;
 
-// Reached before main and after it.
-std::map<std::string, std::deque<Reply>>& Replies() {
-    static auto* replies = new std::map<std::string, std::deque<Reply>>;
-    return *replies;
-}
+std::map<std::string, std::deque<Reply>> script;
 
 } // namespace
 
@@ -52,19 +48,19 @@ Reply& Reply::Failed() {
 }
 
 void FakeConnection::Answer(const std::string& method, const Reply& reply) {
-    Replies()[method].push_back(reply);
+    script[method].push_back(reply);
 }
 
 void FakeConnection::Reset() {
-    Replies().clear();
+    script.clear();
 }
 
 int FakeConnection::CountAlive() {
-    return g_connections;
+    return connections;
 }
 
 void FakeConnection::TellEnd() {
-    g_tellsEnd = true;
+    tellsEnd = true;
 }
 
 // cppcheck-suppress passedByValue ; so the constructor is declared.
@@ -72,18 +68,18 @@ NorvexAPIConnection::NorvexAPIConnection(std::string interfaceName, std::string 
                                          bool flag)
     : m_pState(nullptr) {
     static_cast<void>(m_pState);
-    ++g_connections;
+    ++connections;
     Timeline::Now().Call("NorvexAPIConnection(" + interfaceName + ", " + objectPath + ", " +
                          (flag ? "true" : "false") + ")");
 }
 
 NorvexAPIConnection::~NorvexAPIConnection() {
-    --g_connections;
+    --connections;
     Timeline::Now().Call("~NorvexAPIConnection");
     // Not by way of the streams: they may be gone.
     static const char line[] = "connection closed\n";
-    if (g_tellsEnd && write(STDERR_FILENO, line, sizeof line - 1) < 0)
-        g_tellsEnd = false;
+    if (tellsEnd && write(STDERR_FILENO, line, sizeof line - 1) < 0)
+        tellsEnd = false;
 }
 
 bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::string& method,
@@ -92,7 +88,7 @@ bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::
     Timeline::Now().Call("Exchange(" + interfaceName + ", " + method + ", " +
                          std::to_string(methodId) + ", " + (flag ? "true" : "false") + "; " +
                          Describe(arguments.GetData(), arguments.GetSize(), true) + ")");
-    std::deque<Reply>& replies = Replies()[method];
+    std::deque<Reply>& replies = script[method];
     if (replies.empty())
         return false;
     const Reply next = replies.front();

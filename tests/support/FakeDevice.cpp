@@ -10,56 +10,49 @@
 
 namespace {
 
-struct State {
-    std::string directory;
-    int logTagResult = 0;
-    std::map<std::string, int> vconf;
-};
-
-State& GetState() {
-    static State* theState = new State;
-    return *theState;
-}
+std::string deviceDirectory;
+int logTagResult = 0;
+std::map<std::string, int> store;
 
 } // namespace
 
 void FakeDevice::SetDirectory(const std::string& directory) {
-    GetState().directory = directory;
+    deviceDirectory = directory;
 }
 
 void FakeDevice::SetLogTagResult(int result) {
-    GetState().logTagResult = result;
+    logTagResult = result;
 }
 
 void FakeDevice::SetVconf(const std::string& key, int value) {
-    GetState().vconf[key] = value;
+    store[key] = value;
 }
 
 void FakeDevice::ClearVconf() {
-    GetState().vconf.clear();
+    store.clear();
 }
 
 int startdlogtagbydefault(const char* tag) {
     Timeline::Now().Call(std::string("startdlogtagbydefault(") + tag + ")");
-    return GetState().logTagResult;
+    return logTagResult;
 }
 
 int stopdlogtagbydefault(const char* tag) {
     Timeline::Now().Call(std::string("stopdlogtagbydefault(") + tag + ")");
-    return GetState().logTagResult;
+    return logTagResult;
 }
 
 std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
                                             const std::string& relativePath) {
     Timeline::Now().Call("TCPathResolver::GetAbsolutePath(" + std::to_string(directory) + ", " +
                          relativePath + ")");
-    return GetState().directory + "/" + relativePath;
+    return deviceDirectory + "/" + relativePath;
 }
 
 int vconf_get_int(const char* key, int* value) {
     Timeline::Now().Call(std::string("vconf_get_int(") + key + ")");
-    const auto found = GetState().vconf.find(key);
-    if (found == GetState().vconf.end())
+    const auto found = store.find(key);
+    if (found == store.end())
         return -1;
     *value = found->second;
     return 0;

@@ -10,7 +10,7 @@ using CallText::Call;
 
 namespace {
 
-FakeNorvexAPI* g_fake = nullptr;
+FakeNorvexAPI* theFake = nullptr;
 
 template <typename Value> std::optional<Value> Take(std::deque<Value>& script) {
     if (script.empty())
@@ -40,20 +40,20 @@ private:
 } // namespace
 
 FakeNorvexAPI::FakeNorvexAPI() {
-    if (g_fake)
+    if (theFake)
         std::abort();
-    g_fake = this;
+    theFake = this;
 }
 
 FakeNorvexAPI::~FakeNorvexAPI() {
     m_sessions.clear();
-    g_fake = nullptr;
+    theFake = nullptr;
 }
 
 FakeNorvexAPI& FakeNorvexAPI::Current() {
-    if (!g_fake)
+    if (!theFake)
         std::abort();
-    return *g_fake;
+    return *theFake;
 }
 
 void FakeNorvexAPI::Answer(const std::string& operation, const std::vector<int>& results) {

@@ -314,45 +314,28 @@ int NorvexAPI::CreateSignalSubscriber(NorvexSignalCallbackFunction callback,
 int NorvexAPI::DestroySignalSubscriber(NorvexSignalCallbackFunction callback) {
     return Fake().DestroySubscriber(callback);
 }
-int NorvexAPI::CreateService(IService** service) {
-    return Create<FakeService>("Service", service);
-}
-int NorvexAPI::CreateServiceNavigation(EProfile profile, int screen,
-                                       IServiceNavigation** navigation) {
-    return Create<FakeServiceNavigation>("ServiceNavigation", navigation, profile, screen);
-}
-int NorvexAPI::CreateSourceControl(EProfile profile, int screen, ISourceControl** sourceControl) {
-    return Create<FakeSourceControl>("SourceControl", sourceControl, profile, screen);
-}
-int NorvexAPI::CreateAVControl(EProfile profile, int screen, IAVControl** avControl) {
-    return Create<FakeAVControl>("AVControl", avControl, profile, screen);
-}
-int NorvexAPI::CreateVideoControl(EProfile profile, int screen, IVideoControl** videoControl) {
-    return Create<FakeVideoControl>("VideoControl", videoControl, profile, screen);
-}
-int NorvexAPI::CreateTunerControl(EProfile profile, int screen, ITunerControl** tunerControl) {
-    return Create<FakeTunerControl>("TunerControl", tunerControl, profile, screen);
-}
-int NorvexAPI::CreateReferenceCount(EProfile profile, int screen,
-                                    IReferenceCount** referenceCount) {
-    return Create<FakeReferenceCount>("ReferenceCount", referenceCount, profile, screen);
-}
-int NorvexAPI::CreatePipelineUtility(EProfile profile, int screen,
-                                     IPipelineUtility** pipelineUtility) {
-    return Create<FakePipelineUtility>("PipelineUtility", pipelineUtility, profile, screen);
-}
-int NorvexAPI::CreateDataControl(EProfile profile, int screen, IDataControl** dataControl) {
-    return Create<FakeDataControl>("DataControl", dataControl, profile, screen);
-}
-int NorvexAPI::CreateZoomControl(EProfile profile, int screen, IZoomControl** zoomControl) {
-    return Create<FakeZoomControl>("ZoomControl", zoomControl, profile, screen);
-}
-int NorvexAPI::CreateScanControl(IScanControl** scanControl) {
-    return Create<FakeScanControl>("ScanControl", scanControl);
-}
-int NorvexAPI::CreateServiceGuide(IServiceGuide** serviceGuide) {
-    return Create<FakeServiceGuide>("ServiceGuide", serviceGuide);
-}
+
+#define FACTORY(Kind)                                                                              \
+    int NorvexAPI::Create##Kind(I##Kind** out) {                                                   \
+        return Create<Fake##Kind>(#Kind, out);                                                     \
+    }
+#define FACTORY_OF_A_PIPELINE(Kind)                                                                \
+    int NorvexAPI::Create##Kind(EProfile profile, int screen, I##Kind** out) {                     \
+        return Create<Fake##Kind>(#Kind, out, profile, screen);                                    \
+    }
+FACTORY(Service)
+FACTORY(ScanControl)
+FACTORY(ServiceGuide)
+FACTORY_OF_A_PIPELINE(ServiceNavigation)
+FACTORY_OF_A_PIPELINE(SourceControl)
+FACTORY_OF_A_PIPELINE(AVControl)
+FACTORY_OF_A_PIPELINE(VideoControl)
+FACTORY_OF_A_PIPELINE(TunerControl)
+FACTORY_OF_A_PIPELINE(ReferenceCount)
+FACTORY_OF_A_PIPELINE(PipelineUtility)
+FACTORY_OF_A_PIPELINE(DataControl)
+FACTORY_OF_A_PIPELINE(ZoomControl)
+
 int NorvexAPI::Destroy(INorvexSession* session) {
     return Fake().Destroy(session);
 }

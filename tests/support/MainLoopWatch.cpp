@@ -35,12 +35,8 @@ namespace {
 constexpr std::chrono::seconds kLimit{10};
 
 // A signal under way, shared by the two threads.
-struct Signal {
-    ESignalType type;
-    EProfile profile;
-    unsigned short screenId;
-    TSSignalData data;
-    void* userData;
+struct SentSignal {
+    MainLoopWatch::Signal signal;
     MainLoopWatch::Delivery delivery;
 };
 
@@ -48,7 +44,7 @@ struct Watch {
     std::mutex mutex;
     std::condition_variable changed;
     std::vector<GMainLoop*> loops;
-    std::deque<std::shared_ptr<Signal>> signals;
+    std::deque<std::shared_ptr<SentSignal>> signals;
     GMainLoop* running = nullptr;
     std::thread::id thread;
     int begun = 0;
@@ -139,44 +135,42 @@ void __wrap__ZNSt6thread4joinEv(std::thread* thread) {
 // Nothing is handed through GLib, whose locks the thread sanitizer does not see: the callback
 // fetches its signal from the queue.
 static gboolean CallBack(gpointer) {
-    std::shared_ptr<Signal> signal;
+    std::shared_ptr<SentSignal> sent;
     {
         const std::lock_guard lock(GetWatch().mutex);
-        signal = GetWatch().signals.front();
+        sent = GetWatch().signals.front();
         GetWatch().signals.pop_front();
     }
-    const int result = FakeNorvexAPI::Current().GetLastCallback()(
-        signal->type, signal->profile, signal->screenId, signal->data, signal->userData);
+    const auto& [type, profile, screenId, data] = sent->signal;
+    const int result =
+        FakeNorvexAPI::Current().GetLastCallback()(type, profile, screenId, data, nullptr);
     const std::lock_guard lock(GetWatch().mutex);
     --GetWatch().underWay;
-    signal->delivery = {true, result, std::this_thread::get_id()};
+    sent->delivery = {true, result, std::this_thread::get_id()};
     GetWatch().changed.notify_all();
     return G_SOURCE_REMOVE;
 }
 
-static std::shared_ptr<Signal> Queue(const Signal& signal) {
-    const auto queued = std::make_shared<Signal>(signal);
+static std::shared_ptr<SentSignal> Queue(const MainLoopWatch::Signal& signal) {
+    const auto sent = std::make_shared<SentSignal>(SentSignal{signal, {}});
     {
         const std::lock_guard lock(GetWatch().mutex);
-        GetWatch().signals.push_back(queued);
+        GetWatch().signals.push_back(sent);
         ++GetWatch().underWay;
     }
     g_idle_add_full(G_PRIORITY_DEFAULT, CallBack, nullptr, nullptr);
-    return queued;
+    return sent;
 }
 
-MainLoopWatch::Delivery MainLoopWatch::Deliver(ESignalType type, EProfile profile,
-                                               unsigned short screenId, TSSignalData data,
-                                               void* userData) {
-    const auto signal = Queue({type, profile, screenId, data, userData, {}});
+MainLoopWatch::Delivery MainLoopWatch::Deliver(const Signal& signal) {
+    const auto sent = Queue(signal);
     std::unique_lock lock(GetWatch().mutex);
-    GetWatch().changed.wait_for(lock, kLimit, [&] { return signal->delivery.called; });
-    return signal->delivery;
+    GetWatch().changed.wait_for(lock, kLimit, [&] { return sent->delivery.called; });
+    return sent->delivery;
 }
 
-void MainLoopWatch::Send(ESignalType type, EProfile profile, unsigned short screenId,
-                         TSSignalData data) {
-    Queue({type, profile, screenId, data, nullptr, {}});
+void MainLoopWatch::Send(const Signal& signal) {
+    Queue(signal);
 }
 
 bool MainLoopWatch::WaitUntilDelivered() {

@@ -23,6 +23,13 @@ bool WaitForRuns(int count);
 // The thread of the run that began last.
 std::thread::id GetRunningThread();
 
+struct Signal {
+    ESignalType type;
+    EProfile profile;
+    unsigned short screenId;
+    TSSignalData data;
+};
+
 // What became of a signal.
 struct Delivery {
     bool called = false;
@@ -31,12 +38,11 @@ struct Delivery {
 };
 
 // Sends a signal to the registered callback as the middleware does, on the thread that iterates
-// GLib's default main context, with `userData`, and waits until it has returned. `called` is false
-// when nobody has taken it within 10 seconds.
-Delivery Deliver(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data,
-                 void* userData = nullptr);
+// GLib's default main context, and waits until it has returned. `called` is false when nobody has
+// taken it within 10 seconds.
+Delivery Deliver(const Signal& signal);
 // The same without waiting.
-void Send(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data);
+void Send(const Signal& signal);
 // Waits until the callback has returned from everything sent. False after 10 seconds.
 bool WaitUntilDelivered();
 

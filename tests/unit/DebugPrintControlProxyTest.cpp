@@ -57,56 +57,25 @@ protected:
 // Statuses that the other side may send: each is returned as it is.
 const int kStatuses[] = {1, 2, 2147483647, 0, -1, -2, -2147483647 - 1};
 
-// The operations that answer the remote status.
-struct StatusOperation {
-    const char* method;
-    int (*call)(IDebugPrintControl& control);
-};
-
-class StatusOf : public Proxy, public testing::WithParamInterface<StatusOperation> {};
-
-INSTANTIATE_TEST_SUITE_P(EachOperation, StatusOf,
-                         testing::Values(StatusOperation{"Start",
-                                                         [](IDebugPrintControl& control) {
-                                                             std::string screen;
-                                                             return control.Start(screen);
-                                                         }},
-                                         StatusOperation{"Execute",
-                                                         [](IDebugPrintControl& control) {
-                                                             std::string screen;
-                                                             return control.Execute("word", screen);
-                                                         }},
-                                         StatusOperation{"Check",
-                                                         [](IDebugPrintControl& control) {
-                                                             int value = 0;
-                                                             return control.Check(value);
-                                                         }},
-                                         StatusOperation{"Stop",
-                                                         [](IDebugPrintControl& control) {
-                                                             return control.Stop();
-                                                         }}),
-                         [](const auto& each) { return std::string(each.param.method); });
-
 } // namespace
 
-TEST_P(StatusOf, IsTheRemoteOneWhateverItIs) {
-    for (const int status : kStatuses) {
-        AnswerOnly(GetParam().method, Reply().Value(status));
-        EXPECT_EQ(GetParam().call(Control()), status);
-    }
-}
-
-TEST_P(StatusOf, IsMinus1WithoutAStatusInTheReply) {
-    AnswerOnly(GetParam().method, Reply().Nothing());
-    EXPECT_EQ(GetParam().call(Control()), -1);
-}
-
-TEST_P(StatusOf, IsMinus1OnAFailedCallAlsoWhenTheStatusWasWritten) {
-    AnswerOnly(GetParam().method, Reply().Value(5).Failed());
-    EXPECT_EQ(GetParam().call(Control()), -1) << "the exchange failed";
-    AnswerOnly(GetParam().method, Reply().Value(5));
+// Start, Execute, Check and Stop answer the remote status.
+TEST_F(Proxy, StatusIsTheRemoteOneAndMinus1WithoutOneOrOnAFailedCall) {
+    const auto callAll = [this](const Reply& reply) {
+        FakeConnection::Reset();
+        for (const char* method : {"Start", "Execute", "Check", "Stop"})
+            Answer(method, reply);
+        std::string screen;
+        int value = 0;
+        return std::vector<int>{Control().Start(screen), Control().Execute("word", screen),
+                                Control().Check(value), Control().Stop()};
+    };
+    for (const int status : kStatuses)
+        EXPECT_EQ(callAll(Reply().Value(status)), std::vector<int>(4, status));
+    EXPECT_EQ(callAll(Reply().Nothing()), std::vector<int>(4, -1));
+    EXPECT_EQ(callAll(Reply().Value(5).Failed()), std::vector<int>(4, -1));
     CoreWatch::FailRuns();
-    EXPECT_EQ(GetParam().call(Control()), -1) << "the reply was read, and the call failed";
+    EXPECT_EQ(callAll(Reply().Value(5)), std::vector<int>(4, -1)) << "the reply was read";
 }
 
 TEST(DebugPrintControlProxy, OpensItsConnectionToTheSignalInterface) {

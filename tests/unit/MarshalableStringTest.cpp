@@ -33,6 +33,7 @@ protected:
         return {"_TCApiAssert(m_data, norvex-api-internal/MarshalableString, " + line + ", null)"};
     }
 
+public:
     TCMarshalableString wrapper{nullptr};
 };
 

@@ -5,12 +5,12 @@
 
 namespace {
 
-bool g_exhausted = false;
+bool exhausted = false;
 
 } // namespace
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    if (g_exhausted)
+    if (exhausted)
         return nullptr;
     try {
         return ::operator new(size);
@@ -20,9 +20,9 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 }
 
 NoMemory::NoMemory() {
-    g_exhausted = true;
+    exhausted = true;
 }
 
 NoMemory::~NoMemory() {
-    g_exhausted = false;
+    exhausted = false;
 }

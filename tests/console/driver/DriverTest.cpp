@@ -25,6 +25,8 @@ std::string Described(const Tree& tree) {
     return "in {" + Describe(tree.GetBytes().data(), tree.GetBytes().size()) + "}";
 }
 
+// When the resolver is asked for the marker file is nobody's concern; "{simple}" is what the simple
+// menu asks the control for.
 const screens::Names kNames = {
     {std::string("{TCPathResolver::GetAbsolutePath(6, ") + kMarker + ")}", ""},
     {kMarker, "marker"},

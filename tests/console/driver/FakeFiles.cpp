@@ -22,28 +22,28 @@ int __wrap_remove(const char* path);
 
 namespace {
 
-std::string g_watched;
-bool g_readOnly = false;
-std::FILE* g_opened = nullptr;
+std::string watched;
+bool readOnly = false;
+std::FILE* opened = nullptr;
 
 bool IsWatched(const std::string& path) {
-    return !g_watched.empty() && path.starts_with(g_watched + "/");
+    return !watched.empty() && path.starts_with(watched + "/");
 }
 
 std::string Shortened(const std::string& path) {
-    return path.substr(g_watched.size() + 1);
+    return path.substr(watched.size() + 1);
 }
 
 } // namespace
 
 void FakeFiles::Watch(const std::string& directory) {
-    g_watched = directory;
-    g_readOnly = false;
-    g_opened = nullptr;
+    watched = directory;
+    readOnly = false;
+    opened = nullptr;
 }
 
 void FakeFiles::MountReadOnly() {
-    g_readOnly = true;
+    readOnly = true;
 }
 
 int __wrap_stat(const char* path, struct stat* status) {
@@ -56,18 +56,18 @@ std::FILE* __wrap_fopen(const char* path, const char* mode) {
     if (!IsWatched(path))
         return __real_fopen(path, mode);
     Timeline::Now().Call("fopen(" + Shortened(path) + ", " + mode + ")");
-    if (g_readOnly && *mode != 'r') {
+    if (readOnly && *mode != 'r') {
         errno = EROFS;
         return nullptr;
     }
-    g_opened = __real_fopen(path, mode);
-    return g_opened;
+    opened = __real_fopen(path, mode);
+    return opened;
 }
 
 int __wrap_fclose(std::FILE* file) {
-    if (file != nullptr && file == g_opened) {
+    if (file != nullptr && file == opened) {
         Timeline::Now().Call("fclose");
-        g_opened = nullptr;
+        opened = nullptr;
     }
     return __real_fclose(file);
 }
@@ -76,7 +76,7 @@ int __wrap_remove(const char* path) {
     if (!IsWatched(path))
         return __real_remove(path);
     Timeline::Now().Call("remove(" + Shortened(path) + ")");
-    if (g_readOnly) {
+    if (readOnly) {
         errno = EROFS;
         return -1;
     }

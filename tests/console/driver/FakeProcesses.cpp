@@ -22,23 +22,23 @@ int __wrap_execl(const char* path, const char* argument, ...);
 
 namespace {
 
-bool g_programs = true;
-bool g_exhausted = false;
-std::vector<pid_t> g_made;
+bool programs = true;
+bool exhausted = false;
+std::vector<pid_t> made;
 // In a child: where it tells what it did.
-int g_report = -1;
+int report = -1;
 
 void Tell() {
     for (const std::string& call : Timeline::Now().Calls()) {
         const std::string line = "child: " + call + "\n";
-        if (write(g_report, line.data(), line.size()) < 0)
+        if (write(report, line.data(), line.size()) < 0)
             __real__exit(120);
     }
     // The child's output would reach the user's terminal from a borrowed stream.
     const std::string output = Timeline::Now().Transcript();
     if (!output.empty()) {
         const std::string line = "child: wrote " + std::to_string(output.size()) + " bytes\n";
-        if (write(g_report, line.data(), line.size()) < 0)
+        if (write(report, line.data(), line.size()) < 0)
             __real__exit(120);
     }
 }
@@ -46,21 +46,21 @@ void Tell() {
 } // namespace
 
 void FakeProcesses::Reset() {
-    g_programs = true;
-    g_exhausted = false;
-    g_made.clear();
+    programs = true;
+    exhausted = false;
+    made.clear();
 }
 
 void FakeProcesses::RemovePrograms() {
-    g_programs = false;
+    programs = false;
 }
 
 void FakeProcesses::Exhaust() {
-    g_exhausted = true;
+    exhausted = true;
 }
 
 const std::vector<pid_t>& FakeProcesses::GetChildren() {
-    return g_made;
+    return made;
 }
 
 int FakeProcesses::WaitForExitStatus(pid_t child) {
@@ -73,14 +73,14 @@ int FakeProcesses::WaitForExitStatus(pid_t child) {
 pid_t __wrap_vfork() {
     Timeline::Now().Call("vfork");
     int ends[2];
-    if (g_exhausted || pipe(ends) != 0) {
+    if (exhausted || pipe(ends) != 0) {
         errno = EAGAIN;
         return -1;
     }
     const pid_t child = fork();
     if (child == 0) {
         close(ends[0]);
-        g_report = ends[1];
+        report = ends[1];
         Timeline::Now().Clear();
         return 0;
     }
@@ -95,7 +95,7 @@ pid_t __wrap_vfork() {
          begin = end + 1)
         Timeline::Now().Call(text.substr(begin, end - begin));
     if (child > 0)
-        g_made.push_back(child);
+        made.push_back(child);
     return child;
 }
 
@@ -107,7 +107,7 @@ int __wrap_execl(const char* path, const char* argument, ...) {
         call += std::string(", ") + next;
     va_end(more);
     Timeline::Now().Call(call + ")");
-    if (g_programs && g_report >= 0) {
+    if (programs && report >= 0) {
         Tell();
         __real__exit(0);
     }
@@ -116,7 +116,7 @@ int __wrap_execl(const char* path, const char* argument, ...) {
 }
 
 void __wrap__exit(int status) {
-    if (g_report >= 0) {
+    if (report >= 0) {
         Timeline::Now().Call("_exit(" + std::to_string(status) + ")");
         Tell();
     }

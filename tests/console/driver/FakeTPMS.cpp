@@ -1,19 +1,8 @@
 // The pipeline test console without its tests: on the time line stand "TCDebugMenuTPMS" where one
-// is constructed and "TCDebugMenuTPMS::Enter" where it is entered.
+// is constructed and "TCDebugMenuTPMS::Enter" where the console's own is entered.
 
-#include "DriverTest.h"
-#include "TPMSDebugMenu.h"
+#include "DebugMenu.h"
 #include "Timeline.h"
-
-namespace {
-
-const void* g_entered = nullptr;
-
-} // namespace
-
-const void* GetLastEnteredTestConsole() {
-    return g_entered;
-}
 
 TCDebugMenuTPMS::TCDebugMenuTPMS() : m_pSignalSubscriber(nullptr) {
     static_cast<void>(m_pSignalSubscriber);
@@ -21,6 +10,5 @@ TCDebugMenuTPMS::TCDebugMenuTPMS() : m_pSignalSubscriber(nullptr) {
 }
 
 void TCDebugMenuTPMS::Enter() {
-    g_entered = this;
-    Timeline::Now().Call("TCDebugMenuTPMS::Enter");
+    Timeline::Now().Call(this == &debugMenuTPMS ? "TCDebugMenuTPMS::Enter" : "Enter of another");
 }

@@ -14,25 +14,25 @@
 namespace {
 
 // As it was before main.
-std::vector<std::string> g_callsAtLoad;
-std::vector<int> g_globalsAtLoad;
+std::vector<std::string> callsAtLoad;
+std::vector<int> globalsAtLoad;
 
 } // namespace
 
 int main(int argc, char** argv) {
-    g_callsAtLoad = Timeline::Now().Calls();
-    g_globalsAtLoad = {currentMenu, QuarleLogonOff, StatusForquarleDebug, m_child_Pid};
+    callsAtLoad = Timeline::Now().Calls();
+    globalsAtLoad = {currentMenu, QuarleLogonOff, StatusForquarleDebug, m_child_Pid};
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
 
 TEST(Load, ConstructsTheTestConsoleAndThenTheSimpleMenuWithItsControl) {
-    EXPECT_EQ(g_callsAtLoad,
+    EXPECT_EQ(callsAtLoad,
               (std::vector<std::string>{"TCDebugMenuTPMS",
                                         "NorvexAPIConnection(com.holvi.Norvex.SignalIFace, "
                                         "/com/holvi/Norvex/SignalObject, true)"}));
     EXPECT_EQ(FakeConnection::CountAlive(), 1);
-    EXPECT_EQ(g_globalsAtLoad, (std::vector<int>{0, 0, 0, 0}));
+    EXPECT_EQ(globalsAtLoad, (std::vector<int>{0, 0, 0, 0}));
 }
 
 TEST(Load, TestConsoleNeedsNoDestructor) {

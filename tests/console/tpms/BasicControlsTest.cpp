@@ -1,5 +1,5 @@
-// Items 1, 2, 3, 6, 14 and 15: reference count, sound and picture, HDMI analysis, DTV mode, crop
-// video and captions.
+// Items 1, 2, 3, 6, 12, 14 and 15: reference count, sound and picture, HDMI analysis, DTV mode,
+// preparation logic, crop video and captions.
 
 #include "TPMSScenario.h"
 
@@ -9,6 +9,7 @@ class ReferenceCount : public TPMSScenario {};
 class MuteControl : public TPMSScenario {};
 class HDMIAnalysis : public TPMSScenario {};
 class DTVMode : public TPMSScenario {};
+class PreparationLogic : public TPMSScenario {};
 class CropVideo : public TPMSScenario {};
 class Caption : public TPMSScenario {};
 
@@ -27,6 +28,11 @@ std::string Analysed(const std::string& input, const std::string& command,
                      const std::string& call) {
     return " [HDMI 1~6] select num> <" + input + ">{menu}<" + command + ">{SourceControl." + call +
            "}";
+}
+
+// A command of the preparation logic and its call.
+std::string Utility(const std::string& command, const std::string& call) {
+    return "{menu}<" + command + ">{PipelineUtility." + call + "}";
 }
 
 } // namespace
@@ -176,6 +182,34 @@ TEST_F(DTVMode, IsSetByEachCommandAndNothingIsPrinted) {
               "{menu}<6>{ServiceNavigation.SetDTVMode(2, false)}"
               "{menu}<7>{ServiceNavigation.SetDTVMode(3, true)}"
               "{menu}<8>{ServiceNavigation.SetDTVMode(3, false)}");
+}
+
+TEST_F(PreparationLogic, CallsOneOperationForEachCommand) {
+    EXPECT_EQ(Visit(kPreparationLogic, "1 2 3 4 5 6 7 8"),
+              Utility("1", "RegisterForStateChange(0, \"DebugMenuTPMS\", 0)") +
+                  Utility("2", "UnregisterFromStateChange(0, \"DebugMenuTPMS\")") +
+                  Utility("3", "NotifyReceiverState(0, \"DebugMenuTPMS\", 1, 0xffffffffffffffff)") +
+                  Utility("4", "CheckPendingState(0, false)") +
+                  Utility("5", "RegisterForStateChange(1, \"DebugMenuTPMS\", 0)") +
+                  Utility("6", "UnregisterFromStateChange(1, \"DebugMenuTPMS\")") +
+                  Utility("7", "NotifyReceiverState(1, \"DebugMenuTPMS\", 1, 0xffffffffffffffff)") +
+                  Utility("8", "CheckPendingState(1, false)"));
+}
+
+TEST_F(PreparationLogic, AsksForThePendingStateAnewAndPrintsNothing) {
+    tv.Give("PipelineUtility.CheckPendingState", {1, 1});
+    EXPECT_EQ(Visit(kPreparationLogic, "4 4 8"), Utility("4", "CheckPendingState(0, false)") +
+                                                     Utility("4", "CheckPendingState(0, false)") +
+                                                     Utility("8", "CheckPendingState(1, false)"));
+}
+
+TEST_F(PreparationLogic, SaysNothingWhenTheMiddlewareRefusesAndUnregistersNothingOnLeaving) {
+    tv.Answer("PipelineUtility.RegisterForStateChange", {-1, 1});
+    tv.Answer("PipelineUtility.NotifyReceiverState", {-1});
+    EXPECT_EQ(Visit(kPreparationLogic, "1 7 5"),
+              Utility("1", "RegisterForStateChange(0, \"DebugMenuTPMS\", 0)") +
+                  Utility("7", "NotifyReceiverState(1, \"DebugMenuTPMS\", 1, 0xffffffffffffffff)") +
+                  Utility("5", "RegisterForStateChange(1, \"DebugMenuTPMS\", 0)"));
 }
 
 TEST_F(CropVideo, PassesTwoFixedRectanglesAndPrintsNothing) {

@@ -16,10 +16,10 @@
 
 namespace {
 
-int g_counter = 0;
+int counter = 0;
 
 __attribute__((noinline)) void CountWithoutALock() {
-    ++g_counter;
+    ++counter;
 }
 
 class CountingOutput : public std::streambuf {
@@ -36,12 +36,12 @@ protected:
 
 // Relaxed, so that it orders nothing: the menu goes on after the callback without the sanitizer
 // seeing that it waited.
-std::atomic<bool> g_calledBack{false};
+std::atomic<bool> calledBack{false};
 
 gboolean CallBack(gpointer) {
     FakeNorvexAPI::Current().GetLastCallback()(SIGNAL_TUNE_AROUND_FINISHED, PROFILE_MAIN, 0, {0},
                                                nullptr);
-    g_calledBack.store(true, std::memory_order_relaxed);
+    calledBack.store(true, std::memory_order_relaxed);
     return G_SOURCE_REMOVE;
 }
 
@@ -51,7 +51,7 @@ protected:
     int_type underflow() override {
         if (m_word.empty()) {
             g_idle_add(CallBack, nullptr);
-            while (!g_calledBack.load(std::memory_order_relaxed))
+            while (!calledBack.load(std::memory_order_relaxed))
                 std::this_thread::yield();
         }
         m_word = m_word.empty() ? "9\n" : "99\n";

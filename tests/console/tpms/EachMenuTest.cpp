@@ -125,6 +125,7 @@ protected:
         return VisitTyped(left);
     }
 
+public:
     const Habits& habits = GetParam();
     const Menu& menu = habits.menu;
 };

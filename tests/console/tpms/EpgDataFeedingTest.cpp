@@ -30,18 +30,6 @@ protected:
     }
 };
 
-// The query for the services that are scanned.
-std::string AskedForServices(int records, const std::string& tvMode = "{0, 0}") {
-    std::string text = "{ServiceNavigation.GetTvMode({-1, -1})}{GetNavigationCriteria(1, 0)}"
-                       "{CriteriaHelper.WhereNot(1, 9)}{CriteriaHelper.Fetch(12)}"
-                       "{ServiceNavigation.GetServiceList(0, " +
-                       tvMode + ", 0, 0)}";
-    if (records == 0)
-        text += "services.empty()!\n";
-    for (int i = 0; i < records; ++i)
-        text += "{~ServiceData}";
-    return text + "{~CriteriaHelper}";
-}
 // A service whose programme is asked for; `shown` is the line for one with a title, which is asked
 // for with 256 units of zeros and room for 255.
 std::string Programme(const std::string& serviceId) {
@@ -144,14 +132,14 @@ TEST_F(EpgDataFeeding, AsksWhetherTuneAroundIsNeededWithAFreshListEachTime) {
     tv.GiveServiceList({{{{12, 1}}}, {{{12, -1}}}});
     tv.Answer("ScanControl.IsTuneAroundNeeded", {-6});
     const std::string asked =
-        "{menu}<2>" + AskedForServices(2, "{2, 1}") +
+        "{menu}<2>" + ListServices(2, "2, 1") +
         "{ScanControl.IsTuneAroundNeeded([0x0000000000000001:5, 0xffffffffffffffff:5])}"
         "\tcalled IsTuneAroundNeeded, ret: ";
     EXPECT_EQ(Visit("2 2"), asked + "-6\n" + asked + "1\n");
 }
 
 TEST_F(EpgDataFeeding, AsksNothingWithoutAServiceOrATvMode) {
-    EXPECT_EQ(Visit("2"), "{menu}<2>" + AskedForServices(0));
+    EXPECT_EQ(Visit("2"), "{menu}<2>" + ListServices(0));
     tv.Answer("ServiceNavigation.GetTvMode", {-1});
     EXPECT_EQ(Visit("2"), "{menu}<2>{ServiceNavigation.GetTvMode({-1, -1})}GetTvMode failed!\n");
 }
@@ -162,7 +150,7 @@ TEST_F(EpgDataFeeding, StartsTuneAroundAndSubscribesAgainAtEachStart) {
     tv.Answer("SignalSubscriber.Subscribe", {-1, -1, -1});
     std::string expected;
     for (const std::string result : {"1", "0", "-2"}) {
-        expected += kStarting + AskedForServices(2) +
+        expected += kStarting + ListServices(2) +
                     Scanned("StartTuneAround([0x0000000000000001:5, 0x0000000000000002:5], "
                             "\"DebugMenu\")",
                             "StartTuneAround, ret: " + result);
@@ -171,7 +159,7 @@ TEST_F(EpgDataFeeding, StartsTuneAroundAndSubscribesAgainAtEachStart) {
 }
 
 TEST_F(EpgDataFeeding, KeepsItsSubscriptionsWhenThereIsNothingToTuneTo) {
-    EXPECT_EQ(Visit("3"), kStarting + AskedForServices(0));
+    EXPECT_EQ(Visit("3"), kStarting + ListServices(0));
 }
 
 // The manual scan's stop is meant.
@@ -218,8 +206,9 @@ TEST_F(EpgDataFeeding, WaitsAMillisecondAfterStoppingABarkerScan) {
 }
 
 TEST_F(EpgDataFeeding, ShowsSignalsBetweenItsMenus) {
-    tv.RunWithin("ScanControl.StopBarkerChannelScan",
-                 [] { MainLoopWatch::Deliver(SIGNAL_BARKER_CHANNEL_TUNE, PROFILE_MAIN, 0, {1}); });
+    tv.RunWithin("ScanControl.StopBarkerChannelScan", [] {
+        MainLoopWatch::Deliver({SIGNAL_BARKER_CHANNEL_TUNE, PROFILE_MAIN, 0, {1}});
+    });
     EXPECT_EQ(Visit("7"),
               "{menu}<7>{ScanControl.StopBarkerChannelScan()}"
               "\tSIGNAL_BARKER_CHANNEL_TUNE -> profile:1, screenId: 0, is success:true\n"

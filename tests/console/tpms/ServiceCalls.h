@@ -45,3 +45,15 @@ inline std::string FindOnAntenna(const std::string& antennaMode, const std::stri
            FindBroadcast(antennaMode) + found +
            "{~ServiceData}{~CriteriaHelper}{Destroy(ServiceNavigation)}{Destroy(Service)}";
 }
+
+// The list of the services that are scanned; `after` is what follows it, before its records go.
+inline std::string ListServices(int records, const std::string& tvMode = "0, 0",
+                                const std::string& after = "") {
+    std::string text = "{ServiceNavigation.GetTvMode({-1, -1})}{GetNavigationCriteria(1, 0)}"
+                       "{CriteriaHelper.WhereNot(1, 9)}{CriteriaHelper.Fetch(12)}"
+                       "{ServiceNavigation.GetServiceList(0, {" +
+                       tvMode + "}, 0, 0)}" + (records == 0 ? "services.empty()!\n" : after);
+    for (int i = 0; i < records; ++i)
+        text += "{~ServiceData}";
+    return text + "{~CriteriaHelper}";
+}

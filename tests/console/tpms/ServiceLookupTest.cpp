@@ -25,18 +25,8 @@ protected:
         Run("", [&] { found = menus.m_GetServiceList(services, navigation); });
         return found;
     }
-    // The dialogue of a list, with what is printed or logged after it and for how many records.
-    static std::string Listed(const std::string& after, int records,
-                              const std::string& tvMode = "0, 0") {
-        std::string text = "{ServiceNavigation.GetTvMode({-1, -1})}{GetNavigationCriteria(1, 0)}"
-                           "{CriteriaHelper.WhereNot(1, 9)}{CriteriaHelper.Fetch(12)}"
-                           "{ServiceNavigation.GetServiceList(0, {" +
-                           tvMode + "}, 0, 0)}" + after;
-        for (int i = 0; i < records; ++i)
-            text += "{~ServiceData}";
-        return text + "{~CriteriaHelper}";
-    }
 
+public:
     IServiceNavigation* navigation = nullptr;
     Services services;
 };
@@ -66,14 +56,14 @@ TEST_F(ServiceList, IsAppendedEveryServiceWithCode5WhateverTheMiddlewareAnswers)
     tv.Answer("ServiceNavigation.GetServiceList", {-1});
     EXPECT_TRUE(List());
     EXPECT_EQ(services, (Services{{1, 2}, {7, 5}, {0xfffffffffffffffeULL, 5}, {0, 5}}));
-    EXPECT_EQ(console.Dialogue(), Listed("", 3, "1, 3"));
+    EXPECT_EQ(console.Dialogue(), ListServices(3, "1, 3"));
 }
 
 TEST_F(ServiceList, IsLeftAloneWhenThereIsNoService) {
     services = {{1, 2}};
     EXPECT_FALSE(List());
     EXPECT_EQ(services, (Services{{1, 2}}));
-    EXPECT_EQ(console.Dialogue(), Listed("services.empty()!\n", 0));
+    EXPECT_EQ(console.Dialogue(), ListServices(0));
     EXPECT_NE(console.Whole().find("services.empty()!\n{flush}"), std::string::npos);
 }
 
@@ -92,9 +82,9 @@ TEST_F(ServiceList, HoldsTheInvalidIdForARecordWithoutTheFieldItsValueOrAnyField
     tv.GiveServiceList({{{{13, 7}}}, {{{12, 8}}}, {{{12, std::nullopt}}}, {{}, false}});
     EXPECT_TRUE(List());
     EXPECT_EQ(services, (Services{{kInvalid, 5}, {8, 5}, {kInvalid, 5}, {kInvalid, 5}}));
-    EXPECT_EQ(
-        console.Dialogue(),
-        Listed(MissingTag(" 12") + EmptyTag("12") + MissingTag(" 12") + MissingTag(" 12"), 4));
+    EXPECT_EQ(console.Dialogue(), ListServices(4, "0, 0",
+                                               MissingTag(" 12") + EmptyTag("12") +
+                                                   MissingTag(" 12") + MissingTag(" 12")));
 }
 
 TEST_F(ServiceLookup, FindsAServiceOnAnAntenna) {

@@ -29,6 +29,7 @@ protected:
     // The line for a signal of the main pipeline.
     std::string Shown(int type, std::uint64_t data) { return Call(type, PROFILE_MAIN, 0, data); }
 
+public:
     NorvexSignalCallbackFunction callback = nullptr;
 };
 
@@ -117,7 +118,7 @@ TEST_F(SignalLine, IsPrintedOnTheThreadOfTheLoop) {
     MainLoopWatch::Delivery delivery;
     std::thread::id loopThread;
     console.Meanwhile([&] {
-        delivery = MainLoopWatch::Deliver(SIGNAL_BARKER_CHANNEL_TUNE, PROFILE_PIP, 1, {1});
+        delivery = MainLoopWatch::Deliver({SIGNAL_BARKER_CHANNEL_TUNE, PROFILE_PIP, 1, {1}});
         loopThread = MainLoopWatch::GetRunningThread();
     });
     console.Type("99");
@@ -133,11 +134,11 @@ TEST_F(SignalLine, IsPrintedOnTheThreadOfTheLoop) {
 
 TEST_F(SignalLine, StandsInTheMiddleOfASubMenu) {
     tv.RunWithin("AVControl.MuteVideo", [] {
-        MainLoopWatch::Deliver(SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {42});
+        MainLoopWatch::Deliver({SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {42}});
     });
     console.Type("2 0 1");
     console.Meanwhile([] {
-        MainLoopWatch::Deliver(SIGNAL_SI_STARTED, PROFILE_MAIN, 0, {0x0000'0003'0002'0001ULL});
+        MainLoopWatch::Deliver({SIGNAL_SI_STARTED, PROFILE_MAIN, 0, {0x0000'0003'0002'0001ULL}});
     });
     console.Type("1").Type(kMute.leave);
     EXPECT_EQ(VisitTyped(kMute), "{menu}<1>Off:0 / On:1 \tSIGNAL_SI_STARTED -> profile:1, "
@@ -149,8 +150,9 @@ TEST_F(SignalLine, StandsInTheMiddleOfASubMenu) {
 TEST_F(SignalLine, ComesForEachOfManySignals) {
     std::string lines;
     for (unsigned i = 0; i < 200; ++i) {
-        console.Meanwhile(
-            [i] { MainLoopWatch::Deliver(SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {i}); });
+        console.Meanwhile([i] {
+            MainLoopWatch::Deliver({SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {i}});
+        });
         lines += kServiceDone + std::to_string(i) + "\n";
     }
     console.Type("99");
@@ -166,8 +168,8 @@ TEST_F(SignalLine, IsNeitherLostNorBrokenWhileMenusAreWritten) {
     for (unsigned i = 0; i < kWords; ++i) {
         console.Meanwhile([i] {
             for (unsigned k = 0; k < kSignalsPerWord; ++k) {
-                MainLoopWatch::Send(SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0,
-                                    {i * kSignalsPerWord + k});
+                MainLoopWatch::Send(
+                    {SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {i * kSignalsPerWord + k}});
             }
         });
         console.Type("9");

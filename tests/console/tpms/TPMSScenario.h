@@ -51,6 +51,7 @@ protected:
     // Runs one of its pieces with these words; gives the dialogue.
     std::string Run(const std::string& words, const std::function<void()>& piece);
 
+public:
     FakeNorvexAPI tv;
     Console console;
     TCDebugMenuTPMS menus;

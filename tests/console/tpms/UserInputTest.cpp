@@ -35,33 +35,25 @@ protected:
 const std::string kScreen = "Input ScreenId. Main:0, MLS:1 > ";
 const std::string kProfile = "Input Profile. Main:0, PIP:1 , Analysis:2 > ";
 
-using Answers = std::vector<std::pair<std::string, std::string>>;
+// "word=answer word=answer", apart.
+std::vector<std::pair<std::string, std::string>> Pairs(const std::string& text) {
+    std::vector<std::pair<std::string, std::string>> pairs;
+    std::istringstream in(text);
+    for (std::string pair; in >> pair;)
+        pairs.emplace_back(pair.substr(0, pair.find('=')), pair.substr(pair.find('=') + 1));
+    return pairs;
+}
 
 } // namespace
 
 TEST_F(UserInput, ReadsTheNumberOf32BitsThatAWordBeginsWith) {
-    const Answers answers = {
-        {"0", "0"},
-        {"7", "7"},
-        {"099", "99"},
-        {"+99", "99"},
-        {"-5", "-5"},
-        {"-0", "0"},
-        {"12abc", "12"},
-        {"0x10", "0"},
-        {"1e3", "1"},
-        {"1.9", "1"},
-        {"5 6", "5"},
-        {" \t\n 12", "12"},
-        {"1,000", "1"},
-        {"2147483647", "2147483647"},
-        {"-2147483648", "-2147483648"},
-        {"2147483648", "(2147483647)"},
-        {"-2147483649", "(-2147483648)"},
-        {"99999999999999999999999", "(2147483647)"},
-        {"-99999999999999999999999", "(-2147483648)"},
-        {"4294967295", "(2147483647)"},
-    };
+    EXPECT_EQ(Read("5 6"), "5");
+    EXPECT_EQ(Read(" \t\n 12"), "12");
+    const auto answers =
+        Pairs("0=0 7=7 099=99 +99=99 -5=-5 -0=0 12abc=12 0x10=0 1e3=1 1.9=1 1,000=1 "
+              "2147483647=2147483647 -2147483648=-2147483648 2147483648=(2147483647) "
+              "-2147483649=(-2147483648) 99999999999999999999999=(2147483647) "
+              "-99999999999999999999999=(-2147483648) 4294967295=(2147483647)");
     for (const auto& [word, number] : answers)
         EXPECT_EQ(Read(word), number) << word;
     for (const std::string word : {"", " ", "abc", "x1", "-", "+", "--5", "+-5", "- 5", ".5", "_1"})
@@ -84,24 +76,10 @@ TEST_F(UserInput, SelectsMinusOneForWordsThatAreNoNumbersAndWithoutInput) {
 }
 
 TEST_F(UserInput, AsksForAnyScreenTruncatedTo16Bits) {
-    const Answers screens = {{"0", "0"},
-                             {"1", "1"},
-                             {"7", "7"},
-                             {"007", "7"},
-                             {"+7", "7"},
-                             {"7abc", "7"},
-                             {"010", "10"},
-                             {"abc", "0"},
-                             {"0x10", "0"},
-                             {"-", "0"},
-                             {"65535", "65535"},
-                             {"65536", "0"},
-                             {"65537", "1"},
-                             {"-1", "65535"},
-                             {"-65535", "1"},
-                             {"4294967297", "1"},
-                             {"99999999999999999999", "65535"},
-                             {"-99999999999999999999", "0"}};
+    const auto screens =
+        Pairs("0=0 1=1 7=7 007=7 +7=7 7abc=7 010=10 abc=0 0x10=0 -=0 65535=65535 65536=0 65537=1 "
+              "-1=65535 -65535=1 4294967297=1 99999999999999999999=65535 "
+              "-99999999999999999999=0");
     for (const auto& [word, screen] : screens) {
         EXPECT_EQ(AskPipeline(word, false), kScreen + "<" + word + ">User Input : screenId:" +
                                                 screen + " profile:1\n1/" + screen);
@@ -111,29 +89,10 @@ TEST_F(UserInput, AsksForAnyScreenTruncatedTo16Bits) {
 
 // That the prompt offers 2 for the analysis profile while 3 selects it is known to the testers.
 TEST_F(UserInput, TakesTheMainProfileForEveryAnswerBut1And3) {
-    const Answers profiles = {{"0", "1"},
-                              {"1", "101"},
-                              {"2", "1"},
-                              {"3", "401"},
-                              {"4", "1"},
-                              {"101", "1"},
-                              {"401", "1"},
-                              {"-1", "1"},
-                              {"abc", "1"},
-                              {"01", "101"},
-                              {"+1", "101"},
-                              {"1abc", "101"},
-                              {"0x1", "1"},
-                              {"+3", "401"},
-                              {"003", "401"},
-                              {"3.9", "401"},
-                              {"-3", "1"},
-                              {"13", "1"},
-                              {"4294967297", "1"},
-                              {"4294967299", "1"},
-                              {"65537", "1"},
-                              {"65539", "1"},
-                              {"99999999999999999999", "1"}};
+    const auto profiles =
+        Pairs("0=1 1=101 2=1 3=401 4=1 101=1 401=1 -1=1 abc=1 01=101 +1=101 1abc=101 0x1=1 +3=401 "
+              "003=401 3.9=401 -3=1 13=1 4294967297=1 4294967299=1 65537=1 65539=1 "
+              "99999999999999999999=1");
     for (const auto& [word, profile] : profiles) {
         EXPECT_EQ(AskPipeline("1 " + word, true),
                   kScreen + "<1>" + kProfile + "<" + word +

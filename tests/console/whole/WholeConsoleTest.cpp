@@ -35,6 +35,7 @@ protected:
                                      {screens::ProviderList("OFF"), "{list off}"}});
     }
 
+public:
     FakeNorvexAPI tv;
     Console console;
 };
