@@ -31,6 +31,12 @@ def test_the_state_is_shown_a_line_a_value_or_as_one_object(shared_tv):
     assert json.loads(shared_tv.simctl("state", "--json"))["debug"]["items"][0]["name"] == "Tuner lock"
 
 
+def test_the_operations_are_listed_with_their_arguments(shared_tv):
+    lines = shared_tv.simctl("operations").splitlines()
+    assert "IAVControl.MuteVideo(value: int) = status: int" in lines
+    assert "IDebugPrintControl.Execute(command: text) = status: int, screen: text" in lines
+
+
 def test_the_journal_has_every_call_with_its_words(tv, client):
     client.start()
     client.execute("a\n\u00e4")

@@ -23,6 +23,7 @@ bool RegisterComponents(Context& context, const Options& options, std::string& e
     AddStateCommands(context);
     AddCallsCommand(context);
     AddInjectCommand(context);
+    AddOperationsCommand(context);
     AddWaitCommand(context);
     return true;
 }

@@ -8,6 +8,7 @@ class Context;
 void AddStateCommands(Context& context); // state, reset, set
 void AddCallsCommand(Context& context);  // calls
 void AddInjectCommand(Context& context); // inject
-void AddWaitCommand(Context& context);   // wait
+void AddOperationsCommand(Context& context);
+void AddWaitCommand(Context& context); // wait
 
 } // namespace sim

@@ -1,0 +1,38 @@
+#include "Commands.h"
+#include "Context.h"
+
+namespace sim {
+
+namespace {
+
+// "IAVControl.MuteVideo(value: int) = status: int"
+std::string Describe(const Interface& interface, const Operation& operation) {
+    std::string in;
+    std::string out;
+    for (const Argument& argument : operation.arguments) {
+        std::string& list = argument.direction == wire::Direction::In ? in : out;
+        list +=
+            (list.empty() ? "" : ", ") + std::string(argument.name) + ": " + argument.form->name;
+    }
+    const std::string name = interface.GetName().substr(interfaces::kNamePrefix.size());
+    return name + "." + operation.name + "(" + in + ") = " + out + "\n";
+}
+
+} // namespace
+
+void AddOperationsCommand(Context& context) {
+    context.commands.Add(
+        "operations", "List the operations that calls, inject and wait know", [&](CommandLine&) {
+            return [&context](ControlConnection& asker) {
+                std::string lines;
+                for (const Interface* interface : context.dispatcher.GetInterfaces()) {
+                    for (const auto& operation : interface->GetOperations())
+                        lines += Describe(*interface, *operation);
+                }
+                asker.Print(lines);
+                asker.Finish();
+            };
+        });
+}
+
+} // namespace sim
