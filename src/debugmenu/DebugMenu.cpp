@@ -8,7 +8,7 @@
 #include <zarn/DebugServiceAPI.h>
 
 #include "GstPluginDebug.h"
-#include "MenuFrame.h"
+#include "MenuText.h"
 #include "QuarleDebugMenu.h"
 #include "WordNumber.h"
 
@@ -94,14 +94,7 @@ void RunProcess(const std::map<int, IDebugPrintControl*>& debugPrintControls, in
 } // namespace
 
 std::string CreateDebugUtilMenu() {
-    std::string menu = kFrameRule;
-    menu += "\t[Process Debug List]\t\n";
-    menu += kSectionRule;
-    menu += kProcessRows;
-    menu += kSectionRule;
-    menu += kExitRow;
-    menu += kFrameRule;
-    return menu;
+    return framedMenu("\t[Process Debug List]\t\n", kProcessRows);
 }
 
 void zarn_startmaindebug(void) {

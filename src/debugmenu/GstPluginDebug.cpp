@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-#include "MenuFrame.h"
+#include "MenuText.h"
 #include "WordNumber.h"
 
 namespace {
@@ -44,14 +44,7 @@ constexpr int kElementCount = sizeof(kElements) / sizeof(kElements[0]);
 } // namespace
 
 std::string CreateGstDebugUtilMenu() {
-    std::string menu = kFrameRule;
-    menu += "\t[GST Debug Log ON]\t\n";
-    menu += kSectionRule;
-    menu += kElementRows;
-    menu += kSectionRule;
-    menu += kExitRow;
-    menu += kFrameRule;
-    return menu;
+    return framedMenu("\t[GST Debug Log ON]\t\n", kElementRows);
 }
 
 bool isNumberGst(const std::string& text) {

@@ -8,7 +8,7 @@
 #include <norvex/device/LogTags.h>
 #include <norvex/device/PathResolver.h>
 
-#include "MenuFrame.h"
+#include "MenuText.h"
 #include "WordNumber.h"
 
 namespace {
@@ -57,14 +57,14 @@ std::string GetQuarleDebugMenu() {
                                     QuarleLogonOff ? "ON" : "OFF", "QUARLE_PROVIDER"));
 
     std::string menu = "\n";
-    menu += kFrameRule;
+    menu += kDoubleRule;
     menu += "     [Quarle-Provider Module]\n";
-    menu += kSectionRule;
+    menu += kSingleRule;
     menu += row;
     menu += "\n";
-    menu += kFrameRule;
-    menu += "99 : Exit\n";
-    menu += kFrameRule;
+    menu += kDoubleRule;
+    menu += kExitRowAtTheEdge;
+    menu += kDoubleRule;
     menu += "cmd> ";
     return menu;
 }

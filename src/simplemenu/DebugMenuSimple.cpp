@@ -7,6 +7,8 @@
 
 #include <zarn/DebugServiceAPI.h>
 
+#include "MenuText.h"
+
 TCDebugMenuSimple::TCDebugMenuSimple() : m_pDebugPrintControl(nullptr) {
     m_menuItemList.clear();
     DebugServiceAPI::CreateService(&m_pDebugPrintControl);
@@ -45,9 +47,10 @@ void TCDebugMenuSimple::Enter() {
 
 void TCDebugMenuSimple::m_PrintMainMenu() {
     m_menuItemList.clear();
-    std::string menu = "\n====================================\n"
-                       "     [Simple menu]\n"
-                       "------------------------------------\n";
+    std::string menu = "\n";
+    menu += kDoubleRule;
+    menu += "     [Simple menu]\n";
+    menu += kSingleRule;
     menu += m_infoQoS();
     m_menuItemList = m_pDebugPrintControl->GetMenuItems();
     int index = 0;
@@ -55,9 +58,9 @@ void TCDebugMenuSimple::m_PrintMainMenu() {
         menu += m_MenuItem(item, index++);
         menu += "\n";
     }
-    menu += "====================================\n"
-            "99 : Exit\n"
-            "====================================\n";
+    menu += kDoubleRule;
+    menu += kExitRowAtTheEdge;
+    menu += kDoubleRule;
     std::cout << menu;
 }
 
