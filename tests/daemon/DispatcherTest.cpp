@@ -1,7 +1,6 @@
 #include <string>
 #include <vector>
 
-#include <glib.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sys/socket.h>
@@ -233,7 +232,7 @@ TEST_F(DispatcherTest, ADelayedReplyComesLate) {
     EXPECT_EQ(TakeReply(), "");
     std::string reply;
     while (reply.empty()) {
-        g_main_context_iteration(nullptr, TRUE);
+        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
         reply = TakeReply();
     }
     EXPECT_EQ(reply, "1");
@@ -250,7 +249,7 @@ TEST_F(DispatcherTest, ADelayedReplyEndsWithItsConnection) {
     sim::Timer later;
     later.Start(1, [&] { passed = true; });
     while (!passed)
-        g_main_context_iteration(nullptr, TRUE);
+        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
 }
 
 TEST_F(DispatcherTest, AConnectionIsClosedByOrder) {

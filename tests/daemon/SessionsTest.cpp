@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include <glib.h>
 #include <gtest/gtest.h>
 
 #include "Clients.h"
@@ -71,6 +70,22 @@ TEST_F(SessionsTest, TheInterfaceMayRefuse) {
     EXPECT_EQ(m_sessions.GetCount(), 0u);
 }
 
+TEST_F(SessionsTest, AClientsOpenSessionsAreCounted) {
+    sim::Client& client = m_clients.Connected(kToken);
+    sim::Client& other = m_clients.Connected(kOtherToken);
+    Open(client, 1);
+    Open(client, 2);
+    Open(other, 3);
+    Open(client, -1); // refused
+    EXPECT_EQ(client.GetSessionCount(), 2u);
+    EXPECT_EQ(other.GetSessionCount(), 1u);
+    m_sessions.Close(1, client);
+    EXPECT_EQ(client.GetSessionCount(), 1u);
+    m_sessions.CloseAll(client);
+    EXPECT_EQ(client.GetSessionCount(), 0u);
+    EXPECT_EQ(other.GetSessionCount(), 1u);
+}
+
 TEST_F(SessionsTest, OnlyItsOwnClientClosesASession) {
     sim::Client& client = m_clients.Connected(kToken);
     sim::Client& other = m_clients.Connected(kOtherToken);
@@ -101,7 +116,7 @@ TEST_F(SessionsTest, AClientThatIsGoneLosesItsSessionsNewestFirst) {
     m_clients.Disconnected(client);
     EXPECT_TRUE(m_events.empty());
     while (m_events.size() < 3)
-        g_main_context_iteration(nullptr, TRUE);
+        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
     EXPECT_EQ(m_events, (std::vector<std::string>{"close 3", "close 1", "gone 1"}));
     EXPECT_EQ(m_sessions.GetCount(), 1u);
     EXPECT_EQ(m_clients.GetCount(), 1u);
@@ -116,7 +131,7 @@ TEST_F(SessionsTest, AClientThatComesBackInTimeKeepsAll) {
     m_clients.Disconnected(m_clients.Connected(kOtherToken));
     m_events.clear();
     while (m_events.empty())
-        g_main_context_iteration(nullptr, TRUE);
+        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
     EXPECT_EQ(m_events, std::vector<std::string>{"gone 2"});
     EXPECT_EQ(m_sessions.GetCount(), 1u);
 }
@@ -127,11 +142,11 @@ TEST_F(SessionsTest, TheLastOfSeveralConnectionsCounts) {
     m_clients.Disconnected(client);
     m_clients.Disconnected(m_clients.Connected(kOtherToken));
     while (m_events.empty())
-        g_main_context_iteration(nullptr, TRUE);
+        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
     EXPECT_EQ(m_events, std::vector<std::string>{"gone 2"});
     m_clients.Disconnected(client);
     while (m_events.size() < 2)
-        g_main_context_iteration(nullptr, TRUE);
+        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
     EXPECT_EQ(m_events.back(), "gone 1");
 }
 

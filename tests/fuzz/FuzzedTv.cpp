@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include <glib.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -86,6 +85,6 @@ int FuzzedTv::ConnectControl() const {
 
 void FuzzedTv::Settle() {
     int rounds = 0;
-    while (g_main_context_iteration(nullptr, FALSE) != FALSE)
+    while (sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::Never))
         REQUIRE(++rounds < kMaxRounds);
 }

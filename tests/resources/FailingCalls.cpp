@@ -24,6 +24,7 @@
 #include <poll.h>
 #include <pthread.h>
 #include <sqlite3.h>
+#include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <sys/file.h>
 #include <sys/random.h>
@@ -207,6 +208,11 @@ MAY_FAIL("option", int, -1, getsockopt, (int fd, int level, int name, void* valu
 MAY_FAIL("option", int, -1, setsockopt,
          (int fd, int level, int name, const void* value, socklen_t size),
          (fd, level, name, value, size))
+MAY_FAIL("epoll", int, -1, epoll_create1, (int flags), (flags))
+MAY_FAIL("epoll", int, -1, epoll_ctl, (int epoll, int operation, int fd, epoll_event* event),
+         (epoll, operation, fd, event))
+MAY_FAIL("epoll", int, -1, epoll_wait, (int epoll, epoll_event* ready, int count, int limit),
+         (epoll, ready, count, limit))
 MAY_FAIL("poll", int, -1, poll, (pollfd * of, nfds_t count, int limit), (of, count, limit))
 MAY_FAIL("eventfd", int, -1, eventfd, (unsigned count, int flags), (count, flags))
 MAY_FAIL("signalfd", int, -1, signalfd, (int fd, const sigset_t* signals, int flags),

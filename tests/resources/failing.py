@@ -19,7 +19,7 @@ ERRORS = {kind: errors.split() for kind, errors in {
     "stat": "EACCES", "unlink": "EACCES", "lock": "ENOLCK",
     "socket": "EMFILE", "bind": "EACCES", "listen": "EADDRINUSE", "connect": "ECONNREFUSED ENOMEM",
     "accept": "EMFILE ECONNABORTED", "send": "ENOBUFS EPIPE", "receive": "ECONNRESET ENOMEM", "option": "ENOBUFS",
-    "poll": "ENOMEM", "eventfd": "EMFILE", "signalfd": "EMFILE", "random": "ENOSYS",
+    "epoll": "ENOMEM", "poll": "ENOMEM", "eventfd": "EMFILE", "signalfd": "EMFILE", "random": "ENOSYS",
     "thread": "EAGAIN", "fork": "EAGAIN",
     "sqlite-open": "SQLITE_CANTOPEN SQLITE_NOMEM", "sqlite-prepare": "SQLITE_NOMEM SQLITE_IOERR",
     "sqlite-step": "SQLITE_FULL+ SQLITE_IOERR SQLITE_FULL SQLITE_BUSY SQLITE_NOMEM",

@@ -29,7 +29,7 @@ bool IsListOfTexts(const json& value) {
 
 ControlConnection::ControlConnection(int fd, RequestHandler request, EndHandler ended)
     : m_fd(fd), m_request(std::move(request)), m_ended(std::move(ended)) {
-    m_watch.Start(m_fd, G_IO_IN, [this](GIOCondition conditions) { Ready(conditions); });
+    m_watch.Start(m_fd, EPOLLIN, [this](std::uint32_t events) { Ready(events); });
     m_patience.Start(kRequestMilliseconds, [this] { End(); });
 }
 
@@ -38,10 +38,10 @@ ControlConnection::~ControlConnection() {
         close(m_fd);
 }
 
-void ControlConnection::Ready(GIOCondition conditions) {
-    if (conditions & G_IO_OUT)
+void ControlConnection::Ready(std::uint32_t events) {
+    if (events & EPOLLOUT)
         Write();
-    if (m_fd >= 0 && (conditions & ~G_IO_OUT) != 0)
+    if (m_fd >= 0 && (events & ~std::uint32_t{EPOLLOUT}) != 0)
         Read();
 }
 
@@ -142,7 +142,7 @@ void ControlConnection::Write() {
         if (m_written == m_out.size()) {
             m_out.clear();
             m_written = 0;
-            m_watch.SetConditions(G_IO_IN);
+            m_watch.SetEvents(EPOLLIN);
             if (m_last)
                 End();
             return;
@@ -153,7 +153,7 @@ void ControlConnection::Write() {
             continue;
         if (sent < 0 && errno == EAGAIN) {
             m_out.erase(0, std::exchange(m_written, 0));
-            m_watch.SetConditions(static_cast<GIOCondition>(G_IO_IN | G_IO_OUT));
+            m_watch.SetEvents(EPOLLIN | EPOLLOUT);
             return;
         }
         if (sent < 0)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -73,7 +74,7 @@ public:
     static constexpr std::size_t kMaxErrorLine = 500;
 
 private:
-    void Ready(GIOCondition conditions);
+    void Ready(std::uint32_t events);
     void Read();
     void Request(const std::string& line);
     void Write();

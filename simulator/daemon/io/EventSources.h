@@ -3,30 +3,33 @@
 #include <cstdint>
 #include <functional>
 
-#include <glib.h>
+#include "EventLoop.h"
 
-// Sources of GLib's default main context, which the daemon's one thread iterates. Each ends with
-// its object, also from within its own handler.
+// What the event loop calls. Each ends with its object, also from within its own handler or another's: a handler is
+// not called any more once it has been stopped.
 namespace sim {
 
-// Calls the handler while a descriptor is ready. The descriptor is not owned.
+// Calls the handler while a descriptor is ready. The descriptor is not owned, must outlive the watch, and has one
+// watch at a time.
 class FdWatch {
 public:
-    using Handler = std::function<void(GIOCondition)>;
+    // Gets what the descriptor is ready for, as epoll has it: EPOLLIN, EPOLLOUT, EPOLLERR, EPOLLHUP.
+    using Handler = std::function<void(std::uint32_t events)>;
 
     FdWatch() = default;
     ~FdWatch() { Stop(); }
     FdWatch(const FdWatch&) = delete;
     FdWatch& operator=(const FdWatch&) = delete;
 
-    void Start(int fd, GIOCondition conditions, Handler handler);
-    // What to watch for; errors and the peer's end are always told.
-    void SetConditions(GIOCondition conditions);
+    // Throws std::system_error when the kernel cannot watch the descriptor.
+    void Start(int fd, std::uint32_t events, Handler handler);
+    // What to watch for, EPOLLIN and EPOLLOUT; errors and hang-ups are always reported.
+    void SetEvents(std::uint32_t events);
     void Stop();
 
 private:
-    GSource* m_source = nullptr;
-    void* m_tag = nullptr;
+    int m_fd = -1;
+    EventLoop::Id m_id = 0;
 };
 
 // Calls the handler once, after a time or in the loop's next round.
@@ -39,15 +42,16 @@ public:
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
 
+    // Never early. In place of what it was started for before.
     void Start(unsigned milliseconds, Handler handler);
     void StartSoon(Handler handler);
     void Stop();
-    bool IsRunning() const { return m_source != nullptr; }
+    bool IsRunning() const;
 
 private:
-    void Attach(GSource* source, Handler handler);
+    void StartAt(EventLoop::Clock::time_point time, Handler handler);
 
-    GSource* m_source = nullptr;
+    EventLoop::TimerKey m_key;
 };
 
 } // namespace sim

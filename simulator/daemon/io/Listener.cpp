@@ -104,7 +104,7 @@ bool Listener::Open(const std::string& path, int type, Accepted accepted, Told t
     m_socket = fd;
     m_accepted = std::move(accepted);
     m_told = std::move(told);
-    m_watch.Start(m_socket, G_IO_IN, [this](GIOCondition) { Accept(); });
+    m_watch.Start(m_socket, EPOLLIN, [this](std::uint32_t) { Accept(); });
     return true;
 }
 
@@ -120,8 +120,8 @@ void Listener::Accept() {
             if (!m_toldOfShortage)
                 m_told(std::string("cannot accept: ") + std::generic_category().message(errno));
             m_toldOfShortage = true;
-            m_watch.SetConditions(static_cast<GIOCondition>(0));
-            m_pause.Start(kPauseMilliseconds, [this] { m_watch.SetConditions(G_IO_IN); });
+            m_watch.SetEvents(0);
+            m_pause.Start(kPauseMilliseconds, [this] { m_watch.SetEvents(EPOLLIN); });
             return;
         }
         m_toldOfShortage = false;
@@ -132,7 +132,12 @@ void Listener::Accept() {
             close(fd);
             continue;
         }
-        m_accepted(fd);
+        try {
+            m_accepted(fd);
+        } catch (const std::system_error& failure) {
+            m_told(failure.what());
+            close(fd);
+        }
     }
 }
 

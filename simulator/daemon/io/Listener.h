@@ -28,7 +28,8 @@ private:
 // is left over on the path, so the path must have been claimed.
 class Listener {
 public:
-    // Owns the descriptor from then on; non-blocking, close-on-exec.
+    // Owns the descriptor from then on, unless it throws std::system_error; non-blocking,
+    // close-on-exec.
     using Accepted = std::function<void(int fd)>;
     using Told = std::function<void(const std::string& line)>;
 

@@ -22,13 +22,16 @@ public:
     std::uint32_t GetNumber() const { return m_number; }
     const Token& GetToken() const { return m_token; }
     unsigned GetConnectionCount() const { return m_connections; }
+    std::size_t GetSessionCount() const { return m_sessions; }
 
 private:
     friend class Clients;
+    friend class Sessions;
 
     std::uint32_t m_number;
     Token m_token;
     unsigned m_connections = 0;
+    std::size_t m_sessions = 0;
     Timer m_grace;
 };
 

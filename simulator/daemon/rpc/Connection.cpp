@@ -35,16 +35,10 @@ struct Connection::Outgoing {
     int count;
 };
 
-// A message that waits takes more than its bytes, a signal ten times as much.
-std::size_t Connection::GetHeld() const {
-    constexpr std::size_t kEach = sizeof(Outgoing) + 512;
-    return m_assembler.GetMessage().GetSize() + m_queued + m_queue.size() * kEach;
-}
-
 Connection::Connection(int fd, std::uint32_t number, Owner& owner)
     : m_fd(fd), m_number(number), m_owner(owner) {
     setsockopt(m_fd, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
-    m_watch.Start(m_fd, G_IO_IN, [this](GIOCondition conditions) { Ready(conditions); });
+    m_watch.Start(m_fd, EPOLLIN, [this](std::uint32_t events) { Ready(events); });
 }
 
 Connection::~Connection() {
@@ -52,10 +46,10 @@ Connection::~Connection() {
         close(m_fd);
 }
 
-void Connection::Ready(GIOCondition conditions) {
-    if (conditions & G_IO_OUT)
+void Connection::Ready(std::uint32_t events) {
+    if (events & EPOLLOUT)
         Flush();
-    if (IsOpen() && (conditions & ~G_IO_OUT) != 0)
+    if (IsOpen() && (events & ~std::uint32_t{EPOLLOUT}) != 0)
         Read();
 }
 
@@ -94,6 +88,7 @@ bool Connection::ReadPacket() {
     }
     switch (m_assembler.Feed(packet, received)) {
     case wire::PacketAssembler::Result::NeedMore:
+        CountHeld();
         // A hello is short: who has not said it gets no memory for more.
         if (client == nullptr)
             End("begins with a long message");
@@ -114,6 +109,7 @@ bool Connection::ReadPacket() {
     }
     m_owner.MessageArrived(*this, message);
     m_assembler.Trim(wire::kMaxPacketPayload);
+    CountHeld();
     // One message a turn: the loop asks again, and every connection has its turn.
     return false;
 }
@@ -161,8 +157,9 @@ void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
     }
     m_queued += tree.GetSize();
     m_queue.push_back(std::make_unique<Outgoing>(header, std::exchange(tree, {}), packetsSent));
+    CountHeld();
     if (m_queue.size() == 1) {
-        m_watch.SetConditions(G_IO_OUT);
+        m_watch.SetEvents(EPOLLOUT);
         m_stuck.Start(kStuckMilliseconds, [this] { End("takes nothing of what is sent to it"); });
     }
 }
@@ -184,9 +181,10 @@ void Connection::Flush() {
         progress = true;
         first.count = first.sender.Next(first.pieces);
     }
+    CountHeld();
     if (m_queue.empty()) {
         m_stuck.Stop();
-        m_watch.SetConditions(G_IO_IN);
+        m_watch.SetEvents(EPOLLIN);
     } else if (progress) {
         m_stuck.Start(kStuckMilliseconds, [this] { End("takes nothing of what is sent to it"); });
     }
@@ -199,7 +197,17 @@ void Connection::End(const std::string& why) {
     m_stuck.Stop();
     helloDeadline.Stop();
     close(std::exchange(m_fd, -1));
+    CountHeld();
     m_owner.ConnectionEnded(*this, why);
+}
+
+// Memory of messages that are not whole yet, or not taken yet.
+void Connection::CountHeld() {
+    // A message that waits takes more than its bytes, a signal ten times as much.
+    constexpr std::size_t kEach = sizeof(Outgoing) + 512;
+    const std::size_t held =
+        IsOpen() ? m_assembler.GetMessage().GetSize() + m_queued + m_queue.size() * kEach : 0;
+    m_owner.held += held - std::exchange(m_held, held);
 }
 
 } // namespace sim

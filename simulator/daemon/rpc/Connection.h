@@ -28,6 +28,8 @@ public:
         virtual void ConnectionEnded(Connection& connection, const std::string& why) = 0;
         // Whether so many bytes more may be held, for a message on its way in or out.
         virtual bool HasRoomFor(std::size_t) { return true; }
+        // Memory that all its connections hold; counted by them.
+        std::size_t held = 0;
     };
 
     // Owns the descriptor, which is non-blocking.
@@ -47,9 +49,6 @@ public:
     // Ends the connection; the owner is told with `why`.
     void End(const std::string& why);
     bool IsOpen() const { return m_fd >= 0; }
-    // Memory of messages that are not whole yet, or not taken yet.
-    std::size_t GetHeld() const;
-
     // Who it serves: set by the hello.
     Client* client = nullptr;
     wire::Role role = wire::Role::Calls;
@@ -65,10 +64,11 @@ public:
 private:
     struct Outgoing;
 
-    void Ready(GIOCondition conditions);
+    void Ready(std::uint32_t events);
     bool ReadPacket();
     static ssize_t SendPieces(int fd, iovec* pieces, int count);
     void Flush();
+    void CountHeld();
 
     int m_fd;
     std::uint32_t m_number;
@@ -77,6 +77,8 @@ private:
     wire::PacketAssembler m_assembler;
     std::deque<std::unique_ptr<Outgoing>> m_queue;
     std::size_t m_queued = 0;
+    // What the owner has counted of this connection.
+    std::size_t m_held = 0;
     Timer m_stuck;
 };
 

@@ -161,9 +161,7 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
 }
 
 bool Server::HasRoomFor(std::size_t size) {
-    for (const auto& connection : m_connections)
-        size += connection->GetHeld();
-    return size <= kMaxHeld;
+    return held + size <= kMaxHeld;
 }
 
 void Server::FollowersChanged() {

@@ -36,11 +36,9 @@ void SessionInterface::Open(const Call& call, const ArgumentReader& in, ReplyWri
     if (screen < 0 || screen > UINT16_MAX)
         return out.Int(0, m_log.Refuse(kBadArgument, kOwnTag, "%s: there is no screen %d",
                                        name.c_str(), screen));
-    std::size_t sessions = 0;
-    m_sessions.ForEach([&](const Session& session) { sessions += session.client == &call.client; });
-    if (sessions >= kMaxSessions)
+    if (call.client.GetSessionCount() >= kMaxSessions)
         return out.Int(0, m_log.Refuse(kTooMany, kOwnTag, "client %u has %zu sessions: no more",
-                                       call.client.GetNumber(), sessions));
+                                       call.client.GetNumber(), call.client.GetSessionCount()));
     std::int32_t status = 0;
     const Session* session = m_sessions.Open(
         *interface, profile, static_cast<std::uint16_t>(screen), call.client, status);

@@ -1,5 +1,6 @@
 #include "Sessions.h"
 
+#include "Client.h"
 #include "Interface.h"
 
 namespace sim {
@@ -14,6 +15,7 @@ Session* Sessions::Open(Interface& interface, std::int32_t profile, std::uint16_
     ++m_lastId;
     Session* opened = session.get();
     m_sessions.emplace(opened->id, std::move(session));
+    ++client.m_sessions;
     for (const Hook& hook : m_hooks)
         hook(*opened, true);
     return opened;
@@ -46,6 +48,7 @@ void Sessions::Close(Session& session) {
     for (const Hook& hook : m_hooks)
         hook(session, false);
     session.interface->CloseSession(session);
+    --session.client->m_sessions;
     m_sessions.erase(session.id);
 }
 

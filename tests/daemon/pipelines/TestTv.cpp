@@ -157,7 +157,8 @@ TestTv::TestTv(const Mount& mount, const std::string& databasePath)
 }
 
 TestTv::TestTv()
-    : TestTv([this](sim::Context& registered) { return sim::RegisterPipelines(registered, lineUp); }) {
+    : TestTv(
+          [this](sim::Context& registered) { return sim::RegisterPipelines(registered, lineUp); }) {
     lineUp.services = {
         {kAirService,
          {.antenna = 0,
@@ -206,6 +207,6 @@ void TestTv::WaitUntil(const std::function<bool()>& condition) {
     sim::Timer limit;
     limit.Start(10000, [&] { late = true; });
     while (!condition() && !late)
-        g_main_context_iteration(nullptr, TRUE);
+        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
     EXPECT_FALSE(late);
 }

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <glib.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -109,13 +108,14 @@ bool TellReady(std::optional<int> descriptor) {
 } // namespace
 
 // NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
-int main(int count, char** arguments) {
+int main(int count, char** arguments) try {
     Given given;
     if (const auto status = ParseCommandLine({arguments + 1, arguments + count}, given))
         return *status;
     const int ends = BlockEndSignals();
     if (ends < 0)
         return Fail(std::string("signals: ") + std::generic_category().message(errno));
+    sim::EventLoop& loop = sim::EventLoop::Get();
 
     std::string error;
     if (given.socket == sim::GetDefaultSocketPath() && !sim::MakeDefaultDirectory(error))
@@ -153,19 +153,20 @@ int main(int count, char** arguments) {
     if (!control.Open(controlPath, error) || !server.Open(given.socket, error))
         return Fail(error);
 
-    GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
     sim::FdWatch endWatch;
-    endWatch.Start(ends, G_IO_IN, [&](GIOCondition) { g_main_loop_quit(loop); });
+    endWatch.Start(ends, EPOLLIN, [&](std::uint32_t) { loop.Quit(); });
     log.Write(sim::kOwnTag, "ready on %s", given.socket.c_str());
     int status = 0;
     if (TellReady(given.readyDescriptor))
-        g_main_loop_run(loop);
+        loop.Run();
     else
         status = Fail("--ready-fd: " + std::generic_category().message(errno));
     log.Write(sim::kOwnTag, "ends");
     log.SetSink(nullptr);
     endWatch.Stop();
-    g_main_loop_unref(loop);
     close(ends);
     return status;
+} catch (const std::system_error& failure) {
+    // The kernel gives no event loop, or cannot watch what the TV listens on.
+    return Fail(failure.what());
 }
