@@ -1,6 +1,6 @@
 #include "ConsoleProcess.h"
 
-#include "FarSide.h"
+#include "Figure.h"
 
 #include <cerrno>
 #include <csignal>
@@ -13,7 +13,7 @@
 
 namespace bench {
 
-TCConsoleProcess::TCConsoleProcess(const std::vector<std::string>& words) {
+ConsoleProcess::ConsoleProcess(const std::vector<std::string>& words) {
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     int input[2];
     int output[2];
@@ -30,52 +30,52 @@ TCConsoleProcess::TCConsoleProcess(const std::vector<std::string>& words) {
     posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
     const int error =
-        posix_spawn(&m_Process, pointers[0], &actions, nullptr, pointers.data(), environ);
+        posix_spawn(&m_process, pointers[0], &actions, nullptr, pointers.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
         GiveUp(std::strerror(error));
     close(input[0]);
     close(output[1]);
-    m_Input = input[1];
-    m_Output = output[0];
+    m_input = input[1];
+    m_output = output[0];
 }
 
-TCConsoleProcess::~TCConsoleProcess() {
-    close(m_Input);
-    close(m_Output);
-    kill(m_Process, SIGKILL);
-    waitpid(m_Process, nullptr, 0);
+ConsoleProcess::~ConsoleProcess() {
+    close(m_input);
+    close(m_output);
+    kill(m_process, SIGKILL);
+    waitpid(m_process, nullptr, 0);
 }
 
-void TCConsoleProcess::Type(std::string_view words) {
+void ConsoleProcess::Type(std::string_view words) {
     while (!words.empty()) {
-        const ssize_t size = write(m_Input, words.data(), words.size());
+        const ssize_t size = write(m_input, words.data(), words.size());
         if (size < 0)
-            GiveUp("the console takes no words");
+            GiveUp("the console does not read its input");
         words.remove_prefix(static_cast<std::size_t>(size));
     }
 }
 
-void TCConsoleProcess::Await(std::string_view text, std::size_t times) {
+void ConsoleProcess::Await(std::string_view text, std::size_t times) {
     char block[65536];
     while (times > 0) {
-        const std::size_t found = m_Read.find(text, m_Seen);
+        const std::size_t found = m_read.find(text, m_seen);
         if (found != std::string::npos) {
-            m_Seen = found + text.size();
+            m_seen = found + text.size();
             --times;
             continue;
         }
-        const ssize_t size = read(m_Output, block, sizeof block);
+        const ssize_t size = read(m_output, block, sizeof block);
         if (size <= 0)
             GiveUp("the console ended");
-        m_Read.append(block, static_cast<std::size_t>(size));
+        m_read.append(block, static_cast<std::size_t>(size));
     }
 }
 
-std::size_t TCConsoleProcess::Count(std::string_view text) const {
+std::size_t ConsoleProcess::Count(std::string_view text) const {
     std::size_t count = 0;
-    for (std::size_t place = m_Read.find(text); place < m_Seen;
-         place = m_Read.find(text, place + 1))
+    for (std::size_t place = m_read.find(text); place < m_seen;
+         place = m_read.find(text, place + 1))
         ++count;
     return count;
 }

@@ -9,30 +9,30 @@
 
 namespace bench {
 
-// A console with pipes at its ends, to talk with while it runs. Ends this program when the console
+// A running console, with pipes as its standard input and output. Ends this program when the console
 // ends on its own.
-class TCConsoleProcess {
+class ConsoleProcess {
 public:
-    explicit TCConsoleProcess(const std::vector<std::string>& words);
-    // Kills it where it has not ended.
-    ~TCConsoleProcess();
-    TCConsoleProcess(const TCConsoleProcess&) = delete;
-    TCConsoleProcess& operator=(const TCConsoleProcess&) = delete;
+    explicit ConsoleProcess(const std::vector<std::string>& words);
+    // Kills it if it has not ended.
+    ~ConsoleProcess();
+    ConsoleProcess(const ConsoleProcess&) = delete;
+    ConsoleProcess& operator=(const ConsoleProcess&) = delete;
 
     void Type(std::string_view words);
     // Reads its output until `text` has come `times` times more.
     void Await(std::string_view text, std::size_t times = 1);
-    // How often `text` has been in the output that Await has read, the text's own waits aside.
+    // How often `text` has come in the output, as far as Await has read it.
     std::size_t Count(std::string_view text) const;
 
-    pid_t Process() const { return m_Process; }
+    pid_t GetProcess() const { return m_process; }
 
 private:
-    pid_t m_Process = -1;
-    int m_Input = -1;
-    int m_Output = -1;
-    std::string m_Read;
-    std::size_t m_Seen = 0;
+    pid_t m_process = -1;
+    int m_input = -1;
+    int m_output = -1;
+    std::string m_read;
+    std::size_t m_seen = 0;
 };
 
 } // namespace bench

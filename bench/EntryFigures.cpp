@@ -16,32 +16,32 @@ constexpr std::size_t kWarmUp = 1000;
 constexpr std::size_t kEntries = 10000;
 constexpr std::size_t kBatch = 500;
 
-struct TSUse {
-    double m_Bytes = 0; // in memory
-    double m_Descriptors = 0;
-    double m_Threads = 0;
+struct Use {
+    double bytes = 0; // in memory
+    double descriptors = 0;
+    double threads = 0;
 };
 
 double EntriesOf(const std::string& directory) {
     return static_cast<double>(std::distance(std::filesystem::directory_iterator(directory), {}));
 }
 
-TSUse UseOf(pid_t process) {
+Use UseOf(pid_t process) {
     const std::string directory = "/proc/" + std::to_string(process);
-    TSUse use;
+    Use use;
     std::ifstream status(directory + "/status");
     for (std::string word; status >> word;) {
         if (word == "RssAnon:") {
-            status >> use.m_Bytes;
-            use.m_Bytes *= 1024;
+            status >> use.bytes;
+            use.bytes *= 1024;
         }
     }
-    use.m_Descriptors = EntriesOf(directory + "/fd");
-    use.m_Threads = EntriesOf(directory + "/task");
+    use.descriptors = EntriesOf(directory + "/fd");
+    use.threads = EntriesOf(directory + "/task");
     return use;
 }
 
-void EnterAndLeave(bench::TCConsoleProcess& console, std::size_t times) {
+void EnterAndLeave(bench::ConsoleProcess& console, std::size_t times) {
     std::string words;
     for (std::size_t i = 0; i < kBatch; ++i)
         words += "5 99 ";
@@ -50,39 +50,38 @@ void EnterAndLeave(bench::TCConsoleProcess& console, std::size_t times) {
         console.Type(words);
         console.Await("Command not implemented");
     }
-    // The process menu behind that answer: nothing is under way.
+    // The process menu after that answer: nothing is left to do.
     console.Await("\n\ncmd> ");
 }
 
 } // namespace
 
 int main() {
-    const bench::TCSimulatedTv tv;
-    bench::TCConsoleProcess console({HOST, PLUGIN});
+    const bench::SimulatedTv tv;
+    bench::ConsoleProcess console({HOST, PLUGIN});
     EnterAndLeave(console, kWarmUp);
-    const TSUse before = UseOf(console.Process());
+    const Use before = UseOf(console.GetProcess());
     EnterAndLeave(console, kEntries);
-    const TSUse after = UseOf(console.Process());
+    const Use after = UseOf(console.GetProcess());
 
     const auto growth = [](const char* name, const char* unit, double value, double limit) {
-        bench::TSFigure figure;
-        figure.m_Name = name;
-        figure.m_Value = value;
-        figure.m_Unit = unit;
-        figure.m_Limit = limit;
+        bench::Figure figure;
+        figure.name = name;
+        figure.value = value;
+        figure.unit = unit;
+        figure.limit = limit;
         return figure;
     };
-    // One main loop is kept each time: 32 bytes, and what the allocator adds to them.
-    bench::TSFigure memory =
+    // Each entry keeps one main loop: 32 bytes, and what the allocator adds.
+    bench::Figure memory =
         growth("entry_memory", "bytes/entry",
-               (after.m_Bytes - before.m_Bytes) / static_cast<double>(kEntries), 1.5);
-    memory.m_Peers = {{"main loop kept on purpose", 48}};
-    memory.m_Ratio = memory.m_Value / 48;
-    bench::TSFigure descriptors =
-        growth("entry_descriptors", "descriptors", after.m_Descriptors - before.m_Descriptors, 0);
-    descriptors.m_Ratio = descriptors.m_Value;
-    bench::TSFigure threads =
-        growth("entry_threads", "threads", after.m_Threads - before.m_Threads, 0);
-    threads.m_Ratio = threads.m_Value;
+               (after.bytes - before.bytes) / static_cast<double>(kEntries), 1.5);
+    memory.peers = {{"main loop kept on purpose", 48}};
+    memory.ratio = memory.value / 48;
+    bench::Figure descriptors =
+        growth("entry_descriptors", "descriptors", after.descriptors - before.descriptors, 0);
+    descriptors.ratio = descriptors.value;
+    bench::Figure threads = growth("entry_threads", "threads", after.threads - before.threads, 0);
+    threads.ratio = threads.value;
     return bench::PrintFigures({memory, descriptors, threads}) ? 0 : 1;
 }

@@ -1,5 +1,6 @@
 #include "Figure.h"
 
+#include <cstdlib>
 #include <iostream>
 
 #include <nlohmann/json.hpp>
@@ -14,21 +15,26 @@ nlohmann::ordered_json NumberOrNull(const std::optional<double>& number) {
 
 } // namespace
 
-bool PrintFigures(const std::vector<TSFigure>& figures) {
+bool PrintFigures(const std::vector<Figure>& figures) {
     nlohmann::ordered_json all;
-    for (const TSFigure& figure : figures) {
-        nlohmann::ordered_json& one = all[figure.m_Name];
-        one["value"] = figure.m_Value;
-        one["unit"] = figure.m_Unit;
-        one["peers"] = figure.m_Peers.empty() ? nlohmann::ordered_json(nullptr)
-                                              : nlohmann::ordered_json(figure.m_Peers);
-        one["ratio"] = NumberOrNull(figure.m_Ratio);
-        one["limit"] = NumberOrNull(figure.m_Limit);
-        if (figure.m_AtLeast)
+    for (const Figure& figure : figures) {
+        nlohmann::ordered_json& one = all[figure.name];
+        one["value"] = figure.value;
+        one["unit"] = figure.unit;
+        one["peers"] = figure.peers.empty() ? nlohmann::ordered_json(nullptr)
+                                            : nlohmann::ordered_json(figure.peers);
+        one["ratio"] = NumberOrNull(figure.ratio);
+        one["limit"] = NumberOrNull(figure.limit);
+        if (figure.atLeast)
             one["at_least"] = true;
     }
     std::cout << all.dump() << std::endl;
     return std::cout.good();
+}
+
+void GiveUp(const char* what) {
+    std::cerr << "bench: " << what << std::endl;
+    std::_Exit(1);
 }
 
 } // namespace bench

@@ -7,21 +7,24 @@
 
 namespace bench {
 
-// One measured figure and what it is held against. `script/bench` prints it.
-struct TSFigure {
-    std::string m_Name;
-    double m_Value = 0;
-    std::string m_Unit;
-    // What was measured beside it in the same run, in the same unit.
-    std::map<std::string, double> m_Peers;
-    // The figure as a multiple of what it is held against.
-    std::optional<double> m_Ratio;
-    // What the ratio must not pass; with m_AtLeast, what it must not fall below.
-    std::optional<double> m_Limit;
-    bool m_AtLeast = false;
+// One measured figure and what it is compared with. `script/bench` prints it.
+struct Figure {
+    std::string name;
+    double value = 0;
+    std::string unit;
+    // What was measured in the same run for comparison, in the same unit.
+    std::map<std::string, double> peers;
+    // The figure as a multiple of what it is compared with.
+    std::optional<double> ratio;
+    // The highest ratio that is accepted; with atLeast, the lowest.
+    std::optional<double> limit;
+    bool atLeast = false;
 };
 
 // Writes the figures to standard output as one JSON object. False when that failed.
-bool PrintFigures(const std::vector<TSFigure>& figures);
+bool PrintFigures(const std::vector<Figure>& figures);
+
+// Ends the program with a line on standard error: what could not be measured has no figure.
+[[noreturn]] void GiveUp(const char* what);
 
 } // namespace bench

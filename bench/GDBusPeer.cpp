@@ -1,5 +1,7 @@
 #include "GDBusPeer.h"
 
+#include "Figure.h"
+
 #include <climits>
 
 #include <sys/socket.h>
@@ -9,13 +11,15 @@ namespace bench {
 namespace {
 
 constexpr char kPath[] = "/com/holvi/Norvex/SignalObject";
-constexpr char kInterface[] = "com.holvi.IDebugPrintControl";
-constexpr char kDescription[] = "<node><interface name='com.holvi.IDebugPrintControl'>"
-                                "<method name='Execute'><arg type='s' direction='in'/>"
-                                "<arg type='i' direction='out'/><arg type='s' direction='out'/>"
-                                "</method><method name='GetMenuItems'>"
-                                "<arg type='i' direction='out'/>"
-                                "<arg type='a(sbu)' direction='out'/></method></interface></node>";
+
+std::string MakeDescription() {
+    return "<node><interface name='" + kInterface + "'><method name='" + kExecute +
+           "'><arg type='s' direction='in'/><arg type='i' direction='out'/>"
+           "<arg type='s' direction='out'/></method><method name='" +
+           kGetMenuItems +
+           "'><arg type='i' direction='out'/><arg type='a(sbu)' direction='out'/></method>"
+           "</interface></node>";
+}
 
 template <class T> T* Demand(T* object, GError* error) {
     if (object == nullptr)
@@ -35,15 +39,15 @@ GVariant* ItemList(const std::vector<TSMenuItem>& items) {
 
 void Answer(GDBusConnection*, const char*, const char*, const char*, const char* method,
             GVariant* arguments, GDBusMethodInvocation* invocation, void* data) {
-    const TSAnswers& answers = *static_cast<TSAnswers*>(data);
-    if (g_strcmp0(method, "Execute") == 0) {
+    const Answers& answers = *static_cast<Answers*>(data);
+    if (method == kExecute) {
         const char* word = nullptr;
         g_variant_get(arguments, "(&s)", &word);
-        const std::string screen = answers.m_Answer ? answers.m_Answer(word) : answers.m_Screen;
+        const std::string screen = answers.answer ? answers.answer(word) : answers.screen;
         g_dbus_method_invocation_return_value(invocation, g_variant_new("(is)", 1, screen.c_str()));
     } else {
         g_dbus_method_invocation_return_value(
-            invocation, g_variant_new("(i@a(sbu))", 1, ItemList(answers.m_Items)));
+            invocation, g_variant_new("(i@a(sbu))", 1, ItemList(answers.items)));
     }
 }
 
@@ -58,14 +62,15 @@ GDBusConnection* Open(int descriptor, const char* guid, GDBusConnectionFlags fla
     return Demand(connection, error);
 }
 
-void Serve(int descriptor, TSAnswers answers) {
+void Serve(int descriptor, Answers answers) {
     char* guid = g_dbus_generate_guid();
     GDBusConnection* connection =
         Open(descriptor, guid, G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_SERVER);
     g_free(guid);
 
     GError* error = nullptr;
-    GDBusNodeInfo* node = Demand(g_dbus_node_info_new_for_xml(kDescription, &error), error);
+    GDBusNodeInfo* node =
+        Demand(g_dbus_node_info_new_for_xml(MakeDescription().c_str(), &error), error);
     const GDBusInterfaceVTable operations = {Answer, nullptr, nullptr, {}};
     g_dbus_connection_register_object(connection, kPath, node->interfaces[0], &operations, &answers,
                                       nullptr, nullptr);
@@ -76,27 +81,27 @@ void Serve(int descriptor, TSAnswers answers) {
 
 } // namespace
 
-TCGDBusPeer::TCGDBusPeer(const TSAnswers& answers)
-    : m_FarSide(SOCK_STREAM, [&answers](int descriptor) { Serve(descriptor, answers); }) {}
+GDBusPeer::GDBusPeer(const Answers& answers)
+    : m_process(SOCK_STREAM, [&answers](int descriptor) { Serve(descriptor, answers); }) {}
 
-TCGDBusPeer::~TCGDBusPeer() {
-    if (m_pConnection != nullptr) {
-        g_dbus_connection_close_sync(m_pConnection, nullptr, nullptr);
-        g_object_unref(m_pConnection);
+GDBusPeer::~GDBusPeer() {
+    if (m_connection != nullptr) {
+        g_dbus_connection_close_sync(m_connection, nullptr, nullptr);
+        g_object_unref(m_connection);
     }
 }
 
-void TCGDBusPeer::Connect() {
-    m_pConnection =
-        Open(m_FarSide.ReleaseDescriptor(), nullptr, G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT);
-    // The far side registers its object after the two have greeted each other. The word is one that
-    // a far side with an answer of its own can read as a number.
+void GDBusPeer::Connect() {
+    m_connection =
+        Open(m_process.ReleaseDescriptor(), nullptr, G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT);
+    // The process registers its object only after the authentication. The word is one that
+    // Answers::answer can read as a number.
     GError* error = nullptr;
     GVariant* reply = nullptr;
     while (reply == nullptr) {
         g_clear_error(&error);
-        reply = g_dbus_connection_call_sync(m_pConnection, nullptr, kPath, kInterface, "Execute",
-                                            g_variant_new("(s)", "0"), nullptr,
+        reply = g_dbus_connection_call_sync(m_connection, nullptr, kPath, kInterface.c_str(),
+                                            kExecute.c_str(), g_variant_new("(s)", "0"), nullptr,
                                             G_DBUS_CALL_FLAGS_NONE, INT_MAX, nullptr, &error);
         if (reply == nullptr && !g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD))
             Demand(reply, error);
@@ -104,16 +109,16 @@ void TCGDBusPeer::Connect() {
     g_variant_unref(reply);
 }
 
-GVariant* TCGDBusPeer::Call(const char* method, GVariant* arguments, const char* replyType) {
+GVariant* GDBusPeer::Call(const std::string& method, GVariant* arguments, const char* replyType) {
     GError* error = nullptr;
-    GVariant* reply = g_dbus_connection_call_sync(m_pConnection, nullptr, kPath, kInterface, method,
-                                                  arguments, G_VARIANT_TYPE(replyType),
-                                                  G_DBUS_CALL_FLAGS_NONE, INT_MAX, nullptr, &error);
+    GVariant* reply = g_dbus_connection_call_sync(
+        m_connection, nullptr, kPath, kInterface.c_str(), method.c_str(), arguments,
+        G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE, INT_MAX, nullptr, &error);
     return Demand(reply, error);
 }
 
-int TCGDBusPeer::Execute(const std::string& word, std::string& screen) {
-    GVariant* reply = Call("Execute", g_variant_new("(s)", word.c_str()), "(is)");
+int GDBusPeer::Execute(const std::string& word, std::string& screen) {
+    GVariant* reply = Call(kExecute, g_variant_new("(s)", word.c_str()), "(is)");
     int status = 0;
     const char* text = nullptr;
     g_variant_get(reply, "(i&s)", &status, &text);
@@ -122,8 +127,8 @@ int TCGDBusPeer::Execute(const std::string& word, std::string& screen) {
     return status;
 }
 
-std::vector<TSMenuItem> TCGDBusPeer::GetMenuItems() {
-    GVariant* reply = Call("GetMenuItems", nullptr, "(ia(sbu))");
+std::vector<TSMenuItem> GDBusPeer::GetMenuItems() {
+    GVariant* reply = Call(kGetMenuItems, nullptr, "(ia(sbu))");
     int status = 0;
     GVariantIter* rows = nullptr;
     g_variant_get(reply, "(ia(sbu))", &status, &rows);

@@ -1,27 +1,27 @@
 #pragma once
 
-#include "FarSide.h"
-#include "DaemonClient.h"
+#include "ForkedProcess.h"
+#include "Peer.h"
 
 #include <gio/gio.h>
 
 namespace bench {
 
-// GDBus, peer to peer. It has a thread of its own for its input.
-class TCGDBusPeer : public IPeer {
+// GDBus, peer to peer. GDBus reads on a thread of its own.
+class GDBusPeer : public Peer {
 public:
-    explicit TCGDBusPeer(const TSAnswers& answers);
-    ~TCGDBusPeer() override;
+    explicit GDBusPeer(const Answers& answers);
+    ~GDBusPeer() override;
 
     void Connect() override;
     int Execute(const std::string& word, std::string& screen) override;
     std::vector<TSMenuItem> GetMenuItems() override;
 
 private:
-    GVariant* Call(const char* method, GVariant* arguments, const char* replyType);
+    GVariant* Call(const std::string& method, GVariant* arguments, const char* replyType);
 
-    TCFarSide m_FarSide;
-    GDBusConnection* m_pConnection = nullptr;
+    ForkedProcess m_process;
+    GDBusConnection* m_connection = nullptr;
 };
 
 } // namespace bench

@@ -1,5 +1,5 @@
-// A long reply: 10,000 menu items with names of 24 bytes beside the daemon's own few, a vector on
-// both sides.
+// A long reply: 10,000 menu items with names of 24 bytes and the daemon's own few, from vector to
+// vector.
 
 #include "DebugPrintControlProxy.h"
 #include "Figure.h"
@@ -45,15 +45,15 @@ sd_bus_message* SdBusMessage(sd_bus* bus, const Items& items) {
 } // namespace
 
 int main() {
-    const bench::TCSimulatedTv tv({"--items", std::to_string(kItems)});
-    TCDebugPrintControlProxy control("com.holvi.IDebugPrintControl");
-    bench::TSAnswers answers;
-    answers.m_Items = control.GetMenuItems();
-    const std::size_t count = answers.m_Items.size();
+    const bench::SimulatedTv tv({"--items", std::to_string(kItems)});
+    TCDebugPrintControlProxy control(bench::kInterface);
+    bench::Answers answers;
+    answers.items = control.GetMenuItems();
+    const std::size_t count = answers.items.size();
     if (count < kItems)
-        bench::GiveUp("the daemon has not as many items as asked for");
-    bench::TCSdBusPeer sdBus(answers);
-    bench::TCGDBusPeer gdBus(answers);
+        bench::GiveUp("the daemon has fewer items than asked for");
+    bench::SdBusPeer sdBus(answers);
+    bench::GDBusPeer gdBus(answers);
     sdBus.Connect();
     gdBus.Connect();
 
@@ -71,17 +71,17 @@ int main() {
                                {"GDBus", [&] { return call(gdBus); }}},
                               kRounds);
 
-    bench::TSFigure reply;
-    reply.m_Name = "menu_items_10000";
-    reply.m_Unit = "us";
-    reply.m_Value = calls[0];
-    reply.m_Peers = {{"sd-bus peer to peer", calls[1]}, {"GDBus peer to peer", calls[2]}};
-    reply.m_Ratio = calls[0] / calls[1];
-    reply.m_Limit = 0.35;
+    bench::Figure reply;
+    reply.name = "menu_items_10000";
+    reply.unit = "us";
+    reply.value = calls[0];
+    reply.peers = {{"sd-bus peer to peer", calls[1]}, {"GDBus peer to peer", calls[2]}};
+    reply.ratio = calls[0] / calls[1];
+    reply.limit = 0.35;
 
     TCMessageBuffer buffer;
-    Write(answers.m_Items, buffer);
-    sd_bus_message* message = SdBusMessage(sdBus.Bus(), answers.m_Items);
+    Write(answers.items, buffer);
+    sd_bus_message* message = SdBusMessage(sdBus.GetBus(), answers.items);
     const auto perItem = [count](auto&& what) {
         return [count, what] {
             return bench::NanosecondsEach(kCalls, what) / static_cast<double>(count);
@@ -90,14 +90,14 @@ int main() {
     const std::vector<double> codec = bench::MedianOfRounds(
         {{"encode", perItem([&] {
               TCMessageBuffer fresh;
-              Write(answers.m_Items, fresh);
+              Write(answers.items, fresh);
           })},
          {"decode", perItem([&] {
               Items items;
               Read(items, buffer);
           })},
          {"sd-bus encodes",
-          perItem([&] { sd_bus_message_unref(SdBusMessage(sdBus.Bus(), answers.m_Items)); })},
+          perItem([&] { sd_bus_message_unref(SdBusMessage(sdBus.GetBus(), answers.items)); })},
          {"sd-bus decodes", perItem([&] {
               if (sd_bus_message_rewind(message, 1) < 0 ||
                   bench::ReadItems(message).size() != count)
@@ -106,19 +106,19 @@ int main() {
         kRounds);
     sd_bus_message_unref(message);
 
-    bench::TSFigure encode;
-    encode.m_Name = "menu_item_encode";
-    encode.m_Unit = "ns/item";
-    encode.m_Value = codec[0];
-    encode.m_Peers = {{"sd-bus message", codec[2]}};
-    encode.m_Ratio = codec[0] / codec[2];
-    encode.m_Limit = 1.0;
-    bench::TSFigure decode;
-    decode.m_Name = "menu_item_decode";
-    decode.m_Unit = "ns/item";
-    decode.m_Value = codec[1];
-    decode.m_Peers = {{"sd-bus message", codec[3]}};
-    decode.m_Ratio = codec[1] / codec[3];
-    decode.m_Limit = 1.0;
+    bench::Figure encode;
+    encode.name = "menu_item_encode";
+    encode.unit = "ns/item";
+    encode.value = codec[0];
+    encode.peers = {{"sd-bus message", codec[2]}};
+    encode.ratio = codec[0] / codec[2];
+    encode.limit = 1.0;
+    bench::Figure decode;
+    decode.name = "menu_item_decode";
+    decode.unit = "ns/item";
+    decode.value = codec[1];
+    decode.peers = {{"sd-bus message", codec[3]}};
+    decode.ratio = codec[1] / codec[3];
+    decode.limit = 1.0;
     return bench::PrintFigures({reply, encode, decode}) ? 0 : 1;
 }

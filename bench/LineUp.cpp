@@ -1,6 +1,6 @@
 #include "LineUp.h"
 
-#include "FarSide.h"
+#include "Figure.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -43,14 +43,14 @@ sim::Criteria Broadcast() {
 
 } // namespace
 
-TCLineUp::TCLineUp(int services, bool programmes)
-    : m_Services(services),
-      m_Path((std::filesystem::temp_directory_path() / "zarn-bench-lineup.XXXXXX").string()) {
-    const int descriptor = mkstemp(m_Path.data());
+LineUp::LineUp(int services, bool programmes)
+    : m_services(services),
+      m_path((std::filesystem::temp_directory_path() / "zarn-bench-lineup.XXXXXX").string()) {
+    const int descriptor = mkstemp(m_path.data());
     if (descriptor < 0)
         GiveUp(std::strerror(errno));
     close(descriptor);
-    std::ofstream file(m_Path);
+    std::ofstream file(m_path);
     file << "transponder air 474000\n";
     for (int i = 0; i < services; ++i) {
         file << "service 0x" << std::hex << i + 1 << std::dec << ' ' << i % kMajors << '-'
@@ -63,41 +63,40 @@ TCLineUp::TCLineUp(int services, bool programmes)
         GiveUp("the line-up could not be written");
 }
 
-TCLineUp::~TCLineUp() {
-    unlink(m_Path.c_str());
+LineUp::~LineUp() {
+    unlink(m_path.c_str());
 }
 
-struct TCLineUpDatabase::TSQueries {
-    sim::Database m_Database;
-    sim::LineUpTables m_Tables{m_Database};
-    sim::Statement m_FindByMajor;
-    sim::Statement m_List;
-    sim::Statement m_FindTitle;
+struct LineUpDatabase::Queries {
+    sim::Database database;
+    sim::LineUpTables tables{database};
+    sim::Statement findByMajor;
+    sim::Statement list;
+    sim::Statement findTitle;
 };
 
-TCLineUpDatabase::TCLineUpDatabase(const TCLineUp& lineUp)
-    : m_pQueries(std::make_unique<TSQueries>()) {
-    TSQueries& queries = *m_pQueries;
-    std::ifstream file(lineUp.Path());
+LineUpDatabase::LineUpDatabase(const LineUp& lineUp) : m_queries(std::make_unique<Queries>()) {
+    Queries& queries = *m_queries;
+    std::ifstream file(lineUp.GetPath());
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     std::string error;
-    if (!queries.m_Database.Open("") || !queries.m_Tables.Prepare())
-        GiveUp(queries.m_Database.GetError().c_str());
-    if (!queries.m_Tables.Replace(text, lineUp.Path(), error))
+    if (!queries.database.Open("") || !queries.tables.Prepare())
+        GiveUp(queries.database.GetError().c_str());
+    if (!queries.tables.Replace(text, lineUp.GetPath(), error))
         GiveUp(error.c_str());
-    if (!queries.m_FindByMajor.Prepare(queries.m_Database,
-                                       sim::ServiceQueries::ToFindText(ByMajor())) ||
-        !queries.m_List.Prepare(queries.m_Database, sim::ServiceQueries::ToListText(Broadcast())) ||
-        !queries.m_FindTitle.Prepare(queries.m_Database,
-                                     "SELECT start, duration, title FROM programme WHERE"
-                                     " service = ?1 AND start <= ?2 ORDER BY start DESC LIMIT 1"))
-        GiveUp(queries.m_Database.GetError().c_str());
+    if (!queries.findByMajor.Prepare(queries.database,
+                                     sim::ServiceQueries::ToFindText(ByMajor())) ||
+        !queries.list.Prepare(queries.database, sim::ServiceQueries::ToListText(Broadcast())) ||
+        !queries.findTitle.Prepare(queries.database,
+                                   "SELECT start, duration, title FROM programme WHERE"
+                                   " service = ?1 AND start <= ?2 ORDER BY start DESC LIMIT 1"))
+        GiveUp(queries.database.GetError().c_str());
 }
 
-TCLineUpDatabase::~TCLineUpDatabase() = default;
+LineUpDatabase::~LineUpDatabase() = default;
 
-std::uint64_t TCLineUpDatabase::FindByMajor(int major) {
-    sim::Statement& find = m_pQueries->m_FindByMajor;
+std::uint64_t LineUpDatabase::FindByMajor(int major) {
+    sim::Statement& find = m_queries->findByMajor;
     const std::int64_t values[] = {1, 0, major, 1}; // listed, not hidden, the major, one row
     int place = 1;
     for (const std::int64_t value : values)
@@ -107,8 +106,8 @@ std::uint64_t TCLineUpDatabase::FindByMajor(int major) {
     return service;
 }
 
-std::vector<std::uint64_t> TCLineUpDatabase::List() {
-    sim::Statement& list = m_pQueries->m_List;
+std::vector<std::uint64_t> LineUpDatabase::List() {
+    sim::Statement& list = m_queries->list;
     // Air, profile 0, listed, not hidden, not streamed, all rows from the first.
     const std::int64_t values[] = {0, 0, 1, 0, CHANNEL_TYPE_VIRTUAL, -1, 0};
     int place = 1;
@@ -121,8 +120,8 @@ std::vector<std::uint64_t> TCLineUpDatabase::List() {
     return services;
 }
 
-int TCLineUpDatabase::FindTitleSize(std::uint64_t service, int second) {
-    sim::Statement& find = m_pQueries->m_FindTitle;
+int LineUpDatabase::FindTitleSize(std::uint64_t service, int second) {
+    sim::Statement& find = m_queries->findTitle;
     find.Bind(1, service);
     find.Bind(2, std::int64_t{second});
     int size = 0;

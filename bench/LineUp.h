@@ -12,30 +12,30 @@ constexpr int kMajors = 65536;
 
 // A line-up of services over air, listed and of the profile 0, as a file that `norvex-sim --lineup`
 // takes. Owns the file.
-class TCLineUp {
+class LineUp {
 public:
     // With `programmes` each service has one with a title, all day long.
-    explicit TCLineUp(int services, bool programmes = false);
-    ~TCLineUp();
-    TCLineUp(const TCLineUp&) = delete;
-    TCLineUp& operator=(const TCLineUp&) = delete;
+    explicit LineUp(int services, bool programmes = false);
+    ~LineUp();
+    LineUp(const LineUp&) = delete;
+    LineUp& operator=(const LineUp&) = delete;
 
-    const std::string& Path() const { return m_Path; }
-    int Services() const { return m_Services; }
+    const std::string& GetPath() const { return m_path; }
+    int GetServices() const { return m_services; }
 
 private:
-    int m_Services;
-    std::string m_Path;
+    int m_services;
+    std::string m_path;
 };
 
 // What SQLite takes by itself: the daemon's own tables in memory, in this process, and the same
 // queries prepared. Ends the program when SQLite refuses.
-class TCLineUpDatabase {
+class LineUpDatabase {
 public:
-    explicit TCLineUpDatabase(const TCLineUp& lineUp);
-    ~TCLineUpDatabase();
-    TCLineUpDatabase(const TCLineUpDatabase&) = delete;
-    TCLineUpDatabase& operator=(const TCLineUpDatabase&) = delete;
+    explicit LineUpDatabase(const LineUp& lineUp);
+    ~LineUpDatabase();
+    LineUpDatabase(const LineUpDatabase&) = delete;
+    LineUpDatabase& operator=(const LineUpDatabase&) = delete;
 
     // The first service with that major number; 0 when there is none.
     std::uint64_t FindByMajor(int major);
@@ -45,8 +45,8 @@ public:
     int FindTitleSize(std::uint64_t service, int second);
 
 private:
-    struct TSQueries;
-    std::unique_ptr<TSQueries> m_pQueries;
+    struct Queries;
+    std::unique_ptr<Queries> m_queries;
 };
 
 } // namespace bench

@@ -1,6 +1,5 @@
 // What it costs to load the plug-in: a fresh process each time, as the host is one.
 
-#include "FarSide.h"
 #include "Figure.h"
 #include "Program.h"
 #include "Rounds.h"
@@ -20,12 +19,12 @@ int main() {
                                {"empty library", [] { return LoadOnce(EMPTY_LIBRARY); }}},
                               101);
 
-    bench::TSFigure figure;
-    figure.m_Name = "plugin_load";
-    figure.m_Unit = "us";
-    figure.m_Value = medians[0];
-    figure.m_Peers = {{"empty library with GLib", medians[1]}};
-    figure.m_Ratio = medians[0] / medians[1];
-    figure.m_Limit = 2.0;
+    bench::Figure figure;
+    figure.name = "plugin_load";
+    figure.unit = "us";
+    figure.value = medians[0];
+    figure.peers = {{"empty library with GLib", medians[1]}};
+    figure.ratio = medians[0] / medians[1];
+    figure.limit = 2.0;
     return bench::PrintFigures({figure}) ? 0 : 1;
 }

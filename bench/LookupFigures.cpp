@@ -24,15 +24,15 @@ constexpr int kFew = 1000;
 constexpr int kLookups = 4000;
 constexpr int kRounds = 15;
 
-// Majors in no order, the same ones in every process.
-class TCMajors {
+// Majors in random order, the same in every process.
+class Majors {
 public:
-    explicit TCMajors(int services) : m_Any(0, std::min(services, bench::kMajors) - 1) {}
-    int Next() { return m_Any(m_Source); }
+    explicit Majors(int services) : m_any(0, std::min(services, bench::kMajors) - 1) {}
+    int Next() { return m_any(m_source); }
 
 private:
-    std::mt19937 m_Source;
-    std::uniform_int_distribution<int> m_Any;
+    std::mt19937 m_source;
+    std::uniform_int_distribution<int> m_any;
 };
 
 void Lookup(IService& service, int major) {
@@ -47,15 +47,15 @@ void Lookup(IService& service, int major) {
         bench::GiveUp("a service was not found");
 }
 
-enum ERound : std::size_t { kFindService, kSmallCall };
+enum Round : std::size_t { kFindService, kSmallCall };
 
 // Both rounds against the TV of the process in which they run.
 std::vector<std::function<double()>> RoundsAmong(int services) {
-    const auto find = [majors = TCMajors(services)]() mutable {
+    const auto find = [majors = Majors(services)]() mutable {
         static IService* const service = [] {
             IService* created = nullptr;
             if (NorvexAPI::CreateService(&created) != 0)
-                bench::GiveUp("the TV gives no services");
+                bench::GiveUp("the services could not be created");
             return created;
         }();
         return bench::NanosecondsEach(kLookups, [&] { Lookup(*service, majors.Next()); });
@@ -64,7 +64,7 @@ std::vector<std::function<double()>> RoundsAmong(int services) {
         static IServiceNavigation* const navigation = [] {
             IServiceNavigation* created = nullptr;
             if (NorvexAPI::CreateServiceNavigation(PROFILE_MAIN, 0, &created) != 0)
-                bench::GiveUp("the TV gives no navigation");
+                bench::GiveUp("the navigation could not be created");
             return created;
         }();
         TSTvMode mode;
@@ -76,24 +76,24 @@ std::vector<std::function<double()>> RoundsAmong(int services) {
 } // namespace
 
 int main() {
-    const bench::TCLineUp few(kFew);
-    const bench::TCSimulatedTv fewTv({"--lineup", few.Path()});
-    bench::TCRoundProcess amongFew(RoundsAmong(kFew));
-    const bench::TCLineUp many(kMany);
-    const bench::TCSimulatedTv manyTv({"--lineup", many.Path()});
-    bench::TCRoundProcess amongMany(RoundsAmong(kMany));
+    const bench::LineUp few(kFew);
+    const bench::SimulatedTv fewTv({"--lineup", few.GetPath()});
+    bench::RoundProcess amongFew(RoundsAmong(kFew));
+    const bench::LineUp many(kMany);
+    const bench::SimulatedTv manyTv({"--lineup", many.GetPath()});
+    bench::RoundProcess amongMany(RoundsAmong(kMany));
 
-    bench::TCLineUpDatabase database(many);
-    // The far side holds this very database: in memory, nothing of it is shared but the fork.
-    bench::TSAnswers answers;
-    answers.m_Answer = [&database](const std::string& major) {
+    bench::LineUpDatabase database(many);
+    // The forked process has a copy of this database.
+    bench::Answers answers;
+    answers.answer = [&database](const std::string& major) {
         return std::to_string(database.FindByMajor(std::stoi(major)));
     };
-    bench::TCGDBusPeer gdBus(answers);
+    bench::GDBusPeer gdBus(answers);
     gdBus.Connect();
 
-    TCMajors ownMajors(kMany);
-    TCMajors peerMajors(kMany);
+    Majors ownMajors(kMany);
+    Majors peerMajors(kMany);
     std::string service;
     const std::vector<double> medians = bench::MedianOfRounds(
         {{"FindService among many", [&] { return amongMany.Run(kFindService); }},
@@ -113,22 +113,22 @@ int main() {
           }}},
         kRounds);
 
-    bench::TSFigure lookup;
-    lookup.m_Name = "lookup_by_major";
-    lookup.m_Unit = "ns";
-    lookup.m_Value = medians[0];
-    lookup.m_Peers = {{"small call", medians[2]},
-                      {"SQLite's prepared look-up", medians[3]},
-                      {"GDBus peer to peer with the same look-up", medians[4]}};
-    lookup.m_Ratio = medians[0] / (medians[2] + medians[3]);
-    lookup.m_Limit = 1.5;
+    bench::Figure lookup;
+    lookup.name = "lookup_by_major";
+    lookup.unit = "ns";
+    lookup.value = medians[0];
+    lookup.peers = {{"small call", medians[2]},
+                    {"SQLite's prepared look-up", medians[3]},
+                    {"GDBus peer to peer with the same look-up", medians[4]}};
+    lookup.ratio = medians[0] / (medians[2] + medians[3]);
+    lookup.limit = 1.5;
 
-    bench::TSFigure growth;
-    growth.m_Name = "lookup_among_1000000";
-    growth.m_Unit = "ns";
-    growth.m_Value = medians[0];
-    growth.m_Peers = {{"among 1,000", medians[1]}};
-    growth.m_Ratio = medians[0] / medians[1];
-    growth.m_Limit = 1.3;
+    bench::Figure growth;
+    growth.name = "lookup_among_1000000";
+    growth.unit = "ns";
+    growth.value = medians[0];
+    growth.peers = {{"among 1,000", medians[1]}};
+    growth.ratio = medians[0] / medians[1];
+    growth.limit = 1.3;
     return bench::PrintFigures({lookup, growth}) ? 0 : 1;
 }

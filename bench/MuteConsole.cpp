@@ -11,7 +11,7 @@
 
 namespace {
 
-class TCSilentAVControl final : public IAVControl {
+class SilentAVControl final : public IAVControl {
 public:
     int RestartVideoDecoder() override { return 1; }
     int MuteVideo(int) override { return 1; }
@@ -22,7 +22,7 @@ public:
 
 // In place of the client library's: a program's own definitions come first.
 int NorvexAPI::CreateAVControl(EProfile, int, IAVControl** avControl) {
-    *avControl = new TCSilentAVControl;
+    *avControl = new SilentAVControl;
     return 0;
 }
 int NorvexAPI::Destroy(INorvexSession* session) {

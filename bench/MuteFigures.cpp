@@ -2,7 +2,6 @@
 // loop that reads, converts and writes the same; what the round takes with its calls is shown as
 // well.
 
-#include "FarSide.h"
 #include "Figure.h"
 #include "Program.h"
 #include "Rounds.h"
@@ -22,20 +21,20 @@ std::string Turns(int count) {
     return words;
 }
 
-// The screen's number comes first, the way out last.
-std::string Visit(int turns) {
+// The screen's number first, the way out last.
+std::string Words(int turns) {
     return "0 " + Turns(turns) + "99 0\n";
 }
 
 } // namespace
 
 int main() {
-    const bench::TCSimulatedTv tv;
+    const bench::SimulatedTv tv;
     const std::vector<std::string> console = {MUTE_CONSOLE};
     const std::vector<std::string> host = {HOST, PLUGIN};
 
     // The console's own bytes of one round, taken from it.
-    const std::string one = bench::RunPiped(console, Visit(1), 1 << 16).m_Output;
+    const std::string one = bench::RunPiped(console, Words(1), 1 << 16).output;
     const std::string value = "Off:0 / On:1 ";
     const std::size_t first = one.find(value) + value.size();
     const std::size_t second = one.find(value, first);
@@ -43,15 +42,15 @@ int main() {
         bench::GiveUp("the mute test does not ask for a value");
     const std::string menu = one.substr(first, second - first);
 
-    const std::string input = Visit(kTurns);
+    const std::string input = Words(kTurns);
     const std::vector<std::string> loop = {MUTE_LOOP, menu, value};
-    const std::size_t written = bench::RunPiped(console, input).m_OutputSize -
-                                bench::RunPiped(console, Visit(0)).m_OutputSize;
-    if (written != bench::RunPiped(loop, Turns(kTurns)).m_OutputSize - menu.size())
+    const std::size_t written =
+        bench::RunPiped(console, input).outputSize - bench::RunPiped(console, Words(0)).outputSize;
+    if (written != bench::RunPiped(loop, Turns(kTurns)).outputSize - menu.size())
         bench::GiveUp("the bare loop does not write as many bytes as the console");
 
     const auto each = [](const std::vector<std::string>& program, const std::string& words) {
-        return bench::RunPiped(program, words).m_Seconds * 1e9 / kTurns;
+        return bench::RunPiped(program, words).seconds * 1e9 / kTurns;
     };
     const std::string whole = "5 2 " + input + "99 99\n";
     const std::vector<double> medians =
@@ -60,12 +59,12 @@ int main() {
                                {"with calls", [&] { return each(host, whole); }}},
                               kRounds);
 
-    bench::TSFigure figure;
-    figure.m_Name = "mute_round_without_calls";
-    figure.m_Unit = "ns";
-    figure.m_Value = medians[0];
-    figure.m_Peers = {{"bare loop", medians[1]}, {"the round with its calls", medians[2]}};
-    figure.m_Ratio = medians[0] / medians[1];
-    figure.m_Limit = 1.5;
+    bench::Figure figure;
+    figure.name = "mute_round_without_calls";
+    figure.unit = "ns";
+    figure.value = medians[0];
+    figure.peers = {{"bare loop", medians[1]}, {"the round with its calls", medians[2]}};
+    figure.ratio = medians[0] / medians[1];
+    figure.limit = 1.5;
     return bench::PrintFigures({figure}) ? 0 : 1;
 }

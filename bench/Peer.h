@@ -4,23 +4,33 @@
 #include <string>
 #include <vector>
 
+#include <interfaces/Interfaces.h>
 #include <zarn/MenuItem.h>
 
 namespace bench {
 
-// What the far side of a peer answers with.
-struct TSAnswers {
-    std::string m_Screen;
-    std::vector<TSMenuItem> m_Items;
-    // Makes the screen of a word in m_Screen's place, where there is one; GDBus only.
-    std::function<std::string(const std::string& word)> m_Answer;
+// The peers carry the TV service's own interface.
+// NOLINTBEGIN(cert-err58-cpp): a benchmark without memory for its names may end.
+using interfaces::DebugPrintControlMethod;
+inline const std::string kInterface{interfaces::kTable<DebugPrintControlMethod>.name};
+inline const std::string kExecute{interfaces::GetMethodName(DebugPrintControlMethod::Execute)};
+inline const std::string kGetMenuItems{
+    interfaces::GetMethodName(DebugPrintControlMethod::GetMenuItems)};
+// NOLINTEND(cert-err58-cpp)
+
+// What a peer's process answers with.
+struct Answers {
+    std::string screen;
+    std::vector<TSMenuItem> items;
+    // If set, makes the screen for a word in place of `screen`; GDBus only.
+    std::function<std::string(const std::string& word)> answer;
 };
 
-// Another way to make the debug print control's calls to another process, on this thread.
-class IPeer {
+// Another way to make the debug print control's calls to another process. One thread.
+class Peer {
 public:
-    virtual ~IPeer() = default;
-    // Takes up the connection; after the last far side has been forked.
+    virtual ~Peer() = default;
+    // Connects; to be called after the last process has been forked.
     virtual void Connect() = 0;
     // Sends `word`; the answer is a status, which is returned, and a screen.
     virtual int Execute(const std::string& word, std::string& screen) = 0;

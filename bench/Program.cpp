@@ -1,6 +1,6 @@
 #include "Program.h"
 
-#include "FarSide.h"
+#include "Figure.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,16 +18,16 @@ namespace bench {
 
 namespace {
 
-struct TSPipe {
-    TSPipe() {
+struct Pipe {
+    Pipe() {
         int ends[2];
         if (pipe2(ends, O_CLOEXEC) != 0)
             GiveUp(std::strerror(errno));
-        m_Read = ends[0];
-        m_Write = ends[1];
+        read = ends[0];
+        write = ends[1];
     }
-    int m_Read;
-    int m_Write;
+    int read;
+    int write;
 };
 
 pid_t Spawn(const std::vector<std::string>& words, int input, int output) {
@@ -55,7 +55,7 @@ void Feed(int descriptor, const std::string& input) {
     while (fed < input.size()) {
         const ssize_t size = write(descriptor, input.data() + fed, input.size() - fed);
         if (size < 0)
-            break; // it has read enough
+            break; // it reads no more
         fed += static_cast<std::size_t>(size);
     }
     close(descriptor);
@@ -63,31 +63,31 @@ void Feed(int descriptor, const std::string& input) {
 
 } // namespace
 
-TSPipedRun RunPiped(const std::vector<std::string>& words, const std::string& input,
-                    std::size_t kept) {
+PipedRun RunPiped(const std::vector<std::string>& words, const std::string& input,
+                  std::size_t kept) {
     if (std::signal(SIGPIPE, SIG_IGN) == SIG_ERR)
         GiveUp(std::strerror(errno));
-    TSPipedRun run;
-    TSPipe in;
-    TSPipe out;
+    PipedRun run;
+    Pipe in;
+    Pipe out;
     const auto begin = std::chrono::steady_clock::now();
-    const pid_t process = Spawn(words, in.m_Read, out.m_Write);
-    close(in.m_Read);
-    close(out.m_Write);
-    std::thread feeder(Feed, in.m_Write, std::cref(input));
+    const pid_t process = Spawn(words, in.read, out.write);
+    close(in.read);
+    close(out.write);
+    std::thread feeder(Feed, in.write, std::cref(input));
 
     char block[65536];
     ssize_t size = 0;
-    while ((size = read(out.m_Read, block, sizeof block)) > 0) {
+    while ((size = read(out.read, block, sizeof block)) > 0) {
         const auto count = static_cast<std::size_t>(size);
-        run.m_Output.append(block, std::min(count, kept - std::min(kept, run.m_OutputSize)));
-        run.m_OutputSize += count;
+        run.output.append(block, std::min(count, kept - std::min(kept, run.outputSize)));
+        run.outputSize += count;
     }
-    close(out.m_Read);
+    close(out.read);
     int status = 0;
     waitpid(process, &status, 0);
     const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - begin;
-    run.m_Seconds = passed.count();
+    run.seconds = passed.count();
     feeder.join();
     if (status != 0)
         GiveUp((words[0] + " failed").c_str());
@@ -95,7 +95,7 @@ TSPipedRun RunPiped(const std::vector<std::string>& words, const std::string& in
 }
 
 std::string OutputOf(const std::vector<std::string>& words) {
-    return RunPiped(words, {}, 65536).m_Output;
+    return RunPiped(words, {}, 65536).output;
 }
 
 } // namespace bench

@@ -10,13 +10,14 @@ namespace bench {
 // this program when it fails.
 std::string OutputOf(const std::vector<std::string>& words);
 
-// Runs a program to its end with `input` piped in and its output drawn off through a pipe.
-struct TSPipedRun {
-    double m_Seconds = 0; // from its start to its end
-    std::string m_Output; // its first bytes, up to the asked number
-    std::size_t m_OutputSize = 0;
+// Runs a program to its end with its standard input and output on pipes: writes `input`, reads all
+// output and keeps the first `kept` bytes.
+struct PipedRun {
+    double seconds = 0; // from its start to its end
+    std::string output; // the bytes that were kept
+    std::size_t outputSize = 0;
 };
-TSPipedRun RunPiped(const std::vector<std::string>& words, const std::string& input,
-                    std::size_t kept = 0);
+PipedRun RunPiped(const std::vector<std::string>& words, const std::string& input,
+                  std::size_t kept = 0);
 
 } // namespace bench

@@ -1,9 +1,8 @@
 // The console's check for programmes over ten thousand services: a list, a call for each service,
 // and a line for each, beside a bare loop of as many small calls and lines, and SQLite's own
-// look-ups. Calls and lines are one loop: whoever draws off the lines is woken for each while the
-// call is waited for, which lines that are written in one go do not show.
+// look-ups. Calls and lines are one loop: each line wakes the reader of the pipe during the next
+// call, which lines written in one go do not show.
 
-#include "FarSide.h"
 #include "Figure.h"
 #include "LineUp.h"
 #include "Program.h"
@@ -19,21 +18,21 @@ constexpr int kRounds = 9;
 constexpr int kNoon = 12 * 3600;
 
 // Into the test console, to the programmes, and out again.
-std::string Visit(const std::string& words) {
+std::string Words(const std::string& words) {
     return "5 18 " + words + "99 99 99\n";
 }
 
 } // namespace
 
 int main() {
-    const bench::TCLineUp lineUp(kServices, true);
-    const bench::TCSimulatedTv tv({"--lineup", lineUp.Path()});
-    bench::TCLineUpDatabase database(lineUp);
+    const bench::LineUp lineUp(kServices, true);
+    const bench::SimulatedTv tv({"--lineup", lineUp.GetPath()});
+    bench::LineUpDatabase database(lineUp);
     const std::vector<std::string> host = {HOST, PLUGIN};
 
     // The lines, taken from the console; the last services' are the longest.
     const std::size_t enough = 1 << 20;
-    const std::string output = bench::RunPiped(host, Visit("1 "), enough).m_Output;
+    const std::string output = bench::RunPiped(host, Words("1 "), enough).output;
     const std::size_t end = output.find("\tno data in 0 programs\n");
     const std::size_t begin = end == std::string::npos ? end : output.rfind("\tfreq:", end);
     if (begin == std::string::npos)
@@ -51,11 +50,11 @@ int main() {
         return std::vector<std::string>{program, line, std::to_string(times)};
     };
     const auto run = [](const std::vector<std::string>& words, const std::string& input) {
-        return bench::RunPiped(words, input).m_Seconds * 1e3;
+        return bench::RunPiped(words, input).seconds * 1e3;
     };
     const std::vector<double> medians = bench::MedianOfRounds(
-        {{"check", [&] { return run(host, Visit("1 ")); }},
-         {"visit", [&] { return run(host, Visit("")); }},
+        {{"check", [&] { return run(host, Words("1 ")); }},
+         {"entering and leaving", [&] { return run(host, Words("")); }},
          {"calls and lines", [&] { return run(loop(CALL_LOOP, kServices + 1), ""); }},
          {"no calls", [&] { return run(loop(CALL_LOOP, 0), ""); }},
          {"SQLite", [&] { return bench::NanosecondsEach(1, lookups) / 1e6; }},
@@ -64,14 +63,14 @@ int main() {
         kRounds);
     const double calls = medians[2] - medians[3];
 
-    bench::TSFigure figure;
-    figure.m_Name = "programme_check_10000";
-    figure.m_Unit = "ms";
-    figure.m_Value = medians[0] - medians[1];
-    figure.m_Peers = {{"10,001 small calls, a line after each", calls},
-                      {"SQLite's look-ups", medians[4]},
-                      {"10,001 lines alone", medians[5] - medians[6]}};
-    figure.m_Ratio = figure.m_Value / (calls + medians[4]);
-    figure.m_Limit = 1.3;
+    bench::Figure figure;
+    figure.name = "programme_check_10000";
+    figure.unit = "ms";
+    figure.value = medians[0] - medians[1];
+    figure.peers = {{"10,001 small calls, a line after each", calls},
+                    {"SQLite's look-ups", medians[4]},
+                    {"10,001 lines alone", medians[5] - medians[6]}};
+    figure.ratio = figure.value / (calls + medians[4]);
+    figure.limit = 1.3;
     return bench::PrintFigures({figure}) ? 0 : 1;
 }

@@ -1,5 +1,7 @@
 #include "RoundProcess.h"
 
+#include "Figure.h"
+
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -18,13 +20,13 @@ void Serve(int descriptor, const std::vector<std::function<double()>>& rounds) {
 
 } // namespace
 
-TCRoundProcess::TCRoundProcess(const std::vector<std::function<double()>>& rounds)
-    : m_FarSide(SOCK_SEQPACKET, [&rounds](int descriptor) { Serve(descriptor, rounds); }) {}
+RoundProcess::RoundProcess(const std::vector<std::function<double()>>& rounds)
+    : m_process(SOCK_SEQPACKET, [&rounds](int descriptor) { Serve(descriptor, rounds); }) {}
 
-double TCRoundProcess::Run(std::size_t round) {
+double RoundProcess::Run(std::size_t round) {
     double result = 0;
-    if (write(m_FarSide.Descriptor(), &round, sizeof round) != sizeof round ||
-        read(m_FarSide.Descriptor(), &result, sizeof result) != sizeof result)
+    if (write(m_process.GetDescriptor(), &round, sizeof round) != sizeof round ||
+        read(m_process.GetDescriptor(), &result, sizeof result) != sizeof result)
         GiveUp("a process that runs rounds ended");
     return result;
 }

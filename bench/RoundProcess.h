@@ -1,24 +1,24 @@
 #pragma once
 
-#include "FarSide.h"
+#include "ForkedProcess.h"
 
 #include <functional>
 #include <vector>
 
 namespace bench {
 
-// A process of its own that runs rounds when it is asked to: a program talks with one TV only, the
-// one that NORVEX_SOCKET named when it was started.
-class TCRoundProcess {
+// A process that runs rounds on request: a program calls one TV only, the one that NORVEX_SOCKET
+// named when it was forked.
+class RoundProcess {
 public:
-    // `rounds` run over there, one at a time.
-    explicit TCRoundProcess(const std::vector<std::function<double()>>& rounds);
+    // `rounds` run in the process, one at a time.
+    explicit RoundProcess(const std::vector<std::function<double()>>& rounds);
 
-    // Runs the round of that place in the list and returns its result.
+    // Runs `rounds[round]` and returns its result.
     double Run(std::size_t round);
 
 private:
-    TCFarSide m_FarSide;
+    ForkedProcess m_process;
 };
 
 } // namespace bench

@@ -8,15 +8,15 @@
 namespace bench {
 
 // One of those that are measured side by side.
-struct TSCandidate {
-    std::string m_Name;
+struct Candidate {
+    std::string name;
     // Runs one round and returns its result, in the unit of the figure.
-    std::function<double()> m_Round;
+    std::function<double()> round;
 };
 
-// Runs every candidate in turn, `rounds` times over, so that a disturbance of the machine meets all
-// of them; one more turn before is not counted. The median of each, in the candidates' order.
-std::vector<double> MedianOfRounds(const std::vector<TSCandidate>& candidates, int rounds);
+// Runs all candidates in turn, `rounds` times, so that a disturbance of the machine hits all of
+// them; one more turn before that is not counted. The median of each, in the candidates' order.
+std::vector<double> MedianOfRounds(const std::vector<Candidate>& candidates, int rounds);
 
 double Median(std::vector<double> values);
 

@@ -1,5 +1,7 @@
 #include "SdBusPeer.h"
 
+#include "Figure.h"
+
 #include <cstring>
 
 #include <sys/socket.h>
@@ -9,7 +11,6 @@ namespace bench {
 namespace {
 
 constexpr char kPath[] = "/com/holvi/Norvex/SignalObject";
-constexpr char kInterface[] = "com.holvi.IDebugPrintControl";
 
 void Demand(int result) {
     if (result < 0)
@@ -17,16 +18,16 @@ void Demand(int result) {
 }
 
 int Answer(sd_bus_message* call, void* data, sd_bus_error*) {
-    const TSAnswers& answers = *static_cast<TSAnswers*>(data);
+    const Answers& answers = *static_cast<Answers*>(data);
     sd_bus_message* reply = nullptr;
     Demand(sd_bus_message_new_method_return(call, &reply));
-    if (std::strcmp(sd_bus_message_get_member(call), "Execute") == 0) {
+    if (sd_bus_message_get_member(call) == kExecute) {
         const char* word = nullptr;
         Demand(sd_bus_message_read(call, "s", &word));
-        Demand(sd_bus_message_append(reply, "is", 1, answers.m_Screen.c_str()));
+        Demand(sd_bus_message_append(reply, "is", 1, answers.screen.c_str()));
     } else {
         Demand(sd_bus_message_append(reply, "i", 1));
-        AppendItems(reply, answers.m_Items);
+        AppendItems(reply, answers.items);
     }
     Demand(sd_bus_send(nullptr, reply, nullptr));
     sd_bus_message_unref(reply);
@@ -46,7 +47,7 @@ sd_bus* Open(int descriptor, bool server) {
     return bus;
 }
 
-void Serve(int descriptor, TSAnswers answers) {
+void Serve(int descriptor, Answers answers) {
     sd_bus* bus = Open(descriptor, true);
     Demand(sd_bus_add_object(bus, nullptr, kPath, Answer, &answers));
     while (true) {
@@ -87,21 +88,21 @@ std::vector<TSMenuItem> ReadItems(sd_bus_message* message) {
     return items;
 }
 
-TCSdBusPeer::TCSdBusPeer(const TSAnswers& answers)
-    : m_FarSide(SOCK_STREAM, [&answers](int descriptor) { Serve(descriptor, answers); }) {}
+SdBusPeer::SdBusPeer(const Answers& answers)
+    : m_process(SOCK_STREAM, [&answers](int descriptor) { Serve(descriptor, answers); }) {}
 
-TCSdBusPeer::~TCSdBusPeer() {
-    sd_bus_close_unref(m_pBus);
+SdBusPeer::~SdBusPeer() {
+    sd_bus_close_unref(m_bus);
 }
 
-void TCSdBusPeer::Connect() {
-    m_pBus = Open(m_FarSide.ReleaseDescriptor(), false);
+void SdBusPeer::Connect() {
+    m_bus = Open(m_process.ReleaseDescriptor(), false);
 }
 
-int TCSdBusPeer::Execute(const std::string& word, std::string& screen) {
+int SdBusPeer::Execute(const std::string& word, std::string& screen) {
     sd_bus_message* reply = nullptr;
-    Demand(sd_bus_call_method(m_pBus, nullptr, kPath, kInterface, "Execute", nullptr, &reply, "s",
-                              word.c_str()));
+    Demand(sd_bus_call_method(m_bus, nullptr, kPath, kInterface.c_str(), kExecute.c_str(), nullptr,
+                              &reply, "s", word.c_str()));
     int status = 0;
     const char* text = nullptr;
     Demand(sd_bus_message_read(reply, "is", &status, &text));
@@ -110,10 +111,10 @@ int TCSdBusPeer::Execute(const std::string& word, std::string& screen) {
     return status;
 }
 
-std::vector<TSMenuItem> TCSdBusPeer::GetMenuItems() {
+std::vector<TSMenuItem> SdBusPeer::GetMenuItems() {
     sd_bus_message* reply = nullptr;
-    Demand(sd_bus_call_method(m_pBus, nullptr, kPath, kInterface, "GetMenuItems", nullptr, &reply,
-                              nullptr));
+    Demand(sd_bus_call_method(m_bus, nullptr, kPath, kInterface.c_str(), kGetMenuItems.c_str(),
+                              nullptr, &reply, nullptr));
     int status = 0;
     Demand(sd_bus_message_read(reply, "i", &status));
     std::vector<TSMenuItem> items = ReadItems(reply);

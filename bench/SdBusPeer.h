@@ -1,27 +1,27 @@
 #pragma once
 
-#include "FarSide.h"
-#include "DaemonClient.h"
+#include "ForkedProcess.h"
+#include "Peer.h"
 
 #include <systemd/sd-bus.h>
 
 namespace bench {
 
 // sd-bus, peer to peer: no broker between the two processes.
-class TCSdBusPeer : public IPeer {
+class SdBusPeer : public Peer {
 public:
-    explicit TCSdBusPeer(const TSAnswers& answers);
-    ~TCSdBusPeer() override;
+    explicit SdBusPeer(const Answers& answers);
+    ~SdBusPeer() override;
 
     void Connect() override;
     int Execute(const std::string& word, std::string& screen) override;
     std::vector<TSMenuItem> GetMenuItems() override;
     // For messages that are only written and read.
-    sd_bus* Bus() const { return m_pBus; }
+    sd_bus* GetBus() const { return m_bus; }
 
 private:
-    TCFarSide m_FarSide;
-    sd_bus* m_pBus = nullptr;
+    ForkedProcess m_process;
+    sd_bus* m_bus = nullptr;
 };
 
 // Writes the items as a(sbu), and reads them.

@@ -1,5 +1,7 @@
 #include "SeqpacketPeer.h"
 
+#include "Figure.h"
+
 #include <cstring>
 
 #include <sys/socket.h>
@@ -23,18 +25,18 @@ void Serve(int descriptor, const std::string& screen) {
 
 } // namespace
 
-TCSeqpacketPeer::TCSeqpacketPeer(const std::string& screen)
-    : m_FarSide(SOCK_SEQPACKET, [&screen](int descriptor) { Serve(descriptor, screen); }) {
+SeqpacketPeer::SeqpacketPeer(const std::string& screen)
+    : m_process(SOCK_SEQPACKET, [&screen](int descriptor) { Serve(descriptor, screen); }) {
     if (screen.size() > kPacketSize - sizeof(int))
         GiveUp("the screen is too long for one bare packet");
 }
 
-int TCSeqpacketPeer::Execute(const std::string& word, std::string& screen) {
+int SeqpacketPeer::Execute(const std::string& word, std::string& screen) {
     char packet[kPacketSize];
     int status = -1;
-    if (send(m_FarSide.Descriptor(), word.data(), word.size(), MSG_NOSIGNAL) < 0)
+    if (send(m_process.GetDescriptor(), word.data(), word.size(), MSG_NOSIGNAL) < 0)
         GiveUp("the bare peer has gone");
-    const ssize_t size = recv(m_FarSide.Descriptor(), packet, sizeof packet, 0);
+    const ssize_t size = recv(m_process.GetDescriptor(), packet, sizeof packet, 0);
     if (size < static_cast<ssize_t>(sizeof status))
         GiveUp("the bare peer has gone");
     std::memcpy(&status, packet, sizeof status);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FarSide.h"
+#include "ForkedProcess.h"
 
 #include <string>
 
@@ -8,14 +8,14 @@ namespace bench {
 
 // The least that a call between two processes costs: the bytes of a word there, a status and the
 // bytes of a screen back, over SOCK_SEQPACKET, without a frame, a name or a check.
-class TCSeqpacketPeer {
+class SeqpacketPeer {
 public:
-    explicit TCSeqpacketPeer(const std::string& screen);
+    explicit SeqpacketPeer(const std::string& screen);
 
     int Execute(const std::string& word, std::string& screen);
 
 private:
-    TCFarSide m_FarSide;
+    ForkedProcess m_process;
 };
 
 } // namespace bench

@@ -28,7 +28,7 @@ IServiceNavigation& Navigation() {
     static IServiceNavigation* const navigation = [] {
         IServiceNavigation* created = nullptr;
         if (NorvexAPI::CreateServiceNavigation(PROFILE_MAIN, 0, &created) != 0)
-            bench::GiveUp("the TV gives no navigation");
+            bench::GiveUp("the navigation could not be created");
         return created;
     }();
     return *navigation;
@@ -45,7 +45,7 @@ double BytesInUse() {
     return static_cast<double>(heap.uordblks + heap.hblkhd);
 }
 
-enum ERound : std::size_t { kList, kHeap, kFillJournal };
+enum Round : std::size_t { kList, kHeap, kFillJournal };
 
 // Against the TV of the process in which they run: nanoseconds of a list per service, and the bytes
 // of the heap that are in use after a list and were not before.
@@ -58,7 +58,7 @@ std::vector<std::function<double()>> RoundsOf(int services) {
         const double before = BytesInUse();
         List(static_cast<std::size_t>(services));
         const double after = BytesInUse();
-        // Answered: the daemon is done with the list before.
+        // Once this is answered, the daemon has freed the list.
         TSTvMode mode;
         Navigation().GetTvMode(mode);
         return after - before;
@@ -70,7 +70,7 @@ std::vector<std::function<double()>> RoundsOf(int services) {
         return bench::NanosecondsEach(600, [&] {
             TSServiceRecords records;
             if (Navigation().GetServiceList(query, records.m_list, TSTvMode(), 0, 1000) <= 0)
-                bench::GiveUp("there are no lists to fill the journal with");
+                bench::GiveUp("the journal could not be filled");
         });
     };
     return {list, heap, fillJournal};
@@ -87,39 +87,39 @@ double BytesOf(pid_t process, const std::string& name, const std::string& line) 
     return kibibytes * 1024;
 }
 
-// From here on the process's peak is what it has now.
+// Resets the process's peak to what it uses now.
 void ForgetPeak(pid_t process) {
     std::ofstream file("/proc/" + std::to_string(process) + "/clear_refs");
     if (!(file << '5' << std::flush))
-        bench::GiveUp("the daemon's peak cannot be set back");
+        bench::GiveUp("the daemon's peak cannot be reset");
 }
 
-bench::TSFigure TimeFigure(const char* name, double value, double own) {
-    bench::TSFigure figure;
-    figure.m_Name = name;
-    figure.m_Unit = "ns/service";
-    figure.m_Value = value;
-    figure.m_Peers = {{"SQLite's scan into a vector", own}};
-    figure.m_Ratio = value / own;
-    figure.m_Limit = 4;
+bench::Figure TimeFigure(const char* name, double value, double own) {
+    bench::Figure figure;
+    figure.name = name;
+    figure.unit = "ns/service";
+    figure.value = value;
+    figure.peers = {{"SQLite's scan into a vector", own}};
+    figure.ratio = value / own;
+    figure.limit = 4;
     return figure;
 }
 
 } // namespace
 
 int main() {
-    const bench::TCLineUp few(kFew);
-    const bench::TCSimulatedTv fewTv({"--lineup", few.Path()});
-    bench::TCRoundProcess fewLists(RoundsOf(kFew));
-    const bench::TCLineUp many(kMany);
-    const bench::TCSimulatedTv manyTv({"--lineup", many.Path()});
-    bench::TCRoundProcess manyLists(RoundsOf(kMany));
-    const double loaded = BytesOf(manyTv.Process(), "status", "VmRSS:");
-    ForgetPeak(manyTv.Process());
+    const bench::LineUp few(kFew);
+    const bench::SimulatedTv fewTv({"--lineup", few.GetPath()});
+    bench::RoundProcess fewLists(RoundsOf(kFew));
+    const bench::LineUp many(kMany);
+    const bench::SimulatedTv manyTv({"--lineup", many.GetPath()});
+    bench::RoundProcess manyLists(RoundsOf(kMany));
+    const double loaded = BytesOf(manyTv.GetProcess(), "status", "VmRSS:");
+    ForgetPeak(manyTv.GetProcess());
 
-    bench::TCLineUpDatabase fewOwn(few);
-    bench::TCLineUpDatabase manyOwn(many);
-    const auto scan = [](bench::TCLineUpDatabase& database, int services) {
+    bench::LineUpDatabase fewOwn(few);
+    bench::LineUpDatabase manyOwn(many);
+    const auto scan = [](bench::LineUpDatabase& database, int services) {
         return bench::NanosecondsEach(1,
                                       [&] {
                                           if (database.List().size() !=
@@ -135,44 +135,44 @@ int main() {
                                {"scan of many", [&] { return scan(manyOwn, kMany); }}},
                               kRounds);
 
-    // Behind the lists before, with whatever they have left. `status` counts this only roughly.
+    // After all those lists. `status` would count this only roughly.
     manyLists.Run(kFillJournal);
-    const double kept = BytesOf(manyTv.Process(), "smaps_rollup", "Anonymous:");
-    manyLists.Run(kHeap); // the console's buffer is again what a list leaves
+    const double kept = BytesOf(manyTv.GetProcess(), "smaps_rollup", "Anonymous:");
+    manyLists.Run(kHeap); // leaves the console's buffer as a list does
     const double heap = manyLists.Run(kHeap);
-    const double keptAgain = BytesOf(manyTv.Process(), "smaps_rollup", "Anonymous:");
-    const double peak = BytesOf(manyTv.Process(), "status", "VmHWM:");
+    const double keptAgain = BytesOf(manyTv.GetProcess(), "smaps_rollup", "Anonymous:");
+    const double peak = BytesOf(manyTv.GetProcess(), "status", "VmHWM:");
 
-    bench::TSFigure growth;
-    growth.m_Name = "service_list_of_1000000_to_100000";
-    growth.m_Unit = "ns/service";
-    growth.m_Value = medians[1];
-    growth.m_Peers = {{"of 100,000", medians[0]}};
-    growth.m_Ratio = medians[1] / medians[0];
-    growth.m_Limit = 1.3;
+    bench::Figure growth;
+    growth.name = "service_list_of_1000000_to_100000";
+    growth.unit = "ns/service";
+    growth.value = medians[1];
+    growth.peers = {{"of 100,000", medians[0]}};
+    growth.ratio = medians[1] / medians[0];
+    growth.limit = 1.3;
 
-    bench::TSFigure clientHeap;
-    clientHeap.m_Name = "service_list_console_heap";
-    clientHeap.m_Unit = "bytes";
-    clientHeap.m_Value = heap;
-    clientHeap.m_Ratio = heap;
-    clientHeap.m_Limit = 0;
+    bench::Figure clientHeap;
+    clientHeap.name = "service_list_console_heap";
+    clientHeap.unit = "bytes";
+    clientHeap.value = heap;
+    clientHeap.ratio = heap;
+    clientHeap.limit = 0;
 
-    bench::TSFigure daemonMemory;
-    daemonMemory.m_Name = "service_list_daemon_memory";
-    daemonMemory.m_Unit = "bytes";
-    daemonMemory.m_Value = keptAgain - kept;
-    daemonMemory.m_Ratio = daemonMemory.m_Value;
-    daemonMemory.m_Limit = 0;
+    bench::Figure daemonMemory;
+    daemonMemory.name = "service_list_daemon_memory";
+    daemonMemory.unit = "bytes";
+    daemonMemory.value = keptAgain - kept;
+    daemonMemory.ratio = daemonMemory.value;
+    daemonMemory.limit = 0;
 
-    // What the lists have added to the line-up itself; the longest reply has 64 MiB.
-    bench::TSFigure daemonPeak;
-    daemonPeak.m_Name = "service_list_daemon_peak";
-    daemonPeak.m_Unit = "bytes";
-    daemonPeak.m_Value = peak - loaded;
-    daemonPeak.m_Peers = {{"with the line-up loaded", loaded}, {"longest reply", 64 << 20}};
-    daemonPeak.m_Ratio = daemonPeak.m_Value / (64 << 20);
-    daemonPeak.m_Limit = 1.5;
+    // What the lists have added to the loaded line-up; the longest reply has 64 MiB.
+    bench::Figure daemonPeak;
+    daemonPeak.name = "service_list_daemon_peak";
+    daemonPeak.unit = "bytes";
+    daemonPeak.value = peak - loaded;
+    daemonPeak.peers = {{"with the line-up loaded", loaded}, {"longest reply", 64 << 20}};
+    daemonPeak.ratio = daemonPeak.value / (64 << 20);
+    daemonPeak.limit = 1.5;
 
     return bench::PrintFigures({TimeFigure("service_list_100000", medians[0], medians[2]),
                                 TimeFigure("service_list_1000000", medians[1], medians[3]), growth,

@@ -1,8 +1,7 @@
-// Signals on their way from the daemon to the console's output, while its menu goes on answering:
-// how many a second, and whether all of them come. Beside it a loop that writes the same lines.
+// Signals from the daemon to the console's output, while its menu goes on answering: how many per
+// second, and whether all of them come. For comparison a loop that writes the same lines.
 
 #include "ConsoleProcess.h"
-#include "FarSide.h"
 #include "Figure.h"
 #include "Program.h"
 #include "Rounds.h"
@@ -26,23 +25,23 @@ double SecondsSince(std::chrono::steady_clock::time_point begin) {
 } // namespace
 
 int main() {
-    const bench::TCSimulatedTv tv;
-    bench::TCConsoleProcess console({HOST, PLUGIN});
+    const bench::SimulatedTv tv;
+    bench::ConsoleProcess console({HOST, PLUGIN});
     console.Await(kNewMenu);
     console.Type("5\n");
     console.Await(" 21. Set boot up service\n");
     console.Await(kNewMenu);
-    // Its subscriber is known to the TV by then: the test console registers before its first menu.
+    // The test console subscribes before its first menu.
     bench::OutputOf({SIMCTL, "wait", "/subscribers/0/client >= 1"});
 
     const std::vector<std::string> send = {SIMCTL, "signal", "193",
                                            "serviceId=18014398509482147885",
                                            "count=" + std::to_string(kSignals)};
-    const auto console_round = [&] {
+    const auto consoleRound = [&] {
         const std::size_t before = console.Count("SERVICE_DONE");
         const auto begin = std::chrono::steady_clock::now();
         bench::OutputOf(send);
-        // The menu answers meanwhile.
+        // The menu answers in the meantime.
         console.Type("9\n9\n9\n9\n");
         console.Await("SERVICE_DONE", kSignals);
         const double seconds = SecondsSince(begin);
@@ -52,20 +51,20 @@ int main() {
             bench::GiveUp("signals were lost or came twice");
         return static_cast<double>(kSignals) / seconds;
     };
-    const auto loop_round = [&] {
+    const auto loopRound = [&] {
         const auto run = bench::RunPiped({LINE_LOOP, kLine, std::to_string(kSignals)}, "");
-        return static_cast<double>(kSignals) / run.m_Seconds;
+        return static_cast<double>(kSignals) / run.seconds;
     };
     const std::vector<double> medians =
-        bench::MedianOfRounds({{"console", console_round}, {"bare loop", loop_round}}, kRounds);
+        bench::MedianOfRounds({{"console", consoleRound}, {"bare loop", loopRound}}, kRounds);
 
-    bench::TSFigure figure;
-    figure.m_Name = "signals_printed";
-    figure.m_Unit = "signals/s";
-    figure.m_Value = medians[0];
-    figure.m_Peers = {{"bare loop", medians[1]}, {"asked for", 10000}};
-    figure.m_Ratio = medians[0] / 10000;
-    figure.m_Limit = 1;
-    figure.m_AtLeast = true;
+    bench::Figure figure;
+    figure.name = "signals_printed";
+    figure.unit = "signals/s";
+    figure.value = medians[0];
+    figure.peers = {{"bare loop", medians[1]}, {"asked for", 10000}};
+    figure.ratio = medians[0] / 10000;
+    figure.limit = 1;
+    figure.atLeast = true;
     return bench::PrintFigures({figure}) ? 0 : 1;
 }

@@ -1,6 +1,6 @@
 #include "SimulatedTv.h"
 
-#include "FarSide.h"
+#include "Figure.h"
 
 #include <cerrno>
 #include <csignal>
@@ -30,7 +30,7 @@ std::string MakeDirectory() {
     const int output = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
-    const int inherited = dup(ready); // stays open across exec, the pipe's own end does not
+    const int inherited = dup(ready); // without close-on-exec
 
     std::vector<std::string> words = {NORVEX_SIM, "--ready-fd", std::to_string(inherited)};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -44,30 +44,29 @@ std::string MakeDirectory() {
 
 } // namespace
 
-TCSimulatedTv::TCSimulatedTv(const std::vector<std::string>& arguments)
-    : m_Directory(MakeDirectory()) {
-    setenv("NORVEX_SOCKET", (m_Directory + "/norvex.sock").c_str(), 1);
+SimulatedTv::SimulatedTv(const std::vector<std::string>& arguments) : m_directory(MakeDirectory()) {
+    setenv("NORVEX_SOCKET", (m_directory + "/norvex.sock").c_str(), 1);
     int ready[2];
     if (pipe2(ready, O_CLOEXEC) != 0)
         GiveUp(std::strerror(errno));
-    m_Process = fork();
-    if (m_Process < 0)
+    m_process = fork();
+    if (m_process < 0)
         GiveUp(std::strerror(errno));
-    if (m_Process == 0)
-        BecomeDaemon(arguments, ready[1], m_Directory + "/norvex-sim.log");
+    if (m_process == 0)
+        BecomeDaemon(arguments, ready[1], m_directory + "/norvex-sim.log");
     close(ready[1]);
     char byte = 0;
-    const ssize_t told = read(ready[0], &byte, 1);
+    const ssize_t size = read(ready[0], &byte, 1);
     close(ready[0]);
-    if (told != 1)
+    if (size != 1)
         GiveUp("norvex-sim did not become ready");
 }
 
-TCSimulatedTv::~TCSimulatedTv() {
-    kill(m_Process, SIGTERM);
-    waitpid(m_Process, nullptr, 0);
+SimulatedTv::~SimulatedTv() {
+    kill(m_process, SIGTERM);
+    waitpid(m_process, nullptr, 0);
     std::error_code ignored;
-    std::filesystem::remove_all(m_Directory, ignored);
+    std::filesystem::remove_all(m_directory, ignored);
 }
 
 } // namespace bench

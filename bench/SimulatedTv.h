@@ -8,21 +8,21 @@
 namespace bench {
 
 // The daemon as it ships, on a private socket that NORVEX_SOCKET names from then on. Ready when the
-// constructor returns, ended and cleared away by the destructor.
-class TCSimulatedTv {
+// constructor returns; the destructor ends it and removes its files.
+class SimulatedTv {
 public:
-    // `arguments` are the daemon's own, beside the socket and the readiness. Ends the program when
-    // the daemon does not start.
-    explicit TCSimulatedTv(const std::vector<std::string>& arguments = {});
-    ~TCSimulatedTv();
-    TCSimulatedTv(const TCSimulatedTv&) = delete;
-    TCSimulatedTv& operator=(const TCSimulatedTv&) = delete;
+    // `arguments` are further arguments of the daemon. Ends the program when the daemon does not
+    // start.
+    explicit SimulatedTv(const std::vector<std::string>& arguments = {});
+    ~SimulatedTv();
+    SimulatedTv(const SimulatedTv&) = delete;
+    SimulatedTv& operator=(const SimulatedTv&) = delete;
 
-    pid_t Process() const { return m_Process; }
+    pid_t GetProcess() const { return m_process; }
 
 private:
-    std::string m_Directory;
-    pid_t m_Process = -1;
+    std::string m_directory;
+    pid_t m_process = -1;
 };
 
 } // namespace bench

@@ -1,6 +1,5 @@
-// How fast the process menu takes words: a number that it does not know, again and again.
+// How fast the process menu reads words: a number that it does not know, again and again.
 
-#include "FarSide.h"
 #include "Figure.h"
 #include "Program.h"
 #include "Rounds.h"
@@ -19,7 +18,7 @@ std::string Repeated(const std::string& text, int times) {
 }
 
 double WordsEachSecond(const std::vector<std::string>& program, const std::string& input) {
-    return kWords / bench::RunPiped(program, input).m_Seconds;
+    return kWords / bench::RunPiped(program, input).seconds;
 }
 
 } // namespace
@@ -28,17 +27,17 @@ int main() {
     // The console's own bytes, taken from it: what it prints at first, and what each word adds.
     const std::vector<std::string> host = {HOST, PLUGIN};
     const std::size_t enough = 1 << 16;
-    const std::string none = bench::RunPiped(host, "", enough).m_Output;
-    const std::string one = bench::RunPiped(host, "8\n", enough).m_Output;
-    const std::string two = bench::RunPiped(host, "8\n8\n", enough).m_Output;
+    const std::string none = bench::RunPiped(host, "", enough).output;
+    const std::string one = bench::RunPiped(host, "8\n", enough).output;
+    const std::string two = bench::RunPiped(host, "8\n8\n", enough).output;
     if (one.compare(0, none.size(), none) != 0 || two != one + one.substr(none.size()))
         bench::GiveUp("the process menu's answer to a word is not the same each time");
     const std::string answer = one.substr(none.size());
 
     const std::string input = Repeated("8\n", kWords);
     const std::vector<std::string> loop = {WORD_LOOP, answer};
-    if (bench::RunPiped(host, input).m_OutputSize !=
-        none.size() + bench::RunPiped(loop, input).m_OutputSize)
+    if (bench::RunPiped(host, input).outputSize !=
+        none.size() + bench::RunPiped(loop, input).outputSize)
         bench::GiveUp("the bare loop does not write as many bytes as the console");
 
     const std::vector<double> medians =
@@ -46,13 +45,13 @@ int main() {
                                {"bare loop", [&] { return WordsEachSecond(loop, input); }}},
                               7);
 
-    bench::TSFigure figure;
-    figure.m_Name = "process_menu_words";
-    figure.m_Unit = "words/s";
-    figure.m_Value = medians[0];
-    figure.m_Peers = {{"bare loop", medians[1]}};
-    figure.m_Ratio = medians[0] / medians[1];
-    figure.m_Limit = 0.8;
-    figure.m_AtLeast = true;
+    bench::Figure figure;
+    figure.name = "process_menu_words";
+    figure.unit = "words/s";
+    figure.value = medians[0];
+    figure.peers = {{"bare loop", medians[1]}};
+    figure.ratio = medians[0] / medians[1];
+    figure.limit = 0.8;
+    figure.atLeast = true;
     return bench::PrintFigures({figure}) ? 0 : 1;
 }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <vector>
+
+namespace bench {
+
+// Clients of the TV that NORVEX_SOCKET names: each has connected and been welcomed, and calls nothing.
+class IdleClients {
+public:
+    // Ends the program when the TV does not accept all of them.
+    explicit IdleClients(int count);
+    ~IdleClients();
+    IdleClients(const IdleClients&) = delete;
+    IdleClients& operator=(const IdleClients&) = delete;
+
+private:
+    std::vector<int> m_sockets;
+};
+
+} // namespace bench
