@@ -8,6 +8,8 @@
 
 // The linker leads the calls here (--wrap) and the "real" names to the system's functions.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the linker's names.
+// Visible: the core library makes some of these calls as well.
+#pragma GCC visibility push(default)
 extern "C" {
 int __real_stat(const char* path, struct stat* status);
 std::FILE* __real_fopen(const char* path, const char* mode);
@@ -18,6 +20,7 @@ std::FILE* __wrap_fopen(const char* path, const char* mode);
 int __wrap_fclose(std::FILE* file);
 int __wrap_remove(const char* path);
 }
+#pragma GCC visibility pop
 // NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {

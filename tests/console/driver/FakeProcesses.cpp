@@ -12,12 +12,15 @@
 
 // The linker leads the calls here (--wrap) and the "real" names to the system's functions.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the linker's names.
+// Visible: the core library makes some of these calls as well.
+#pragma GCC visibility push(default)
 extern "C" {
 [[noreturn]] void __real__exit(int status);
 pid_t __wrap_vfork();
 int __wrap_execl(const char* path, const char* argument, ...);
 [[noreturn]] void __wrap__exit(int status);
 }
+#pragma GCC visibility pop
 // NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
