@@ -19,9 +19,9 @@ bool Holds(const std::string& text, const std::string& part) {
 class DebugMenuTest : public testing::Test {
 protected:
     DebugMenuTest() { EXPECT_TRUE(m_database.Open("") && m_numbers.Prepare()); }
-    std::string Type(const std::string& word) {
+    std::string Type(const std::string& command) {
         std::string screen;
-        EXPECT_TRUE(m_dialogue.Execute(word, screen)) << word;
+        EXPECT_TRUE(m_dialogue.Execute(command, screen)) << command;
         return screen;
     }
 
@@ -31,7 +31,7 @@ protected:
     sim::DebugDialogue m_dialogue{m_switches};
 };
 
-TEST_F(DebugMenuTest, TheFirstScreenListsTheWords) {
+TEST_F(DebugMenuTest, TheFirstScreenListsTheCommands) {
     EXPECT_FALSE(m_dialogue.IsOpen());
     EXPECT_EQ(m_dialogue.Open(), "\n"
                                  "====================================\n"
@@ -49,17 +49,16 @@ TEST_F(DebugMenuTest, TheFirstScreenListsTheWords) {
     EXPECT_TRUE(m_dialogue.IsOpen());
 }
 
-TEST_F(DebugMenuTest, EachScreenIsReachedByItsWord) {
+TEST_F(DebugMenuTest, EachScreenIsReachedByItsCommand) {
     m_dialogue.Open();
-    for (const auto& [word, title] :
+    for (const auto& [command, title] :
          std::vector<std::pair<std::string, std::string>>{{"status", "\t[Norvex status]\n"},
                                                           {"items", "\t[Norvex items]\n"},
                                                           {"modes", "\t[Norvex modes]\n"},
                                                           {"qos", "\t[Norvex QoS]\n"},
                                                           {"help", "\t[Norvex help]\n"},
-                                                          {"main", "\t[Norvex]\n"}}) {
-        EXPECT_TRUE(Holds(Type(word), title)) << word;
-    }
+                                                          {"main", "\t[Norvex]\n"}})
+        EXPECT_TRUE(Holds(Type(command), title)) << command;
 }
 
 TEST_F(DebugMenuTest, ThereAreAtLeastTwelveItemsAllOff) {
@@ -105,15 +104,16 @@ TEST_F(DebugMenuTest, ModesAndQoSAreSwitched) {
     EXPECT_FALSE(m_switches.IsQoSOn());
 }
 
-TEST_F(DebugMenuTest, AnUnknownWordIsAnsweredOnTheSameScreen) {
+TEST_F(DebugMenuTest, AnUnknownCommandIsAnsweredOnTheSameScreen) {
     m_dialogue.Open();
     Type("modes");
-    for (const char* word : {"foo", "on", "all", "-1", "1x", "99999999999"}) {
-        const std::string screen = Type(word);
-        EXPECT_TRUE(Holds(screen, "Unknown word \"" + std::string(word) + "\", try help")) << word;
+    for (const char* command : {"foo", "on", "all", "-1", "1x", "99999999999"}) {
+        const std::string screen = Type(command);
+        EXPECT_TRUE(Holds(screen, "Unknown word \"" + std::string(command) + "\", try help"))
+            << command;
         EXPECT_TRUE(Holds(screen, "\t[Norvex modes]\n"));
     }
-    // A word never reaches the screen as it is when it would move the cursor or fill it.
+    // No command reaches the screen as it is when it would move the cursor or fill it.
     EXPECT_TRUE(Holds(Type("a\x1b[2J"), "\"a?[2J\""));
     EXPECT_LT(Type(std::string(10000, 'x')).size(), 1000u);
 }
@@ -142,16 +142,16 @@ TEST_F(DebugMenuTest, ExtraItemsAreNamedAndNumbered) {
 }
 
 // What a second daemon finds in the file.
-class DebugSwitchesKeptTest : public testing::Test {
+class StoredDebugSwitchesTest : public testing::Test {
 protected:
-    DebugSwitchesKeptTest() {
+    StoredDebugSwitchesTest() {
         char name[] = "/tmp/debug-switches-XXXXXX";
         const int file = mkstemp(name);
         EXPECT_GE(file, 0);
         close(file);
         m_path = name;
     }
-    ~DebugSwitchesKeptTest() override {
+    ~StoredDebugSwitchesTest() override {
         for (const char* end : {"", "-wal", "-journal"})
             unlink((m_path + end).c_str());
     }
@@ -166,7 +166,7 @@ protected:
     std::string m_path;
 };
 
-TEST_F(DebugSwitchesKeptTest, SwitchesAreFoundAgain) {
+TEST_F(StoredDebugSwitchesTest, SwitchesAreFoundAgain) {
     {
         Run run(m_path);
         sim::DebugSwitches switches(run.numbers, 0);
@@ -190,7 +190,7 @@ TEST_F(DebugSwitchesKeptTest, SwitchesAreFoundAgain) {
     EXPECT_FALSE(again.IsQoSOn());
 }
 
-TEST_F(DebugSwitchesKeptTest, WhatIsNotKeptDoesNotHappen) {
+TEST_F(StoredDebugSwitchesTest, ASwitchThatCannotBeStoredStaysAsItIs) {
     Run run(m_path);
     sim::DebugSwitches switches(run.numbers, 0);
     ASSERT_TRUE(run.database.Execute("PRAGMA query_only = ON"));
@@ -203,7 +203,7 @@ TEST_F(DebugSwitchesKeptTest, WhatIsNotKeptDoesNotHappen) {
     EXPECT_FALSE(switches.FindMode(1)->on);
 }
 
-TEST_F(DebugSwitchesKeptTest, AFileServesOneDaemonAtATime) {
+TEST_F(StoredDebugSwitchesTest, AFileServesOneDaemonAtATime) {
     Run run(m_path);
     sim::Database second;
     EXPECT_FALSE(second.Open(m_path));

@@ -20,7 +20,7 @@ public:
     FakeInterface() : Interface(interfaces::kTable<FakeMethod>, Calls::ToInterface) {
         Add(FakeMethod::Do,
             {sim::Out("status", sim::kInt), sim::In("service", sim::kNumber64),
-             sim::In("word", sim::kText), sim::Out("screen", sim::kText)},
+             sim::In("text", sim::kText), sim::Out("screen", sim::kText)},
             &FakeInterface::Do);
     }
 
@@ -30,14 +30,14 @@ private:
 
 class JournalTest : public testing::Test {
 protected:
-    void Add(sim::Journal& journal, const std::string& word = "word",
+    void Add(sim::Journal& journal, const std::string& text = "text",
              const std::string& screen = "screen") {
         m_arguments.Clear();
         m_results.Clear();
         wire::TreeWriter arguments(m_arguments);
         arguments.PutValue(0, std::int32_t{-1});
         arguments.PutValue(1, std::uint64_t{0x8000000000000001}, Direction::In);
-        arguments.PutText(2, word, Direction::In);
+        arguments.PutText(2, text, Direction::In);
         const std::uint32_t length = 5;
         arguments.PutLeaf(3, wire::NodeKind::Length, &length, sizeof length);
         wire::TreeWriter results(m_results);
@@ -48,7 +48,7 @@ protected:
                      5,
                      &m_interface,
                      m_interface.GetOperations()[0].get(),
-                     "com.holvi.IFake",
+                     m_interface.GetName(),
                      "Do",
                      0,
                      nullptr,
@@ -62,20 +62,21 @@ protected:
     wire::Buffer m_results;
 };
 
-TEST_F(JournalTest, ACallIsPutIntoWords) {
+TEST_F(JournalTest, ACallIsDescribedAsJson) {
     sim::Journal journal;
     Add(journal);
-    json words = journal.Describe(0);
-    EXPECT_GT(words["time"], 0);
-    words.erase("time");
-    EXPECT_EQ(words, json::parse(R"({
-        "sequence": 1, "client": 4, "session": 5, "id": 0,
-        "interface": "com.holvi.IFake", "method": "Do",
+    json call = journal.Describe(0);
+    EXPECT_GT(call["time"], 0);
+    EXPECT_EQ(call["interface"], m_interface.GetName());
+    for (const char* name : {"time", "interface"})
+        call.erase(name);
+    EXPECT_EQ(call, json::parse(R"({
+        "sequence": 1, "client": 4, "session": 5, "id": 0, "method": "Do",
         "arguments": [
             {"place": 0, "direction": "out", "name": "status", "type": "int", "value": -1},
             {"place": 1, "direction": "in", "name": "service", "type": "64 bits",
              "value": "0x8000000000000001"},
-            {"place": 2, "direction": "in", "name": "word", "type": "text", "value": "word"},
+            {"place": 2, "direction": "in", "name": "text", "type": "text", "value": "text"},
             {"place": 3, "direction": "out", "name": "screen", "type": "text", "length": 5}],
         "results": [
             {"place": 0, "direction": "out", "name": "status", "type": "int", "value": 1},
@@ -83,7 +84,7 @@ TEST_F(JournalTest, ACallIsPutIntoWords) {
              "value": "screen"}]})"));
 }
 
-TEST_F(JournalTest, WhatMakesNoSenseIsShownAsItsBytes) {
+TEST_F(JournalTest, MalformedArgumentsAreShownAsBytes) {
     sim::Journal journal;
     wire::TreeWriter tree(m_arguments);
     tree.PutValue(0, std::uint16_t{0xABCD}, Direction::In);
@@ -92,23 +93,23 @@ TEST_F(JournalTest, WhatMakesNoSenseIsShownAsItsBytes) {
                  0,
                  nullptr,
                  nullptr,
-                 "com.holvi.INone",
+                 "INone",
                  "Go",
                  9,
                  nullptr,
                  "unknown operation",
                  {m_arguments.GetData(), m_arguments.GetSize()},
                  {}});
-    const json words = journal.Describe(0);
-    EXPECT_EQ(words["interface"], "com.holvi.INone");
-    EXPECT_EQ(words["method"], "Go");
-    EXPECT_EQ(words["id"], 9);
-    EXPECT_EQ(words["fault"], "unknown operation");
-    EXPECT_EQ(words["arguments"], json::parse(R"([{"place": 0, "direction": "in",
+    const json call = journal.Describe(0);
+    EXPECT_EQ(call["interface"], "INone");
+    EXPECT_EQ(call["method"], "Go");
+    EXPECT_EQ(call["id"], 9);
+    EXPECT_EQ(call["fault"], "unknown operation");
+    EXPECT_EQ(call["arguments"], json::parse(R"([{"place": 0, "direction": "in",
                                                    "value": {"hex": "cdab"}}])"));
 }
 
-TEST_F(JournalTest, TheOldestMakeWayForTheNew) {
+TEST_F(JournalTest, TheOldestAreEvicted) {
     // Room for a few calls in bytes; sizes change, so that the ring's end is met in many ways.
     sim::Journal journal(4096, 1000);
     for (std::size_t call = 0; call < 500; ++call) {
@@ -116,15 +117,15 @@ TEST_F(JournalTest, TheOldestMakeWayForTheNew) {
         ASSERT_EQ(journal.GetEnd(), call + 1);
         ASSERT_TRUE(call < 6 || journal.GetEnd() - journal.GetBegin() > 5);
         for (std::uint64_t place = journal.GetBegin(); place < journal.GetEnd(); ++place) {
-            const json words = journal.Describe(place);
-            ASSERT_EQ(words["sequence"], place + 1);
-            ASSERT_EQ(words["arguments"][2]["value"], std::string(place % 97, 'w'));
-            ASSERT_EQ(words["results"][1]["value"], std::string(place % 113, 's'));
+            const json described = journal.Describe(place);
+            ASSERT_EQ(described["sequence"], place + 1);
+            ASSERT_EQ(described["arguments"][2]["value"], std::string(place % 97, 'w'));
+            ASSERT_EQ(described["results"][1]["value"], std::string(place % 113, 's'));
         }
     }
 }
 
-TEST_F(JournalTest, EntriesAreBoundedAsWell) {
+TEST_F(JournalTest, TheNumberOfEntriesIsBounded) {
     sim::Journal journal(1u << 20, 3);
     for (int call = 0; call < 10; ++call)
         Add(journal);
@@ -133,19 +134,19 @@ TEST_F(JournalTest, EntriesAreBoundedAsWell) {
     EXPECT_EQ(journal.Describe(7)["sequence"], 8);
 }
 
-TEST_F(JournalTest, ALongTreeIsCutAndSaysSo) {
+TEST_F(JournalTest, ALongTreeIsCutAndMarked) {
     sim::Journal journal;
-    Add(journal, "word", std::string(100000, 's'));
-    const json words = journal.Describe(0);
-    EXPECT_EQ(words["resultsCut"], m_results.GetSize());
-    EXPECT_FALSE(words.contains("argumentsCut"));
-    EXPECT_EQ(words["results"][0]["value"], 1);
-    const auto shown = words["results"][1]["value"].get<std::string>();
+    Add(journal, "text", std::string(100000, 's'));
+    const json call = journal.Describe(0);
+    EXPECT_EQ(call["resultsCut"], m_results.GetSize());
+    EXPECT_FALSE(call.contains("argumentsCut"));
+    EXPECT_EQ(call["results"][0]["value"], 1);
+    const auto shown = call["results"][1]["value"].get<std::string>();
     EXPECT_GT(shown.size(), 10000u);
     EXPECT_EQ(shown, std::string(shown.size(), 's'));
 }
 
-TEST_F(JournalTest, ClearingKeepsCounting) {
+TEST_F(JournalTest, SequencesGoOnAfterAClear) {
     sim::Journal journal;
     Add(journal);
     journal.Clear();

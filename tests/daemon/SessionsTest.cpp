@@ -1,153 +1,96 @@
-#include "Sessions.h"
-
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
-#include "Clients.h"
-#include "Interface.h"
+#include "FakeInterface.h"
+#include "TestTv.h"
 
 namespace {
 
-NORVEX_INTERFACE(Fake, Do)
-
-class FakeInterface : public sim::Interface {
-public:
-    explicit FakeInterface(std::vector<std::string>& events)
-        : Interface(interfaces::kTable<FakeMethod>, Calls::ToSession), m_events(events) {}
-
-    std::int32_t OpenSession(sim::Session& session) override {
-        if (session.profile < 0)
-            return -3;
-        m_events.push_back("open " + std::to_string(session.profile));
-        return 0;
-    }
-    void CloseSession(sim::Session& session) override {
-        m_events.push_back("close " + std::to_string(session.profile));
-    }
-
-private:
-    std::vector<std::string>& m_events;
-};
-
-constexpr sim::Token kToken{1};
-constexpr sim::Token kOtherToken{2};
+using Events = std::vector<std::string>;
 
 class SessionsTest : public testing::Test {
 protected:
-    SessionsTest() {
-        m_clients.AddReleaseHook([this](sim::Client& client) {
-            m_sessions.CloseAll(client);
-            m_events.push_back("gone " + std::to_string(client.GetNumber()));
-        });
-    }
-    sim::Session* Open(sim::Client& client, std::int32_t profile) {
-        return m_sessions.Open(m_interface, profile, 0, client, m_status);
-    }
-
-    std::vector<std::string> m_events;
-    FakeInterface m_interface{m_events};
-    sim::Clients m_clients{1};
-    sim::Sessions m_sessions;
-    std::int32_t m_status = 99;
+    TestTv tv;
+    FakeInterface& fake = tv.context.Register<FakeInterface>();
+    TestClient client{tv};
+    TestClient other{tv};
 };
 
 TEST_F(SessionsTest, IdsCountFromOneAndAreNotUsedAgain) {
-    sim::Client& client = m_clients.Connected(kToken);
-    EXPECT_EQ(Open(client, 1)->id, 1u);
-    EXPECT_EQ(m_status, 0);
-    EXPECT_TRUE(m_sessions.Close(1, client));
-    EXPECT_EQ(Open(client, 1)->id, 2u);
-    EXPECT_EQ(m_sessions.Find(1), nullptr);
-    EXPECT_NE(m_sessions.Find(2), nullptr);
+    EXPECT_EQ(client.Open<FakeMethod>(), 1u);
+    EXPECT_EQ(client.Close(1), kDone);
+    EXPECT_EQ(client.Open<FakeMethod>(), 2u);
+    EXPECT_EQ(tv.context.sessions.Find(1), nullptr);
+    EXPECT_NE(tv.context.sessions.Find(2), nullptr);
 }
 
 TEST_F(SessionsTest, TheInterfaceMayRefuse) {
-    sim::Client& client = m_clients.Connected(kToken);
-    EXPECT_EQ(Open(client, -1), nullptr);
-    EXPECT_EQ(m_status, -3);
-    EXPECT_EQ(m_sessions.GetCount(), 0u);
+    EXPECT_EQ(client.Open<FakeMethod>({-1, 0}), 0u);
+    EXPECT_EQ(tv.context.sessions.GetCount(), 0u);
+    EXPECT_EQ(client.Open<FakeMethod>({0, 0}), 1u);
 }
 
-TEST_F(SessionsTest, AClientsOpenSessionsAreCounted) {
-    sim::Client& client = m_clients.Connected(kToken);
-    sim::Client& other = m_clients.Connected(kOtherToken);
-    Open(client, 1);
-    Open(client, 2);
-    Open(other, 3);
-    Open(client, -1); // refused
-    EXPECT_EQ(client.GetSessionCount(), 2u);
-    EXPECT_EQ(other.GetSessionCount(), 1u);
-    m_sessions.Close(1, client);
-    EXPECT_EQ(client.GetSessionCount(), 1u);
-    m_sessions.CloseAll(client);
-    EXPECT_EQ(client.GetSessionCount(), 0u);
-    EXPECT_EQ(other.GetSessionCount(), 1u);
+TEST_F(SessionsTest, AreCountedForEachClient) {
+    const auto count = [this](std::uint32_t session) {
+        return tv.context.sessions.Find(session)->client->GetSessionCount();
+    };
+    const std::uint32_t first = client.Open<FakeMethod>();
+    const std::uint32_t second = client.Open<FakeMethod>();
+    const std::uint32_t ofOther = other.Open<FakeMethod>();
+    EXPECT_EQ(client.Open<FakeMethod>({-1, 0}), 0u); // refused
+    EXPECT_EQ(count(first), 2u);
+    EXPECT_EQ(count(ofOther), 1u);
+    client.Close(second);
+    EXPECT_EQ(count(first), 1u);
 }
 
 TEST_F(SessionsTest, OnlyItsOwnClientClosesASession) {
-    sim::Client& client = m_clients.Connected(kToken);
-    sim::Client& other = m_clients.Connected(kOtherToken);
-    Open(client, 1);
-    EXPECT_FALSE(m_sessions.Close(1, other));
-    EXPECT_FALSE(m_sessions.Close(2, client));
-    EXPECT_TRUE(m_sessions.Close(1, client));
-    EXPECT_FALSE(m_sessions.Close(1, client));
+    EXPECT_EQ(client.Open<FakeMethod>(), 1u);
+    EXPECT_LT(other.Close(1), 0);
+    EXPECT_LT(client.Close(2), 0);
+    EXPECT_EQ(client.Close(1), kDone);
+    EXPECT_LT(client.Close(1), 0);
 }
 
-TEST_F(SessionsTest, HooksAreToldAroundTheInterface) {
-    sim::Client& client = m_clients.Connected(kToken);
-    m_sessions.AddHook([this](const sim::Session& session, bool opened) {
-        m_events.push_back((opened ? "opened " : "closes ") + std::to_string(session.id));
+TEST_F(SessionsTest, HooksAreCalledAfterOpeningAndBeforeClosing) {
+    tv.context.sessions.AddHook([this](const sim::Session& session, bool opened) {
+        fake.events.push_back((opened ? "opened " : "closes ") + std::to_string(session.id));
     });
-    Open(client, 7);
-    m_sessions.Close(1, client);
-    EXPECT_EQ(m_events, (std::vector<std::string>{"open 7", "opened 1", "closes 1", "close 7"}));
+    client.Close(client.Open<FakeMethod>({7, 0}));
+    EXPECT_EQ(fake.events, (Events{"open 7", "opened 1", "closes 1", "close 7"}));
 }
 
 TEST_F(SessionsTest, AClientThatIsGoneLosesItsSessionsNewestFirst) {
-    sim::Client& client = m_clients.Connected(kToken);
-    sim::Client& other = m_clients.Connected(kOtherToken);
-    Open(client, 1);
-    Open(other, 2);
-    Open(client, 3);
-    m_events.clear();
-    m_clients.Disconnected(client);
-    EXPECT_TRUE(m_events.empty());
-    while (m_events.size() < 3)
-        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
-    EXPECT_EQ(m_events, (std::vector<std::string>{"close 3", "close 1", "gone 1"}));
-    EXPECT_EQ(m_sessions.GetCount(), 1u);
-    EXPECT_EQ(m_clients.GetCount(), 1u);
+    client.Open<FakeMethod>({1, 0});
+    other.Open<FakeMethod>({2, 0});
+    client.Open<FakeMethod>({3, 0});
+    client.Disconnect();
+    EXPECT_EQ(tv.context.sessions.GetCount(), 3u);
+    client.Reconnect();
+    client.Die();
+    EXPECT_EQ(fake.events, (Events{"open 1", "open 2", "open 3", "close 3", "close 1"}));
+    EXPECT_EQ(tv.context.sessions.GetCount(), 1u);
+    EXPECT_EQ(tv.context.clients.GetCount(), 1u);
 }
 
-TEST_F(SessionsTest, AClientThatComesBackInTimeKeepsAll) {
-    sim::Client& client = m_clients.Connected(kToken);
-    Open(client, 1);
-    m_clients.Disconnected(client);
-    EXPECT_EQ(&m_clients.Connected(kToken), &client);
-    // Another client's grace, begun later, passes; the first one's would have by then.
-    m_clients.Disconnected(m_clients.Connected(kOtherToken));
-    m_events.clear();
-    while (m_events.empty())
-        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
-    EXPECT_EQ(m_events, std::vector<std::string>{"gone 2"});
-    EXPECT_EQ(m_sessions.GetCount(), 1u);
+TEST_F(SessionsTest, AClientThatComesBackInTimeKeepsItsSessions) {
+    const std::uint32_t session = client.Open<FakeMethod>();
+    client.Disconnect();
+    client.Reconnect();
+    other.Die(); // its grace period began later: the first one's would have passed
+    EXPECT_EQ(client.Close(session), kDone);
 }
 
-TEST_F(SessionsTest, TheLastOfSeveralConnectionsCounts) {
-    sim::Client& client = m_clients.Connected(kToken);
-    m_clients.Connected(kToken);
-    m_clients.Disconnected(client);
-    m_clients.Disconnected(m_clients.Connected(kOtherToken));
-    while (m_events.empty())
-        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
-    EXPECT_EQ(m_events, std::vector<std::string>{"gone 2"});
-    m_clients.Disconnected(client);
-    while (m_events.size() < 2)
-        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
-    EXPECT_EQ(m_events.back(), "gone 1");
+TEST_F(SessionsTest, TheGracePeriodBeginsWithTheLastConnectionsEnd) {
+    const std::uint32_t session = client.Open<FakeMethod>();
+    client.Reconnect(); // a second connection
+    client.Disconnect();
+    other.Die();
+    EXPECT_NE(tv.context.sessions.Find(session), nullptr);
+    client.Reconnect();
+    client.Disconnect();
+    client.Die();
+    EXPECT_EQ(tv.context.sessions.Find(session), nullptr);
+    EXPECT_EQ(tv.context.clients.GetCount(), 0u);
 }
 
 } // namespace

@@ -1,64 +1,78 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include <wire/Tree.h>
 
+#include "LineUp.h"
 #include "Rect.h"
+#include "ServiceTypes.h"
+
+// An out argument, with its value before the call; and one that is an object.
+template <class T> struct Out { T before; };
+struct OutObject {};
+
+using Ids = std::vector<std::int32_t>;
+using Services = std::vector<std::uint64_t>;
 
 // The arguments of a call as a client sends them, in order.
 class CallTree {
 public:
-    // Each call begins with its status.
-    CallTree() { Out(std::int32_t{-1}); }
-
-    template <class T> CallTree& Out(T value) { return Put(value, wire::Direction::Out); }
-    template <class T> CallTree& In(T value) { return Put(value, wire::Direction::In); }
-    CallTree& Text(std::string_view text) {
-        m_tree.PutText(m_place++, text, wire::Direction::In);
-        return *this;
-    }
-    CallTree& Rect(const sim::Rect& rect) {
-        return Numbers({rect.x, rect.y, rect.width, rect.height});
-    }
-    CallTree& TvMode(std::int32_t antenna, std::int32_t serviceMode) {
-        return Numbers({antenna, serviceMode});
-    }
-    CallTree& Ids(const std::vector<std::int32_t>& ids) {
-        const std::size_t branch = m_tree.BeginBranch(m_place++, wire::Direction::In);
-        m_tree.PutLeaf(0, wire::NodeKind::Array, ids.data(), ids.size() * sizeof(std::int32_t));
-        m_tree.EndBranch(branch);
-        return *this;
-    }
-    // An object whose content `write` puts into the tree.
-    template <class F> CallTree& Object(F&& write) {
-        const std::size_t branch = m_tree.BeginBranch(m_place++, wire::Direction::In);
-        write(m_tree);
-        m_tree.EndBranch(branch);
-        return *this;
-    }
-    // An object that is only asked for.
-    CallTree& OutObject() {
-        m_tree.EndBranch(m_tree.BeginBranch(m_place++));
-        return *this;
+    template <class... Arguments> explicit CallTree(const Arguments&... arguments) {
+        Add(Out<std::int32_t>{-1}); // each call begins with its status
+        (Add(arguments), ...);
     }
 
     const wire::Buffer& GetBytes() const { return m_bytes; }
 
 private:
-    template <class T> CallTree& Put(const T& value, wire::Direction direction) {
-        m_tree.PutValue(m_place++, value, direction);
-        return *this;
+    static constexpr auto kIn = wire::Direction::In;
+
+    template <class T> void Add(const Out<T>& argument) {
+        m_tree.PutValue(m_place++, argument.before);
     }
-    CallTree& Numbers(const std::vector<std::int32_t>& numbers) {
-        const std::size_t branch = m_tree.BeginBranch(m_place++, wire::Direction::In);
-        std::int16_t tag = 0;
-        for (const std::int32_t number : numbers)
-            m_tree.PutValue(tag++, number);
+    void Add(OutObject) { m_tree.EndBranch(m_tree.BeginBranch(m_place++)); }
+    void Add(std::int32_t value) { m_tree.PutValue(m_place++, value, kIn); }
+    void Add(std::uint32_t value) { m_tree.PutValue(m_place++, value, kIn); }
+    void Add(std::uint64_t value) { m_tree.PutValue(m_place++, value, kIn); }
+    void Add(bool value) { m_tree.PutValue(m_place++, std::uint8_t{value}, kIn); }
+    void Add(const char* text) { m_tree.PutText(m_place++, text, kIn); }
+    void Add(const std::string& text) { m_tree.PutText(m_place++, text, kIn); }
+    void Add(const sim::Rect& rect) { AddNumbers({rect.x, rect.y, rect.width, rect.height}); }
+    void Add(const sim::TvMode& mode) { AddNumbers({mode.antenna, mode.serviceMode}); }
+    void Add(const Ids& ids) {
+        AddObject([&] { PutArray(0, ids); });
+    }
+    void Add(const Services& services) {
+        std::vector<std::uint32_t> packed; // 64 bits of id, lower half first, and a code
+        for (const std::uint64_t service : services)
+            packed.insert(packed.end(), {static_cast<std::uint32_t>(service),
+                                         static_cast<std::uint32_t>(service >> 32), 5u});
+        AddObject([&] { PutArray(0, packed); });
+    }
+    void Add(const sim::Criteria& criteria) {
+        AddObject([&] {
+            PutArray(0, criteria.conditions);
+            PutArray(1, criteria.fetched);
+        });
+    }
+
+    template <class Write> void AddObject(Write write) {
+        const std::size_t branch = m_tree.BeginBranch(m_place++, kIn);
+        write();
         m_tree.EndBranch(branch);
-        return *this;
+    }
+    void AddNumbers(const Ids& numbers) {
+        AddObject([&] {
+            for (std::int16_t tag = 0; const std::int32_t number : numbers)
+                m_tree.PutValue(tag++, number);
+        });
+    }
+    template <class T> void PutArray(std::int16_t tag, const std::vector<T>& values) {
+        m_tree.PutLeaf(tag, wire::NodeKind::Array, values.data(), values.size() * sizeof(T));
     }
 
     wire::Buffer m_bytes;

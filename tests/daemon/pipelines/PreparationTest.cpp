@@ -5,81 +5,59 @@
 
 namespace {
 
-constexpr std::uint64_t kAny = ~std::uint64_t{0};
+using namespace interfaces;
+
+constexpr std::uint64_t kAny = kInvalidService;
 constexpr std::int32_t kService = 0;
 constexpr std::int32_t kSource = 1;
 
 // An application with a pipeline utility.
-class Application {
+class Application : public TestClient {
 public:
-    explicit Application(TestTv& tv) : client(tv), session(client.Open("IPipelineUtility")) {}
+    using TestClient::TestClient;
 
     std::int32_t Register(std::int32_t kind, const std::string& name) {
-        return client
-            .Call(session, "RegisterForStateChange", 1,
-                  CallTree().In(kind).Text(name).In(std::int32_t{0}))
-            .Status();
+        return Do(PipelineUtilityMethod::RegisterForStateChange, kind, name, 0);
     }
     std::int32_t Unregister(std::int32_t kind, const std::string& name) {
-        return client.Call(session, "UnregisterFromStateChange", 2, CallTree().In(kind).Text(name))
-            .Status();
+        return Do(PipelineUtilityMethod::UnregisterFromStateChange, kind, name);
     }
     std::int32_t NotifyState(std::int32_t kind, const std::string& name, std::int32_t state,
                              std::uint64_t service) {
-        return client
-            .Call(session, "NotifyReceiverState", 0,
-                  CallTree().In(kind).Text(name).In(state).In(service))
-            .Status();
+        return Do(PipelineUtilityMethod::NotifyReceiverState, kind, name, state, service);
     }
     std::int32_t NotifyReady(const std::string& name, std::uint64_t service) {
-        return client
-            .Call(session, "NotifyReadyForSetService", 5,
-                  CallTree().In(kService).Text(name).In(std::int32_t{1}).In(service))
-            .Status();
+        return Do(PipelineUtilityMethod::NotifyReadyForSetService, kService, name, 1, service);
+    }
+    Reply CheckPending(std::int32_t kind) {
+        return Call(PipelineUtilityMethod::CheckPendingState, kind, Out<std::uint8_t>{0});
     }
     bool IsPending(std::int32_t kind) {
-        const Reply reply =
-            client.Call(session, "CheckPendingState", 3, CallTree().In(kind).Out(std::uint8_t{0}));
+        const Reply reply = CheckPending(kind);
         EXPECT_EQ(reply.Status(), kDone);
         return *reply.Get<std::uint8_t>(2) != 0;
     }
-
-    TestClient client;
-    std::uint32_t session;
 };
 
-// Someone who changes the main pipeline, and the applications that may hold the change.
+// Someone who changes the main pipeline, and the application that may hold the change.
 class PreparationTest : public testing::Test {
 protected:
-    std::int32_t SetService(std::uint64_t service) {
-        return viewer
-            .Call(navigation, "SetService", 5,
-                  CallTree().In(service).In(std::int32_t{0}).In(std::int32_t{0}).Text(""))
-            .Status();
-    }
-    std::int32_t SetSource(std::int32_t value) {
-        return viewer.Call(source, "SetSource", 0, CallTree().In(value).Text("")).Status();
-    }
-    nlohmann::json State(const std::string& name) { return tv.State("/pipelines/1:0/" + name); }
-
     TestTv tv;
     TestClient viewer{tv};
-    std::uint32_t navigation = viewer.Open("IServiceNavigation");
-    std::uint32_t source = viewer.Open("ISourceControl");
     Application app{tv};
 };
 
 TEST_F(PreparationTest, NobodyRegisteredMeansNoWaiting) {
-    EXPECT_EQ(SetService(kAirService), kDone);
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(viewer.SetService(kAirService), kDone);
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
     EXPECT_FALSE(app.IsPending(kService));
 }
 
 TEST_F(PreparationTest, HoldsAServiceUntilEveryReceiverIsReadyForIt) {
     EXPECT_EQ(app.Register(kService, "one"), kDone);
     EXPECT_EQ(app.Register(kService, "two"), kDone);
-    EXPECT_EQ(SetService(kAirService), kDone); // at once
-    EXPECT_TRUE(State("service").is_null());
+    EXPECT_EQ(viewer.SetService(kAirService), kDone); // at once
+    EXPECT_TRUE(tv.MainState("service").is_null());
     EXPECT_TRUE(app.IsPending(kService));
     EXPECT_FALSE(app.IsPending(kSource));
     EXPECT_EQ(tv.State("/preparation/pipelines/1:0/pending/service"), "0xfa0000000002002d");
@@ -90,22 +68,22 @@ TEST_F(PreparationTest, HoldsAServiceUntilEveryReceiverIsReadyForIt) {
     EXPECT_TRUE(app.IsPending(kService));
     EXPECT_EQ(app.NotifyReady("two", kAirService), kDone);
     EXPECT_FALSE(app.IsPending(kService));
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
 }
 
 TEST_F(PreparationTest, ReadinessForAnyServiceCounts) {
     app.Register(kService, "one");
-    SetService(kAirService);
+    viewer.SetService(kAirService);
     EXPECT_EQ(app.NotifyState(kService, "one", 1, kAny), kDone);
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
 }
 
 TEST_F(PreparationTest, ReadinessToldBeforeIsUsedUpByTheChange) {
     app.Register(kService, "one");
     app.NotifyReady("one", kAirService);
-    SetService(kAirService);
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
-    SetService(kAirService);
+    viewer.SetService(kAirService);
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
+    viewer.SetService(kAirService);
     EXPECT_TRUE(app.IsPending(kService));
 }
 
@@ -113,127 +91,126 @@ TEST_F(PreparationTest, ReadinessCanBeTakenBack) {
     app.Register(kService, "one");
     app.NotifyState(kService, "one", 1, kAny);
     app.NotifyState(kService, "one", 0, kAny);
-    SetService(kAirService);
+    viewer.SetService(kAirService);
     EXPECT_TRUE(app.IsPending(kService));
     EXPECT_EQ(tv.State("/preparation/pipelines/1:0/receivers/0/state"), 0);
 }
 
 TEST_F(PreparationTest, ReceiversOfSourcesHoldSourcesOnly) {
     app.Register(kSource, "one");
-    EXPECT_EQ(SetService(kAirService), kDone);
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
-    EXPECT_EQ(SetSource(13), kDone);
-    EXPECT_EQ(State("source"), 0);
+    EXPECT_EQ(viewer.SetService(kAirService), kDone);
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
+    EXPECT_EQ(viewer.SetSource(13), kDone);
+    EXPECT_EQ(tv.MainState("source"), 0);
     EXPECT_TRUE(app.IsPending(kSource));
     EXPECT_FALSE(app.IsPending(kService));
     EXPECT_EQ(tv.State("/preparation/pipelines/1:0/pending/source"), 13);
     EXPECT_EQ(app.NotifyState(kSource, "one", 1, kAny), kDone);
-    EXPECT_EQ(State("source"), 13);
+    EXPECT_EQ(tv.MainState("source"), 13);
 }
 
 TEST_F(PreparationTest, AChangeOfBothWaitsForBothKinds) {
-    SetSource(13);
+    viewer.SetSource(13);
     app.Register(kSource, "source");
     app.Register(kService, "service");
-    viewer.Call(source, "SetSource", 1, CallTree().In(std::int32_t{0}).In(kAirService).Text(""));
+    viewer.SetSource(0, kAirService);
     EXPECT_TRUE(app.IsPending(kSource));
     EXPECT_TRUE(app.IsPending(kService));
     app.NotifyReady("service", kAirService);
-    EXPECT_EQ(State("source"), 13);
+    EXPECT_EQ(tv.MainState("source"), 13);
     app.NotifyState(kSource, "source", 1, kAny);
-    EXPECT_EQ(State("source"), 0);
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(tv.MainState("source"), 0);
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
 }
 
 TEST_F(PreparationTest, ATvModeWaitsWithItsService) {
     app.Register(kService, "one");
-    viewer.Call(navigation, "SetTvMode", 3, CallTree().TvMode(1, 0).In(kCableService).Text(""));
-    EXPECT_EQ(State("tvMode/antenna"), 0);
+    viewer.SetTvMode({1, 0}, kCableService);
+    EXPECT_EQ(tv.MainState("tvMode/antenna"), 0);
     EXPECT_EQ(tv.State("/preparation/pipelines/1:0/pending/tvMode/antenna"), 1);
     app.NotifyReady("one", kCableService);
-    EXPECT_EQ(State("tvMode/antenna"), 1);
-    EXPECT_EQ(State("service"), "0x11");
+    EXPECT_EQ(tv.MainState("tvMode/antenna"), 1);
+    EXPECT_EQ(tv.MainState("service"), "0x11");
 }
 
 TEST_F(PreparationTest, HappensWhenTheLastOneUnregisters) {
     app.Register(kService, "one");
     app.Register(kService, "two");
-    SetService(kAirService);
+    viewer.SetService(kAirService);
     EXPECT_EQ(app.Unregister(kService, "one"), kDone);
     EXPECT_TRUE(app.IsPending(kService));
     EXPECT_EQ(app.Unregister(kService, "two"), kDone);
     EXPECT_FALSE(app.IsPending(kService));
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
     EXPECT_FALSE(tv.State("/preparation/pipelines").contains("1:0"));
 }
 
 TEST_F(PreparationTest, HappensWhenTheLimitHasPassed) {
     EXPECT_EQ(tv.Set("preparation-limit", {"1"}), "");
     app.Register(kService, "one");
-    SetService(kAirService);
+    viewer.SetService(kAirService);
     EXPECT_TRUE(app.IsPending(kService));
     tv.Logged("", "");
-    tv.WaitUntil([&] { return !State("service").is_null(); });
+    tv.WaitUntil([&] { return !tv.MainState("service").is_null(); });
     EXPECT_TRUE(tv.Logged("quarle-daemon", "the limit has passed"));
     EXPECT_FALSE(app.IsPending(kService));
 }
 
 TEST_F(PreparationTest, ANewerChangeTakesThePlaceOfOneThatWaits) {
     app.Register(kService, "one");
-    SetService(kAirService);
-    SetService(kOtherAirService);
+    viewer.SetService(kAirService);
+    viewer.SetService(kOtherAirService);
     EXPECT_TRUE(tv.Logged("quarle-daemon", "is replaced"));
     app.NotifyReady("one", kAirService); // too late
     EXPECT_TRUE(app.IsPending(kService));
     app.NotifyReady("one", kOtherAirService);
-    EXPECT_EQ(State("service"), "0x8000000000000007");
+    EXPECT_EQ(tv.MainState("service"), "0x8000000000000007");
     // One that nobody holds does so as well.
-    SetService(kAirService);
-    SetSource(13);
-    EXPECT_EQ(State("source"), 13);
+    viewer.SetService(kAirService);
+    viewer.SetSource(13);
+    EXPECT_EQ(tv.MainState("source"), 13);
     EXPECT_FALSE(app.IsPending(kService));
-    EXPECT_EQ(State("service"), "0x8000000000000007");
+    EXPECT_EQ(tv.MainState("service"), "0x8000000000000007");
 }
 
 TEST_F(PreparationTest, ARefusedChangeLeavesThePendingOne) {
     app.Register(kService, "one");
-    SetService(kAirService);
-    EXPECT_LT(SetService(kAny), 0);
+    viewer.SetService(kAirService);
+    EXPECT_LT(viewer.SetService(kAny), 0);
     app.NotifyReady("one", kAirService);
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
 }
 
 TEST_F(PreparationTest, RegistrationsOutliveTheirSession) {
     app.Register(kService, "one");
-    app.client.Close(app.session);
-    SetService(kAirService);
-    EXPECT_TRUE(State("service").is_null());
-    app.session = app.client.Open("IPipelineUtility");
+    app.Close<PipelineUtilityMethod>();
+    viewer.SetService(kAirService);
+    EXPECT_TRUE(tv.MainState("service").is_null());
     EXPECT_EQ(app.Unregister(kService, "one"), kDone);
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
 }
 
 TEST_F(PreparationTest, RegistrationsGoWithTheirClient) {
     app.Register(kService, "one");
     Application other(tv);
     other.Register(kService, "one"); // the same name is another receiver
-    SetService(kAirService);
+    viewer.SetService(kAirService);
     app.NotifyReady("one", kAirService);
+    other.Disconnect();
     EXPECT_TRUE(app.IsPending(kService));
-    other.client.Die();
+    other.Reconnect();
+    other.Die();
     EXPECT_FALSE(app.IsPending(kService));
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
 }
 
 TEST_F(PreparationTest, ReceiversBelongToOnePipeline) {
-    app.client.Close(app.session);
-    app.session = app.client.Open("IPipelineUtility", 101);
-    app.Register(kService, "one");
-    SetService(kAirService);
-    EXPECT_EQ(State("service"), "0xfa0000000002002d");
+    Application(tv, {101, 0}).Register(kService, "one");
+    viewer.SetService(kAirService);
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
 }
 
-TEST_F(PreparationTest, RefusesWhatMakesNoSense) {
+TEST_F(PreparationTest, RefusesInvalidArguments) {
     EXPECT_LT(app.Register(2, "one"), 0);
     EXPECT_TRUE(tv.Logged("norvex", "no such kind of change"));
     EXPECT_LT(app.Register(kService, ""), 0);
@@ -247,8 +224,7 @@ TEST_F(PreparationTest, RefusesWhatMakesNoSense) {
     EXPECT_LT(app.NotifyState(-1, "one", 1, kAny), 0);
     EXPECT_LT(app.NotifyReady("one", kAny), 0);
     EXPECT_TRUE(tv.Logged("norvex", "NotifyReadyForSetService refused: the invalid service"));
-    const Reply reply = app.client.Call(app.session, "CheckPendingState", 3,
-                                        CallTree().In(std::int32_t{2}).Out(std::uint8_t{0}));
+    const Reply reply = app.CheckPending(2);
     EXPECT_LT(reply.Status(), 0);
     EXPECT_FALSE(reply.Find(2));
 }
@@ -259,6 +235,8 @@ TEST_F(PreparationTest, ReceiversAreLimitedInNumber) {
     EXPECT_LT(app.Register(kService, "one too many"), 0);
     EXPECT_TRUE(tv.Logged("norvex", "too many receivers"));
     EXPECT_EQ(app.Register(kService, "0"), kDone); // has its place
+    EXPECT_EQ(app.Unregister(kService, "1"), kDone);
+    EXPECT_EQ(app.Register(kService, "one too many"), kDone);
 }
 
 // What the snapshot tells: the events of each pipeline, and lines of text.
@@ -269,11 +247,11 @@ struct Snapshot {
         EXPECT_TRUE(parts.Next(part));
         wire::Node child;
         for (wire::NodeCursor all(part); all.Next(child);) {
-            const std::string word = ReadHandle(child);
+            const std::string handle = ReadHandle(child);
             wire::Node times;
             for (wire::NodeCursor fields(child); fields.Next(times);) {
                 if (times.tag == 2)
-                    events[word] = times.size / 12;
+                    events[handle] = times.size / 12;
             }
         }
         EXPECT_TRUE(parts.Next(part));
@@ -307,18 +285,17 @@ struct Snapshot {
 
 TEST_F(PreparationTest, TheStatusTellsOfAllPipelines) {
     const auto get = [&] {
-        const Reply reply =
-            app.client.Call(app.session, "GetCurrentTPMSStatus", 4, CallTree().OutObject());
+        const Reply reply = app.Call(PipelineUtilityMethod::GetCurrentTPMSStatus, OutObject{});
         EXPECT_EQ(reply.Status(), kDone);
         return Snapshot(reply);
     };
     EXPECT_EQ(get().events, (std::map<std::string, std::uint32_t>{{"1:0", 0}}));
-    SetService(kAirService);
-    const auto pip = viewer.Open("IAVControl", 101, 1);
-    viewer.Call(pip, "MuteVideo", 1, CallTree().In(std::int32_t{1}));
-    viewer.Call(pip, "RestartVideoDecoder", 0);
+    viewer.SetService(kAirService);
+    TestClient pip(tv, {101, 1});
+    pip.Do(AVControlMethod::MuteVideo, 1);
+    pip.Do(AVControlMethod::RestartVideoDecoder);
     app.Register(kSource, "one");
-    SetSource(13);
+    viewer.SetSource(13);
     const Snapshot snapshot = get();
     // Started and captions; restarted.
     EXPECT_EQ(snapshot.events, (std::map<std::string, std::uint32_t>{{"1:0", 2}, {"101:1", 1}}));

@@ -12,31 +12,35 @@
 
 namespace {
 
-struct NoOwner : sim::Connection::Owner {
-    void MessageArrived(sim::Connection&, const wire::Message&) override {}
-    void ConnectionEnded(sim::Connection&, const std::string&) override {}
-};
+using namespace interfaces;
 
-NoOwner noOwner;
+sim::Token MakeToken() {
+    static unsigned char clients = 0;
+    return {++clients};
+}
 
 } // namespace
 
-// A connection and its far end.
-struct TestClient::Line {
-    Line() {
+// A connection of the daemon, and the client's end of it.
+struct TestClient::Link : sim::Connection::Owner {
+    Link() {
         std::array<int, 2> ends{};
         EXPECT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK, 0, ends.data()), 0);
-        farEnd = ends[1];
-        connection = std::make_unique<sim::Connection>(ends[0], 1, noOwner);
+        clientEnd = ends[1];
+        Owner& owner = *this;
+        connection = std::make_unique<sim::Connection>(ends[0], 1, owner);
     }
-    ~Line() { close(farEnd); }
+    ~Link() override { close(clientEnd); }
+
+    void MessageArrived(sim::Connection&, const wire::Message&) override {}
+    void ConnectionEnded(sim::Connection&, const std::string& why) override { endReason = why; }
 
     // The next message that has come; empty: none.
     std::string Take() {
         wire::PacketAssembler assembler;
         std::array<unsigned char, wire::kPacketHeaderSize + wire::kMaxPacketPayload> packet{};
         for (;;) {
-            const ssize_t size = recv(farEnd, packet.data(), packet.size(), 0);
+            const ssize_t size = recv(clientEnd, packet.data(), packet.size(), 0);
             if (size <= 0)
                 return {};
             if (assembler.Feed(packet.data(), static_cast<std::size_t>(size)) ==
@@ -48,7 +52,8 @@ struct TestClient::Line {
     }
 
     std::unique_ptr<sim::Connection> connection;
-    int farEnd;
+    int clientEnd;
+    std::string endReason;
 };
 
 std::optional<wire::Node> Reply::Find(std::int16_t place) const {
@@ -57,18 +62,17 @@ std::optional<wire::Node> Reply::Find(std::int16_t place) const {
         return {};
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
     wire::Node node;
-    while (cursor.Next(node)) {
+    while (cursor.Next(node))
         if (node.tag == place)
             return node;
-    }
     return {};
 }
 
-std::vector<std::int32_t> Reply::Ids(std::int16_t place) const {
+Ids Reply::GetIds(std::int16_t place) const {
     const auto branch = Find(place);
     EXPECT_TRUE(branch && branch->IsBranch());
     wire::Node array;
-    std::vector<std::int32_t> ids;
+    Ids ids;
     if (branch && wire::NodeCursor(*branch).Next(array)) {
         ids.resize(array.size / sizeof(std::int32_t));
         if (!ids.empty())
@@ -77,10 +81,9 @@ std::vector<std::int32_t> Reply::Ids(std::int16_t place) const {
     return ids;
 }
 
-TestClient::TestClient(TestTv& tv) : m_tv(tv), m_calls(std::make_unique<Line>()) {
-    static unsigned char clients = 0;
-    m_client = &m_tv.context.clients.Connected(sim::Token{++clients});
-    m_calls->connection->client = m_client;
+TestClient::TestClient(TestTv& tv, const sim::Handle& pipeline)
+    : m_tv(tv), m_pipeline(pipeline), m_token(MakeToken()) {
+    Reconnect();
 }
 
 TestClient::~TestClient() {
@@ -88,8 +91,8 @@ TestClient::~TestClient() {
         m_tv.context.signals.Detach(*m_signals->connection);
 }
 
-Reply TestClient::Exchange(const std::string& interface, std::uint32_t session,
-                           const std::string& method, std::int16_t id, const CallTree& arguments) {
+Reply TestClient::Exchange(std::string_view interface, std::uint32_t session,
+                           std::string_view method, std::int16_t id, const CallTree& arguments) {
     wire::Message message;
     message.header.session = session;
     message.header.methodId = id;
@@ -98,40 +101,76 @@ Reply TestClient::Exchange(const std::string& interface, std::uint32_t session,
     message.method = method;
     message.tree = arguments.GetBytes().GetData();
     m_tv.context.dispatcher.Handle(*m_calls->connection, message);
+    return TakeReply();
+}
+
+Reply TestClient::TakeReply() {
     return Reply(m_calls->Take());
 }
 
-std::uint32_t TestClient::Open(const std::string& interface, std::int32_t profile,
-                               std::uint16_t screen) {
-    const Reply reply = Exchange("com.holvi.INorvexSession", 0, "Open", 0,
-                                 CallTree()
-                                     .Out(std::uint32_t{0})
-                                     .Text("com.holvi." + interface)
-                                     .In(profile)
-                                     .In(std::int32_t{screen}));
+std::string TestClient::GetEndReason() const {
+    return m_calls->endReason;
+}
+
+std::uint32_t TestClient::OpenAt(const std::string& interface, const sim::Handle& pipeline) {
+    const auto open = NorvexSessionMethod::Open;
+    const Reply reply = Exchange(kTable<NorvexSessionMethod>.name, 0, GetMethodName(open),
+                                 static_cast<std::int16_t>(open),
+                                 CallTree(Out<std::uint32_t>{0}, interface, pipeline.profile,
+                                          std::int32_t{pipeline.screen}));
     return reply.Status() == 0 ? reply.Get<std::uint32_t>(1).value_or(0) : 0;
 }
 
-void TestClient::Close(std::uint32_t session) {
-    Exchange("com.holvi.INorvexSession", 0, "Close", 1, CallTree().In(session));
+std::int32_t TestClient::Close(std::uint32_t session) {
+    const auto close = NorvexSessionMethod::Close;
+    return Exchange(kTable<NorvexSessionMethod>.name, 0, GetMethodName(close),
+                    static_cast<std::int16_t>(close), CallTree(session))
+        .Status();
 }
 
-Reply TestClient::Call(std::uint32_t session, const std::string& method, std::int16_t id,
-                       const CallTree& arguments) {
-    const sim::Session* opened = m_tv.context.sessions.Find(session);
-    EXPECT_NE(opened, nullptr);
-    return Exchange(opened == nullptr ? "" : opened->interface->GetName(), session, method, id,
-                    arguments);
+std::int32_t TestClient::SetSource(std::int32_t source) {
+    return Do(SourceControlMethod::SetSource, source, "");
 }
 
-void TestClient::ListenTo(std::uint32_t session) {
-    m_signals = std::make_unique<Line>();
+std::int32_t TestClient::SetSource(std::int32_t source, std::uint64_t service) {
+    return Do(SourceControlMethod::SetSource_Service, source, service, "");
+}
+
+std::int32_t TestClient::SetService(std::uint64_t service) {
+    return Do(ServiceNavigationMethod::SetService, service, 0, 0, "");
+}
+
+std::int32_t TestClient::SetTvMode(const sim::TvMode& mode) {
+    return Do(ServiceNavigationMethod::SetTvMode, mode, "");
+}
+
+std::int32_t TestClient::SetTvMode(const sim::TvMode& mode, std::uint64_t service) {
+    return Do(ServiceNavigationMethod::SetTvMode_Service, mode, service, "");
+}
+
+void TestClient::ListenToSignals() {
+    std::uint32_t& session = m_sessions[GetName<SignalSubscriberMethod>()];
+    if (session == 0)
+        session = Open<SignalSubscriberMethod>();
+    m_signals = std::make_unique<Link>();
     m_signals->connection->client = m_client;
     EXPECT_TRUE(m_tv.context.signals.Attach(session, *m_signals->connection));
 }
 
-std::vector<std::string> TestClient::TakeSignals() {
-    std::vector<std::string> signals;
+std::int32_t TestClient::Subscribe(std::int32_t type) {
+    if (m_signals == nullptr)
+        ListenToSignals();
+    return Do(SignalSubscriberMethod::Subscribe, type, 0, 702, 0, 0);
+}
+
+std::int32_t TestClient::Unsubscribe(std::int32_t type) {
+    return Do(SignalSubscriberMethod::Unsubscribe, type, 702, 0, 0);
+}
+
+Signals TestClient::TakeSignals() {
+    Signals signals;
+    if (m_signals == nullptr)
+        return signals;
     for (;;) {
         const Reply signal(m_signals->Take());
         const auto type = signal.Get<std::int32_t>(wire::kSignalType);
@@ -145,14 +184,30 @@ std::vector<std::string> TestClient::TakeSignals() {
     }
 }
 
+void TestClient::Disconnect() {
+    if (m_signals != nullptr)
+        m_tv.context.signals.Detach(*m_signals->connection);
+    m_signals.reset();
+    if (m_calls != nullptr)
+        m_tv.context.dispatcher.Forget(*m_calls->connection);
+    m_calls.reset();
+    m_tv.context.clients.Disconnected(*m_client);
+}
+
+void TestClient::Reconnect() {
+    m_calls = std::make_unique<Link>();
+    m_client = &m_tv.context.clients.Connected(m_token);
+    m_calls->connection->client = m_client;
+}
+
 void TestClient::Die() {
     const std::size_t before = m_tv.context.clients.GetCount();
-    m_tv.context.clients.Disconnected(*m_client);
+    Disconnect();
     m_tv.WaitUntil([&] { return m_tv.context.clients.GetCount() < before; });
 }
 
-TestTv::TestTv(const Mount& mount, const std::string& databasePath)
-    : context(database, log), parts(mount(Prepare(databasePath))) {
+TestTv::TestTv(const RegisterComponents& registerComponents, const std::string& databasePath)
+    : context(database, log, 1), components(registerComponents(Prepare(databasePath))) {
     context.Register<sim::SessionInterface>(context.dispatcher, context.sessions, context.log);
 }
 
@@ -183,10 +238,10 @@ sim::Context& TestTv::Prepare(const std::string& databasePath) {
     return context;
 }
 
-std::string TestTv::Set(const std::string& name, const std::vector<std::string>& words) {
+std::string TestTv::Set(const std::string& name, const std::vector<std::string>& arguments) {
     std::string error;
     context.log.SetSequence(context.journal.TakeSequence());
-    const bool done = context.settings.Set(name, words, error);
+    const bool done = context.settings.Set(name, arguments, error);
     context.log.SetSequence(0);
     EXPECT_EQ(done, error.empty());
     return error;

@@ -7,15 +7,22 @@
 #include <string>
 #include <vector>
 
+#include <interfaces/Interfaces.h>
 #include <nlohmann/json.hpp>
 
 #include "CallTree.h"
-#include "Context.h"
 #include "Connection.h"
+#include "Context.h"
+#include "Handle.h"
 #include "LineUp.h"
 #include "PipelineComponents.h"
 
 constexpr std::int32_t kDone = 1;
+// Of the reply to a call that was not understood.
+constexpr std::int32_t kNoStatus = -1000;
+constexpr std::uint64_t kInvalidService = ~std::uint64_t{0};
+
+using Signals = std::vector<std::string>;
 
 // A line-up that a test writes.
 class TestLineUp : public sim::LineUp {
@@ -33,7 +40,9 @@ class Reply {
 public:
     explicit Reply(std::string message) : m_message(std::move(message)) {}
 
-    std::int32_t Status() const { return Get<std::int32_t>(0).value_or(-1000); }
+    // False: there was none.
+    bool HasCome() const { return !m_message.empty(); }
+    std::int32_t Status() const { return Get<std::int32_t>(0).value_or(kNoStatus); }
     template <class T> std::optional<T> Get(std::int16_t place) const {
         T value{};
         const auto node = Find(place);
@@ -41,7 +50,7 @@ public:
     }
     std::optional<wire::Node> Find(std::int16_t place) const;
     // The numbers of a list.
-    std::vector<std::int32_t> Ids(std::int16_t place) const;
+    Ids GetIds(std::int16_t place) const;
 
 private:
     std::string m_message;
@@ -49,57 +58,104 @@ private:
 
 class TestTv;
 
-// A client process, with one connection for calls.
+// A client process, with one connection for calls. Its calls go to sessions with one pipeline, one
+// for each interface, which are opened when they are needed.
 class TestClient {
 public:
-    explicit TestClient(TestTv& tv);
+    explicit TestClient(TestTv& tv, const sim::Handle& pipeline = sim::kMainPipeline);
     ~TestClient();
 
-    // 0 when refused.
-    std::uint32_t Open(const std::string& interface, std::int32_t profile = 1,
-                       std::uint16_t screen = 0);
-    void Close(std::uint32_t session);
-    // The operation with that number in the session's interface.
-    Reply Call(std::uint32_t session, const std::string& method, std::int16_t id,
-               const CallTree& arguments = {});
-    // From now on signals for the session come, to be taken by TakeSignals.
-    void ListenTo(std::uint32_t session);
+    template <class Method, class... Arguments>
+    Reply Call(Method method, const Arguments&... arguments) {
+        std::uint32_t& session = m_sessions[GetName<Method>()];
+        if (session == 0)
+            session = OpenAt(GetName<Method>(), m_pipeline);
+        return Exchange(GetName<Method>(), session, interfaces::GetMethodName(method),
+                        static_cast<std::int16_t>(method), CallTree(arguments...));
+    }
+    template <class Method, class... Arguments>
+    std::int32_t Do(Method method, const Arguments&... arguments) {
+        return Call(method, arguments...).Status();
+    }
+
+    // A call as it is sent.
+    Reply Exchange(std::string_view interface, std::uint32_t session, std::string_view method,
+                   std::int16_t id, const CallTree& arguments);
+    // A reply that comes later.
+    Reply TakeReply();
+    // Why the daemon has ended the connection; empty while it has not.
+    std::string GetEndReason() const;
+
+    // Another session of the interface, which calls do not go to; 0 when refused.
+    template <class Method> std::uint32_t Open() { return OpenAt(GetName<Method>(), m_pipeline); }
+    template <class Method> std::uint32_t Open(const sim::Handle& pipeline) {
+        return OpenAt(GetName<Method>(), pipeline);
+    }
+    std::int32_t Close(std::uint32_t session);
+    // The session that calls go to.
+    template <class Method> void Close() {
+        Close(std::exchange(m_sessions[GetName<Method>()], 0u));
+    }
+
+    std::int32_t SetSource(std::int32_t source);
+    std::int32_t SetSource(std::int32_t source, std::uint64_t service);
+    std::int32_t SetService(std::uint64_t service);
+    std::int32_t SetTvMode(const sim::TvMode& mode);
+    std::int32_t SetTvMode(const sim::TvMode& mode, std::uint64_t service);
+
+    // From now on the signals of its subscriber come, to be taken by TakeSignals.
+    void ListenToSignals();
+    std::int32_t Subscribe(std::int32_t type);
+    std::int32_t Unsubscribe(std::int32_t type);
     // "81 1:0 0x7" for each signal that has come.
-    std::vector<std::string> TakeSignals();
+    Signals TakeSignals();
+    // One of its connections ends; with the last one its grace period begins.
+    void Disconnect();
+    // The same process connects, again or once more.
+    void Reconnect();
     // The process is gone for good.
     void Die();
 
-    sim::Client& GetClient() { return *m_client; }
-
 private:
-    struct Line;
+    struct Link;
 
-    Reply Exchange(const std::string& interface, std::uint32_t session, const std::string& method,
-                   std::int16_t id, const CallTree& arguments);
+    template <class Method> static std::string GetName() {
+        return std::string(interfaces::kTable<Method>.name);
+    }
+    std::uint32_t OpenAt(const std::string& interface, const sim::Handle& pipeline);
 
     TestTv& m_tv;
+    sim::Handle m_pipeline;
+    sim::Token m_token;
     sim::Client* m_client;
-    std::unique_ptr<Line> m_calls;
-    std::unique_ptr<Line> m_signals;
+    std::unique_ptr<Link> m_calls;
+    std::unique_ptr<Link> m_signals;
+    std::map<std::string, std::uint32_t> m_sessions; // by interface
 };
 
-// The pipelines of a TV, with a line-up of the test's own, called as a client calls them.
+// The pipelines of a TV, with a line-up of the test's own, called as a client calls them. Clients
+// that are gone are forgotten after a moment.
 class TestTv {
 public:
-    using Mount = std::function<sim::PipelineComponents(sim::Context&)>;
+    using RegisterComponents = std::function<sim::PipelineComponents(sim::Context&)>;
 
     TestTv();
-    // With what `mount` mounts in place of the pipelines alone; in memory without a path.
-    explicit TestTv(const Mount& mount, const std::string& databasePath = {});
+    // With other components than the pipelines alone; in memory without a path.
+    explicit TestTv(const RegisterComponents& registerComponents,
+                    const std::string& databasePath = {});
 
     nlohmann::json State(const std::string& path) const {
         return context.DescribeState().at(nlohmann::json::json_pointer(path));
     }
+    // Of the main pipeline.
+    nlohmann::json MainState(const std::string& name) const {
+        return State("/pipelines/1:0/" + name);
+    }
     // The refusal's text; empty when it was done.
-    std::string Set(const std::string& name, const std::vector<std::string>& words);
+    std::string Set(const std::string& name, const std::vector<std::string>& arguments);
     // Whether a line of that tag holds the text, of those since the last question.
     bool Logged(const std::string& tag, const std::string& text);
-    // Iterates the main context until it holds; fails the test when it does not come to that.
+    // Iterates the event loop until it holds; fails the test when it does not come to that.
     void WaitUntil(const std::function<bool()>& condition);
 
     sim::Database database;
@@ -113,7 +169,7 @@ private:
 public:
     TestLineUp lineUp;
     sim::Context context;
-    sim::PipelineComponents parts;
+    sim::PipelineComponents components;
 };
 
 // Services of the test line-up.

@@ -4,73 +4,55 @@
 
 namespace {
 
+using namespace interfaces;
 using sim::Rect;
 
 const Rect kPart{100, 100, 200, 200};
 const Rect kPlace{1500, 50, 400, 300};
 const Rect kMain{0, 0, 1920, 1080};
 
-// A client's zoom control.
-class Zoomer {
+// A client with a zoom control.
+class Zoomer : public TestClient {
 public:
-    explicit Zoomer(TestTv& tv, std::int32_t profile = 1)
-        : client(tv), session(client.Open("IZoomControl", profile)) {}
+    using TestClient::TestClient;
 
     Reply Create(const Rect& source, const Rect& destination, const Rect& main) {
-        return client.Call(
-            session, "CreateZoomWindow", 0,
-            CallTree().Out(std::int32_t{-1}).Rect(source).Rect(destination).Rect(main));
+        return Call(ZoomControlMethod::CreateZoomWindow, Out{-1}, source, destination, main);
     }
     std::int32_t Create() { return Create(kPart, kPlace, kMain).Get<std::int32_t>(1).value_or(-1); }
-    std::int32_t Delete(const std::vector<std::int32_t>& ids, const Rect& main = kMain) {
-        return client.Call(session, "DeleteZoomWindow", 1, CallTree().Ids(ids).Rect(main)).Status();
+    std::int32_t Delete(const Ids& ids, const Rect& main = kMain) {
+        return Do(ZoomControlMethod::DeleteZoomWindow, ids, main);
     }
-    std::int32_t Set(const std::vector<std::int32_t>& ids, bool on) {
-        return client
-            .Call(session, "SetZoomWindow", 2,
-                  CallTree().Ids(ids).In(static_cast<std::uint8_t>(on)))
-            .Status();
+    std::int32_t Set(const Ids& ids, bool on) {
+        return Do(ZoomControlMethod::SetZoomWindow, ids, on);
     }
-    std::int32_t Mute(const std::vector<std::int32_t>& ids, bool mute) {
-        return client
-            .Call(session, "MuteZoomWindow", 3,
-                  CallTree().Ids(ids).In(static_cast<std::uint8_t>(mute)))
-            .Status();
-    }
-    std::optional<bool> IsStarted(std::int32_t id) {
-        return Flag("IsZoomWindowStarted", 4, 2, CallTree().In(id).Out(std::uint8_t{0}));
-    }
-    std::optional<bool> IsMuted(std::int32_t id) {
-        return Flag("IsZoomWindowMuted", 5, 2, CallTree().In(id).Out(std::uint8_t{0}));
-    }
-    std::optional<bool> IsAvailable() {
-        return Flag("IsZoomAvailable", 7, 1, CallTree().Out(std::uint8_t{0}));
+    std::int32_t Mute(const Ids& ids, bool mute) {
+        return Do(ZoomControlMethod::MuteZoomWindow, ids, mute);
     }
     std::int32_t SetRect(std::int32_t id, const Rect& source, const Rect& destination,
                          const Rect& main) {
-        return client
-            .Call(session, "SetZoomWindowRect", 6,
-                  CallTree().In(id).Rect(source).Rect(destination).Rect(main))
-            .Status();
+        return Do(ZoomControlMethod::SetZoomWindowRect, id, source, destination, main);
+    }
+    std::optional<bool> IsStarted(std::int32_t id) {
+        return GetFlag(Call(ZoomControlMethod::IsZoomWindowStarted, id, Out<std::uint8_t>{0}), 2);
+    }
+    std::optional<bool> IsMuted(std::int32_t id) {
+        return GetFlag(Call(ZoomControlMethod::IsZoomWindowMuted, id, Out<std::uint8_t>{0}), 2);
+    }
+    std::optional<bool> IsAvailable() {
+        return GetFlag(Call(ZoomControlMethod::IsZoomAvailable, Out<std::uint8_t>{0}), 1);
     }
     std::int32_t SharingType() {
-        return *client.Call(session, "GetZoomSharingType", 8, CallTree().Out(std::int32_t{0}))
-                    .Get<std::int32_t>(1);
+        return *Call(ZoomControlMethod::GetZoomSharingType, Out{0}).Get<std::int32_t>(1);
     }
-    std::vector<std::int32_t> Connected() {
-        const Reply reply =
-            client.Call(session, "GetConnectedZoomWindows", 9, CallTree().OutObject());
+    Ids Connected() {
+        const Reply reply = Call(ZoomControlMethod::GetConnectedZoomWindows, OutObject{});
         EXPECT_EQ(reply.Status(), kDone);
-        return reply.Ids(1);
+        return reply.GetIds(1);
     }
-
-    TestClient client;
-    std::uint32_t session;
 
 private:
-    std::optional<bool> Flag(const char* method, std::int16_t id, std::int16_t place,
-                             const CallTree& arguments) {
-        const Reply reply = client.Call(session, method, id, arguments);
+    static std::optional<bool> GetFlag(const Reply& reply, std::int16_t place) {
         const auto flag = reply.Get<std::uint8_t>(place);
         EXPECT_EQ(reply.Status() > 0, flag.has_value());
         return flag ? std::optional(*flag != 0) : std::nullopt;
@@ -85,7 +67,7 @@ TEST(ZoomControl, MakesWindowsUpToALimit) {
     EXPECT_TRUE(zoomer.Connected().empty());
     for (std::int32_t id = 1; id <= 4; ++id)
         EXPECT_EQ(zoomer.Create(), id);
-    EXPECT_EQ(zoomer.Connected(), (std::vector<std::int32_t>{1, 2, 3, 4}));
+    EXPECT_EQ(zoomer.Connected(), (Ids{1, 2, 3, 4}));
     EXPECT_EQ(zoomer.IsAvailable(), false);
     EXPECT_EQ(zoomer.SharingType(), 0);
     const Reply reply = zoomer.Create(kPart, kPlace, kMain);
@@ -116,7 +98,7 @@ TEST(ZoomControl, ChecksEveryRectangle) {
         EXPECT_LT(zoomer.SetRect(window, kPart, kPlace, bad), 0);
         EXPECT_LT(zoomer.Delete({window}, bad), 0);
     }
-    EXPECT_EQ(zoomer.Connected(), std::vector<std::int32_t>{window});
+    EXPECT_EQ(zoomer.Connected(), Ids{window});
     EXPECT_EQ(tv.State("/zoom/windows/1/destination"), kPlace.Describe());
     EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), kMain.Describe());
 }
@@ -179,12 +161,12 @@ TEST(ZoomControl, WindowsBelongToTheirPipelineAndClient) {
     TestTv tv;
     Zoomer owner(tv);
     Zoomer other(tv);
-    Zoomer elsewhere(tv, 101);
+    Zoomer elsewhere(tv, {101, 0});
     const std::int32_t window = owner.Create();
     // Everybody sees it.
     EXPECT_EQ(owner.Set({window}, true), kDone);
     EXPECT_EQ(other.IsStarted(window), true);
-    EXPECT_EQ(other.Connected(), std::vector<std::int32_t>{window});
+    EXPECT_EQ(other.Connected(), Ids{window});
     EXPECT_LT(other.Delete({window}), 0);
     EXPECT_TRUE(tv.Logged("tvfpaparser", "window 1 is client"));
     EXPECT_LT(other.Mute({window}, true), 0);
@@ -192,8 +174,8 @@ TEST(ZoomControl, WindowsBelongToTheirPipelineAndClient) {
     EXPECT_FALSE(elsewhere.IsStarted(window));
     EXPECT_TRUE(elsewhere.Connected().empty());
     // It is not the session's.
-    owner.client.Close(owner.session);
-    EXPECT_EQ(other.Connected(), std::vector<std::int32_t>{window});
+    owner.Close<ZoomControlMethod>();
+    EXPECT_EQ(other.Connected(), Ids{window});
 }
 
 TEST(ZoomControl, WindowsVanishWithTheirClient) {
@@ -203,18 +185,21 @@ TEST(ZoomControl, WindowsVanishWithTheirClient) {
     owner.Create(kPart, kPlace, {0, 0, 640, 480});
     const std::int32_t kept =
         other.Create(kPart, kPlace, {0, 0, 960, 540}).Get<std::int32_t>(1).value();
-    owner.client.Die();
-    EXPECT_EQ(other.Connected(), std::vector<std::int32_t>{kept});
+    owner.Disconnect();
+    EXPECT_EQ(other.Connected().size(), 2u);
+    owner.Reconnect();
+    owner.Die();
+    EXPECT_EQ(other.Connected(), Ids{kept});
     EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture/width"), 960);
     EXPECT_TRUE(tv.Logged("tvfpaparser", "is gone with client"));
 }
 
 TEST(ZoomControl, TheMainPictureIsWholeAgainWhenTheLastClientIsGone) {
     TestTv tv;
-    Zoomer owner(tv, 101);
+    Zoomer owner(tv, {101, 0});
     owner.Create(kPart, kPlace, {0, 0, 640, 480});
     EXPECT_EQ(tv.State("/pipelines/101:0/mainPicture/width"), 640);
-    owner.client.Die();
+    owner.Die();
     EXPECT_FALSE(tv.State("/pipelines").contains("101:0"));
     EXPECT_EQ(tv.State("/zoom/windows"), nlohmann::json::object());
 }

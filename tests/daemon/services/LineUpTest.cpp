@@ -155,7 +155,7 @@ TEST(BootupService, IsWhatTheTvStartsWith) {
         LineUpClient client(tv);
         EXPECT_TRUE(tv.State("/lineUp/bootup").is_null());
         EXPECT_EQ(client.SetBootupService(0x8000000000002001ULL), kDone);
-        EXPECT_TRUE(tv.State("/pipelines/1:0/service").is_null());
+        EXPECT_TRUE(tv.MainState("service").is_null());
         EXPECT_EQ(tv.State("/lineUp/bootup"), (nlohmann::json{{"service", "0x8000000000002001"},
                                                               {"antenna", 1},
                                                               {"serviceMode", 0},
@@ -164,12 +164,12 @@ TEST(BootupService, IsWhatTheTvStartsWith) {
     {
         LineUpTv tv(nullptr, file);
         EXPECT_EQ(tv.State("/lineUp/bootup/service"), "0x8000000000002001");
-        EXPECT_EQ(tv.State("/pipelines/1:0/service"), "0x8000000000002001");
-        EXPECT_EQ(tv.State("/pipelines/1:0/tuner/at"), "cable/338000");
+        EXPECT_EQ(tv.MainState("service"), "0x8000000000002001");
+        EXPECT_EQ(tv.MainState("tuner/at"), "cable/338000");
         tv.context.Reset();
         EXPECT_TRUE(tv.State("/lineUp/bootup").is_null());
     }
-    EXPECT_TRUE(LineUpTv(nullptr, file).State("/pipelines/1:0/service").is_null());
+    EXPECT_TRUE(LineUpTv(nullptr, file).MainState("service").is_null());
 }
 
 TEST(BootupService, IsRefusedWhenItCannotBe) {
@@ -178,11 +178,11 @@ TEST(BootupService, IsRefusedWhenItCannotBe) {
     EXPECT_EQ(client.SetBootupService(kInvalidService), -3);
     EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "SetBootupService refused"));
     EXPECT_EQ(client.SetBootupService(0x999), -2);
-    EXPECT_EQ(client.SetBootupService(0x2001, 0, 0), -1);
-    EXPECT_EQ(client.SetBootupService(0x2001, 3, 0), -3);
-    EXPECT_EQ(client.SetBootupService(0x2001, -1, -2), -3);
+    EXPECT_EQ(client.SetBootupService(0x2001, {0, 0}), -1);
+    EXPECT_EQ(client.SetBootupService(0x2001, {3, 0}), -3);
+    EXPECT_EQ(client.SetBootupService(0x2001, {-1, -2}), -3);
     EXPECT_TRUE(tv.State("/lineUp/bootup").is_null());
-    EXPECT_EQ(client.SetBootupService(0x2001, 1, 0), kDone);
+    EXPECT_EQ(client.SetBootupService(0x2001, {1, 0}), kDone);
     // Of a line-up without it, the TV starts with nothing.
     const Directory directory;
     const std::string file = directory.path / "tv.db";
@@ -191,7 +191,7 @@ TEST(BootupService, IsRefusedWhenItCannotBe) {
         LineUpClient keeper(kept);
         EXPECT_EQ(keeper.SetBootupService(1), kDone);
     }
-    EXPECT_TRUE(LineUpTv("", file).State("/pipelines/1:0/service").is_null());
+    EXPECT_TRUE(LineUpTv("", file).MainState("service").is_null());
 }
 
 TEST(State, StaysSmall) {

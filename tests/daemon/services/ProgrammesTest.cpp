@@ -24,7 +24,8 @@ class ProgrammesTest : public testing::Test {
 protected:
     Programme At(const std::string& time, std::uint64_t service = 1) {
         EXPECT_EQ(tv.Set("clock", {"2026-03-01T" + time + ":00Z"}), "");
-        const Reply reply = client.GetCurrentProgram(service);
+        const Reply reply =
+            client.Call(interfaces::ServiceGuideMethod::GetCurrentProgram, service, OutObject{});
         Programme programme;
         programme.status = reply.Status();
         const auto branch = reply.Find(2);
@@ -97,8 +98,8 @@ TEST_F(ProgrammesTest, AreNeededWhileAServiceLacksThePresentOne) {
 }
 
 TEST_F(ProgrammesTest, ClockTakesTimesOnly) {
-    for (const char* const word : {"", "noon", "2026-13-01T00:00:00Z", "-1", "253402300800"})
-        EXPECT_NE(tv.Set("clock", {word}), "") << word;
+    for (const char* const time : {"", "noon", "2026-13-01T00:00:00Z", "-1", "253402300800"})
+        EXPECT_NE(tv.Set("clock", {time}), "") << time;
     EXPECT_NE(tv.Set("clock", {}), "");
     EXPECT_EQ(tv.State("/clock/set"), false);
     EXPECT_EQ(tv.Set("clock", {"2026-03-01T12:00:00+02:00"}), "");

@@ -113,7 +113,7 @@ TEST(Queries, RefuseUnknownFields) {
     huge.conditions.pop_back();
     EXPECT_EQ(client.FindService(huge).Status(), 1);
     // A kind of condition that there is not.
-    EXPECT_EQ(client.FindService({{{2, 13, 7}}, {12}}).Status(), -1000);
+    EXPECT_EQ(client.FindService({{{2, 13, 7}}, {12}}).Status(), kNoStatus);
 }
 
 TEST(Queries, ShareAStatementWhenOnlyValuesDiffer) {
@@ -141,7 +141,7 @@ TEST(Queries, ListTheServicesOfATvModeInOrder) {
     const Criteria all{{Where(23, 1), Where(25, 0), WhereNot(1, 9)}, {12, 13, 14}};
     const auto list = [&](std::int32_t antenna, std::int32_t mode, std::int32_t first = 0,
                           std::int32_t count = 0) {
-        const Reply reply = client.GetServiceList(all, antenna, mode, first, count);
+        const Reply reply = client.GetServiceList(all, {antenna, mode}, first, count);
         EXPECT_EQ(reply.Status(), 1);
         return ToRecords(*reply.Find(2));
     };
@@ -153,15 +153,15 @@ TEST(Queries, ListTheServicesOfATvModeInOrder) {
     }));
     EXPECT_EQ(list(0, 1).size(), 4u); // the operator's
     EXPECT_EQ(list(0, 5), list(0, 1));
-    EXPECT_EQ(client.SetTvMode(2, 0, 0x3001), kDone);
+    EXPECT_EQ(client.SetTvMode({2, 0}, 0x3001), kDone);
     EXPECT_EQ(list(-1, -1), list(2, 0));
     EXPECT_NE(list(-1, -1), air);
     EXPECT_EQ(list(0, 0, 3, 2), std::vector<Record>(air.begin() + 3, air.begin() + 5));
     EXPECT_EQ(list(0, 0, 15, 9), std::vector<Record>(air.begin() + 15, air.end()));
     EXPECT_TRUE(list(0, 0, 16).empty());
-    EXPECT_LT(client.GetServiceList(all, 0, 0, -1, 0).Status(), 0);
-    EXPECT_LT(client.GetServiceList(all, 0, 0, 0, -1).Status(), 0);
-    EXPECT_LT(client.GetServiceList(all, 3, 0).Status(), 0);
+    EXPECT_LT(client.GetServiceList(all, {0, 0}, -1, 0).Status(), 0);
+    EXPECT_LT(client.GetServiceList(all, {0, 0}, 0, -1).Status(), 0);
+    EXPECT_LT(client.GetServiceList(all, {3, 0}).Status(), 0);
 }
 
 TEST(Queries, ListMoreServicesThanATagHasNumbers) {
@@ -294,7 +294,7 @@ TEST_F(RandomQueries, FindAndListWhatAPlainFilterLeaves) {
         if (!all.empty()) {
             ASSERT_EQ(ToRecord(*reply.Find(2)), all.front()) << round;
         }
-        const Reply list = client.GetServiceList(criteria, antenna, 0);
+        const Reply list = client.GetServiceList(criteria, {antenna, 0});
         ASSERT_EQ(ToRecords(*list.Find(2)), listed) << round;
         found += !all.empty();
     }

@@ -20,23 +20,41 @@ const char kText[] = "transponder air 474000\n"
                      "service 0x7 7 \"Stream\"\n";
 constexpr std::uint64_t kThree = 0x8000000000000003ULL;
 
-using Signals = std::vector<std::string>;
+using namespace interfaces;
+
+class ScanClient : public LineUpClient {
+public:
+    using LineUpClient::LineUpClient;
+
+    std::int32_t StartTuneAround(const Services& services) {
+        return Do(ScanControlMethod::StartTuneAround, services, "DebugMenu");
+    }
+    std::int32_t StopManualScan() { return Do(ScanControlMethod::StopManualScan); }
+    std::int32_t IsBarkerChannelScanAvailable(std::int32_t antenna) {
+        return Do(ScanControlMethod::IsBarkerChannelScanAvailable, sim::TvMode{antenna, -1});
+    }
+    std::int32_t StartBarkerChannelScan(std::int32_t antenna) {
+        return Do(ScanControlMethod::StartBarkerChannelScan, "", sim::TvMode{antenna, -1});
+    }
+    std::int32_t StopBarkerChannelScan() { return Do(ScanControlMethod::StopBarkerChannelScan); }
+};
 
 class ScansTest : public testing::Test {
 protected:
     void SetUp() override {
         EXPECT_EQ(tv.Set("scan-pace", {"0"}), "");
         EXPECT_EQ(tv.Set("clock", {"2026-03-01T20:15:00Z"}), "");
-        client.Subscribe({81, 193, 194, 195});
+        for (const std::int32_t type : {81, 193, 194, 195})
+            EXPECT_EQ(client.Subscribe(type), kDone);
     }
     Signals WaitForEnd() {
         tv.WaitUntil([&] { return tv.State("/scan/running").is_null(); });
         return client.TakeSignals();
     }
-    std::string Tuner() { return tv.State("/pipelines/1:0/tuner/at"); }
+    std::string Tuner() { return tv.MainState("tuner/at"); }
 
     LineUpTv tv{kText};
-    LineUpClient client{tv};
+    ScanClient client{tv};
 };
 
 TEST_F(ScansTest, TuneAroundTellsOfEachServiceAndOfItsEnd) {
@@ -68,7 +86,7 @@ TEST_F(ScansTest, TuneAroundCollectsMissingProgrammes) {
     EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
 }
 
-TEST_F(ScansTest, TheTunerStandsOnWhatIsVisitedAndGoesBack) {
+TEST_F(ScansTest, TheTunerIsMovedToEachServiceAndGoesBack) {
     EXPECT_EQ(client.SetService(1), kDone);
     EXPECT_EQ(Tuner(), "air/474000");
     EXPECT_EQ(tv.Set("scan-pace", {"3600000"}), "");
@@ -76,7 +94,7 @@ TEST_F(ScansTest, TheTunerStandsOnWhatIsVisitedAndGoesBack) {
     tv.WaitUntil([&] { return tv.State("/scan/service") == "0x8000000000000003"; });
     EXPECT_EQ(Tuner(), "air/482000");
     // The picture is another matter.
-    EXPECT_EQ(tv.State("/pipelines/1:0/service"), "0x1");
+    EXPECT_EQ(tv.MainState("service"), "0x1");
     EXPECT_EQ(client.StopManualScan(), kDone);
     EXPECT_EQ(Tuner(), "air/474000");
     EXPECT_TRUE(tv.State("/scan/service").is_null());
@@ -91,7 +109,7 @@ TEST_F(ScansTest, ACutTransponderYieldsNothing) {
     EXPECT_EQ(client.IsTuneAroundNeeded({1, 7}), 0);
 }
 
-TEST_F(ScansTest, ASignalThatIsCutDuringAVisitYieldsNoProgramme) {
+TEST_F(ScansTest, ASignalThatIsCutWhileAServiceIsScannedYieldsNoProgramme) {
     EXPECT_EQ(tv.Set("scan-pace", {"1"}), "");
     EXPECT_EQ(client.StartTuneAround({1}), kDone);
     tv.WaitUntil([&] { return tv.State("/scan/service") == "0x1"; });
@@ -126,7 +144,7 @@ TEST_F(ScansTest, OneRunsAtATime) {
     EXPECT_EQ(client.TakeSignals(), (Signals{"194 1:0 0x1", "195 1:0 0x0"}));
 }
 
-TEST_F(ScansTest, RefusesToVisitNothing) {
+TEST_F(ScansTest, RefusesToScanNothing) {
     EXPECT_LT(client.StartTuneAround({}), 0);
     EXPECT_LT(client.StartTuneAround({kInvalidService, 99}), 0);
     EXPECT_EQ(client.StartTuneAround({99, 1}), kDone);
@@ -135,7 +153,7 @@ TEST_F(ScansTest, RefusesToVisitNothing) {
 
 TEST_F(ScansTest, OnlySubscribersHear) {
     LineUpClient other(tv);
-    other.Subscribe({194});
+    other.Subscribe(194);
     EXPECT_EQ(client.StartTuneAround({1}), kDone);
     EXPECT_EQ(WaitForEnd().size(), 3u);
     EXPECT_EQ(other.TakeSignals(), (Signals{"194 1:0 0x0"}));
