@@ -10,8 +10,8 @@
 
 #include <norvex/device/PathResolver.h>
 
-#include <base/LogFile.h>
 #include "LogWatch.h"
+#include <base/LogFile.h>
 
 namespace {
 

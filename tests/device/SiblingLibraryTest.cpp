@@ -41,8 +41,8 @@ const std::string kScreen = "====================================\n"
                             "====================================\n"
                             "lumo> ";
 
-// What a visit with these words prints.
-std::string Visit(const std::string& words) {
+// What the menu prints for these words.
+std::string PrintedFor(const std::string& words) {
     void* library = dlopen(SIBLING_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr)
         return dlerror();
@@ -60,23 +60,23 @@ std::string Visit(const std::string& words) {
 } // namespace
 
 TEST(SiblingLibrary, IsLeftBy99AndByTheEndOfInput) {
-    EXPECT_EQ(Visit("99 1"), kScreen);
-    EXPECT_EQ(Visit(""), kScreen);
+    EXPECT_EQ(PrintedFor("99 1"), kScreen);
+    EXPECT_EQ(PrintedFor(""), kScreen);
 }
 
 TEST(SiblingLibrary, ShowsTheProcessThatItRunsIn) {
-    EXPECT_EQ(Visit("1 99"), kScreen + "process " + std::to_string(getpid()) + ", parent " +
-                                 std::to_string(getppid()) + "\n" + kScreen);
+    EXPECT_EQ(PrintedFor("1 99"), kScreen + "process " + std::to_string(getpid()) + ", parent " +
+                                      std::to_string(getppid()) + "\n" + kScreen);
 }
 
 TEST(SiblingLibrary, ShowsWhichTvServiceIsMeant) {
     setenv("NORVEX_SOCKET", "/run/tv.sock", 1);
-    EXPECT_EQ(Visit("2 99"), kScreen + "NORVEX_SOCKET /run/tv.sock\n" + kScreen);
+    EXPECT_EQ(PrintedFor("2 99"), kScreen + "NORVEX_SOCKET /run/tv.sock\n" + kScreen);
     unsetenv("NORVEX_SOCKET");
-    EXPECT_EQ(Visit("2 99"), kScreen + "NORVEX_SOCKET (not set)\n" + kScreen);
+    EXPECT_EQ(PrintedFor("2 99"), kScreen + "NORVEX_SOCKET (not set)\n" + kScreen);
 }
 
 TEST(SiblingLibrary, OtherWordsAreNotImplemented) {
-    EXPECT_EQ(Visit("3 01 99"), kScreen + "Command not implemented\n" + kScreen +
-                                    "Command not implemented\n" + kScreen);
+    EXPECT_EQ(PrintedFor("3 01 99"), kScreen + "Command not implemented\n" + kScreen +
+                                         "Command not implemented\n" + kScreen);
 }

@@ -123,15 +123,15 @@ void RunLoads(const std::string& path, long times, const std::string& words) {
 
 } // namespace
 
-int main(int count, char** words) try {
-    const std::string mode = count == 5 ? words[1] : "";
-    const long times = count == 5 ? std::strtol(words[3], nullptr, 10) : 0;
+int main(int count, char** arguments) try {
+    const std::string mode = count == 5 ? arguments[1] : "";
+    const long times = count == 5 ? std::strtol(arguments[3], nullptr, 10) : 0;
     if ((mode != "entries" && mode != "loads") || times <= 0)
         Fail("usage: zarn-endurance entries|loads PLUGIN TIMES WORDS");
     if (mode == "entries")
-        RunEntries(words[2], times, words[4]);
+        RunEntries(arguments[2], times, arguments[4]);
     else
-        RunLoads(words[2], times, words[4]);
+        RunLoads(arguments[2], times, arguments[4]);
     return 0;
 } catch (const std::exception& failure) {
     Fail(failure.what());

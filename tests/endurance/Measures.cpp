@@ -31,8 +31,8 @@ std::size_t GetHeap() {
 std::size_t GetResident() {
     std::ifstream status("/proc/self/status");
     std::size_t kibibytes = 0;
-    for (std::string word; status >> word;) {
-        if (word == "RssAnon:")
+    for (std::string field; status >> field;) {
+        if (field == "RssAnon:")
             status >> kibibytes;
     }
     return kibibytes * 1024;

@@ -1,4 +1,4 @@
-// What a client's connection for calls hears, packet by packet: welcomes, the answer to a session's
+// What a client's connection for calls receives, packet by packet: welcomes, the answer to a session's
 // opening, replies, in any order and shape. Each message of the client is answered by the input's
 // next packets, or by the connection's end. Whatever comes, each call ends; a later one on an
 // orderly connection is answered.
@@ -11,7 +11,7 @@
 #include <norvex/core/MarshallingHelperProxy.h>
 #include <wire/Tree.h>
 
-#include "FarSide.h"
+#include "FakeDaemon.h"
 #include "Packets.h"
 #include "Replies.h"
 #include "Require.h"
@@ -25,17 +25,17 @@ bool EndsWaiting(const wire::Buffer& bytes, const wire::Message& asked) {
             answer.header.serial == asked.header.serial);
 }
 
-// What the far side does with a message, from the input's next byte.
-void Answer(Input& input, FarSide::Line& line, const wire::Message& message) {
+// What the daemon does with a message, from the input's next byte.
+void Answer(Input& input, FakeDaemon::Connection& connection, const wire::Message& message) {
     const std::uint8_t order = input.Byte();
     // Mostly an orderly welcome, to come to what follows it.
-    if ((order & 1) != 0 && FarSide::Welcome(line, message))
+    if ((order & 1) != 0 && FakeDaemon::Welcome(connection, message))
         return;
     wire::PacketAssembler sent;
     bool isAnswer = false;
     for (int count = order >> 1 & 3; count >= 0 && !input.IsEmpty(); --count) {
         for (const Packet& packet : TakePackets(input, message.header.serial)) {
-            isAnswer = line.SendPacket(packet) &&
+            isAnswer = connection.SendPacket(packet) &&
                        sent.Feed(packet.data(), packet.size()) ==
                            wire::PacketAssembler::Result::Complete &&
                        EndsWaiting(sent.GetMessage(), message);
@@ -43,7 +43,7 @@ void Answer(Input& input, FarSide::Line& line, const wire::Message& message) {
     }
     // Whoever has been sent too little would have to wait for the rest.
     if (!isAnswer)
-        line.Close();
+        connection.Close();
 }
 
 // A call without a session; what came of it has come whole.
@@ -53,7 +53,7 @@ void CallOnce(NorvexAPIConnection& connection) {
     TCMarshallingHelperProxy helper;
     helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
     helper.PushValue(MARSHALLING_OUT, sizeof value, &value);
-    std::string interfaceName = "com.holvi.IFuzz";
+    std::string interfaceName = "fuzz";
     const bool exchanged = helper.Run(&connection, interfaceName, "Call", 0, false);
     REQUIRE(exchanged || value == 5 || status != -1);
 }
@@ -74,16 +74,16 @@ void CallSession() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input input(data, size);
     const bool hasSession = (input.Byte() & 1) != 0;
-    FarSide::Get().SetAnswer([&input](FarSide::Line& line, const wire::Message& message) {
-        Answer(input, line, message);
-    });
-    NorvexAPIConnection connection("", "", true);
-    for (int call = 0; call < 3; ++call) {
+    FakeDaemon::Get().SetAnswer(
+        [&input](FakeDaemon::Connection& connection, const wire::Message& message) {
+            Answer(input, connection, message);
+        });
+    NorvexAPIConnection client("", "", true);
+    for (int call = 0; call < 3; ++call)
         if (hasSession)
             CallSession();
         else
-            CallOnce(connection);
-    }
+            CallOnce(client);
 
     // Nothing of that stands in the way of a TV that answers.
     wire::Buffer tree;
@@ -92,8 +92,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     int status = -1;
     TCMarshallingHelperProxy helper;
     helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
-    std::string interfaceName = "com.holvi.IFuzz";
-    REQUIRE(helper.Run(&connection, interfaceName, "Call", 0, false) && status == 9);
-    FarSide::Get().Hang();
+    std::string interfaceName = "fuzz";
+    REQUIRE(helper.Run(&client, interfaceName, "Call", 0, false) && status == 9);
+    FakeDaemon::Get().CloseAll();
     return 0;
 }

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include <interfaces/Interfaces.h>
 #include <wire/Tree.h>
 
 #include "DebugPrintControlProxy.h"
@@ -13,7 +14,8 @@
 
 namespace {
 
-constexpr int kOperations = 11;
+constexpr int kOperations =
+    static_cast<int>(interfaces::kTable<interfaces::DebugPrintControlMethod>.methodCount);
 
 void Call(TCDebugPrintControlProxy& control, int operation, bool isReply, std::size_t size) {
     const std::string before = "before";
@@ -69,7 +71,8 @@ void Call(TCDebugPrintControlProxy& control, int operation, bool isReply, std::s
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static TCDebugPrintControlProxy control("com.holvi.IDebugPrintControl");
+    static TCDebugPrintControlProxy control(
+        std::string(interfaces::kTable<interfaces::DebugPrintControlMethod>.name));
     Input input(data, size);
     const int operation = input.Byte() % kOperations;
     ReplyWith(input.Rest());

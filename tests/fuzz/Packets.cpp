@@ -1,7 +1,5 @@
 #include "Packets.h"
 
-#include <wire/Packet.h>
-
 namespace {
 
 Packet Raw(Input& input) {
@@ -28,18 +26,7 @@ std::vector<Packet> Whole(Input& input, std::uint32_t serial) {
     const std::string_view interfaceName = input.Text(input.Byte());
     const std::string_view method = input.Text(input.Byte());
     const auto tree = input.Take(input.Short());
-    wire::PacketSender sender(header, interfaceName, method, tree.data(), tree.size());
-    iovec pieces[wire::PacketSender::kMaxPieces];
-    std::vector<Packet> packets;
-    for (int count = 0; (count = sender.Next(pieces)) > 0;) {
-        Packet packet;
-        for (int piece = 0; piece < count; ++piece) {
-            const auto* begin = static_cast<const unsigned char*>(pieces[piece].iov_base);
-            packet.insert(packet.end(), begin, begin + pieces[piece].iov_len);
-        }
-        packets.push_back(std::move(packet));
-    }
-    return packets;
+    return ToPackets(header, interfaceName, method, tree.data(), tree.size());
 }
 
 } // namespace

@@ -11,18 +11,11 @@
 namespace {
 
 void SendAgain(const wire::Message& message) {
-    wire::PacketSender sender(message.header, message.interfaceName, message.method, message.tree,
-                              message.header.treeSize);
     wire::PacketAssembler assembler;
-    iovec pieces[wire::PacketSender::kMaxPieces];
     auto result = wire::PacketAssembler::Result::NeedMore;
-    for (int count = 0; (count = sender.Next(pieces)) > 0;) {
+    for (const Packet& packet : ToPackets(message.header, message.interfaceName, message.method,
+                                          message.tree, message.header.treeSize)) {
         REQUIRE(result == wire::PacketAssembler::Result::NeedMore);
-        Packet packet;
-        for (int piece = 0; piece < count; ++piece) {
-            const auto* begin = static_cast<const unsigned char*>(pieces[piece].iov_base);
-            packet.insert(packet.end(), begin, begin + pieces[piece].iov_len);
-        }
         result = assembler.Feed(packet.data(), packet.size());
     }
     REQUIRE(result == wire::PacketAssembler::Result::Complete);

@@ -83,7 +83,7 @@ int Status(int status) {
 }
 
 // An operation that fills one plain value in.
-template <class T> void Value(const std::function<int(T&)>& call, T before) {
+template <class T, class Call> void Value(T before, Call call) {
     T value = before;
     Status(call(value));
     REQUIRE(isReply || value == before);
@@ -152,20 +152,18 @@ const std::vector<std::function<void()>> operations{
     [] { Status(Made().av->RestartVideoDecoder()); },
     [] { Status(Made().av->MuteVideo(1)); },
     [] { Status(Made().av->MuteAudio(1)); },
-    [] { Value<bool>([](bool& value) { return Made().data->CheckCaptionExist(&value); }, true); },
+    [] { Value(true, [](bool& value) { return Made().data->CheckCaptionExist(&value); }); },
     [] { Status(Made().pipelines->NotifyReceiverState(EStateChangeType(1), text, 1, service)); },
     [] { Status(Made().pipelines->RegisterForStateChange(EStateChangeType(1), text, 1)); },
     [] { Status(Made().pipelines->UnregisterFromStateChange(EStateChangeType(1), text)); },
     [] {
-        Value<bool>(
-            [](bool& value) {
-                return Made().pipelines->CheckPendingState(EStateChangeType(1), &value);
-            },
-            false);
+        Value(false, [](bool& value) {
+            return Made().pipelines->CheckPendingState(EStateChangeType(1), &value);
+        });
     },
     Snapshot,
     [] { Status(Made().pipelines->NotifyReadyForSetService(1, text, 1, service)); },
-    [] { Value<int>([](int& value) { return Made().references->GetReferenceCount(&value); }, 5); },
+    [] { Value(5, [](int& value) { return Made().references->GetReferenceCount(&value); }); },
     [] { Status(Made().scans->IsTuneAroundNeeded(codes)); },
     [] { Status(Made().scans->StartTuneAround(codes, text)); },
     [] { Status(Made().scans->StopManualScan()); },
@@ -186,18 +184,14 @@ const std::vector<std::function<void()>> operations{
     [] { Status(Made().navigation->SetService(service, 0, 0, text)); },
     [] { Status(Made().navigation->SetBootupService(service, tvMode, 0)); },
     [] {
-        Value<unsigned long long>(
-            [](unsigned long long& value) {
-                return Made().navigation->GetLatestVeldaServiceId(&value, tvMode);
-            },
-            9);
+        Value(9ULL, [](unsigned long long& value) {
+            return Made().navigation->GetLatestVeldaServiceId(&value, tvMode);
+        });
     },
     [] {
-        Value<unsigned long long>(
-            [](unsigned long long& value) {
-                return Made().navigation->GetLatestServiceId(&value, tvMode);
-            },
-            9);
+        Value(9ULL, [](unsigned long long& value) {
+            return Made().navigation->GetLatestServiceId(&value, tvMode);
+        });
     },
     [] { Status(Made().subscriber->Subscribe(SIGNAL_SI_STARTED, 0, 702, 0, 0)); },
     [] { Status(Made().subscriber->Unsubscribe(SIGNAL_SI_STARTED, 702, 0, 0)); },
@@ -212,23 +206,20 @@ const std::vector<std::function<void()>> operations{
     [] { Status(Made().sources->SetPreviewSource(SOURCE_TV, service, text)); },
     [] { Status(Made().tuner->CheckTunerSignalState()); },
     [] { Status(Made().video->SetCropVideo(rect, rect)); },
-    [] { Value<int>([](int& value) { return Made().video->SetWindowId(&value); }, 5); },
+    [] { Value(5, [](int& value) { return Made().video->SetWindowId(&value); }); },
     [] {
-        Value<int>(
-            [](int& value) { return Made().zoom->CreateZoomWindow(value, rect, rect, rect); }, 5);
+        Value(5, [](int& value) { return Made().zoom->CreateZoomWindow(value, rect, rect, rect); });
     },
     [] { Status(Made().zoom->DeleteZoomWindow({1}, rect)); },
     [] { Status(Made().zoom->SetZoomWindow({1}, true)); },
     [] { Status(Made().zoom->MuteZoomWindow({1}, true)); },
-    [] {
-        Value<bool>([](bool& value) { return Made().zoom->IsZoomWindowStarted(1, value); }, true);
-    },
-    [] { Value<bool>([](bool& value) { return Made().zoom->IsZoomWindowMuted(1, value); }, true); },
+    [] { Value(true, [](bool& value) { return Made().zoom->IsZoomWindowStarted(1, value); }); },
+    [] { Value(true, [](bool& value) { return Made().zoom->IsZoomWindowMuted(1, value); }); },
     [] { Status(Made().zoom->SetZoomWindowRect(1, rect, rect, rect)); },
-    [] { Value<bool>([](bool& value) { return Made().zoom->IsZoomAvailable(value); }, true); },
-    [] { Value<int>([](int& value) { return Made().zoom->GetZoomSharingType(value); }, 5); },
+    [] { Value(true, [](bool& value) { return Made().zoom->IsZoomAvailable(value); }); },
+    [] { Value(5, [](int& value) { return Made().zoom->GetZoomSharingType(value); }); },
     Windows,
-    [] { Value<int>([](int& value) { return vconf_get_int("db/key", &value); }, 5); },
+    [] { Value(5, [](int& value) { return vconf_get_int("db/key", &value); }); },
     [] { Status(startdlogtagbydefault("quarle-daemon")); },
     [] { Status(stopdlogtagbydefault("quarle-daemon")); },
 };

@@ -1,5 +1,5 @@
-// What a TV sends unasked: signals to a registered callback, lines to the log's viewer. The first
-// byte chooses which; the packets that follow come behind an orderly welcome, then the connection
+// What a TV sends without being asked: signals to a registered callback, lines to the log's viewer. The first
+// byte chooses which; the packets that follow come after an orderly welcome, then the connection
 // ends. Only whole messages make signals and lines, at most one each.
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 #include <unistd.h>
 #include <wire/Tree.h>
 
-#include "FarSide.h"
+#include "FakeDaemon.h"
 #include "LogViewer.h"
 #include "Packets.h"
 #include "Replies.h"
@@ -52,13 +52,13 @@ void Count(const wire::Buffer& bytes) {
     treeBytes += message.header.treeSize;
 }
 
-void Push(Input& input, FarSide::Line& line) {
+void Push(Input& input, FakeDaemon::Connection& connection) {
     wire::PacketAssembler sent;
     bool isInOrder = true;
     while (!input.IsEmpty()) {
         for (const Packet& packet : TakePackets(input)) {
-            if (!line.SendPacket(packet))
-                return line.Close();
+            if (!connection.SendPacket(packet))
+                return connection.Close();
             if (!isInOrder || packet.empty())
                 continue;
             const auto result = sent.Feed(packet.data(), packet.size());
@@ -67,7 +67,7 @@ void Push(Input& input, FarSide::Line& line) {
                 Count(sent.GetMessage());
         }
     }
-    line.Close();
+    connection.Close();
 }
 
 std::size_t CountLines(std::size_t size) {
@@ -102,19 +102,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     const bool isLog = (input.Byte() & 1) != 0;
     signalCount = signalMessages = logMessages = treeBytes = 0;
-    FarSide::Get().SetAnswer([&input](FarSide::Line& line, const wire::Message& message) {
-        if (FarSide::Welcome(line, message)) {
-            if (line.role != wire::Role::Calls)
-                Push(input, line);
-            return;
-        }
-        AnswerCall(line, message, {});
-    });
+    FakeDaemon::Get().SetAnswer(
+        [&input](FakeDaemon::Connection& connection, const wire::Message& message) {
+            if (FakeDaemon::Welcome(connection, message)) {
+                if (connection.role != wire::Role::Calls)
+                    Push(input, connection);
+                return;
+            }
+            AnswerCall(connection, message, {});
+        });
     if (isLog)
         Follow();
     else
         Listen();
     REQUIRE(signalCount <= signalMessages);
-    FarSide::Get().Hang();
+    FakeDaemon::Get().CloseAll();
     return 0;
 }

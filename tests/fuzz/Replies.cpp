@@ -1,5 +1,6 @@
 #include "Replies.h"
 
+#include <interfaces/Interfaces.h>
 #include <wire/Tree.h>
 
 namespace {
@@ -7,37 +8,37 @@ namespace {
 std::span<const std::uint8_t> replyTree;
 int replyCount = 0;
 
-void OpenOrClose(FarSide::Line& line, const wire::MessageHeader& header) {
+void OpenOrClose(FakeDaemon::Connection& connection, const wire::MessageHeader& header) {
     wire::Buffer tree;
     wire::TreeWriter writer(tree);
     writer.PutValue(0, std::int32_t{0});
     writer.PutValue(1, std::uint32_t{1});
-    line.Send(header, tree.GetData(), tree.GetSize());
+    connection.Send(header, tree.GetData(), tree.GetSize());
 }
 
-void Answer(FarSide::Line& line, const wire::Message& message) {
-    if (!FarSide::Welcome(line, message))
-        AnswerCall(line, message, replyTree);
+void Answer(FakeDaemon::Connection& connection, const wire::Message& message) {
+    if (!FakeDaemon::Welcome(connection, message))
+        AnswerCall(connection, message, replyTree);
 }
 
 } // namespace
 
-void AnswerCall(FarSide::Line& line, const wire::Message& message,
+void AnswerCall(FakeDaemon::Connection& connection, const wire::Message& message,
                 std::span<const std::uint8_t> tree) {
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Reply;
     header.methodId = message.header.methodId;
     header.serial = message.header.serial;
-    if (message.interfaceName == "com.holvi.INorvexSession")
-        return OpenOrClose(line, header);
+    if (message.interfaceName == interfaces::kTable<interfaces::NorvexSessionMethod>.name)
+        return OpenOrClose(connection, header);
     ++replyCount;
-    line.Send(header, tree.data(), tree.size());
+    connection.Send(header, tree.data(), tree.size());
 }
 
 void ReplyWith(std::span<const std::uint8_t> tree) {
     replyTree = tree;
     replyCount = 0;
-    FarSide::Get().SetAnswer(Answer);
+    FakeDaemon::Get().SetAnswer(Answer);
 }
 
 int GetReplyCount() {

@@ -1,5 +1,5 @@
-// A reply's tree, read into arguments of each kind by the marshalling helper. A reader that is told
-// a length must find it true: what is read never exceeds what came.
+// A reply's tree, read into arguments of each kind by the marshalling helper. A length
+// is checked before a reader relies on it: what is read never exceeds what came.
 
 #include <cstddef>
 #include <cstdint>

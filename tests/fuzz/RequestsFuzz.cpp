@@ -1,7 +1,7 @@
 // A call of each operation that the simulated TV serves, look-ups included: the first byte chooses
-// the operation, the rest is the call's tree. Every call is answered. One whose arguments are none
-// is answered without a tree and changes nothing; an answer holds only out arguments, each in its
-// form. The journal can put every call into words.
+// the operation, the rest is the call's tree. Every call is answered. One with malformed arguments
+// is answered without a tree and changes nothing; an answer holds only out arguments, each of
+// its type. The journal can describe every call.
 
 #include <memory>
 #include <optional>
@@ -12,11 +12,12 @@
 
 #include "FuzzedTv.h"
 #include "Input.h"
+#include "MessagePackets.h"
 #include "Require.h"
 
 namespace {
 
-const std::string kSessions = "com.holvi.INorvexSession";
+using interfaces::NorvexSessionMethod;
 
 std::vector<const sim::Operation*> FindOperations() {
     std::vector<const sim::Operation*> methods;
@@ -59,13 +60,15 @@ public:
         writer.PutValue(3, std::int32_t{1}, wire::Direction::In);
         writer.PutValue(4, std::int32_t{0}, wire::Direction::In);
         m_session = 0;
-        const wire::Message reply = Call(kSessions, "Open", 0, {tree.GetData(), tree.GetSize()});
+        const wire::Message reply = Call(std::string(interfaces::kTable<NorvexSessionMethod>.name),
+                                         std::string(GetMethodName(NorvexSessionMethod::Open)),
+                                         static_cast<std::int16_t>(NorvexSessionMethod::Open),
+                                         {tree.GetData(), tree.GetSize()});
         wire::NodeCursor cursor(reply.tree, reply.header.treeSize);
         wire::Node node;
-        while (cursor.Next(node)) {
+        while (cursor.Next(node))
             if (node.tag == 1)
                 node.Get(m_session);
-        }
         REQUIRE(m_session != 0);
     }
     // The TV is as new, and this client has no sessions.
@@ -84,14 +87,8 @@ private:
         header.methodId = id;
         header.serial = m_serial;
         header.session = m_session;
-        wire::PacketSender sender(header, interface, method, tree.data(), tree.size());
-        iovec pieces[wire::PacketSender::kMaxPieces];
-        msghdr packet{};
-        packet.msg_iov = pieces;
-        for (int count = 0; (count = sender.Next(pieces)) > 0;) {
-            packet.msg_iovlen = static_cast<std::size_t>(count);
-            REQUIRE(sendmsg(m_socket, &packet, MSG_NOSIGNAL | MSG_DONTWAIT) > 0);
-        }
+        for (const Packet& packet : ToPackets(header, interface, method, tree.data(), tree.size()))
+            REQUIRE(send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT) > 0);
         FuzzedTv::Get().Settle();
     }
     wire::Message Take() {

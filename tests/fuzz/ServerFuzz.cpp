@@ -1,4 +1,4 @@
-// What the simulated TV's socket hears before and behind a hello: packets of up to four
+// What the simulated TV's socket receives before and after a hello: packets of up to four
 // connections, in any shape and order. Whatever it sends back is whole, nobody is welcomed without
 // a whole hello, and a client that keeps to the rules is welcomed afterwards.
 
@@ -73,14 +73,9 @@ Packet MakeHello() {
     writer.PutValue(wire::kHelloVersion, wire::kProtocolVersion);
     writer.PutLeaf(wire::kHelloToken, wire::NodeKind::Array, "0123456789abcdef", wire::kTokenSize);
     writer.PutValue(wire::kHelloRole, wire::Role::Calls);
-    Packet packet(wire::kPacketHeaderSize + wire::kMessageHeaderSize);
-    wire::EncodePacketHeader(packet.data(), false);
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Hello;
-    header.treeSize = static_cast<std::uint32_t>(tree.GetSize());
-    wire::EncodeMessageHeader(packet.data() + wire::kPacketHeaderSize, header);
-    packet.insert(packet.end(), tree.GetData(), tree.GetData() + tree.GetSize());
-    return packet;
+    return ToPackets(header, {}, {}, tree.GetData(), tree.GetSize()).front();
 }
 
 void Play(Input& input) {

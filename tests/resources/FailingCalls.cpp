@@ -9,7 +9,7 @@
 //
 // Calls count by kind, in the order in which they begin, whatever thread they come from.
 //
-// Passed by: what GLib writes to and reads from its own wake-up descriptor, which holds 8 bytes in
+// Left alone: what GLib writes to and reads from its own wake-up descriptor, which holds 8 bytes in
 // memory and cannot run out of anything; and what SQLite calls of itself.
 
 #include <atomic>
@@ -42,7 +42,7 @@ struct Order {
     int error = static_cast<int>(GetNumber("FAILING_ERROR"));
     bool lasts = GetNumber("FAILING_LASTS") == 1;
     const char* note = std::getenv("FAILING_NOTE");
-    // The process that was told; what it starts is left alone.
+    // The process that was started with it; what it starts in turn is left alone.
     pid_t process = getpid();
     std::atomic<long> calls{0};
 
@@ -57,8 +57,8 @@ Order& GetOrder() {
     return order;
 }
 
-// The error that SQLite tells of a call that it has not seen.
-thread_local int toldInstead = SQLITE_OK;
+// The error that SQLite is made to report for a call that it has not seen.
+thread_local int injectedError = SQLITE_OK;
 
 const char* GetCaller(const void* address) {
     Dl_info info{};
@@ -68,7 +68,7 @@ const char* GetCaller(const void* address) {
     return slash == nullptr ? info.dli_fname : slash + 1;
 }
 
-bool IsPassedBy(const char* kind, const char* caller) {
+bool IsLeftAlone(const char* kind, const char* caller) {
     if (std::strncmp(kind, "sqlite", 6) == 0)
         return std::strncmp(caller, "libsqlite3", 10) == 0;
     const bool isWakeUp = std::strcmp(kind, "write") == 0 || std::strcmp(kind, "read") == 0;
@@ -95,7 +95,7 @@ bool IsToFail(const char* kind, const void* callerAddress) {
         return false;
     const int before = errno;
     const char* caller = GetCaller(callerAddress);
-    if (IsPassedBy(kind, caller)) {
+    if (IsLeftAlone(kind, caller)) {
         errno = before;
         return false;
     }
@@ -109,7 +109,7 @@ bool IsToFail(const char* kind, const void* callerAddress) {
 
 bool IsSqliteToFail(const char* kind, const void* callerAddress) {
     const bool fails = IsToFail(kind, callerAddress);
-    toldInstead = fails ? GetOrder().error : SQLITE_OK;
+    injectedError = fails ? GetOrder().error : SQLITE_OK;
     return fails;
 }
 
@@ -236,7 +236,7 @@ sqlite3_open_v2(const char* name, sqlite3** database, int flags, const char* sys
         return NEXT(sqlite3_open_v2)(name, database, flags, system);
     // As SQLite does it: without memory there is nothing to ask for the error.
     *database = nullptr;
-    if (toldInstead != SQLITE_NOMEM)
+    if (injectedError != SQLITE_NOMEM)
         NEXT(sqlite3_open_v2)(name, database, flags, system);
     return GetOrder().error;
 }
@@ -277,16 +277,17 @@ sqlite3_column_text16(sqlite3_stmt* statement, int column) {
 // It has no length either.
 extern "C" __attribute__((visibility("default"))) int sqlite3_column_bytes(sqlite3_stmt* statement,
                                                                            int column) {
-    return toldInstead != SQLITE_OK ? 0 : NEXT(sqlite3_column_bytes)(statement, column);
+    return injectedError != SQLITE_OK ? 0 : NEXT(sqlite3_column_bytes)(statement, column);
 }
 extern "C" __attribute__((visibility("default"))) int
 sqlite3_column_bytes16(sqlite3_stmt* statement, int column) {
-    return toldInstead != SQLITE_OK ? 0 : NEXT(sqlite3_column_bytes16)(statement, column);
+    return injectedError != SQLITE_OK ? 0 : NEXT(sqlite3_column_bytes16)(statement, column);
 }
 
 extern "C" __attribute__((visibility("default"))) const char* sqlite3_errmsg(sqlite3* database) {
-    return toldInstead != SQLITE_OK ? sqlite3_errstr(toldInstead) : NEXT(sqlite3_errmsg)(database);
+    return injectedError != SQLITE_OK ? sqlite3_errstr(injectedError)
+                                      : NEXT(sqlite3_errmsg)(database);
 }
 extern "C" __attribute__((visibility("default"))) int sqlite3_errcode(sqlite3* database) {
-    return toldInstead != SQLITE_OK ? toldInstead : NEXT(sqlite3_errcode)(database);
+    return injectedError != SQLITE_OK ? injectedError : NEXT(sqlite3_errcode)(database);
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+#include <interfaces/Interfaces.h>
 #include <norvex/client/NorvexAPIConnection.h>
 #include <norvex/core/MessageBuffer.h>
 
@@ -9,10 +10,13 @@
 
 namespace {
 
+const std::string kInterface(interfaces::kTable<interfaces::DebugPrintControlMethod>.name);
+const std::string kMethod(GetMethodName(interfaces::DebugPrintControlMethod::Start));
+
 bool Exchange(NorvexAPIConnection& connection, TCMessageBuffer& reply) {
     TCMessageBuffer arguments;
     arguments.Append("\0\0\1\0\0\0\0\0", 8);
-    return connection.Exchange("com.holvi.IDebugPrintControl", "Start", 0, false, arguments, reply);
+    return connection.Exchange(kInterface, kMethod, 0, false, arguments, reply);
 }
 
 } // namespace
@@ -29,7 +33,7 @@ TEST(Connection, MakingOneReachesNobodyAndWritesNothing) {
     reply.Append("old", 3);
     EXPECT_FALSE(Exchange(connection, reply));
     EXPECT_EQ(reply.GetSize(), 0u);
-    EXPECT_EQ(log.Count("com.holvi.IDebugPrintControl.Start: the TV service is absent"), 1);
+    EXPECT_EQ(log.Count(kInterface + "." + kMethod + ": the TV service is absent"), 1);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
@@ -43,13 +47,13 @@ TEST(Connection, OnlyOneForCallsMakesCalls) {
 
 TEST(Connection, ACallGoesOutWithItsNamesAndComesBackWithItsTree) {
     FakeService service;
-    std::thread far([&] {
+    std::thread daemon([&] {
         const auto connection = service.Accept();
         EXPECT_EQ(connection->Welcome(), wire::Role::Calls);
         wire::Message message;
         ASSERT_TRUE(connection->Receive(message));
-        EXPECT_EQ(message.interfaceName, "com.holvi.IDebugPrintControl");
-        EXPECT_EQ(message.method, "Start");
+        EXPECT_EQ(message.interfaceName, kInterface);
+        EXPECT_EQ(message.method, kMethod);
         EXPECT_EQ(message.header.session, 0u);
         EXPECT_EQ(message.header.serial, 1u);
         EXPECT_EQ(message.header.treeSize, 8u);
@@ -62,5 +66,5 @@ TEST(Connection, ACallGoesOutWithItsNamesAndComesBackWithItsTree) {
         EXPECT_TRUE(Exchange(connection, reply));
         EXPECT_EQ(reply.GetSize(), 12u);
     }
-    far.join();
+    daemon.join();
 }

@@ -18,9 +18,9 @@ TEST(DebugMenuUtility, ANumberIsANonEmptyRunOfDigits) {
     for (const char* number :
          {"0", "7", "99", "007", "4294967296", "123456789012345678901234567890"})
         EXPECT_TRUE(TCDebugMenuUtility::IsNumber(number)) << number;
-    for (const char* word :
+    for (const char* text :
          {"", "-1", "+1", " 1", "1 ", "1a", "a", "0x10", "1.0", "\xB2", "\xD9\xA1"})
-        EXPECT_FALSE(TCDebugMenuUtility::IsNumber(word)) << word;
+        EXPECT_FALSE(TCDebugMenuUtility::IsNumber(text)) << text;
     EXPECT_FALSE(TCDebugMenuUtility::IsNumber(std::string("1\0", 2)));
 }
 

@@ -1,13 +1,20 @@
+#include <functional>
 #include <gtest/gtest.h>
 #include <thread>
 
+#include <interfaces/Interfaces.h>
 #include <norvex/core/MessageBuffer.h>
 
+#include "DaemonClient.h"
 #include "FakeService.h"
 #include "LogWatch.h"
-#include "DaemonClient.h"
 
 namespace {
+
+using Calls = std::vector<std::string>;
+
+// Of a session that had another number before.
+const Calls kOpenedAgain{"Open 0", "Test 50", "Test 50", "Close 0"};
 
 class DaemonClientTest : public testing::Test {
 protected:
@@ -26,13 +33,13 @@ protected:
     std::unique_ptr<FakeService::Connection> CallOnce(SessionKey* callSession, std::uint64_t epoch,
                                                       std::uint32_t client) {
         std::unique_ptr<FakeService::Connection> connection;
-        std::thread far([&] {
+        std::thread serving([&] {
             connection = service.Accept();
             connection->Welcome(epoch, client);
             wire::Message message;
             for (bool isCall = false; !isCall;) {
                 ASSERT_TRUE(connection->Receive(message));
-                isCall = message.method != "Open";
+                isCall = message.method != GetMethodName(interfaces::NorvexSessionMethod::Open);
                 wire::Buffer tree;
                 wire::TreeWriter writer(tree);
                 writer.PutValue(0, std::int32_t{1});
@@ -41,32 +48,41 @@ protected:
             }
         });
         EXPECT_EQ(Call(callSession), Failure::None);
-        far.join();
+        serving.join();
         return connection;
     }
 
-    // What a daemon that has taken the earlier one's place hears of two calls of the session and
-    // its end; it numbers sessions from 50.
-    std::vector<std::string> CallsAfterwards(std::uint64_t epoch, std::uint32_t client) {
-        std::vector<std::string> calls;
-        std::thread far([&] {
-            const auto next = service.Accept();
-            next->Welcome(epoch, client);
-            calls = FakeService::Serve(*next, 50);
+    // Runs `use`, then drops the client; the calls that a daemon has got by then, which numbers
+    // sessions from 50.
+    Calls CallsOf(std::uint64_t epoch, std::uint32_t client, const std::function<void()>& use) {
+        Calls calls;
+        std::thread serving([&] {
+            const auto connection = service.Accept();
+            connection->Welcome(epoch, client);
+            calls = FakeService::Serve(*connection, 50);
         });
-        EXPECT_EQ(Call(&session), Failure::None);
-        EXPECT_EQ(Call(&session), Failure::None);
-        daemon->Close(session);
+        use();
         daemon.reset();
-        far.join();
+        serving.join();
         return calls;
+    }
+    // The same of two calls of the session and its end, by a daemon that has taken the place of an
+    // earlier one where it was the 40th.
+    Calls CallsAfterRestart(std::uint64_t epoch, std::uint32_t client) {
+        CallOnce(&session, 1, 4).reset();
+        EXPECT_EQ(session.id, 40u);
+        return CallsOf(epoch, client, [this] {
+            EXPECT_EQ(Call(&session), Failure::None);
+            EXPECT_EQ(Call(&session), Failure::None);
+            daemon->Close(session);
+        });
     }
 
     FakeService service;
     Variable connectLimit;
     Variable callLimit;
     std::shared_ptr<DaemonClient> daemon = DaemonClient::Find();
-    std::string interfaceName = "com.holvi.ITest";
+    std::string interfaceName = std::string(interfaces::kNamePrefix) + "ITest";
     std::string method = "Test";
     SessionKey session{interfaceName, 0, 0, 0, 0, 0};
 };
@@ -74,25 +90,25 @@ protected:
 // Welcomed, but then not answered in time.
 constexpr int kShortLimit = 400;
 
-class MutePeerTest : public DaemonClientTest {
+class UnresponsiveDaemonTest : public DaemonClientTest {
 protected:
-    MutePeerTest() : DaemonClientTest("20000", std::to_string(kShortLimit).c_str()) {}
+    UnresponsiveDaemonTest() : DaemonClientTest("20000", std::to_string(kShortLimit).c_str()) {}
 };
 
-class UnwelcomePeerTest : public DaemonClientTest {
+class UnwelcomingDaemonTest : public DaemonClientTest {
 protected:
-    UnwelcomePeerTest() : DaemonClientTest("50", "20000") {}
+    UnwelcomingDaemonTest() : DaemonClientTest("50", "20000") {}
 };
 
 } // namespace
 
-TEST_F(DaemonClientTest, OneForEverybodyWhoWantsTheSameSocket) {
+TEST_F(DaemonClientTest, IsSharedByAllWhoUseTheSameSocket) {
     EXPECT_EQ(DaemonClient::Find(), daemon);
     const FakeService other;
     EXPECT_NE(DaemonClient::Find(), daemon);
 }
 
-TEST_F(DaemonClientTest, LimitsThatAreNoNumbersCountAsNotSet) {
+TEST_F(DaemonClientTest, LimitsThatAreNotNumbersCountAsNotSet) {
     for (const char* text : {"", "0", "-5", "1s", "99999999999", "abc"}) {
         const Variable variable("NORVEX_CALL_LIMIT_MS", text);
         EXPECT_EQ(Limits::Find().call.count(), 5000) << text;
@@ -102,58 +118,36 @@ TEST_F(DaemonClientTest, LimitsThatAreNoNumbersCountAsNotSet) {
 }
 
 TEST_F(DaemonClientTest, CallsOfOneThreadShareOneConnection) {
-    std::vector<std::string> calls;
-    std::thread far([&] {
-        const auto connection = service.Accept();
-        connection->Welcome();
-        calls = FakeService::Serve(*connection);
-    });
-    EXPECT_EQ(Call(), Failure::None);
-    EXPECT_EQ(Call(), Failure::None);
-    daemon.reset();
-    far.join();
-    EXPECT_EQ(calls.size(), 2u);
+    const auto callTwice = [this] {
+        EXPECT_EQ(Call(), Failure::None);
+        EXPECT_EQ(Call(), Failure::None);
+    };
+    EXPECT_EQ(CallsOf(1, 1, callTwice).size(), 2u);
 }
 
 TEST_F(DaemonClientTest, ADaemonThatWasRestartedBetweenTwoCallsIsReachedByTheNext) {
-    auto connection = CallOnce(nullptr, 1, 1);
-    connection.reset();
+    CallOnce(nullptr, 1, 1).reset();
     service.StopListening();
     EXPECT_EQ(Call(), Failure::Absent);
     service.Listen();
-    std::thread far([&] {
-        const auto next = service.Accept();
-        next->Welcome(2);
-        FakeService::Serve(*next);
-    });
-    EXPECT_EQ(Call(), Failure::None);
-    daemon.reset();
-    far.join();
+    EXPECT_EQ(CallsOf(2, 1, [&] { EXPECT_EQ(Call(), Failure::None); }).size(), 1u);
 }
 
 TEST_F(DaemonClientTest, AConnectionThatEndedWhileIdleCostsNoCall) {
-    auto connection = CallOnce(nullptr, 1, 1);
-    connection.reset();
-    std::thread far([&] {
-        const auto next = service.Accept();
-        next->Welcome(1);
-        FakeService::Serve(*next);
-    });
-    EXPECT_EQ(Call(), Failure::None);
-    daemon.reset();
-    far.join();
+    CallOnce(nullptr, 1, 1).reset();
+    EXPECT_EQ(CallsOf(1, 1, [&] { EXPECT_EQ(Call(), Failure::None); }).size(), 1u);
 }
 
-TEST_F(MutePeerTest, AfterATimeOutEveryCallFailsAtOnceUntilTheHelloIsAnswered) {
+TEST_F(UnresponsiveDaemonTest, AfterATimeoutEveryCallFailsAtOnceUntilTheHelloIsAnswered) {
     std::unique_ptr<FakeService::Connection> connection;
     std::unique_ptr<FakeService::Connection> probe;
-    std::thread far([&] {
+    std::thread serving([&] {
         connection = service.Accept();
         connection->Welcome();
         probe = service.Accept(); // and no answer to its hello
     });
     EXPECT_EQ(Call(), Failure::Unresponsive);
-    far.join();
+    serving.join();
     const Deadline deadline{std::chrono::milliseconds(kShortLimit)};
     for (int i = 0; i < 100; ++i)
         ASSERT_EQ(Call(), Failure::Stalled);
@@ -170,8 +164,8 @@ TEST_F(MutePeerTest, AfterATimeOutEveryCallFailsAtOnceUntilTheHelloIsAnswered) {
     answering.join();
 }
 
-TEST_F(MutePeerTest, AServiceThatLostOneReplyIsNotTakenForStalled) {
-    std::thread far([&] {
+TEST_F(UnresponsiveDaemonTest, ADaemonThatLostOneReplyIsNotTakenForStalled) {
+    std::thread serving([&] {
         const auto connection = service.Accept();
         connection->Welcome();
         connection->ReceivePacket();
@@ -186,19 +180,19 @@ TEST_F(MutePeerTest, AServiceThatLostOneReplyIsNotTakenForStalled) {
     while (Call() == Failure::Stalled) {
     }
     daemon.reset();
-    far.join();
+    serving.join();
 }
 
-TEST_F(MutePeerTest, AStalledServiceThatDiesIsAbsent) {
+TEST_F(UnresponsiveDaemonTest, AStalledDaemonThatDiesIsAbsent) {
     std::unique_ptr<FakeService::Connection> connection;
     std::unique_ptr<FakeService::Connection> probe;
-    std::thread far([&] {
+    std::thread serving([&] {
         connection = service.Accept();
         connection->Welcome();
         probe = service.Accept();
     });
     EXPECT_EQ(Call(), Failure::Unresponsive);
-    far.join();
+    serving.join();
     EXPECT_EQ(Call(), Failure::Stalled);
     service.StopListening();
     connection->Close();
@@ -206,87 +200,66 @@ TEST_F(MutePeerTest, AStalledServiceThatDiesIsAbsent) {
     EXPECT_EQ(Call(), Failure::Absent);
 }
 
-TEST_F(UnwelcomePeerTest, AMuteWelcomeStallsToo) {
+TEST_F(UnwelcomingDaemonTest, AWelcomeThatDoesNotComeStallsToo) {
     EXPECT_EQ(Call(), Failure::Unresponsive) << "nobody has accepted";
     EXPECT_EQ(Call(), Failure::Stalled);
     EXPECT_EQ(Call(), Failure::Stalled);
 }
 
-TEST_F(UnwelcomePeerTest, AMuteSignalConnectionLeavesAHelloToBeAnswered) {
+TEST_F(UnwelcomingDaemonTest, ASignalConnectionWithoutWelcomeLeavesAHelloToBeAnswered) {
     Failure failure = Failure::None;
     EXPECT_EQ(daemon->OpenSignals(1, failure), nullptr);
     EXPECT_EQ(failure, Failure::Unresponsive);
     const auto signals = service.Accept();
     const auto probe = service.Accept();
     probe->Welcome();
-    std::thread far([&] { FakeService::Serve(*probe); });
+    std::thread serving([&] { FakeService::Serve(*probe); });
     EXPECT_EQ(Call(), Failure::None);
     daemon.reset();
-    far.join();
+    serving.join();
 }
 
 TEST_F(DaemonClientTest, EachFailureHasItsOwnLine) {
     const LogWatch log;
     for (const Failure failure :
-         {Failure::Absent, Failure::Unresponsive, Failure::Stalled, Failure::Gone, Failure::Malformed,
-          Failure::Foreign, Failure::Refused, Failure::None})
+         {Failure::Absent, Failure::Unresponsive, Failure::Stalled, Failure::Gone,
+          Failure::Malformed, Failure::Foreign, Failure::Refused, Failure::None})
         daemon->Report(failure, interfaceName, method);
     std::vector<std::string> lines = log.GetLines();
     ASSERT_EQ(lines.size(), 7u);
-    EXPECT_NE(lines[0].find("com.holvi.ITest.Test: the TV service is absent"), std::string::npos);
+    EXPECT_NE(lines[0].find("ITest.Test: the TV service is absent"), std::string::npos);
     EXPECT_NE(lines[1].find("the TV service is mute"), std::string::npos);
     EXPECT_NE(lines[3].find("the TV service is gone"), std::string::npos);
     for (std::string& line : lines)
-        line.erase(0, line.find("com.holvi"));
+        line.erase(0, line.find(interfaceName));
     std::sort(lines.begin(), lines.end());
     EXPECT_EQ(std::unique(lines.begin(), lines.end()), lines.end());
 }
 
-TEST_F(DaemonClientTest, ASessionIsOpenedOnceAndAgainUnderANewRun) {
-    auto connection = CallOnce(&session, 1, 4);
-    EXPECT_EQ(session.id, 40u);
-    connection.reset();
-    EXPECT_EQ(
-        CallsAfterwards(2, 4),
-        (std::vector<std::string>{"com.holvi.INorvexSession.Open 0", "com.holvi.ITest.Test 50",
-                                  "com.holvi.ITest.Test 50", "com.holvi.INorvexSession.Close 0"}));
+TEST_F(DaemonClientTest, ASessionIsOpenedAgainInANewRun) {
+    EXPECT_EQ(CallsAfterRestart(2, 4), kOpenedAgain);
 }
 
 TEST_F(DaemonClientTest, ASessionIsOpenedAgainWhereTheDaemonHasForgottenTheClient) {
-    auto connection = CallOnce(&session, 1, 4);
-    connection.reset();
-    EXPECT_EQ(
-        CallsAfterwards(1, 5),
-        (std::vector<std::string>{"com.holvi.INorvexSession.Open 0", "com.holvi.ITest.Test 50",
-                                  "com.holvi.ITest.Test 50", "com.holvi.INorvexSession.Close 0"}));
+    EXPECT_EQ(CallsAfterRestart(1, 5), kOpenedAgain);
 }
 
 TEST_F(DaemonClientTest, ASessionSurvivesAConnectionOfTheSameRun) {
-    auto connection = CallOnce(&session, 1, 4);
-    connection.reset();
-    EXPECT_EQ(CallsAfterwards(1, 4),
-              (std::vector<std::string>{"com.holvi.ITest.Test 40", "com.holvi.ITest.Test 40",
-                                        "com.holvi.INorvexSession.Close 0"}));
+    EXPECT_EQ(CallsAfterRestart(1, 4), (Calls{"Test 40", "Test 40", "Close 0"}));
 }
 
 TEST_F(DaemonClientTest, ASessionOfAnEarlierRunIsNotClosedInTheNext) {
-    auto connection = CallOnce(&session, 1, 4);
-    connection.reset();
-    std::vector<std::string> calls;
-    std::thread far([&] {
-        const auto next = service.Accept();
-        next->Welcome(2, 4);
-        calls = FakeService::Serve(*next);
-    });
-    EXPECT_EQ(Call(), Failure::None);
-    daemon->Close(session);
-    daemon.reset();
-    far.join();
-    EXPECT_EQ(calls, (std::vector<std::string>{"com.holvi.ITest.Test 0"}));
+    CallOnce(&session, 1, 4).reset();
+    EXPECT_EQ(CallsOf(2, 4,
+                      [this] {
+                          EXPECT_EQ(Call(), Failure::None);
+                          daemon->Close(session);
+                      }),
+              Calls{"Test 0"});
 }
 
 TEST_F(DaemonClientTest, ARefusedSessionTellsWhy) {
-    std::thread far([&] {
+    std::thread serving([&] {
         const auto connection = service.Accept();
         connection->Welcome();
         wire::Message message;
@@ -297,11 +270,11 @@ TEST_F(DaemonClientTest, ARefusedSessionTellsWhy) {
     EXPECT_EQ(daemon->Open(session), Failure::Refused);
     EXPECT_EQ(session.status, -7);
     daemon.reset();
-    far.join();
+    serving.join();
 }
 
-TEST_F(DaemonClientTest, ASessionsOpeningThatIsNotAnsweredIsNoRefusal) {
-    std::thread far([&] {
+TEST_F(DaemonClientTest, AnUnansweredOpeningOfASessionIsNotARefusal) {
+    std::thread serving([&] {
         for (const bool hasStatus : {false, true}) {
             const auto connection = service.Accept();
             connection->Welcome();
@@ -318,11 +291,11 @@ TEST_F(DaemonClientTest, ASessionsOpeningThatIsNotAnsweredIsNoRefusal) {
     EXPECT_EQ(daemon->Open(session), Failure::Malformed) << "no session";
     EXPECT_EQ(session.generation, 0u);
     daemon.reset();
-    far.join();
+    serving.join();
 }
 
 TEST_F(DaemonClientTest, ThreadsCallAtTheSameTimeOnConnectionsOfTheirOwn) {
-    std::thread far([&] {
+    std::thread serving([&] {
         const auto one = service.Accept();
         one->Welcome();
         wire::Message message;
@@ -343,5 +316,5 @@ TEST_F(DaemonClientTest, ThreadsCallAtTheSameTimeOnConnectionsOfTheirOwn) {
     caller.join();
     EXPECT_EQ(failure, Failure::None);
     daemon.reset();
-    far.join();
+    serving.join();
 }

@@ -7,6 +7,7 @@
 
 #include "DaemonConnection.h"
 #include "FakeService.h"
+#include "MessagePackets.h"
 
 namespace {
 
@@ -28,9 +29,20 @@ protected:
         return connection;
     }
 
-    static Failure Call(DaemonConnection& connection, std::uint32_t serial, milliseconds limit = kEnough) {
+    static Failure Call(DaemonConnection& connection, std::uint32_t serial,
+                        milliseconds limit = kEnough) {
         TCMessageBuffer reply;
         return connection.Call({"interface", "Method", 3, serial, 9}, nullptr, 0, limit, reply);
+    }
+
+    // Sends the first packet of a long reply to call 1.
+    void BeginReply() {
+        wire::MessageHeader header;
+        header.kind = wire::MessageKind::Reply;
+        header.serial = 1;
+        const std::string tree(1u << 20, 'x');
+        const Packet packet = ToPackets(header, {}, {}, tree.data(), tree.size()).front();
+        serviceEnd->SendRaw(packet.data(), packet.size());
     }
 
     FakeService service;
@@ -66,7 +78,7 @@ TEST_F(DaemonConnectionTest, NobodyListening) {
     EXPECT_EQ(failure, Failure::Absent);
 }
 
-TEST_F(DaemonConnectionTest, AFullBacklogIsMuteInTime) {
+TEST_F(DaemonConnectionTest, AFullBacklogIsGivenUpInTime) {
     std::vector<std::unique_ptr<DaemonConnection>> waiting;
     Failure failure = Failure::None;
     while (failure == Failure::None && waiting.size() < 1000)
@@ -90,7 +102,7 @@ TEST_F(DaemonConnectionTest, AHelloThatIsNotAnswered) {
     EXPECT_EQ(connection->GetEpoch(), 3u);
 }
 
-TEST_F(DaemonConnectionTest, WelcomesThatAreNone) {
+TEST_F(DaemonConnectionTest, MalformedWelcomes) {
     const auto await = [&](auto&& answer) {
         Failure failure = Failure::None;
         const auto connection = DaemonConnection::Open(service.GetPath(), {}, kEnough, failure);
@@ -116,7 +128,7 @@ TEST_F(DaemonConnectionTest, WelcomesThatAreNone) {
 
 TEST_F(DaemonConnectionTest, ACallAndItsReply) {
     const auto connection = Open();
-    std::thread far([&] {
+    std::thread daemon([&] {
         wire::Message message;
         ASSERT_TRUE(serviceEnd->Receive(message));
         EXPECT_EQ(message.header.kind, wire::MessageKind::Call);
@@ -130,17 +142,17 @@ TEST_F(DaemonConnectionTest, ACallAndItsReply) {
     });
     EXPECT_EQ(connection->Call({"interface", "Method", -4, 12, 9}, "tree", 4, kEnough, reply),
               Failure::None);
-    far.join();
+    daemon.join();
     ASSERT_EQ(reply.GetSize(), 5u);
     EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), 5), "reply");
 }
 
-TEST_F(DaemonConnectionTest, LongMessagesGoBothWaysInPieces) {
+TEST_F(DaemonConnectionTest, LongMessagesGoBothWaysInSeveralPackets) {
     const auto connection = Open();
     std::string sent(3000000, '\0');
     for (std::size_t i = 0; i < sent.size(); ++i)
         sent[i] = static_cast<char>(i * 31 >> 3);
-    std::thread far([&] {
+    std::thread daemon([&] {
         wire::Message message;
         ASSERT_TRUE(serviceEnd->Receive(message));
         const std::string tree(reinterpret_cast<const char*>(message.tree),
@@ -149,19 +161,19 @@ TEST_F(DaemonConnectionTest, LongMessagesGoBothWaysInPieces) {
     });
     EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, sent.data(), sent.size(), kEnough, reply),
               Failure::None);
-    far.join();
+    daemon.join();
     ASSERT_EQ(reply.GetSize(), sent.size());
     EXPECT_TRUE(std::equal(sent.begin(), sent.end(), static_cast<const char*>(reply.GetData())));
 }
 
-TEST_F(DaemonConnectionTest, AMuteServiceIsLeftInTime) {
+TEST_F(DaemonConnectionTest, AnUnresponsiveServiceIsGivenUpInTime) {
     const auto connection = Open();
     const Deadline deadline(kEnough);
     EXPECT_EQ(Call(*connection, 1, kShort), Failure::Unresponsive);
     EXPECT_FALSE(deadline.HasPassed());
 }
 
-TEST_F(DaemonConnectionTest, AServiceThatTakesNothingIsLeftInTime) {
+TEST_F(DaemonConnectionTest, AServiceThatReceivesNothingIsGivenUpInTime) {
     const auto connection = Open();
     const std::string huge(20u << 20, 'x');
     EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, huge.data(), huge.size(), kShort, reply),
@@ -170,38 +182,21 @@ TEST_F(DaemonConnectionTest, AServiceThatTakesNothingIsLeftInTime) {
 
 TEST_F(DaemonConnectionTest, AServiceThatEndsInTheMiddleOfAReply) {
     const auto connection = Open();
-    const std::string huge(1u << 20, 'x');
-    wire::MessageHeader header;
-    header.kind = wire::MessageKind::Reply;
-    header.serial = 1;
-    wire::PacketSender sender(header, {}, {}, huge.data(), huge.size());
-    iovec pieces[wire::PacketSender::kMaxPieces];
-    std::string packet;
-    for (int i = 0, count = sender.Next(pieces); i < count; ++i)
-        packet.append(static_cast<const char*>(pieces[i].iov_base), pieces[i].iov_len);
-    serviceEnd->SendRaw(packet.data(), packet.size());
-    std::thread far([&] {
+    BeginReply();
+    std::thread daemon([&] {
         serviceEnd->ReceivePacket();
         serviceEnd->Close();
     });
     EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, nullptr, 0, kEnough, reply), Failure::Gone);
-    far.join();
+    daemon.join();
     EXPECT_EQ(reply.GetSize(), 0u);
 }
 
-TEST_F(DaemonConnectionTest, AServiceThatStopsInTheMiddleOfAReply) {
+TEST_F(DaemonConnectionTest, AServiceThatStallsInTheMiddleOfAReply) {
     const auto connection = Open();
-    wire::MessageHeader header;
-    header.kind = wire::MessageKind::Reply;
-    header.serial = 1;
-    const std::string huge(1u << 20, 'x');
-    wire::PacketSender sender(header, {}, {}, huge.data(), huge.size());
-    iovec pieces[wire::PacketSender::kMaxPieces];
-    std::string packet;
-    for (int i = 0, count = sender.Next(pieces); i < count; ++i)
-        packet.append(static_cast<const char*>(pieces[i].iov_base), pieces[i].iov_len);
-    serviceEnd->SendRaw(packet.data(), packet.size());
-    EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, nullptr, 0, kShort, reply), Failure::Unresponsive);
+    BeginReply();
+    EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, nullptr, 0, kShort, reply),
+              Failure::Unresponsive);
     EXPECT_EQ(reply.GetSize(), 0u);
 }
 
@@ -213,18 +208,18 @@ TEST_F(DaemonConnectionTest, AServiceThatEndedBeforeTheCall) {
 
 TEST_F(DaemonConnectionTest, AServiceThatEndsInsteadOfReplying) {
     const auto connection = Open();
-    std::thread far([&] {
+    std::thread daemon([&] {
         serviceEnd->ReceivePacket();
         serviceEnd->Close();
     });
     EXPECT_EQ(Call(*connection, 1), Failure::Gone);
-    far.join();
+    daemon.join();
 }
 
-TEST_F(DaemonConnectionTest, AReplyToAnEarlierCallIsPassedOver) {
+TEST_F(DaemonConnectionTest, AReplyToAnEarlierCallIsIgnored) {
     const auto connection = Open();
     const std::string late(100000, 'l');
-    std::thread far([&] {
+    std::thread daemon([&] {
         wire::Message message;
         ASSERT_TRUE(serviceEnd->Receive(message));
         serviceEnd->Send(wire::MessageKind::Reply, 4, late.data(), late.size());
@@ -232,20 +227,20 @@ TEST_F(DaemonConnectionTest, AReplyToAnEarlierCallIsPassedOver) {
         serviceEnd->Send(wire::MessageKind::Reply, 6, "right", 5);
     });
     EXPECT_EQ(connection->Call({"i", "m", 0, 6, 0}, nullptr, 0, kEnough, reply), Failure::None);
-    far.join();
+    daemon.join();
     EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), reply.GetSize()),
               "right");
 }
 
-TEST_F(DaemonConnectionTest, AnswersThatMakeNoSense) {
+TEST_F(DaemonConnectionTest, MalformedAnswers) {
     const auto answer = [&](auto&& send) {
         const auto connection = Open();
-        std::thread far([&] {
+        std::thread daemon([&] {
             serviceEnd->ReceivePacket();
             send();
         });
         const Failure failure = Call(*connection, 6);
-        far.join();
+        daemon.join();
         return failure;
     };
     EXPECT_EQ(answer([&] { serviceEnd->Send(wire::MessageKind::Reply, 7, nullptr, 0); }),
@@ -268,7 +263,7 @@ TEST_F(DaemonConnectionTest, ASignalHandlerDoesNotEndTheWait) {
     sigaction(SIGUSR1, &action, &before);
     const auto connection = Open();
     const pthread_t caller = pthread_self();
-    std::thread far([&] {
+    std::thread daemon([&] {
         wire::Message message;
         ASSERT_TRUE(serviceEnd->Receive(message));
         for (int i = 0; i < 20; ++i) {
@@ -278,7 +273,7 @@ TEST_F(DaemonConnectionTest, ASignalHandlerDoesNotEndTheWait) {
         serviceEnd->Reply(message, 1);
     });
     EXPECT_EQ(Call(*connection, 1), Failure::None);
-    far.join();
+    daemon.join();
     sigaction(SIGUSR1, &before, nullptr);
 }
 

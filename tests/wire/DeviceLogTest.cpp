@@ -9,8 +9,8 @@
 
 #include <base/DeviceLog.h>
 
-#include <base/LogFile.h>
 #include "LogWatch.h"
+#include <base/LogFile.h>
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <norvex/client/NorvexAPIConnection.h>
 
-// A connection without anybody behind it: keeps the tree of the last call, and replies with the
+// A connection that leads nowhere: keeps the tree of the last call, and replies with the
 // bytes that a test chooses.
 class EchoConnection : public NorvexAPIConnection {
 public:

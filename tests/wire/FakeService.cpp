@@ -8,6 +8,10 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <interfaces/Interfaces.h>
+
+#include "MessagePackets.h"
+
 namespace {
 
 constexpr std::size_t kRoom = 256u << 10;
@@ -62,15 +66,11 @@ void FakeService::Connection::Send(wire::MessageKind kind, std::uint32_t serial,
     wire::MessageHeader header;
     header.kind = kind;
     header.serial = serial;
-    wire::PacketSender sender(header, {}, {}, tree, treeSize);
-    iovec pieces[wire::PacketSender::kMaxPieces];
-    msghdr packet{};
-    packet.msg_iov = pieces;
-    while (const int count = sender.Next(pieces)) {
-        packet.msg_iovlen = static_cast<std::size_t>(count);
+    for (const Packet& packet : ToPackets(header, {}, {}, tree, treeSize)) {
         // A client that is gone is the test's own doing.
-        if (sendmsg(m_socket, &packet, MSG_NOSIGNAL) < 0 && errno != EPIPE && errno != ECONNRESET)
-            Fail("sendmsg");
+        if (send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL) < 0 && errno != EPIPE &&
+            errno != ECONNRESET)
+            Fail("send");
     }
 }
 
@@ -95,12 +95,11 @@ wire::Role FakeService::Connection::Welcome(std::uint64_t epoch, std::uint32_t c
     wire::Role role{};
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
     wire::Node node;
-    while (cursor.Next(node)) {
+    while (cursor.Next(node))
         if (node.tag == wire::kHelloRole)
             node.Get(role);
         else if (node.tag == wire::kHelloSession)
             node.Get(helloSession);
-    }
     SendWelcome(epoch, client);
     return role;
 }
@@ -176,9 +175,8 @@ std::vector<std::string> FakeService::Serve(Connection& connection, std::uint32_
     std::vector<std::string> calls;
     wire::Message message;
     while (connection.Receive(message)) {
-        calls.push_back(std::string(message.interfaceName) + "." + std::string(message.method) +
-                        " " + std::to_string(message.header.session));
-        if (message.method == "Open") {
+        calls.push_back(std::string(message.method) + " " + std::to_string(message.header.session));
+        if (message.method == GetMethodName(interfaces::NorvexSessionMethod::Open)) {
             wire::Buffer tree;
             wire::TreeWriter writer(tree);
             writer.PutValue(0, std::int32_t{0});

@@ -11,8 +11,8 @@
 #include <wire/Packet.h>
 #include <wire/Tree.h>
 
-// The other end of a client's connections, for tests: a socket in a directory of its own that
-// NORVEX_SOCKET names, and as much or little of a daemon's manners as a test wants. Its operations
+// The peer of a client's connections, for tests: a socket in a directory of its own that
+// NORVEX_SOCKET names, and as much of a daemon's behaviour as a test wants. Its operations
 // block, so a test runs them on a thread of their own or before the client asks.
 class FakeService {
 public:
@@ -65,7 +65,7 @@ public:
     const std::string& GetPath() const { return m_path; }
 
     // Answers calls on the connection until its end, with a status of 1; sessions are numbered from
-    // `firstSession`. What was called, as "interface.method session".
+    // `firstSession`. What was called, as "METHOD SESSION".
     static std::vector<std::string> Serve(Connection& connection, std::uint32_t firstSession = 1);
 
 private:

@@ -16,6 +16,8 @@
 
 namespace {
 
+const EchoConnection::Bytes kStatus5 = {0, 0, 1, 0, 4, 0, 0, 0, 5, 0, 0, 0};
+
 // An object whose two directions a test writes down where it needs them.
 struct Scripted : TCMarshalable {
     std::function<bool(TCTreeBranch&)> write = [](TCTreeBranch&) { return true; };
@@ -43,7 +45,7 @@ struct LengthInfo : TILengthInfoContainer {
 
 } // namespace
 
-TEST(Marshalling, TheBaseAnswersForAClassWithoutAForm) {
+TEST(Marshalling, AClassWithoutFieldsIsAnEmptyBranch) {
     TCMarshalable plain;
     unsigned long size = 5;
     EXPECT_FALSE(plain.GetSizeOfMarshalled(size));
@@ -56,7 +58,7 @@ TEST(Marshalling, TheBaseAnswersForAClassWithoutAForm) {
     EXPECT_FALSE(plain.Load(nullptr));
 }
 
-TEST(Marshalling, AMissingChildLeavesTheFieldAsItWasAndIsNoFailure) {
+TEST(Marshalling, AMissingChildLeavesTheFieldAsItWasWithoutAnError) {
     TCMessageBuffer buffer;
     FillBuffer(buffer, [](wire::TreeWriter& writer) { writer.PutValue(2, std::int32_t{42}); });
     Numbers numbers;
@@ -146,7 +148,7 @@ TEST(Marshalling, AnArrayOfAnotherLengthIsNotCopied) {
     EXPECT_TRUE(object.Load(&buffer));
 }
 
-TEST(Marshalling, ALengthThatLiesIsRefusedBeforeItsReaderSeesIt) {
+TEST(Marshalling, AWrongLengthIsRefusedBeforeItsReaderSeesIt) {
     struct Case {
         std::int32_t length;
         std::size_t bytes;
@@ -167,7 +169,7 @@ TEST(Marshalling, ALengthThatLiesIsRefusedBeforeItsReaderSeesIt) {
     }
 }
 
-TEST(Marshalling, ALengthThatLiesWithinAnObjectOrAVectorIsRefused) {
+TEST(Marshalling, AWrongLengthWithinAnObjectOrAVectorIsRefused) {
     std::vector<Mixed> items(1);
     items[0].name = "abc";
     TestVector<Mixed> vector(items);
@@ -223,7 +225,7 @@ TEST(Marshalling, AnArraysLengthMayTravelInAContainerOfItsOwn) {
     EXPECT_STREQ(read, "abc");
 }
 
-TEST(Marshalling, AWriterRefusesWhatIsNoContent) {
+TEST(Marshalling, AWriterRefusesInvalidContent) {
     Scripted object;
     object.write = [](TCTreeBranch& branch) {
         TCClassToTreeFormatter formatter(branch);
@@ -263,7 +265,7 @@ TEST(Marshalling, NothingIsAppendedToABranchWhileItsChildIsWritten) {
     EXPECT_EQ(buffer.GetSize(), 2 * wire::kNodeHeaderSize);
 }
 
-TEST(Marshalling, ObjectsWithinObjectsEndAtTheDeepestBranch) {
+TEST(Marshalling, NestedObjectsEndAtTheDeepestBranch) {
     Scripted self;
     int depth = 0;
     self.write = [&](TCTreeBranch& branch) {
@@ -278,7 +280,7 @@ TEST(Marshalling, ObjectsWithinObjectsEndAtTheDeepestBranch) {
     EXPECT_TRUE(wire::IsWellFormed(buffer.GetData(), buffer.GetSize()));
 }
 
-TEST(Marshalling, ABranchTakesALeafOver) {
+TEST(Marshalling, ABranchTakesOwnershipOfALeaf) {
     Scripted object;
     object.write = [](TCTreeBranch& branch) {
         EXPECT_TRUE(branch.AppendChild(new TCTreeLeafVar(-1, 3, "abc")));
@@ -346,57 +348,56 @@ TEST(Marshalling, CreatorsMakeAndFillNodes) {
     EXPECT_FALSE(marshalable.FillElement(&copy, sizeof copy, sizeof copy, node)) << "no branch";
 }
 
-TEST(Marshalling, RunNeedsAConnectionAnExchangeAndAReplyThatCanBeRead) {
-    std::string interfaceName = "i";
-    int status = -1;
-    {
-        TCMarshallingHelperProxy helper;
-        helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
-        EXPECT_FALSE(helper.Run(nullptr, interfaceName, "m", 0, false));
-    }
+TEST(Marshalling, RunNeedsAConnectionAndAnExchange) {
     EchoConnection connection;
-    connection.reply = {0, 0, 1, 0, 4, 0, 0, 0, 5, 0, 0, 0};
+    connection.reply = kStatus5;
+    int status = -1;
+    const auto run = [&](NorvexAPIConnection* over) {
+        TCMarshallingHelperProxy helper;
+        helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
+        std::string interfaceName = "i";
+        return helper.Run(over, interfaceName, "m", 0, false);
+    };
+    EXPECT_FALSE(run(nullptr));
     connection.succeeds = false;
-    {
-        TCMarshallingHelperProxy helper;
-        helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
-        EXPECT_FALSE(helper.Run(&connection, interfaceName, "m", 0, false));
-        EXPECT_EQ(status, -1);
-    }
+    EXPECT_FALSE(run(&connection));
+    EXPECT_EQ(status, -1);
     connection.succeeds = true;
-    {
-        TCMarshallingHelperProxy helper;
-        helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
-        EXPECT_TRUE(helper.Run(&connection, interfaceName, "m", 0, false));
-        EXPECT_EQ(status, 5);
-    }
+    EXPECT_TRUE(run(&connection));
+    EXPECT_EQ(status, 5);
     connection.reply.clear();
-    {
-        TCMarshallingHelperProxy helper;
-        helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
-        EXPECT_TRUE(helper.Run(&connection, interfaceName, "m", 0, false)) << "no answers";
-        EXPECT_EQ(status, 5);
-    }
+    EXPECT_TRUE(run(&connection)) << "no answers";
+    EXPECT_EQ(status, 5);
 }
 
-TEST(Marshalling, WhatWasReadBeforeABadAnswerStands) {
+// Of a reply that is cut anywhere nothing is used; of one with a value of another size, what came
+// before it.
+TEST(Marshalling, WhatWasReadBeforeAMalformedValueStands) {
     EchoConnection connection;
-    connection.reply = {0, 0, 1, 0, 4, 0, 0, 0, 5, 0, 0, 0, // status
-                        1, 0, 1, 0, 2, 0, 0, 0, 6, 0};      // two bytes for an int
-    int status = -1;
-    int value = 8;
-    TCMarshallingHelperProxy helper;
-    helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
-    helper.PushValue(MARSHALLING_OUT, sizeof value, &value);
-    std::string interfaceName = "i";
-    EXPECT_FALSE(helper.Run(&connection, interfaceName, "m", 0, false));
-    EXPECT_EQ(status, 5);
-    EXPECT_EQ(value, 8);
+    connection.reply = kStatus5;
+    // Two bytes for an int.
+    connection.reply.insert(connection.reply.end(), {1, 0, 1, 0, 2, 0, 0, 0, 6, 0});
+    const auto expectRead = [&](int expected) {
+        int status = -1;
+        int value = 8;
+        TCMarshallingHelperProxy helper;
+        helper.PushValue(MARSHALLING_OUT, sizeof status, &status);
+        helper.PushValue(MARSHALLING_OUT, sizeof value, &value);
+        std::string interfaceName = "i";
+        EXPECT_FALSE(helper.Run(&connection, interfaceName, "m", 0, false));
+        EXPECT_EQ(status, expected) << connection.reply.size();
+        EXPECT_EQ(value, 8);
+    };
+    expectRead(5);
+    while (connection.reply.size() > kStatus5.size() + 1) {
+        connection.reply.pop_back();
+        expectRead(-1);
+    }
 }
 
 TEST(Marshalling, InArgumentsAreNeverWrittenTo) {
     EchoConnection connection;
-    connection.reply = {0, 0, 1, 0, 4, 0, 0, 0, 5, 0, 0, 0};
+    connection.reply = kStatus5;
     int value = 8;
     TCMarshallingHelperProxy helper;
     helper.PushValue(MARSHALLING_IN, sizeof value, &value);
@@ -417,7 +418,7 @@ TEST(Marshalling, AnArgumentThatCannotBeWrittenMakesNoCall) {
     EXPECT_EQ(connection.methodId, -1);
 }
 
-TEST(Marshalling, HelpersMayBeMadeWithinEachOther) {
+TEST(Marshalling, HelpersMayBeNested) {
     EchoConnection connection;
     connection.answer = [](const EchoConnection::Bytes& call) {
         return ReplyWithArgument(call, 1, 0);

@@ -1,33 +1,24 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include <wire/Packet.h>
+#include <wire/Tree.h>
+
+#include "MessagePackets.h"
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
+using Result = wire::PacketAssembler::Result;
 
-std::vector<Bytes> PacketsOf(std::size_t treeSize) {
-    Bytes tree(treeSize);
+std::vector<Packet> PacketsOf(std::size_t treeSize) {
+    Packet tree(treeSize);
     for (std::size_t i = 0; i < treeSize; ++i)
         tree[i] = static_cast<unsigned char>(i * 7);
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Reply;
-    wire::PacketSender sender(header, "interface", "method", tree.data(), tree.size());
-    std::vector<Bytes> packets;
-    iovec pieces[wire::PacketSender::kMaxPieces];
-    while (const int count = sender.Next(pieces)) {
-        Bytes packet;
-        for (int i = 0; i < count; ++i) {
-            const auto* bytes = static_cast<const unsigned char*>(pieces[i].iov_base);
-            packet.insert(packet.end(), bytes, bytes + pieces[i].iov_len);
-        }
-        packets.push_back(std::move(packet));
-    }
-    return packets;
+    return ToPackets(header, "interface", "method", tree.data(), tree.size());
 }
 
-wire::PacketAssembler::Result Feed(wire::PacketAssembler& assembler, const Bytes& packet) {
+Result Feed(wire::PacketAssembler& assembler, const Packet& packet) {
     return assembler.Feed(packet.data(), packet.size());
 }
 
@@ -39,17 +30,17 @@ TEST(Packet, MessagesOfAnyLengthComeBackWhole) {
     constexpr std::size_t kFull = wire::kMaxPacketPayload;
     for (const std::size_t size :
          {std::size_t{0}, std::size_t{1}, kFull - kBeforeTree - 1, kFull - kBeforeTree,
-          kFull - kBeforeTree + 1, 2 * kFull, 3 * kFull - kBeforeTree, std::size_t{1} << 20}) {
+          kFull - kBeforeTree + 1, 2 * kFull - kBeforeTree, 2 * kFull - kBeforeTree + 1,
+          std::size_t{1} << 20}) {
         SCOPED_TRACE(size);
-        const std::vector<Bytes> packets = PacketsOf(size);
+        const std::vector<Packet> packets = PacketsOf(size);
         EXPECT_EQ(packets.size(),
                   std::max<std::size_t>(1, (size + kBeforeTree + kFull - 1) / kFull));
         wire::PacketAssembler assembler;
         for (std::size_t i = 0; i < packets.size(); ++i) {
             EXPECT_LE(packets[i].size(), wire::kPacketHeaderSize + kFull);
-            EXPECT_EQ(Feed(assembler, packets[i]), i + 1 < packets.size()
-                                                       ? wire::PacketAssembler::Result::NeedMore
-                                                       : wire::PacketAssembler::Result::Complete);
+            EXPECT_EQ(Feed(assembler, packets[i]),
+                      i + 1 < packets.size() ? Result::NeedMore : Result::Complete);
         }
         wire::Message message;
         const wire::Buffer& bytes = assembler.GetMessage();
@@ -65,53 +56,108 @@ TEST(Packet, MessagesOfAnyLengthComeBackWhole) {
 TEST(Packet, OneMessageAfterTheOther) {
     wire::PacketAssembler assembler;
     for (int i = 0; i < 3; ++i) {
-        for (const Bytes& packet : PacketsOf(100000))
-            EXPECT_NE(Feed(assembler, packet), wire::PacketAssembler::Result::Malformed);
+        for (const Packet& packet : PacketsOf(100000))
+            EXPECT_NE(Feed(assembler, packet), Result::Malformed);
         EXPECT_EQ(assembler.GetMessage().GetSize(), kBeforeTree + 100000);
     }
 }
 
-TEST(Packet, APieceThatIsMissingIsFoundOut) {
-    const std::vector<Bytes> packets = PacketsOf(200000);
+TEST(Packet, AMissingPacketIsNoticed) {
+    const std::vector<Packet> packets = PacketsOf(200000);
     ASSERT_EQ(packets.size(), 4u);
     wire::PacketAssembler assembler;
-    EXPECT_EQ(Feed(assembler, packets[0]), wire::PacketAssembler::Result::NeedMore);
-    EXPECT_EQ(Feed(assembler, packets[3]), wire::PacketAssembler::Result::Malformed);
+    EXPECT_EQ(Feed(assembler, packets[0]), Result::NeedMore);
+    EXPECT_EQ(Feed(assembler, packets[3]), Result::Malformed);
 }
 
-TEST(Packet, ATinyPieceInTheMiddleIsRefused) {
-    Bytes first = PacketsOf(200000)[0];
+TEST(Packet, AShortPacketOfWhichMoreFollowsIsRefused) {
+    Packet first = PacketsOf(200000)[0];
     first.resize(1000);
     wire::PacketAssembler assembler;
-    EXPECT_EQ(Feed(assembler, first), wire::PacketAssembler::Result::Malformed);
+    EXPECT_EQ(Feed(assembler, first), Result::Malformed);
 }
 
 TEST(Packet, ALengthOverTheLimitIsRefusedBeforeMemoryIsTaken) {
-    Bytes packet = PacketsOf(16)[0];
+    Packet packet = PacketsOf(16)[0];
     const std::uint32_t tooLong = wire::kMaxTreeSize + 1;
     std::copy_n(reinterpret_cast<const unsigned char*>(&tooLong), 4, packet.begin() + 4 + 16);
     wire::PacketAssembler assembler;
-    EXPECT_EQ(Feed(assembler, packet), wire::PacketAssembler::Result::Malformed);
+    EXPECT_EQ(Feed(assembler, packet), Result::Malformed);
     EXPECT_EQ(assembler.GetMessage().GetCapacity(), 0u);
 }
 
 TEST(Packet, AnnouncedLengthsTakeNoMemoryAhead) {
-    Bytes packet = PacketsOf(200000)[0];
+    Packet packet = PacketsOf(200000)[0];
     const std::uint32_t longest = wire::kMaxTreeSize;
     std::copy_n(reinterpret_cast<const unsigned char*>(&longest), 4, packet.begin() + 4 + 16);
     wire::PacketAssembler assembler;
-    EXPECT_EQ(Feed(assembler, packet), wire::PacketAssembler::Result::NeedMore);
+    EXPECT_EQ(Feed(assembler, packet), Result::NeedMore);
     EXPECT_LT(assembler.GetMessage().GetCapacity(), std::size_t{1} << 20);
 }
 
-TEST(Packet, ForeignBytesAreRefused) {
+TEST(Packet, ForeignPacketAreRefused) {
     wire::PacketAssembler assembler;
-    EXPECT_EQ(assembler.Feed("", 0), wire::PacketAssembler::Result::Malformed);
-    EXPECT_EQ(assembler.Feed("GET / HTTP/1.1\r\n\r\n    ", 22),
-              wire::PacketAssembler::Result::Malformed);
+    EXPECT_EQ(assembler.Feed("", 0), Result::Malformed);
+    EXPECT_EQ(assembler.Feed("GET / HTTP/1.1\r\n\r\n    ", 22), Result::Malformed);
     for (std::size_t i = 0; i < wire::kPacketHeaderSize; ++i) {
-        Bytes packet = PacketsOf(16)[0];
+        Packet packet = PacketsOf(16)[0];
         packet[i] ^= 0x80;
-        EXPECT_EQ(Feed(assembler, packet), wire::PacketAssembler::Result::Malformed) << i;
+        EXPECT_EQ(Feed(assembler, packet), Result::Malformed) << i;
+    }
+}
+
+// All packets but the last are full and say that more follows; the last one says that it is.
+TEST(Packet, TheFlagSaysWhetherMoreFollows) {
+    constexpr std::size_t kFull = wire::kMaxPacketPayload;
+    for (const std::size_t size : {kFull, kFull + 1, 2 * kFull, 2 * kFull + 1}) {
+        const std::vector<Packet> packets = PacketsOf(size - kBeforeTree);
+        std::size_t sum = 0;
+        for (const Packet& packet : packets) {
+            const std::size_t payload = packet.size() - wire::kPacketHeaderSize;
+            sum += payload;
+            EXPECT_EQ(packet[3], sum < size ? wire::kPacketMore : 0);
+            EXPECT_EQ(payload, sum < size ? kFull : size - (packets.size() - 1) * kFull);
+        }
+        EXPECT_EQ(sum, size);
+
+        Packet last = packets.back();
+        last[3] ^= wire::kPacketMore;
+        wire::PacketAssembler assembler;
+        for (std::size_t i = 0; i + 1 < packets.size(); ++i)
+            EXPECT_EQ(Feed(assembler, packets[i]), Result::NeedMore);
+        EXPECT_EQ(Feed(assembler, last), Result::Malformed) << "more, of a message that is whole";
+    }
+}
+
+TEST(Packet, AFirstPacketWithoutTheFlagIsTheWholeMessage) {
+    Packet first = PacketsOf(100000)[0];
+    first[3] = 0;
+    wire::PacketAssembler assembler;
+    EXPECT_EQ(Feed(assembler, first), Result::Malformed);
+}
+
+TEST(Packet, AMessageCutAtAnyByteIsRefused) {
+    const Packet packet = PacketsOf(40)[0];
+    for (std::size_t size = 0; size < packet.size(); ++size) {
+        wire::PacketAssembler assembler;
+        EXPECT_EQ(assembler.Feed(packet.data(), size), Result::Malformed) << size;
+        wire::Message message;
+        if (size >= wire::kPacketHeaderSize) {
+            EXPECT_FALSE(wire::ParseMessage(packet.data() + wire::kPacketHeaderSize,
+                                            size - wire::kPacketHeaderSize, message));
+        }
+    }
+}
+
+TEST(Tree, IsRefusedBeyondItsDepth) {
+    for (const int depth : {wire::kMaxDepth, wire::kMaxDepth + 1}) {
+        wire::Buffer tree;
+        wire::TreeWriter writer(tree);
+        std::vector<std::size_t> begun;
+        for (int level = 0; level < depth; ++level)
+            begun.push_back(writer.BeginBranch(0));
+        for (auto begin = begun.rbegin(); begin != begun.rend(); ++begin)
+            writer.EndBranch(*begin);
+        EXPECT_EQ(wire::IsWellFormed(tree.GetData(), tree.GetSize()), depth == wire::kMaxDepth);
     }
 }

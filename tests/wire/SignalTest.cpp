@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include <interfaces/Interfaces.h>
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/SignalSubscriber.h>
 
@@ -90,7 +91,7 @@ public:
             EXPECT_EQ(calls->Welcome(epoch), wire::Role::Calls);
             wire::Message message;
             while (calls->Receive(message)) {
-                if (message.method == "Open") {
+                if (message.method == GetMethodName(interfaces::NorvexSessionMethod::Open)) {
                     wire::Buffer tree;
                     wire::TreeWriter writer(tree);
                     writer.PutValue(0, std::int32_t{0});
@@ -103,7 +104,7 @@ public:
                     }
                     calls->Reply(message, 1);
                     m_changed.notify_all();
-                    if (message.method == "Close")
+                    if (message.method == GetMethodName(interfaces::NorvexSessionMethod::Close))
                         break;
                     continue;
                 }
@@ -159,7 +160,7 @@ class SignalTest : public testing::Test {
 protected:
     SignalTest() { g_callback = &callback; }
     ~SignalTest() override {
-        // What still lies in the context would meet the next test.
+        // What is still in the context would reach the next test.
         while (g_main_context_iteration(nullptr, FALSE)) {
         }
     }
@@ -167,6 +168,18 @@ protected:
     ISignalSubscriber* Create() {
         ISignalSubscriber* subscriber = nullptr;
         EXPECT_EQ(NorvexAPI::CreateSignalSubscriber(OnSignal, &subscriber), 0);
+        return subscriber;
+    }
+    // A subscriber with these types whose daemon has died, which it knows.
+    ISignalSubscriber* CreateWithoutDaemon(const std::vector<ESignalType>& types) {
+        DaemonRun run(service, 1, 5);
+        ISignalSubscriber* subscriber = Create();
+        for (const ESignalType type : types)
+            EXPECT_EQ(subscriber->Subscribe(type, 0, 702, 0, 0), 1);
+        service.StopListening();
+        run.GetSignals().Close();
+        while (g_main_context_iteration(nullptr, FALSE)) {
+        }
         return subscriber;
     }
     static int Destroy() { return NorvexAPI::DestroySignalSubscriber(OnSignal); }
@@ -326,21 +339,24 @@ TEST_F(SignalTest, WithoutADaemonTheSubscriberLivesAndWaitsForOne) {
     run.GetSignals().SendSignal(194, 1, 0, 3);
     callback.AwaitCount(1);
     EXPECT_EQ(Destroy(), 0);
+    EXPECT_EQ(run.AwaitCalls(1), std::vector<std::string>{"Close 5"}) << "nothing was subscribed";
+}
+
+TEST_F(SignalTest, ASubscriptionThatIsRemovedWithoutADaemonDoesNotComeBack) {
+    ISignalSubscriber* subscriber =
+        CreateWithoutDaemon({SIGNAL_SI_STARTED, SIGNAL_BARKER_CHANNEL_TUNE});
+    EXPECT_EQ(subscriber->Unsubscribe(SIGNAL_SI_STARTED, 702, 0, 0), -1);
+    service.Listen();
+    DaemonRun run(service, 2, 9);
+    const LoopThread loop;
+    EXPECT_EQ(run.AwaitCalls(1), (std::vector<std::string>{"Subscribe 195 0 702 0 0"}));
+    run.GetSignals();
+    EXPECT_EQ(Destroy(), 0);
+    EXPECT_EQ(run.AwaitCalls(2), (std::vector<std::string>{"Subscribe 195 0 702 0 0", "Close 9"}));
 }
 
 TEST_F(SignalTest, ACallThatFindsTheNewDaemonFirstBringsTheOthersBack) {
-    ISignalSubscriber* subscriber = nullptr;
-    {
-        DaemonRun run(service, 1, 5);
-        subscriber = Create();
-        ASSERT_NE(subscriber, nullptr);
-        EXPECT_EQ(subscriber->Subscribe(SIGNAL_SI_STARTED, 0, 702, 0, 0), 1);
-        service.StopListening();
-        run.GetSignals().Close();
-        // With nobody at the context, only a call can notice: the run ends with its connection.
-        while (g_main_context_iteration(nullptr, FALSE)) {
-        }
-    }
+    ISignalSubscriber* subscriber = CreateWithoutDaemon({SIGNAL_SI_STARTED});
     service.Listen();
     DaemonRun run(service, 2, 9);
     EXPECT_EQ(subscriber->Subscribe(SIGNAL_BARKER_CHANNEL_TUNE, 0, 702, 0, 0), 1);

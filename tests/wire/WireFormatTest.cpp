@@ -6,12 +6,14 @@
 #include <string_view>
 #include <vector>
 
+#include <interfaces/Interfaces.h>
 #include <norvex/core/MarshallingHelperProxy.h>
 #include <norvex/core/MessageBuffer.h>
 #include <wire/Packet.h>
 #include <wire/Tree.h>
 
 #include "EchoConnection.h"
+#include "MessagePackets.h"
 #include "TestTypes.h"
 
 namespace {
@@ -38,16 +40,10 @@ constexpr std::string_view kInterface = "com.holvi.IDebugPrintControl";
 
 Bytes PacketOf(wire::MessageHeader header, std::string_view interfaceName, std::string_view method,
                const Bytes& tree) {
-    wire::PacketSender sender(header, interfaceName, method, tree.data(), tree.size());
-    iovec pieces[wire::PacketSender::kMaxPieces];
-    Bytes packet;
-    const int count = sender.Next(pieces);
-    for (int i = 0; i < count; ++i) {
-        const auto* bytes = static_cast<const unsigned char*>(pieces[i].iov_base);
-        packet.insert(packet.end(), bytes, bytes + pieces[i].iov_len);
-    }
-    EXPECT_EQ(sender.Next(pieces), 0) << "one packet is enough";
-    return packet;
+    const std::vector<Packet> packets =
+        ToPackets(header, interfaceName, method, tree.data(), tree.size());
+    EXPECT_EQ(packets.size(), 1u);
+    return packets[0];
 }
 
 Bytes TreeOf(TCMarshalable& object) {
@@ -197,4 +193,48 @@ TEST(WireFormat, AnArrayHoldsItsElementsWithoutGaps) {
                          0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x04, 0x03};
     ASSERT_GT(tree.size(), array.size());
     EXPECT_EQ(Bytes(tree.end() - static_cast<std::ptrdiff_t>(array.size()), tree.end()), array);
+}
+
+// "INTERFACE: METHOD METHOD ...", in the order of the methods' IDs.
+template <class Method> std::string List() {
+    const interfaces::InterfaceTable& table = interfaces::kTable<Method>;
+    std::string list = std::string(table.name) + ":";
+    for (std::size_t id = 0; id < table.methodCount; ++id)
+        list += " " + std::string(table.methods[id]);
+    return list;
+}
+
+TEST(WireFormat, MethodsHaveTheirIds) {
+    using namespace interfaces;
+    EXPECT_EQ(List<NorvexSessionMethod>(), "com.holvi.INorvexSession: Open Close");
+    EXPECT_EQ(List<SignalSubscriberMethod>(), "com.holvi.ISignalSubscriber: Subscribe Unsubscribe");
+    EXPECT_EQ(List<DeviceMethod>(), "com.holvi.IDevice: GetInt StartLogTag StopLogTag");
+    EXPECT_EQ(List<DebugPrintControlMethod>(),
+              "com.holvi.IDebugPrintControl: Start Execute Stop Check GetMenuItems SetMenuItems "
+              "SetMenuItem SetQoSEnabled IsQoSEnabled SetDebugMode IsDebugModeEnabled");
+    EXPECT_EQ(List<ReferenceCountMethod>(), "com.holvi.IReferenceCount: GetReferenceCount");
+    EXPECT_EQ(List<AVControlMethod>(),
+              "com.holvi.IAVControl: RestartVideoDecoder MuteVideo MuteAudio");
+    EXPECT_EQ(List<VideoControlMethod>(), "com.holvi.IVideoControl: SetCropVideo SetWindowId");
+    EXPECT_EQ(List<TunerControlMethod>(), "com.holvi.ITunerControl: CheckTunerSignalState");
+    EXPECT_EQ(List<DataControlMethod>(), "com.holvi.IDataControl: CheckCaptionExist");
+    EXPECT_EQ(List<SourceControlMethod>(),
+              "com.holvi.ISourceControl: SetSource SetSource PreSetSourceA StartHDMIAnalysis "
+              "StopHDMIAnalysis PreSetSourceC PreSetSourceB SetPreviewSource SetPreviewSource");
+    EXPECT_EQ(List<PipelineUtilityMethod>(),
+              "com.holvi.IPipelineUtility: NotifyReceiverState RegisterForStateChange "
+              "UnregisterFromStateChange CheckPendingState GetCurrentTPMSStatus "
+              "NotifyReadyForSetService");
+    EXPECT_EQ(List<ZoomControlMethod>(),
+              "com.holvi.IZoomControl: CreateZoomWindow DeleteZoomWindow SetZoomWindow "
+              "MuteZoomWindow IsZoomWindowStarted IsZoomWindowMuted SetZoomWindowRect "
+              "IsZoomAvailable GetZoomSharingType GetConnectedZoomWindows");
+    EXPECT_EQ(List<ServiceMethod>(), "com.holvi.IService: FindService");
+    EXPECT_EQ(List<ServiceNavigationMethod>(),
+              "com.holvi.IServiceNavigation: GetTvMode GetServiceList SetTvMode SetTvMode "
+              "SetDTVMode SetService SetBootupService GetLatestVeldaServiceId GetLatestServiceId");
+    EXPECT_EQ(List<ServiceGuideMethod>(), "com.holvi.IServiceGuide: GetCurrentProgram");
+    EXPECT_EQ(List<ScanControlMethod>(),
+              "com.holvi.IScanControl: IsTuneAroundNeeded StartTuneAround StopManualScan "
+              "IsBarkerChannelScanAvailable StartBarkerChannelScan StopBarkerChannelScan");
 }

@@ -1,4 +1,4 @@
-#include "FarSide.h"
+#include "FakeDaemon.h"
 
 #include <cerrno>
 #include <cstring>
@@ -9,55 +9,42 @@
 
 #include <wire/Tree.h>
 
+#include "MessagePackets.h"
 #include "Require.h"
 
 namespace {
 
 constexpr std::size_t kMaxPacket = wire::kPacketHeaderSize + wire::kMaxPacketPayload;
 
-// The C library's own, behind this program's.
-ssize_t SendReally(int socket, const msghdr* packet, int flags) {
-    static const auto really =
-        reinterpret_cast<ssize_t (*)(int, const msghdr*, int)>(dlsym(RTLD_NEXT, "sendmsg"));
-    return really(socket, packet, flags);
-}
-
 } // namespace
 
-FarSide::Line::~Line() {
+FakeDaemon::Connection::~Connection() {
     Close();
 }
 
-void FarSide::Line::Close() {
+void FakeDaemon::Connection::Close() {
     if (m_socket >= 0)
         close(m_socket);
     m_socket = -1;
 }
 
-bool FarSide::Line::SendPacket(std::span<const unsigned char> packet) {
+bool FakeDaemon::Connection::SendPacket(std::span<const unsigned char> packet) {
     return m_socket >= 0 && (packet.empty() || send(m_socket, packet.data(), packet.size(),
                                                     MSG_NOSIGNAL | MSG_DONTWAIT) >= 0);
 }
 
-void FarSide::Line::Send(const wire::MessageHeader& header, const void* tree,
-                         std::size_t treeSize) {
-    wire::PacketSender sender(header, {}, {}, tree, treeSize);
-    iovec pieces[wire::PacketSender::kMaxPieces];
-    msghdr packet{};
-    packet.msg_iov = pieces;
-    for (int count = 0; (count = sender.Next(pieces)) > 0;) {
-        packet.msg_iovlen = static_cast<std::size_t>(count);
-        if (m_socket >= 0)
-            SendReally(m_socket, &packet, MSG_NOSIGNAL | MSG_DONTWAIT);
-    }
+void FakeDaemon::Connection::Send(const wire::MessageHeader& header, const void* tree,
+                                  std::size_t treeSize) {
+    for (const Packet& packet : ToPackets(header, {}, {}, tree, treeSize))
+        SendPacket(packet);
 }
 
-FarSide& FarSide::Get() {
-    static auto* farSide = new FarSide;
-    return *farSide;
+FakeDaemon& FakeDaemon::Get() {
+    static auto* daemon = new FakeDaemon;
+    return *daemon;
 }
 
-bool FarSide::Welcome(Line& line, const wire::Message& message) {
+bool FakeDaemon::Welcome(Connection& connection, const wire::Message& message) {
     if (message.header.kind != wire::MessageKind::Hello)
         return false;
     wire::Buffer tree;
@@ -67,52 +54,51 @@ bool FarSide::Welcome(Line& line, const wire::Message& message) {
     writer.PutValue(wire::kWelcomeClient, std::uint32_t{1});
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Welcome;
-    line.Send(header, tree.GetData(), tree.GetSize());
+    connection.Send(header, tree.GetData(), tree.GetSize());
     return true;
 }
 
-void FarSide::Hang() {
-    m_lines.clear();
+void FakeDaemon::CloseAll() {
+    m_connections.clear();
 }
 
-bool FarSide::Connect(int socket) {
+bool FakeDaemon::Connect(int socket) {
     if (!m_answer)
         return false;
     int ends[2];
     REQUIRE(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) == 0);
     REQUIRE(dup3(ends[0], socket, O_CLOEXEC) == socket);
     close(ends[0]);
-    m_lines[socket] = std::make_unique<Line>(ends[1]);
+    m_connections[socket] = std::make_unique<Connection>(ends[1]);
     return true;
 }
 
-bool FarSide::Serve(int socket) {
-    const auto found = m_lines.find(socket);
-    if (found == m_lines.end())
+bool FakeDaemon::Serve(int socket) {
+    const auto found = m_connections.find(socket);
+    if (found == m_connections.end())
         return false;
-    Line& line = *found->second;
+    Connection& connection = *found->second;
     static unsigned char packet[kMaxPacket];
     ssize_t size = 0;
-    while (line.m_socket >= 0 &&
-           (size = recv(line.m_socket, packet, sizeof packet, MSG_DONTWAIT)) > 0) {
-        const auto result = line.m_assembler.Feed(packet, static_cast<std::size_t>(size));
-        // The client itself sends nothing that makes no sense.
+    while (connection.m_socket >= 0 &&
+           (size = recv(connection.m_socket, packet, sizeof packet, MSG_DONTWAIT)) > 0) {
+        const auto result = connection.m_assembler.Feed(packet, static_cast<std::size_t>(size));
+        // The client itself sends nothing malformed.
         REQUIRE(result != wire::PacketAssembler::Result::Malformed);
         if (result == wire::PacketAssembler::Result::NeedMore)
             continue;
-        const wire::Buffer& bytes = line.m_assembler.GetMessage();
+        const wire::Buffer& bytes = connection.m_assembler.GetMessage();
         wire::Message message;
         REQUIRE(wire::ParseMessage(bytes.GetData(), bytes.GetSize(), message));
         REQUIRE(wire::IsWellFormed(message.tree, message.header.treeSize));
         if (message.header.kind == wire::MessageKind::Hello) {
             wire::NodeCursor cursor(message.tree, message.header.treeSize);
             wire::Node node;
-            while (cursor.Next(node)) {
+            while (cursor.Next(node))
                 if (node.tag == wire::kHelloRole)
-                    REQUIRE(node.Get(line.role));
-            }
+                    REQUIRE(node.Get(connection.role));
         }
-        m_answer(line, message);
+        m_answer(connection, message);
     }
     return true;
 }
@@ -120,7 +106,7 @@ bool FarSide::Serve(int socket) {
 // In place of the C library's, also for the shared libraries of the program.
 extern "C" __attribute__((visibility("default"))) int connect(int socket, const sockaddr* address,
                                                               socklen_t size) {
-    if (FarSide::Get().Connect(socket))
+    if (FakeDaemon::Get().Connect(socket))
         return 0;
     static const auto really =
         reinterpret_cast<int (*)(int, const sockaddr*, socklen_t)>(dlsym(RTLD_NEXT, "connect"));
@@ -129,10 +115,12 @@ extern "C" __attribute__((visibility("default"))) int connect(int socket, const 
 
 extern "C" __attribute__((visibility("default"))) ssize_t sendmsg(int socket, const msghdr* packet,
                                                                   int flags) {
-    const ssize_t sent = SendReally(socket, packet, flags);
+    static const auto really =
+        reinterpret_cast<ssize_t (*)(int, const msghdr*, int)>(dlsym(RTLD_NEXT, "sendmsg"));
+    const ssize_t sent = really(socket, packet, flags);
     const int error = errno;
     if (sent >= 0)
-        FarSide::Get().Serve(socket);
+        FakeDaemon::Get().Serve(socket);
     errno = error;
     return sent;
 }
