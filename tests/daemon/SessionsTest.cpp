@@ -72,6 +72,16 @@ TEST_F(SessionsTest, AClientThatIsGoneLosesItsSessionsNewestFirst) {
     EXPECT_EQ(tv.context.clients.GetCount(), 1u);
 }
 
+TEST_F(SessionsTest, TwoClientsMayGoAtOnce) {
+    client.Open<FakeMethod>({1, 0});
+    other.Open<FakeMethod>({2, 0});
+    client.Disconnect();
+    other.Disconnect();
+    tv.WaitUntil([this] { return tv.context.clients.GetCount() == 0; });
+    EXPECT_EQ(tv.context.sessions.GetCount(), 0u);
+    EXPECT_EQ(fake.events, (Events{"open 1", "open 2", "close 1", "close 2"}));
+}
+
 TEST_F(SessionsTest, AClientThatComesBackInTimeKeepsItsSessions) {
     const std::uint32_t session = client.Open<FakeMethod>();
     client.Disconnect();

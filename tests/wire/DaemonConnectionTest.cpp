@@ -1,4 +1,5 @@
 #include <csignal>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <thread>
@@ -78,6 +79,15 @@ TEST_F(DaemonConnectionTest, NobodyListening) {
     EXPECT_EQ(failure, Failure::Absent);
 }
 
+TEST_F(DaemonConnectionTest, APathMayBeRelative) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(std::filesystem::path(service.GetPath()).parent_path());
+    Failure failure = Failure::None;
+    EXPECT_NE(DaemonConnection::Open("norvex.sock", {}, kEnough, failure), nullptr);
+    EXPECT_EQ(failure, Failure::None);
+    std::filesystem::current_path(before);
+}
+
 TEST_F(DaemonConnectionTest, AFullBacklogIsGivenUpInTime) {
     std::vector<std::unique_ptr<DaemonConnection>> waiting;
     Failure failure = Failure::None;
@@ -147,23 +157,28 @@ TEST_F(DaemonConnectionTest, ACallAndItsReply) {
     EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), 5), "reply");
 }
 
-TEST_F(DaemonConnectionTest, LongMessagesGoBothWaysInSeveralPackets) {
+// Of one packet that is full, with the names of a call and without those, and longer ones.
+TEST_F(DaemonConnectionTest, MessagesOfAnyLengthGoBothWays) {
+    constexpr std::size_t kFull = wire::kMaxPacketPayload - wire::kMessageHeaderSize;
     const auto connection = Open();
-    std::string sent(3000000, '\0');
-    for (std::size_t i = 0; i < sent.size(); ++i)
-        sent[i] = static_cast<char>(i * 31 >> 3);
-    std::thread daemon([&] {
-        wire::Message message;
-        ASSERT_TRUE(serviceEnd->Receive(message));
-        const std::string tree(reinterpret_cast<const char*>(message.tree),
-                               message.header.treeSize);
-        serviceEnd->Send(wire::MessageKind::Reply, 1, tree.data(), tree.size());
-    });
-    EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, sent.data(), sent.size(), kEnough, reply),
-              Failure::None);
-    daemon.join();
-    ASSERT_EQ(reply.GetSize(), sent.size());
-    EXPECT_TRUE(std::equal(sent.begin(), sent.end(), static_cast<const char*>(reply.GetData())));
+    std::uint32_t serial = 0;
+    for (const std::size_t size : {kFull - 2, kFull - 1, kFull, kFull + 1, std::size_t{3000000}}) {
+        std::string sent(size, '\0');
+        for (std::size_t i = 0; i < sent.size(); ++i)
+            sent[i] = static_cast<char>(i * 31 >> 3);
+        ++serial;
+        std::thread daemon([&] {
+            wire::Message message;
+            ASSERT_TRUE(serviceEnd->Receive(message));
+            serviceEnd->Send(wire::MessageKind::Reply, serial, message.tree,
+                             message.header.treeSize);
+        });
+        EXPECT_EQ(connection->Call({"i", "m", 0, serial, 0}, sent.data(), size, kEnough, reply),
+                  Failure::None);
+        daemon.join();
+        EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), reply.GetSize()),
+                  sent);
+    }
 }
 
 TEST_F(DaemonConnectionTest, AnUnresponsiveServiceIsGivenUpInTime) {

@@ -17,8 +17,8 @@ protected:
     }
     void Emit() { tv.components.subscribers.Emit(kStarted, {101, 2}, 5); }
 
-    const Signals kEmitted{"81 101:2 0x5"};
-    const Signals kNone;
+    const Signals emitted{"81 101:2 0x5"};
+    const Signals none;
     TestTv tv;
     TestClient first{tv};
     TestClient second{tv};
@@ -26,21 +26,21 @@ protected:
 
 TEST_F(SubscribersTest, GetTheTvsOwnSignalsAsOftenAsTheyHaveSubscribed) {
     Emit();
-    EXPECT_EQ(first.TakeSignals(), kNone);
+    EXPECT_EQ(first.TakeSignals(), none);
     EXPECT_EQ(first.Subscribe(kStarted), kDone);
     EXPECT_EQ(first.Subscribe(kStarted), kDone);
     EXPECT_EQ(second.Subscribe(193), kDone);
     EXPECT_EQ(tv.State("/subscribers/0/subscriptions/81"), 2);
     Emit();
     // Once, however often it has subscribed.
-    EXPECT_EQ(first.TakeSignals(), kEmitted);
-    EXPECT_EQ(second.TakeSignals(), kNone);
+    EXPECT_EQ(first.TakeSignals(), emitted);
+    EXPECT_EQ(second.TakeSignals(), none);
     EXPECT_EQ(first.Unsubscribe(kStarted), kDone);
     Emit();
-    EXPECT_EQ(first.TakeSignals(), kEmitted);
+    EXPECT_EQ(first.TakeSignals(), emitted);
     EXPECT_EQ(first.Unsubscribe(kStarted), kDone);
     Emit();
-    EXPECT_EQ(first.TakeSignals(), kNone);
+    EXPECT_EQ(first.TakeSignals(), none);
     EXPECT_LT(first.Unsubscribe(kStarted), 0);
     EXPECT_TRUE(tv.Logged("norvex", "Unsubscribe refused: not subscribed to signal 81"));
 }
@@ -49,7 +49,7 @@ TEST_F(SubscribersTest, EndWithTheirSession) {
     first.Subscribe(kStarted);
     first.Close<SignalSubscriberMethod>();
     Emit();
-    EXPECT_EQ(first.TakeSignals(), kNone);
+    EXPECT_EQ(first.TakeSignals(), none);
     EXPECT_EQ(tv.State("/subscribers").size(), 1u);
 }
 
@@ -62,9 +62,9 @@ TEST_F(SubscribersTest, KeepTheirSubscriptionsWhileTheyAreDisconnected) {
     first.Reconnect();
     first.ListenToSignals();
     EXPECT_EQ(tv.State("/subscribers/0/connected"), true);
-    EXPECT_EQ(first.TakeSignals(), kNone);
+    EXPECT_EQ(first.TakeSignals(), none);
     Emit();
-    EXPECT_EQ(first.TakeSignals(), kEmitted);
+    EXPECT_EQ(first.TakeSignals(), emitted);
     first.Die();
     EXPECT_EQ(tv.State("/subscribers").size(), 1u);
 }
@@ -91,7 +91,7 @@ TEST_F(SubscribersTest, AllCallbacksGetASignalSentByCommand) {
 
 class TuneSignal : public testing::Test {
 protected:
-    const Signals kNone;
+    const Signals none;
     TestTv tv;
     TestClient client{tv};
 };
@@ -99,24 +99,24 @@ protected:
 TEST_F(TuneSignal, TellsTypeProfileAndNumberOfTheService) {
     client.ListenToSignals();
     client.SetService(kAirService); // not subscribed yet
-    EXPECT_EQ(client.TakeSignals(), kNone);
+    EXPECT_EQ(client.TakeSignals(), none);
     client.Subscribe(kStarted);
     client.SetService(kAirService); // the same one: it begins anew
     EXPECT_EQ(client.TakeSignals(), Signals{"81 1:0 0x700000002"});
     client.SetService(kOtherAirService); // negative fields keep to their place
     EXPECT_EQ(client.TakeSignals(), Signals{"81 1:0 0x80002ffff"});
     client.SetService(0x999); // refused
-    EXPECT_EQ(client.TakeSignals(), kNone);
+    EXPECT_EQ(client.TakeSignals(), none);
 }
 
 TEST_F(TuneSignal, NeedsTheTuner) {
     client.Subscribe(kStarted);
     client.SetSource(13);
-    EXPECT_EQ(client.TakeSignals(), kNone);
+    EXPECT_EQ(client.TakeSignals(), none);
     client.SetService(kAirService);
     EXPECT_EQ(client.TakeSignals().size(), 1u);
     client.SetSource(13);
-    EXPECT_EQ(client.TakeSignals(), kNone);
+    EXPECT_EQ(client.TakeSignals(), none);
     client.SetSource(0); // back at the service
     EXPECT_EQ(client.TakeSignals(), Signals{"81 1:0 0x700000002"});
 }
@@ -125,7 +125,7 @@ TEST_F(TuneSignal, NeedsASignalOfTheServicesTransponder) {
     client.Subscribe(kStarted);
     tv.Set("tuner", {"air/474000", "off"});
     client.SetService(kAirService);
-    EXPECT_EQ(client.TakeSignals(), kNone);
+    EXPECT_EQ(client.TakeSignals(), none);
     EXPECT_EQ(tv.MainState("receiving"), false);
     tv.Set("tuner", {"air/482000", "off"});
     tv.Set("tuner", {"air/474000", "on"});
