@@ -1,5 +1,5 @@
-# Headers that many sources parse are parsed once: JSON's for the daemon, the standard library's for the plug-in and the
-# host. Builds without ZARN_PRECOMPILE notice an include that is missing.
+# Common headers are parsed once: JSON's for the daemon, the standard library's for the plug-in and the host. Builds
+# without ZARN_PRECOMPILE detect missing includes.
 function(precompile_headers provider)
     cmake_parse_arguments(given "" "" "HEADERS;TARGETS" ${ARGN})
     file(WRITE ${CMAKE_BINARY_DIR}/precompile/${provider}.cpp "")

@@ -1,9 +1,9 @@
-# A room is a folder that is one target: all of its .cpp files. Its headers are seen by those rooms alone that name it
-# after MAY_SEE, and by those above them: a forbidden include does not compile.
+# A room is a folder that is one target: all of its .cpp files. Only rooms that name it after MAY_SEE, and those above
+# them, can include its headers: a forbidden include does not compile.
 #
 #   zarn_room(NAME [MAY_SEE TARGET...] [PRIVATE TARGET...])
 #
-# A folder with include/ in it keeps its public headers there (included as <room/Header.h>) and the others to itself.
+# If the folder has an include/, only the headers in it are public (included as <room/Header.h>).
 function(zarn_room name)
     cmake_parse_arguments(room "" "" "MAY_SEE;PRIVATE" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)

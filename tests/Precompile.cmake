@@ -1,5 +1,5 @@
-# Parsing GoogleTest is half of what compiling a test takes: once for programs and once for libraries, which are compiled
-# another way.
+# Parsing GoogleTest takes half of a test's compile time: do it once for programs and once for libraries, whose flags
+# differ.
 
 file(WRITE ${CMAKE_BINARY_DIR}/precompile/program.cpp "int main() {}\n")
 file(WRITE ${CMAKE_BINARY_DIR}/precompile/library.cpp "")

@@ -1,5 +1,5 @@
 # For scripts that run one command as their child: passes signals on to it, and calls the script's
-# end_all whatever ends the script.
+# end_all however the script ends.
 # shellcheck shell=bash
 
 child=
@@ -15,7 +15,7 @@ trap 'pass_on INT' INT
 trap 'pass_on TERM' TERM
 trap 'pass_on HUP' HUP
 
-# Waits for the command that was started last and exits with its status.
+# Waits for the last started command and exits with its status.
 wait_for_child() {
     child=$!
     local status

@@ -1,4 +1,4 @@
-# What every script begins with: strict mode, the root of the tree, help, messages, options.
+# Included by every script: strict mode, the root of the tree, help, messages, options.
 # shellcheck shell=bash disable=SC2034 # what is set here is used by the scripts
 set -euo pipefail
 
@@ -82,14 +82,14 @@ options() {
     arguments+=("$@")
 }
 
-# Fails when $2 is not one of the remaining arguments; $1 says what it is.
+# Fails unless $2 is one of the remaining arguments; $1 describes it.
 known() {
     local kind=$1 name=$2
     shift 2
     [[ " $* " == *" $name "* ]] || fail 2 "unknown $kind '$name'; available: $*"
 }
 
-# Fails when $1 is not a preset of CMakePresets.json.
+# Fails unless $1 is a preset of CMakePresets.json.
 known_preset() {
     # shellcheck disable=SC2046 # names without blanks
     known preset "$1" $(cmake -S "$root" --list-presets | sed -n 's/^ *"\([^"]*\)".*/\1/p')

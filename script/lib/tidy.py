@@ -1,4 +1,4 @@
-"""Runs clang-tidy for script/check, in as few and as short runs as the verdict allows.
+"""Runs clang-tidy for script/check, in as few and as short runs as possible.
 
     tidy.py naming FOLDER...    only the naming check
     tidy.py all FOLDER...       every check of .clang-tidy
@@ -55,7 +55,7 @@ def units(folders):
 
 @lru_cache(maxsize=None)
 def headers():
-    """The headers of this tree by their last name."""
+    """The headers of this tree by file name."""
     found = {}
     for top in TOPS:
         for header in (ROOT / top).rglob("*.h"):
@@ -65,7 +65,7 @@ def headers():
 
 @lru_cache(maxsize=None)
 def included(file):
-    """The headers that a file may include: all of this tree that an included name fits."""
+    """The headers that a file may include: all of this tree that match an included name."""
     names = INCLUDE.findall(file.read_text())
     return [h for name in names for h in headers().get(Path(name).name, []) if str(h).endswith("/" + name)]
 
@@ -83,7 +83,7 @@ def reached(sources):
 
 @lru_cache(maxsize=None)
 def configuration():
-    """What decides about every unit: the tool, this program, the .clang-tidy files."""
+    """What the result of every unit depends on: the tool, this program, the .clang-tidy files."""
     version = subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True).stdout
     files = [Path(__file__), ROOT / ".clang-tidy", *sorted(ROOT.glob("[a-z]*/.clang-tidy"))]
     return version + b"".join(file.read_bytes() for file in files)
