@@ -117,6 +117,20 @@ def test_state_is_kept_in_the_database_through_a_sudden_end(tv_off):
     assert switched_on(tv_off) == (1, True, True, True, -5)
 
 
+def test_what_was_reset_is_not_back_after_the_next_start(tv_off):
+    tv_off.start("--database", tv_off.folder / "db")
+    switch_on(tv_off)
+    tv_off.reset()
+    tv_off.kill()
+    tv_off.start()
+    assert switched_on(tv_off) == (0, False, False, False, None)
+
+
+def test_a_database_is_one_tvs(tv_off):
+    tv_off.start("--database", tv_off.folder / "db")
+    assert "database is locked" in refusal(SIM, "--socket", tv_off.folder / "other", "--database", tv_off.folder / "db")
+
+
 def test_without_a_database_state_outlives_the_client_and_ends_with_the_daemon(tv):
     switch_on(tv)
     assert switched_on(tv) == (1, True, True, True, -5)

@@ -19,7 +19,7 @@ from mutations import MUTATIONS
 PROGRAMS = ["norvex-sim", "norvex-simctl", "dlogutil", "lumo-debugmenu", "zarn-debughost", "zarn-debugmenu",
             "host-example-console", "failing-calls"]
 # Seconds for one entry of a mutation's tests; a mutation may keep one waiting for ever.
-LIMIT = 300
+LIMIT = 120
 
 
 def say(text):

@@ -157,6 +157,109 @@ mutate("src/tpms/ZoomControlMenu.cpp",
        '    rect.m_width = m_SelectCmd("SrcWidth = ");\n',
        "the zoom test's source asks for its height before its width", "zarn_tpms_tests")
 
+# The wire
+mutate("simulator/wire/Packet.cpp", "payloadSize >= missing", "payloadSize > missing",
+       "a packet that completes its message may say that more follows", "wire-test")
+mutate("simulator/wire/Packet.cpp", " ||\n        (bytes[3] & ~kPacketMore) != 0)", ")",
+       "unknown flags of a packet are passed over", "wire-test")
+mutate("simulator/wire/Packet.cpp", "EncodePacketHeader(m_packetHeader, m_left > 0);",
+       "EncodePacketHeader(m_packetHeader, room == kMaxPacketPayload);",
+       "the last packet of a message says that more follows when it is full", "wire-test")
+mutate("simulator/wire/Message.cpp",
+       "bytes[0] < static_cast<unsigned char>(MessageKind::Hello) ||\n        ", "",
+       "a message of kind 0 is taken", "wire-test")
+mutate("simulator/wire/Message.cpp", "header.methodSize <= kMaxNameSize", "header.methodSize < kMaxNameSize",
+       "an operation's name of the longest length is refused", "wire-test")
+mutate("simulator/wire/Tree.cpp", "    text = child.GetBytes();\n    return cursor.IsAtEnd();",
+       "    text = child.GetBytes();\n    return true;",
+       "a text may have more nodes after its bytes", "wire-test")
+mutate("simulator/wire/Tree.cpp", "        text = {};\n        return cursor.IsAtEnd();", "        text = {};\n        return true;",
+       "a text of length 0 may have bytes all the same", "wire-test")
+mutate("simulator/wire/Tree.cpp", "IsWellFormed(NodeCursor(data, size), kMaxDepth)",
+       "IsWellFormed(NodeCursor(data, size), kMaxDepth - 1)",
+       "a tree of the greatest depth is refused", "wire-test")
+mutate("simulator/wire/include/wire/Tree.h", "kind - static_cast<unsigned>(NodeKind::Value) > 3u", "kind > 4u",
+       "a node of kind 0 is taken", "wire-test")
+
+# The core library
+mutate("simulator/core/ArgumentList.cpp", "static_cast<long long>(node.size) != argument.size",
+       "static_cast<long long>(node.size) > argument.size",
+       "a reply's value that is too short fills a part of the argument", "wire-test")
+mutate("simulator/core/ArgumentList.cpp", "bool ArgumentList::Encode() {\n    m_scratch.Clear();", "bool ArgumentList::Encode() {",
+       "a helper that is run twice sends its arguments twice", "wire-test")
+mutate("simulator/core/ClassToTreeFormatter.cpp", "    branch.childCount += written ? 1 : 0;\n", "",
+       "an object in a branch is not counted among its children", "wire-test")
+mutate("simulator/core/BranchView.cpp", "highest = std::max(highest, int{node.tag});", "highest = int{node.tag};",
+       "a tag that stands before a higher one is not found again", "wire-test")
+mutate("simulator/core/DefaultNodeCreator.cpp", "node->GetSize() == byteCount", "node->GetSize() >= byteCount",
+       "an element is filled from a node that is longer", "wire-test")
+mutate("simulator/core/ObjectTree.cpp", "        buffer.Truncate(before);\n", "",
+       "an object that could not be written leaves its first half in the message", "wire-test")
+mutate("simulator/core/ObjectTree.cpp", "depth >= wire::kMaxDepth", "depth > wire::kMaxDepth",
+       "objects are written one level deeper than any reader takes", "wire-test")
+mutate("simulator/core/FormatterState.h", "if (!worked && !HasFailed())", "if (!worked)",
+       "a second failure of a formatter is counted as well", "wire-test")
+mutate("simulator/core/Marshalable.cpp", "cursor.Next(node) && cursor.IsAtEnd() &&", "cursor.Next(node) &&",
+       "an object is loaded from bytes that go on after it", "wire-test")
+mutate("simulator/core/DebugMenuUtility.cpp", "    dlclose(library);\n", "",
+       "an opened library stays after its function has returned", "wire-test")
+
+# A client's connection
+mutate("simulator/connection/DaemonConnection.cpp", " || more != (here < whole))", ")",
+       "a reply's first packet may lie about whether more follows", "wire-test")
+mutate("simulator/connection/DaemonConnection.cpp", " || more != (expected < size))", ")",
+       "a reply's further packets may lie about whether more follows", "wire-test")
+mutate("simulator/connection/DaemonConnection.cpp", "static_cast<std::int32_t>(header.serial - serial) > 0",
+       "header.serial > serial",
+       "a late answer from before the serial numbers began anew counts as one to a call that was never made", "wire-test")
+mutate("simulator/connection/DaemonConnection.cpp", "    if (!mayWait)\n        fcntl(socket, F_SETFL, 0);\n", "",
+       "a connection that asked a stalled TV whether it is back never waits", "wire-test")
+mutate("simulator/connection/DaemonClient.cpp", " ||\n        connection.GetClient() != m_client)", ")",
+       "sessions that the TV released meanwhile are taken for open", "wire-test", "client-test")
+mutate("simulator/connection/DaemonClient.cpp",
+       "        if (session.generation != connection.generation)\n            return Failure::None;\n        wire::Buffer tree;",
+       "        wire::Buffer tree;",
+       "the end of a session of an earlier TV closes one of the new TV's", "wire-test", "client-test")
+mutate("simulator/connection/DaemonClient.cpp", "(status >= 0 && !hasId)", "false",
+       "a session without an id is taken for open", "wire-test", "client-test")
+mutate("simulator/connection/DaemonClient.cpp", "            return failure;\n        DropIdle();\n", "            return failure;\n",
+       "two connections that ended while idle fail a call on a new TV", "wire-test", "client-test")
+mutate("simulator/connection/DaemonClient.cpp", "        if (m_isStalled) {\n            failure = Failure::Stalled;\n            return nullptr;\n        }\n", "",
+       "signals are asked for again and again, a whole limit each, while the TV is stalled", "wire-test", "client-test")
+mutate("simulator/connection/DaemonClient.cpp", "purpose.role == wire::Role::Calls ? std::move(connection) : nullptr",
+       "std::move(connection)",
+       "a connection for signals is used for calls when the TV comes back", "wire-test", "client-test")
+mutate("simulator/connection/Environment.cpp", "number >= 1 &&", "number >= 0 &&",
+       "a limit of 0 ms is taken from the environment", "wire-test", "client-test")
+
+# The client library
+mutate("simulator/client/SignalSubscriber.cpp", "if (found != m_subscriptions.rend())",
+       "if (found != m_subscriptions.rend() && IsWatching())",
+       "what is unsubscribed while there is no TV comes back with it", "client-test")
+mutate("simulator/client/SignalSubscriber.cpp", "each.type == type && each.filter == filter &&", "each.type == type &&",
+       "unsubscribing takes the latest subscription of a type, whatever its filter", "client-test")
+mutate("simulator/client/SignalSubscriber.cpp", "        m_session->Close();\n        return false;", "        return false;",
+       "a subscription that was restored before another one failed is made twice", "client-test")
+mutate("simulator/client/SignalSubscriber.cpp", "            m_daemon->DropIdle();\n", "",
+       "after the TV ended the idle connections are taken for its present state", "client-test")
+mutate("simulator/client/SignalSubscriber.cpp", "            StartTimer();\n            return false;", "            return false;",
+       "signals are not restored by themselves after the TV ended", "client-test")
+mutate("simulator/client/SignalSubscriber.cpp", "    if (status > 0)\n        m_subscriptions.push_back(subscription);",
+       "    m_subscriptions.push_back(subscription);",
+       "a subscription that was refused is made again with the next TV", "client-test")
+mutate("simulator/client/SignalSubscriber.cpp", "            return m_deliveringThread == std::thread::id() ||\n                   m_deliveringThread == std::this_thread::get_id();",
+       "            return m_deliveringThread == std::thread::id();",
+       "a callback that unsubscribes itself waits for its own end", "client-test")
+mutate("simulator/client/SignalSubscriber.cpp", "connection == nullptr || connection->generation != m_session->GetGeneration()",
+       "connection == nullptr",
+       "signals of a newer TV are watched with an older one's session", "client-test")
+mutate("simulator/client/RemoteCall.cpp", "return exchanged ? m_status : -1;", "return m_status;",
+       "a call whose reply was read in part is a success", "client-test")
+mutate("simulator/client/RemoteCall.h", "byte(flagTarget ? 1 : 0)", "byte(0)",
+       "a flag that a refusal does not bring becomes false", "client-test")
+mutate("simulator/client/SessionProxy.h", "return session->GetStatus();", "return -session->GetStatus();",
+       "a factory that is refused answers a success", "client-test")
+
 # What people type
 mutate("script/console", "[[ -n ${NORVEX_SOCKET:-} ]] || start_tv", "start_tv",
        "a TV that NORVEX_SOCKET names is passed over", "tests/system/script_console_test.py")
@@ -166,7 +269,7 @@ mutate("script/console", "--) shift ;;", "--) ;;",
        "--help after -- is not the host's", "tests/system/script_console_test.py")
 mutate("script/console", 'become_host "$@" <&0 &', 'become_host "$@" &',
        "the words of a pipe do not reach the host", "tests/system/script_console_test.py")
-mutate("script/console", "exec env --default-signal=INT,QUIT", "exec",
+mutate("script/in-device", '    exec env --default-signal=INT,QUIT "$@"', '    exec "$@"',
        "Ctrl-C does not end the console", "tests/system/script_console_test.py")
 mutate("script/in-device", '    rm -rf "$directory"\n}', "}",
        "each command run in the device leaves a directory", "tests/system/script_console_test.py")

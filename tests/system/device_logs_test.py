@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import signal
 import subprocess
 
 import pytest
@@ -110,6 +111,26 @@ def test_a_viewer_ends_with_the_tv_that_it_follows(tv):
     tv.wait("/daemon/viewers == 1")
     tv.kill()
     assert viewer.end() == (0, None)
+
+
+def test_a_viewer_ends_with_its_reader_although_nothing_is_logged(tv):
+    with subprocess.Popen([VIEWER, "tvvideosink"], env=tv.environment, stdout=subprocess.PIPE) as viewer:
+        tv.wait("/daemon/viewers == 1")
+        viewer.stdout.close()
+        assert viewer.wait(LIMIT) == 0
+    tv.wait("/daemon/viewers == 0")
+
+
+@pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT, signal.SIGHUP])
+def test_a_viewer_ends_by_the_usual_signals_also_where_its_starter_blocks_and_ignores_them(tv, number):
+    def shield():
+        signal.signal(number, signal.SIG_IGN)
+        signal.pthread_sigmask(signal.SIG_BLOCK, [number])
+
+    with subprocess.Popen([VIEWER, "tvvideosink"], env=tv.environment, preexec_fn=shield) as viewer:
+        tv.wait("/daemon/viewers == 1")
+        viewer.send_signal(number)
+        assert viewer.wait(LIMIT) == -number
 
 
 @pytest.mark.parametrize("tags, status", [(["tvvideosink"], 1), ([], 2)])

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <norvex/core/Assert.h>
@@ -29,6 +30,7 @@ TEST(DebugMenuUtility, OpensALibraryAndCallsItsEntry) {
     EXPECT_TRUE(TCDebugMenuUtility::OpenLibrary(OPENED_LIBRARY, "opened_entry"));
     ASSERT_NE(std::getenv(kTrace), nullptr);
     EXPECT_STREQ(std::getenv(kTrace), "called");
+    EXPECT_EQ(dlopen(OPENED_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it has gone again";
     unsetenv(kTrace);
 }
 

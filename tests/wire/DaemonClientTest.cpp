@@ -138,6 +138,25 @@ TEST_F(DaemonClientTest, AConnectionThatEndedWhileIdleCostsNoCall) {
     EXPECT_EQ(CallsOf(1, 1, [&] { EXPECT_EQ(Call(), Failure::None); }).size(), 1u);
 }
 
+TEST_F(DaemonClientTest, TwoConnectionsThatEndedWhileIdleCostNoCall) {
+    std::thread far([&] {
+        std::unique_ptr<FakeService::Connection> connections[2];
+        wire::Message messages[2];
+        for (int i = 0; i < 2; ++i) {
+            connections[i] = service.Accept();
+            connections[i]->Welcome();
+            ASSERT_TRUE(connections[i]->Receive(messages[i]));
+        }
+        for (int i = 0; i < 2; ++i)
+            connections[i]->Reply(messages[i], 1);
+    });
+    std::thread caller([&] { EXPECT_EQ(Call(), Failure::None); });
+    EXPECT_EQ(Call(), Failure::None);
+    caller.join();
+    far.join();
+    EXPECT_EQ(CallsOf(1, 1, [&] { EXPECT_EQ(Call(), Failure::None); }).size(), 1u);
+}
+
 TEST_F(UnresponsiveDaemonTest, AfterATimeoutEveryCallFailsAtOnceUntilTheHelloIsAnswered) {
     std::unique_ptr<FakeService::Connection> connection;
     std::unique_ptr<FakeService::Connection> probe;
@@ -204,6 +223,9 @@ TEST_F(UnwelcomingDaemonTest, AWelcomeThatDoesNotComeStallsToo) {
     EXPECT_EQ(Call(), Failure::Unresponsive) << "nobody has accepted";
     EXPECT_EQ(Call(), Failure::Stalled);
     EXPECT_EQ(Call(), Failure::Stalled);
+    Failure failure = Failure::None;
+    EXPECT_EQ(daemon->OpenSignals(1, failure), nullptr);
+    EXPECT_EQ(failure, Failure::Stalled);
 }
 
 TEST_F(UnwelcomingDaemonTest, ASignalConnectionWithoutWelcomeLeavesAHelloToBeAnswered) {

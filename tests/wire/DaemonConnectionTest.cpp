@@ -17,6 +17,15 @@ using std::chrono::milliseconds;
 constexpr milliseconds kEnough{5000};
 constexpr milliseconds kShort{60};
 
+// Of a reply to call 1.
+std::vector<Packet> PacketsOfReply(std::size_t treeSize) {
+    wire::MessageHeader header;
+    header.kind = wire::MessageKind::Reply;
+    header.serial = 1;
+    const std::string tree(treeSize, 'x');
+    return ToPackets(header, {}, {}, tree.data(), tree.size());
+}
+
 class DaemonConnectionTest : public testing::Test {
 protected:
     // A connection whose hello has been answered.
@@ -38,11 +47,7 @@ protected:
 
     // Sends the first packet of a long reply to call 1.
     void BeginReply() {
-        wire::MessageHeader header;
-        header.kind = wire::MessageKind::Reply;
-        header.serial = 1;
-        const std::string tree(1u << 20, 'x');
-        const Packet packet = ToPackets(header, {}, {}, tree.data(), tree.size()).front();
+        const Packet packet = PacketsOfReply(1u << 20).front();
         serviceEnd->SendRaw(packet.data(), packet.size());
     }
 
@@ -269,6 +274,28 @@ TEST_F(DaemonConnectionTest, MalformedAnswers) {
     const std::string long_(100000, 'x');
     EXPECT_EQ(answer([&] { serviceEnd->SendRaw(long_.data(), long_.size()); }), Failure::Malformed)
         << "longer than any packet";
+}
+
+TEST_F(DaemonConnectionTest, EachPacketOfAReplySaysWhetherMoreFollows) {
+    const std::size_t full = wire::kMaxPacketPayload - wire::kMessageHeaderSize;
+    for (const std::size_t treeSize : {std::size_t{3}, full, full + 3, 2 * full}) {
+        std::vector<Packet> packets = PacketsOfReply(treeSize);
+        for (Packet& lying : packets) {
+            lying[3] ^= wire::kPacketMore;
+            const auto connection = Open();
+            for (const Packet& packet : packets)
+                serviceEnd->SendRaw(packet.data(), packet.size());
+            EXPECT_EQ(Call(*connection, 1), Failure::Malformed) << treeSize;
+            lying[3] ^= wire::kPacketMore;
+        }
+    }
+}
+
+TEST_F(DaemonConnectionTest, SerialNumbersBeginAnewAfterTheLast) {
+    const auto connection = Open();
+    serviceEnd->Send(wire::MessageKind::Reply, 0xFFFFFFFF, nullptr, 0);
+    serviceEnd->Send(wire::MessageKind::Reply, 1, nullptr, 0);
+    EXPECT_EQ(Call(*connection, 1), Failure::None) << "the late answer is passed over";
 }
 
 TEST_F(DaemonConnectionTest, ASignalHandlerDoesNotEndTheWait) {

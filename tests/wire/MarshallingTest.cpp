@@ -280,6 +280,50 @@ TEST(Marshalling, NestedObjectsEndAtTheDeepestBranch) {
     EXPECT_TRUE(wire::IsWellFormed(buffer.GetData(), buffer.GetSize()));
 }
 
+TEST(Marshalling, AnObjectThatCannotBeWrittenLeavesNothing) {
+    Scripted inner;
+    int value = 1;
+    inner.write = [&](TCTreeBranch& branch) {
+        TCClassToTreeFormatter(branch).PushValue(0, sizeof value, &value);
+        return false;
+    };
+    Scripted outer;
+    outer.write = [&](TCTreeBranch& branch) {
+        TCClassToTreeFormatter formatter(branch);
+        EXPECT_FALSE(formatter.PushMarshalableClass(0, &inner));
+        return formatter.PushValue(1, sizeof value, &value);
+    };
+    TCMessageBuffer buffer;
+    EXPECT_TRUE(outer.Store(&buffer));
+    EXPECT_EQ(buffer.GetSize(), 2 * wire::kNodeHeaderSize + sizeof value);
+}
+
+TEST(Marshalling, ObjectsCountAmongABranchsChildren) {
+    Scripted inner;
+    Scripted outer;
+    outer.write = [&](TCTreeBranch& branch) {
+        return TCClassToTreeFormatter(branch).PushMarshalableClass(0, &inner) &&
+               branch.AppendChild(new TCTreeLeafVar(-1, 1, "x"));
+    };
+    TCMessageBuffer buffer;
+    ASSERT_TRUE(outer.Store(&buffer));
+    outer.read = [](TCTreeBranch& branch) {
+        branch.GetFirstChild();
+        EXPECT_EQ(branch.GetNextChild()->GetTag(), 1);
+        return true;
+    };
+    EXPECT_TRUE(outer.Load(&buffer));
+}
+
+TEST(Marshalling, WhatGoesOnAfterTheObjectIsNoObject) {
+    Scripted object;
+    TCMessageBuffer buffer;
+    ASSERT_TRUE(object.Store(&buffer));
+    ASSERT_TRUE(object.Load(&buffer));
+    ASSERT_TRUE(object.Store(&buffer));
+    EXPECT_FALSE(object.Load(&buffer));
+}
+
 TEST(Marshalling, ABranchTakesOwnershipOfALeaf) {
     Scripted object;
     object.write = [](TCTreeBranch& branch) {
@@ -416,6 +460,20 @@ TEST(Marshalling, AnArgumentThatCannotBeWrittenMakesNoCall) {
     std::string interfaceName = "i";
     EXPECT_FALSE(helper.Run(&connection, interfaceName, "m", 4, false));
     EXPECT_EQ(connection.methodId, -1);
+}
+
+TEST(Marshalling, AHelperThatRunsAgainSendsItsArgumentsAsTheyAreThen) {
+    EchoConnection connection;
+    TCMarshallingHelperProxy helper;
+    std::int32_t value = 1;
+    helper.PushValue(MARSHALLING_IN, sizeof value, &value);
+    std::string interfaceName = "test";
+    ASSERT_TRUE(helper.Run(&connection, interfaceName, "Again", 0, false));
+    EchoConnection::Bytes expected = connection.call;
+    expected[wire::kNodeHeaderSize] = 2;
+    value = 2;
+    ASSERT_TRUE(helper.Run(&connection, interfaceName, "Again", 0, false));
+    EXPECT_EQ(connection.call, expected);
 }
 
 TEST(Marshalling, HelpersMayBeNested) {

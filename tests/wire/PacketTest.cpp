@@ -77,6 +77,29 @@ TEST(Packet, AShortPacketOfWhichMoreFollowsIsRefused) {
     EXPECT_EQ(Feed(assembler, first), Result::Malformed);
 }
 
+TEST(Packet, AMessageOfAnUnknownKindIsRefused) {
+    for (const int kind : {0, 7, 255}) {
+        Packet packet = PacketsOf(16)[0];
+        packet[wire::kPacketHeaderSize] = static_cast<unsigned char>(kind);
+        wire::PacketAssembler assembler;
+        EXPECT_EQ(Feed(assembler, packet), Result::Malformed) << kind;
+    }
+}
+
+TEST(Packet, NamesHaveUpTo255Bytes) {
+    const auto isTaken = [](std::uint16_t interfaceSize, std::uint16_t methodSize) {
+        wire::MessageHeader header;
+        header.interfaceSize = interfaceSize;
+        header.methodSize = methodSize;
+        unsigned char bytes[wire::kMessageHeaderSize];
+        wire::EncodeMessageHeader(bytes, header);
+        return wire::DecodeMessageHeader(bytes, sizeof bytes, header);
+    };
+    EXPECT_TRUE(isTaken(255, 255));
+    EXPECT_FALSE(isTaken(256, 255));
+    EXPECT_FALSE(isTaken(255, 256));
+}
+
 TEST(Packet, ALengthOverTheLimitIsRefusedBeforeMemoryIsTaken) {
     Packet packet = PacketsOf(16)[0];
     const std::uint32_t tooLong = wire::kMaxTreeSize + 1;

@@ -1,5 +1,6 @@
 #include <atomic>
 #include <condition_variable>
+#include <future>
 #include <glib.h>
 #include <gtest/gtest.h>
 #include <mutex>
@@ -366,6 +367,90 @@ TEST_F(SignalTest, ACallThatFindsTheNewDaemonFirstBringsTheOthersBack) {
     while (callback.GetCount() == 0)
         g_main_context_iteration(nullptr, TRUE);
     EXPECT_EQ(Destroy(), 0);
+}
+
+TEST_F(SignalTest, OfTwoFiltersTheOneThatIsRemovedDoesNotComeBack) {
+    ISignalSubscriber* subscriber = nullptr;
+    {
+        DaemonRun run(service, 1, 5);
+        subscriber = Create();
+        ASSERT_NE(subscriber, nullptr);
+        EXPECT_EQ(subscriber->Subscribe(SIGNAL_SI_STARTED, 0, 702, 0, 0), 1);
+        EXPECT_EQ(subscriber->Subscribe(SIGNAL_SI_STARTED, 0, 703, 0, 0), 1);
+        service.StopListening();
+        run.GetSignals().Close();
+        while (g_main_context_iteration(nullptr, FALSE)) {
+        }
+    }
+    EXPECT_EQ(subscriber->Unsubscribe(SIGNAL_SI_STARTED, 702, 0, 0), -1);
+    service.Listen();
+    DaemonRun run(service, 2, 9);
+    const LoopThread loop;
+    run.GetSignals();
+    EXPECT_EQ(Destroy(), 0);
+    EXPECT_EQ(run.AwaitCalls(2), (std::vector<std::string>{"Subscribe 81 0 703 0 0", "Close 9"}));
+}
+
+TEST_F(SignalTest, ASubscriptionIsRestoredOnceAlthoughAnotherOneFailed) {
+    CreateWithoutDaemon({SIGNAL_SI_STARTED, SIGNAL_BARKER_CHANNEL_TUNE});
+    service.Listen();
+    std::vector<std::string> calls;
+    std::promise<void> restored;
+    std::thread far([&] {
+        const auto connection = service.Accept();
+        connection->Welcome(2);
+        std::unique_ptr<FakeService::Connection> signals;
+        wire::Message message;
+        std::uint32_t session = 8;
+        while (connection->Receive(message)) {
+            calls.push_back(std::string(message.method) + " " +
+                            std::to_string(message.header.session));
+            wire::Buffer tree;
+            wire::TreeWriter writer(tree);
+            // The second of the first session is refused.
+            writer.PutValue(0, std::int32_t{calls.size() == 3 ? -4 : 1});
+            if (message.method == "Open")
+                writer.PutValue(1, ++session);
+            connection->Reply(message, tree);
+            if (calls.size() == 7) {
+                signals = service.Accept();
+                signals->Welcome(2);
+                restored.set_value();
+            }
+        }
+    });
+    {
+        const LoopThread loop;
+        restored.get_future().wait();
+    }
+    EXPECT_EQ(Destroy(), 0);
+    far.join();
+    EXPECT_EQ(calls,
+              (std::vector<std::string>{"Open 0", "Subscribe 9", "Subscribe 9", "Close 0", "Open 0",
+                                        "Subscribe 10", "Subscribe 10", "Close 0"}));
+}
+
+TEST_F(SignalTest, SignalsOfANewerDaemonAreNotTakenForAnOlderOnesSession) {
+    std::thread far([&] {
+        const auto calls = service.Accept();
+        calls->Welcome(1);
+        wire::Message message;
+        ASSERT_TRUE(calls->Receive(message));
+        wire::Buffer tree;
+        wire::TreeWriter writer(tree);
+        writer.PutValue(0, std::int32_t{0});
+        writer.PutValue(1, std::uint32_t{5});
+        calls->Reply(message, tree);
+        const auto signals = service.Accept();
+        signals->Welcome(2);
+        signals->AwaitEnd();
+        const auto next = service.Accept();
+        next->Welcome(2);
+        EXPECT_EQ(FakeService::Serve(*next), std::vector<std::string>{});
+    });
+    ASSERT_NE(Create(), nullptr);
+    EXPECT_EQ(Destroy(), 0);
+    far.join();
 }
 
 TEST_F(SignalTest, ManySignalsComeWithoutOneLost) {

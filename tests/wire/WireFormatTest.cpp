@@ -171,6 +171,24 @@ TEST(WireFormat, AnEmptyTextIsItsLengthAlone) {
     EXPECT_EQ(TreeOf(text), expected);
 }
 
+TEST(WireFormat, ATextHasNothingAfterItsBytes) {
+    for (const std::string_view bytes : {"", "abc"}) {
+        wire::Buffer buffer;
+        wire::TreeWriter writer(buffer);
+        const std::size_t begin = writer.BeginBranch(0);
+        writer.PutValue(0, static_cast<std::uint32_t>(bytes.size()));
+        if (!bytes.empty())
+            writer.PutLeaf(1, wire::NodeKind::Array, bytes.data(), bytes.size());
+        writer.PutValue(2, 5);
+        writer.EndBranch(begin);
+        wire::NodeCursor cursor(buffer.GetData(), buffer.GetSize());
+        wire::Node node;
+        ASSERT_TRUE(cursor.Next(node));
+        std::string_view text;
+        EXPECT_FALSE(wire::GetText(node, text)) << bytes;
+    }
+}
+
 TEST(WireFormat, AContainersChildrenAreNumberedByTheirPlace) {
     std::vector<Numbers> two(2);
     TestVector<Numbers> container(two);
