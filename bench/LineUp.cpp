@@ -21,23 +21,26 @@ namespace bench {
 
 namespace {
 
+constexpr auto kEqual = values::Comparison::Equal;
+constexpr auto kDifferent = values::Comparison::Different;
+
 // Both ways through the line-up begin so.
 sim::Criteria VisibleServices() {
     sim::Criteria criteria;
-    criteria.conditions = {{0, SERVICE_FIELD_LISTED, 1}, {0, SERVICE_FIELD_HIDDEN, 0}};
+    criteria.conditions = {{kEqual, SERVICE_FIELD_LISTED, 1}, {kEqual, SERVICE_FIELD_HIDDEN, 0}};
     criteria.fetched = {SERVICE_FIELD_ID};
     return criteria;
 }
 
 sim::Criteria ByMajor() {
     sim::Criteria criteria = VisibleServices();
-    criteria.conditions.push_back({0, SERVICE_FIELD_MAJOR, 0});
+    criteria.conditions.push_back({kEqual, SERVICE_FIELD_MAJOR, 0});
     return criteria;
 }
 
 sim::Criteria Broadcast() {
     sim::Criteria criteria = VisibleServices();
-    criteria.conditions.push_back({1, SERVICE_FIELD_CHANNEL_TYPE, CHANNEL_TYPE_VIRTUAL});
+    criteria.conditions.push_back({kDifferent, SERVICE_FIELD_CHANNEL_TYPE, CHANNEL_TYPE_VIRTUAL});
     return criteria;
 }
 

@@ -1,7 +1,6 @@
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/PipelineUtility.h>
 
-#include "MarshalableText.h"
 #include "SessionProxy.h"
 
 namespace {
@@ -15,8 +14,7 @@ public:
                             const std::uint64_t& serviceId) override {
         RemoteCall call(GetSession());
         call.In(type);
-        MarshalableText receiverArgument(receiver);
-        call.InObject(receiverArgument);
+        call.In(receiver);
         call.In(state);
         call.In(serviceId);
         return call.Make(Method::NotifyReceiverState);
@@ -26,8 +24,7 @@ public:
                                int option) override {
         RemoteCall call(GetSession());
         call.In(type);
-        MarshalableText receiverArgument(receiver);
-        call.InObject(receiverArgument);
+        call.In(receiver);
         call.In(option);
         return call.Make(Method::RegisterForStateChange);
     }
@@ -35,8 +32,7 @@ public:
     int UnregisterFromStateChange(EStateChangeType type, const std::string& receiver) override {
         RemoteCall call(GetSession());
         call.In(type);
-        MarshalableText receiverArgument(receiver);
-        call.InObject(receiverArgument);
+        call.In(receiver);
         return call.Make(Method::UnregisterFromStateChange);
     }
 
@@ -54,7 +50,7 @@ public:
         if (status == nullptr)
             return -1;
         RemoteCall call(GetSession());
-        call.OutObject(*status);
+        call.Out(*status);
         return call.Make(Method::GetCurrentTPMSStatus);
     }
 
@@ -62,8 +58,7 @@ public:
                                  const std::uint64_t& serviceId) override {
         RemoteCall call(GetSession());
         call.In(type);
-        MarshalableText applicationArgument(application);
-        call.InObject(applicationArgument);
+        call.In(application);
         call.In(state);
         call.In(serviceId);
         return call.Make(Method::NotifyReadyForSetService);

@@ -6,14 +6,6 @@ RemoteCall::RemoteCall(SessionConnection& session) : m_session(session) {
     m_helper.PushValue(MARSHALLING_OUT, sizeof m_status, &m_status);
 }
 
-void RemoteCall::InObject(const TIMarshalable& object) {
-    m_helper.PushMarshalableClass(MARSHALLING_IN, const_cast<TIMarshalable*>(&object));
-}
-
-void RemoteCall::OutObject(TIMarshalable& object) {
-    m_helper.PushMarshalableClass(MARSHALLING_OUT, &object);
-}
-
 int RemoteCall::Make(const std::string& method, short methodId) {
     const bool exchanged =
         m_helper.Run(&m_session, m_session.GetInterfaceName(), method, methodId, false);

@@ -1,13 +1,16 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include <interfaces/InterfaceTable.h>
 #include <norvex/core/MarshallingHelperProxy.h>
 
+#include "MarshalableValue.h"
+
 class SessionConnection;
-class TIMarshalable;
 
 // One operation of a session on its way: the status comes first, then the arguments in their order,
 // each of which must live until Make.
@@ -15,19 +18,14 @@ class RemoteCall {
 public:
     explicit RemoteCall(SessionConnection& session);
 
-    template <class T> void In(const T& value) {
-        static_assert(std::is_arithmetic_v<T> || std::is_enum_v<T>);
-        m_helper.PushValue(MARSHALLING_IN, sizeof value, const_cast<T*>(&value));
-    }
+    // A number, one of the client library's objects, or a value (values/Layout.h). Writing leaves it
+    // as it is.
+    template <class T> void In(const T& value) { Push(MARSHALLING_IN, const_cast<T&>(value)); }
     template <class T> void Out(T& value) {
-        static_assert(std::is_arithmetic_v<T> || std::is_enum_v<T>);
         // Any byte may come back, but a bool holds only two of them: see Flag.
         static_assert(!std::is_same_v<T, bool>);
-        m_helper.PushValue(MARSHALLING_OUT, sizeof value, &value);
+        Push(MARSHALLING_OUT, value);
     }
-    // Writing leaves the object as it is.
-    void InObject(const TIMarshalable& object);
-    void OutObject(TIMarshalable& object);
 
     // Makes the call. The remote status, or -1 when there was no exchange.
     template <class Method> int Make(Method method) {
@@ -35,10 +33,21 @@ public:
     }
 
 private:
+    template <class T> void Push(EMarshallingDirection direction, T& value) {
+        if constexpr (values::Scalar<T>) {
+            m_helper.PushValue(direction, sizeof value, &value);
+        } else if constexpr (std::is_base_of_v<TIMarshalable, T>) {
+            m_helper.PushMarshalableClass(direction, &value);
+        } else {
+            m_values.push_back(std::make_unique<MarshalableValue<T>>(value));
+            m_helper.PushMarshalableClass(direction, m_values.back().get());
+        }
+    }
     int Make(const std::string& method, short methodId);
 
     SessionConnection& m_session;
     TCMarshallingHelperProxy m_helper;
+    std::vector<std::unique_ptr<TIMarshalable>> m_values;
     int m_status = -1;
 };
 

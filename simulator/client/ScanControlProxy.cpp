@@ -1,11 +1,18 @@
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/ScanControl.h>
+#include <values/Values.h>
 
-#include "MarshalableServiceCodes.h"
-#include "MarshalableText.h"
 #include "SessionProxy.h"
 
 namespace {
+
+std::vector<values::ServiceCode>
+ToCodes(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) {
+    std::vector<values::ServiceCode> codes;
+    for (const auto& [service, code] : services)
+        codes.push_back({service, code});
+    return codes;
+}
 
 class ScanControlProxy final : public SessionProxy<IScanControl, interfaces::ScanControlMethod> {
 public:
@@ -14,18 +21,17 @@ public:
     int IsTuneAroundNeeded(
         const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) override {
         RemoteCall call(GetSession());
-        MarshalableServiceCodes servicesArgument(services);
-        call.InObject(servicesArgument);
+        const std::vector<values::ServiceCode> codes = ToCodes(services);
+        call.In(codes);
         return call.Make(Method::IsTuneAroundNeeded);
     }
 
     int StartTuneAround(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services,
                         const std::string& caller) override {
         RemoteCall call(GetSession());
-        MarshalableServiceCodes servicesArgument(services);
-        call.InObject(servicesArgument);
-        MarshalableText callerArgument(caller);
-        call.InObject(callerArgument);
+        const std::vector<values::ServiceCode> codes = ToCodes(services);
+        call.In(codes);
+        call.In(caller);
         return call.Make(Method::StartTuneAround);
     }
 
@@ -36,15 +42,14 @@ public:
 
     int IsBarkerChannelScanAvailable(const TSTvMode& tvMode) override {
         RemoteCall call(GetSession());
-        call.InObject(tvMode);
+        call.In(tvMode);
         return call.Make(Method::IsBarkerChannelScanAvailable);
     }
 
     int StartBarkerChannelScan(const std::string& text, const TSTvMode& tvMode) override {
         RemoteCall call(GetSession());
-        MarshalableText textArgument(text);
-        call.InObject(textArgument);
-        call.InObject(tvMode);
+        call.In(text);
+        call.In(tvMode);
         return call.Make(Method::StartBarkerChannelScan);
     }
 

@@ -12,7 +12,7 @@ public:
     int GetCurrentProgram(const std::uint64_t& serviceId, TCProgramData& program) override {
         RemoteCall call(GetSession());
         call.In(serviceId);
-        call.OutObject(program);
+        call.Out(program);
         return call.Make(Method::GetCurrentProgram);
     }
 };

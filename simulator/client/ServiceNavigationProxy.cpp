@@ -1,8 +1,7 @@
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/ServiceNavigation.h>
 
-#include "MarshalableServiceRecords.h"
-#include "MarshalableText.h"
+#include "ServiceRecords.h"
 #include "SessionProxy.h"
 
 namespace {
@@ -14,17 +13,17 @@ public:
 
     int GetTvMode(TSTvMode& tvMode) override {
         RemoteCall call(GetSession());
-        call.OutObject(tvMode);
+        call.Out(tvMode);
         return call.Make(Method::GetTvMode);
     }
 
     int GetServiceList(const TCCriteriaHelper& criteria, std::list<TCServiceData*>& records,
                        const TSTvMode& tvMode, int first, int count) override {
         RemoteCall call(GetSession());
-        call.InObject(criteria);
-        MarshalableServiceRecords recordsArgument(records);
-        call.OutObject(recordsArgument);
-        call.InObject(tvMode);
+        call.In(criteria);
+        MarshalableRecords recordsArgument(records);
+        call.Out(recordsArgument);
+        call.In(tvMode);
         call.In(first);
         call.In(count);
         return call.Make(Method::GetServiceList);
@@ -32,19 +31,17 @@ public:
 
     int SetTvMode(const TSTvMode& tvMode, std::string& text) override {
         RemoteCall call(GetSession());
-        call.InObject(tvMode);
-        MarshalableText textArgument(text);
-        call.InObject(textArgument);
+        call.In(tvMode);
+        call.In(text);
         return call.Make(Method::SetTvMode);
     }
 
     int SetTvMode(const TSTvMode& tvMode, const std::uint64_t& serviceId,
                   std::string& text) override {
         RemoteCall call(GetSession());
-        call.InObject(tvMode);
+        call.In(tvMode);
         call.In(serviceId);
-        MarshalableText textArgument(text);
-        call.InObject(textArgument);
+        call.In(text);
         return call.Make(Method::SetTvMode_Service);
     }
 
@@ -61,8 +58,7 @@ public:
         call.In(serviceId);
         call.In(option);
         call.In(flags);
-        MarshalableText textArgument(text);
-        call.InObject(textArgument);
+        call.In(text);
         return call.Make(Method::SetService);
     }
 
@@ -70,7 +66,7 @@ public:
                          int option) override {
         RemoteCall call(GetSession());
         call.In(serviceId);
-        call.InObject(tvMode);
+        call.In(tvMode);
         call.In(option);
         return call.Make(Method::SetBootupService);
     }
@@ -80,7 +76,7 @@ public:
             return -1;
         RemoteCall call(GetSession());
         call.Out(*serviceId);
-        call.InObject(tvMode);
+        call.In(tvMode);
         return call.Make(Method::GetLatestVeldaServiceId);
     }
 
@@ -89,7 +85,7 @@ public:
             return -1;
         RemoteCall call(GetSession());
         call.Out(*serviceId);
-        call.InObject(tvMode);
+        call.In(tvMode);
         return call.Make(Method::GetLatestServiceId);
     }
 };

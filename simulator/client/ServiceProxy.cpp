@@ -11,8 +11,8 @@ public:
 
     int FindService(const TCCriteriaHelper& criteria, TCServiceData& record, int count) override {
         RemoteCall call(GetSession());
-        call.InObject(criteria);
-        call.OutObject(record);
+        call.In(criteria);
+        call.Out(record);
         call.In(count);
         return call.Make(Method::FindService);
     }

@@ -1,7 +1,6 @@
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/SourceControl.h>
 
-#include "MarshalableText.h"
 #include "SessionProxy.h"
 
 namespace {
@@ -14,8 +13,7 @@ public:
     int SetSource(ESource source, std::string& text) override {
         RemoteCall call(GetSession());
         call.In(source);
-        MarshalableText textArgument(text);
-        call.InObject(textArgument);
+        call.In(text);
         return call.Make(Method::SetSource);
     }
 
@@ -23,8 +21,7 @@ public:
         RemoteCall call(GetSession());
         call.In(source);
         call.In(serviceId);
-        MarshalableText textArgument(text);
-        call.InObject(textArgument);
+        call.In(text);
         return call.Make(Method::SetSource_Service);
     }
 
@@ -58,8 +55,7 @@ public:
     int SetPreviewSource(ESource source, std::string& text) override {
         RemoteCall call(GetSession());
         call.In(source);
-        MarshalableText textArgument(text);
-        call.InObject(textArgument);
+        call.In(text);
         return call.Make(Method::SetPreviewSource);
     }
 
@@ -67,8 +63,7 @@ public:
         RemoteCall call(GetSession());
         call.In(source);
         call.In(serviceId);
-        MarshalableText textArgument(text);
-        call.InObject(textArgument);
+        call.In(text);
         return call.Make(Method::SetPreviewSource_Service);
     }
 };

@@ -3,10 +3,9 @@
 #include <memory>
 #include <utility>
 
-#include <norvex/core/ClassToTreeFormatter.h>
-#include <norvex/core/TreeToClassFormatter.h>
+#include <values/Values.h>
 
-#include "StatusForms.h"
+#include "MarshalableValue.h"
 
 namespace {
 
@@ -28,14 +27,40 @@ struct Snapshot {
     std::vector<const TCTPMSStatusEntry*> entries;
 };
 
-constexpr short kPipelinesTag = 0;
-constexpr short kEntriesTag = 1;
-
 Snapshot& GetSnapshot(void* state) {
     return *static_cast<Snapshot*>(state);
 }
 
+using EventTimes = std::map<ESIEvent, unsigned long long>;
+
+EventTimes& GetTimes(void* state) {
+    return *static_cast<EventTimes*>(state);
+}
+
 } // namespace
+
+TCPipelineInfo::TCPipelineInfo() : m_pState(new EventTimes) {}
+
+TCPipelineInfo::TCPipelineInfo(const TCPipelineInfo& other)
+    : m_pState(new EventTimes(GetTimes(other.m_pState))) {}
+
+TCPipelineInfo& TCPipelineInfo::operator=(const TCPipelineInfo& other) {
+    if (this != &other)
+        GetTimes(m_pState) = GetTimes(other.m_pState);
+    return *this;
+}
+
+TCPipelineInfo::~TCPipelineInfo() {
+    delete &GetTimes(m_pState);
+}
+
+const std::map<ESIEvent, unsigned long long>& TCPipelineInfo::GetEventTimes() const {
+    return GetTimes(m_pState);
+}
+
+void TCPipelineInfo::SetEventTime(ESIEvent event, unsigned long long milliseconds) {
+    GetTimes(m_pState)[event] = milliseconds;
+}
 
 TCTPMSStatusEntry::~TCTPMSStatusEntry() = default;
 
@@ -57,42 +82,35 @@ const std::map<NorvexHandle, TCPipelineInfo>& TCTPMSStatus::GetPipelines() const
 
 bool TCTPMSStatus::ClassToTree(TCTreeBranch& branch) {
     const Snapshot& snapshot = GetSnapshot(m_pState);
-    FormList<PipelineForm> pipelines;
+    values::Status status;
     for (const auto& [handle, info] : snapshot.pipelines) {
-        PipelineForm& form = pipelines.elements.emplace_back();
-        form.handle = handle;
+        status.pipelines.push_back({handle.profile, handle.screenId, {}});
         for (const auto& [event, milliseconds] : info.GetEventTimes())
-            form.times.push_back({event, milliseconds});
+            status.pipelines.back().events.push_back(
+                {event, static_cast<std::int64_t>(milliseconds)});
     }
-    FormList<EntryForm> entries;
     for (const TCTPMSStatusEntry* entry : snapshot.entries) {
-        EntryForm& form = entries.elements.emplace_back();
-        form.handle = entry->GetHandle();
-        form.text = entry->GetText();
+        const NorvexHandle handle = entry->GetHandle();
+        status.entries.push_back({handle.profile, handle.screenId, entry->GetText()});
     }
-    TCClassToTreeFormatter formatter(branch);
-    formatter.PushMarshalableClass(kPipelinesTag, &pipelines);
-    formatter.PushMarshalableClass(kEntriesTag, &entries);
-    return formatter.Extract();
+    return WriteValue(branch, status);
 }
 
 bool TCTPMSStatus::TreeToClass(TCTreeBranch& branch) {
-    FormList<PipelineForm> pipelines;
-    FormList<EntryForm> entries;
-    TCTreeToClassFormatter formatter(branch);
-    formatter.PushMarshalableClass(kPipelinesTag, &pipelines);
-    formatter.PushMarshalableClass(kEntriesTag, &entries);
-    if (!formatter.FillOut())
+    values::Status status;
+    if (!ReadValue(branch, status))
         return false;
     Snapshot snapshot;
-    for (const PipelineForm& form : pipelines.elements) {
-        TCPipelineInfo& info = snapshot.pipelines[form.handle];
-        for (const EventTime& time : form.times)
-            info.SetEventTime(static_cast<ESIEvent>(time.event), time.milliseconds);
+    for (const values::PipelineEvents& pipeline : status.pipelines) {
+        TCPipelineInfo& info =
+            snapshot.pipelines[{static_cast<EProfile>(pipeline.profile), pipeline.screen}];
+        for (const values::EventTime& time : pipeline.events)
+            info.SetEventTime(static_cast<ESIEvent>(time.event),
+                              static_cast<unsigned long long>(time.milliseconds));
     }
-    for (EntryForm& form : entries.elements) {
-        snapshot.ownEntries.push_back(
-            std::make_unique<TextEntry>(form.handle, std::move(form.text)));
+    for (values::StatusEntry& entry : status.entries) {
+        const NorvexHandle handle{static_cast<EProfile>(entry.profile), entry.screen};
+        snapshot.ownEntries.push_back(std::make_unique<TextEntry>(handle, std::move(entry.text)));
         snapshot.entries.push_back(snapshot.ownEntries.back().get());
     }
     GetSnapshot(m_pState) = std::move(snapshot);

@@ -11,8 +11,8 @@ public:
 
     int SetCropVideo(TSRectInfo first, TSRectInfo second) override {
         RemoteCall call(GetSession());
-        call.InObject(first);
-        call.InObject(second);
+        call.In(first);
+        call.In(second);
         return call.Make(Method::SetCropVideo);
     }
 

@@ -1,7 +1,6 @@
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/ZoomControl.h>
 
-#include "MarshalableIntegers.h"
 #include "SessionProxy.h"
 
 namespace {
@@ -14,32 +13,29 @@ public:
                          const TSRectInfo& main) override {
         RemoteCall call(GetSession());
         call.Out(windowId);
-        call.InObject(source);
-        call.InObject(destination);
-        call.InObject(main);
+        call.In(source);
+        call.In(destination);
+        call.In(main);
         return call.Make(Method::CreateZoomWindow);
     }
 
     int DeleteZoomWindow(const std::vector<int>& windowIds, const TSRectInfo& main) override {
         RemoteCall call(GetSession());
-        MarshalableIntegers windowIdsArgument(windowIds);
-        call.InObject(windowIdsArgument);
-        call.InObject(main);
+        call.In(windowIds);
+        call.In(main);
         return call.Make(Method::DeleteZoomWindow);
     }
 
     int SetZoomWindow(std::vector<int> windowIds, bool on) override {
         RemoteCall call(GetSession());
-        MarshalableIntegers windowIdsArgument(windowIds);
-        call.InObject(windowIdsArgument);
+        call.In(windowIds);
         call.In(on);
         return call.Make(Method::SetZoomWindow);
     }
 
     int MuteZoomWindow(std::vector<int> windowIds, bool mute) override {
         RemoteCall call(GetSession());
-        MarshalableIntegers windowIdsArgument(windowIds);
-        call.InObject(windowIdsArgument);
+        call.In(windowIds);
         call.In(mute);
         return call.Make(Method::MuteZoomWindow);
     }
@@ -64,9 +60,9 @@ public:
                           const TSRectInfo& main) override {
         RemoteCall call(GetSession());
         call.In(windowId);
-        call.InObject(source);
-        call.InObject(destination);
-        call.InObject(main);
+        call.In(source);
+        call.In(destination);
+        call.In(main);
         return call.Make(Method::SetZoomWindowRect);
     }
 
@@ -85,8 +81,7 @@ public:
 
     int GetConnectedZoomWindows(std::vector<int>& windowIds) override {
         RemoteCall call(GetSession());
-        MarshalableIntegers windowIdsArgument(windowIds);
-        call.OutObject(windowIdsArgument);
+        call.Out(windowIds);
         return call.Make(Method::GetConnectedZoomWindows);
     }
 };

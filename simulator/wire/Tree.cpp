@@ -25,14 +25,6 @@ bool IsWellFormed(const void* data, std::size_t size) {
     return IsWellFormed(NodeCursor(data, size), kMaxDepth);
 }
 
-void TreeWriter::PutLeaf(std::int16_t tag, NodeKind kind, const void* data, std::size_t size,
-                         Direction direction) {
-    const std::uint32_t length = CheckSize(size);
-    unsigned char* place = m_buffer.Extend(kNodeHeaderSize + size);
-    EncodeNodeHeader(place, tag, kind, direction, length);
-    CopyContent(place + kNodeHeaderSize, data, size);
-}
-
 void TreeWriter::PutText(std::int16_t tag, std::string_view text, Direction direction) {
     const std::size_t begin = BeginBranch(tag, direction);
     PutValue(0, CheckSize(text.size()));

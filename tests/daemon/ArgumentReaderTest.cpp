@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "MenuItemType.h"
-
 namespace {
 
 using sim::ArgumentReader;

@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "MenuItemType.h"
 #include "Results.h"
+#include "ValueJson.h"
 #include <base/Number.h>
 
 namespace sim {
@@ -86,15 +86,12 @@ void DebugPrintControl::Check(const Call&, const ArgumentReader&, ReplyWriter& o
 
 void DebugPrintControl::GetMenuItems(const Call&, const ArgumentReader&, ReplyWriter& out) {
     out.Int(0, kDone);
-    WriteMenuItems(out.Tree(), 1, m_switches.GetItems());
+    out.Value(1, m_switches.GetItems());
 }
 
 void DebugPrintControl::SetMenuItems(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     std::vector<std::pair<std::uint32_t, bool>> states;
-    wire::NodeCursor cursor(in.At(1));
-    wire::Node child;
-    while (cursor.Next(child)) {
-        const MenuItemView item = ReadMenuItem(child);
+    for (const values::MenuItem& item : in.Value<std::vector<values::MenuItem>>(1)) {
         if (m_switches.FindItem(item.id) == nullptr)
             return out.Int(0, m_context.log.Refuse(kUnknown, kOwnTag,
                                                    "there is no debug menu item %u", item.id));
@@ -104,7 +101,7 @@ void DebugPrintControl::SetMenuItems(const Call&, const ArgumentReader& in, Repl
 }
 
 void DebugPrintControl::SetMenuItem(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-    const MenuItemView sent = ReadMenuItem(in.At(1));
+    const auto sent = in.Value<values::MenuItem>(1);
     DebugSwitches::Item* item = m_switches.FindItem(sent.id);
     if (item == nullptr)
         return out.Int(
@@ -145,9 +142,6 @@ std::int32_t DebugPrintControl::Answer(bool kept) {
 }
 
 json DebugPrintControl::DescribeState() const {
-    json items = json::array();
-    for (const DebugSwitches::Item& item : m_switches.GetItems())
-        items.push_back({{"id", item.id}, {"name", item.name}, {"state", item.on}});
     json modes = json::object();
     for (const DebugSwitches::Mode& mode : m_switches.GetModes())
         modes[mode.name] = mode.on;
@@ -155,7 +149,7 @@ json DebugPrintControl::DescribeState() const {
     for (const auto& [client, dialogue] : m_dialogues)
         dialogues[std::to_string(client)] = {{"open", dialogue.IsOpen()},
                                              {"screen", dialogue.GetScreenName()}};
-    return {{"items", items},
+    return {{"items", ToJson(m_switches.GetItems())},
             {"itemsOn", m_switches.CountOn()},
             {"qos", m_switches.IsQoSOn()},
             {"modes", modes},

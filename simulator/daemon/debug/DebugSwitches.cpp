@@ -69,9 +69,9 @@ void DebugSwitches::SetDefaults() {
     m_items.clear();
     std::uint32_t id = kFirstId;
     for (const char* name : kItemNames)
-        m_items.push_back({name, id++, false});
+        m_items.push_back({name, false, id++});
     for (std::uint32_t number = 1; number <= m_extraItems; ++number)
-        m_items.push_back({MakeExtraName(number), id++, false});
+        m_items.push_back({MakeExtraName(number), false, id++});
 }
 
 std::int32_t DebugSwitches::CountOn() const {

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include <values/Values.h>
+
 #include "NumberStore.h"
 
 namespace sim {
@@ -13,11 +15,7 @@ namespace sim {
 // is kept in the database before it counts.
 class DebugSwitches {
 public:
-    struct Item {
-        std::string name;
-        std::uint32_t id;
-        bool on;
-    };
+    using Item = values::MenuItem;
     struct Mode {
         const char* name;
         std::int32_t number;

@@ -4,17 +4,13 @@
 #include <optional>
 #include <string>
 
+#include <values/Values.h>
+
 #include "ReplyWriter.h"
 
 namespace sim {
 
-// What a pipeline can be set to: antenna mode and service mode, numbered as clients number them.
-struct TvMode {
-    std::int32_t antenna = 0;
-    std::int32_t serviceMode = 0;
-
-    auto operator<=>(const TvMode&) const = default;
-};
+using values::TvMode;
 
 // What carries services over an antenna.
 struct Transponder {
@@ -52,9 +48,8 @@ std::uint64_t ToSignalData(const ServiceFacts& facts);
 class ChannelList {
 public:
     virtual ~ChannelList() = default;
-    // GetServiceList's answer: status and records, of the services of that TV mode. `criteria` fits
-    // kCriteria.
-    virtual void List(const wire::Node& criteria, const TvMode& tvMode, std::int32_t first,
+    // GetServiceList's answer: status and records, of the services of that TV mode.
+    virtual void List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first,
                       std::int32_t count, ReplyWriter& out) = 0;
     // The service that the TV starts with. -1 in the TV mode: whatever it is. kDone or a refusal,
     // which is in the log then.

@@ -6,28 +6,12 @@
 
 #include "PipelineComponents.h"
 #include "PipelineInterface.h"
-#include "PipelineTypes.h"
 #include "Preparation.h"
 #include "Results.h"
 
 namespace sim {
 
 namespace {
-
-void WritePipeline(wire::TreeWriter& tree, std::int16_t place, const Pipeline& pipeline) {
-    const std::size_t branch = tree.BeginBranch(place);
-    tree.PutValue(0, pipeline.handle.profile);
-    tree.PutValue(1, pipeline.handle.screen);
-    // Packed: 32 bits the event, 64 bits its time.
-    std::string times;
-    for (const auto& [event, milliseconds] : pipeline.events) {
-        const auto number = static_cast<std::int32_t>(event);
-        times.append(reinterpret_cast<const char*>(&number), sizeof number);
-        times.append(reinterpret_cast<const char*>(&milliseconds), sizeof milliseconds);
-    }
-    tree.PutLeaf(2, wire::NodeKind::Array, times.data(), times.size());
-    tree.EndBranch(branch);
-}
 
 // What the status tells of a pipeline in words.
 std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pending) {
@@ -108,27 +92,16 @@ private:
     // Of all pipelines, whichever the session is for.
     void GetCurrentTPMSStatus(const Call&, const ArgumentReader&, ReplyWriter& out) {
         out.Int(0, kDone);
-        wire::TreeWriter& tree = out.Tree();
-        const std::size_t status = tree.BeginBranch(1);
-        const std::size_t pipelines = tree.BeginBranch(0);
-        std::int16_t place = 0;
-        for (const auto& [handle, pipeline] : m_pipelines.GetAll())
-            WritePipeline(tree, place++, pipeline);
-        tree.EndBranch(pipelines);
-        const std::size_t entries = tree.BeginBranch(1);
-        place = 0;
+        values::Status status;
         for (const auto& [handle, pipeline] : m_pipelines.GetAll()) {
-            for (const std::string& text :
-                 MakeEntries(pipeline, m_preparation.GetPending(handle))) {
-                const std::size_t entry = tree.BeginBranch(place++);
-                tree.PutValue(0, handle.profile);
-                tree.PutValue(1, handle.screen);
-                tree.PutText(2, text);
-                tree.EndBranch(entry);
-            }
+            status.pipelines.push_back({handle.profile, handle.screen, {}});
+            for (const auto& [event, milliseconds] : pipeline.events)
+                status.pipelines.back().events.push_back(
+                    {event, static_cast<std::int64_t>(milliseconds)});
+            for (std::string& text : MakeEntries(pipeline, m_preparation.GetPending(handle)))
+                status.entries.push_back({handle.profile, handle.screen, std::move(text)});
         }
-        tree.EndBranch(entries);
-        tree.EndBranch(status);
+        out.Value(1, status);
     }
 
     // Tells of one service: unlike a receiver's state it cannot be for any.

@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Pipelines.h"
+#include "ValueJson.h"
 
 namespace sim {
 
@@ -13,14 +14,10 @@ json DescribeService(std::uint64_t service) {
     return service == INVALID_SERVICE_ID ? json() : json(ToHexText(service));
 }
 
-json DescribeTvMode(const TvMode& tvMode) {
-    return {{"antenna", tvMode.antenna}, {"serviceMode", tvMode.serviceMode}};
-}
-
 json DescribeLatest(const PipelineState& state) {
     json described = json::array();
     for (const auto& [tvMode, latest] : state.latest) {
-        json entry = DescribeTvMode(tvMode);
+        json entry = ToJson(tvMode);
         entry["broadcast"] = DescribeService(latest.broadcast);
         entry["streamed"] = DescribeService(latest.streamed);
         described.push_back(entry);
@@ -56,7 +53,7 @@ json DescribePreview(const PipelineState& state) {
 json DescribeCrop(const PipelineState& state) {
     if (!state.crop)
         return {};
-    return {{"first", state.crop->first.Describe()}, {"second", state.crop->second.Describe()}};
+    return {{"first", ToJson(state.crop->first)}, {"second", ToJson(state.crop->second)}};
 }
 
 } // namespace
@@ -67,7 +64,7 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
             {"sessions", pipeline.sessions},
             {"source", pipeline.source},
             {"service", DescribeService(pipeline.service)},
-            {"tvMode", DescribeTvMode(pipeline.tvMode)},
+            {"tvMode", ToJson(pipeline.tvMode)},
             {"latest", DescribeLatest(pipeline)},
             {"videoMute", pipeline.videoMute},
             {"audioMute", pipeline.audioMute},
@@ -80,9 +77,9 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
             {"captions", pipeline.captions},
             {"events", DescribeEvents(pipeline)},
             {"preview", DescribePreview(pipeline)},
-            {"windowId", pipeline.windowId ? json(*pipeline.windowId) : json()},
+            {"windowId", ToJson(pipeline.windowId)},
             {"crop", DescribeCrop(pipeline)},
-            {"mainPicture", pipeline.mainPicture ? pipeline.mainPicture->Describe() : json()}};
+            {"mainPicture", ToJson(pipeline.mainPicture)}};
 }
 
 json Pipelines::DescribeState() const {

@@ -1,25 +1,18 @@
 #pragma once
 
-#include <cstdint>
-
-#include <nlohmann/json_fwd.hpp>
+#include <values/Values.h>
 
 namespace sim {
 
-// In pixels.
-struct Rect {
-    std::int32_t x = 0;
-    std::int32_t y = 0;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-
-    bool operator==(const Rect&) const = default;
-    // Has an area, all of it on the TV's screen.
-    bool IsOnScreen() const;
-    nlohmann::json Describe() const;
-};
+using values::Rect;
 
 constexpr std::int32_t kScreenWidth = 1920;
 constexpr std::int32_t kScreenHeight = 1080;
+
+// Has an area, all of it on the TV's screen.
+constexpr bool IsOnScreen(const Rect& rect) {
+    return rect.x >= 0 && rect.y >= 0 && rect.width > 0 && rect.height > 0 &&
+           rect.x <= kScreenWidth - rect.width && rect.y <= kScreenHeight - rect.height;
+}
 
 } // namespace sim

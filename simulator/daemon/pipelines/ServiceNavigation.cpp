@@ -6,10 +6,8 @@
 
 #include "PipelineComponents.h"
 #include "PipelineInterface.h"
-#include "PipelineTypes.h"
 #include "Preparation.h"
 #include "Results.h"
-#include "ServiceTypes.h"
 
 namespace sim {
 
@@ -27,7 +25,7 @@ public:
         Add(Method::GetTvMode, {Out("status", kInt), Out("tvMode", kTvMode)},
             &ServiceNavigation::GetTvMode);
         Add(Method::GetServiceList,
-            {Out("status", kInt), In("criteria", kCriteria), Out("records", kRecords),
+            {Out("status", kInt), In("criteria", kCriteria), Out("records", kRecordList),
              In("tvMode", kTvMode), In("first", kInt), In("count", kInt)},
             &ServiceNavigation::GetServiceList);
         Add(Method::SetTvMode, {Out("status", kInt), In("tvMode", kTvMode), In("text", kText)},
@@ -57,24 +55,24 @@ public:
 private:
     void GetTvMode(const Call& call, const ArgumentReader&, ReplyWriter& out) {
         out.Int(0, kDone);
-        WriteTvMode(out.Tree(), 1, PipelineOf(call).tvMode);
+        out.Value(1, PipelineOf(call).tvMode);
     }
 
     void GetServiceList(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         ChannelList* list = m_lineUp.GetChannelList();
         if (list == nullptr)
             return RefuseWithoutLineUp("GetServiceList", out);
-        TvMode tvMode;
-        if (!ReadMode(PipelineOf(call), in.At(3), "GetServiceList", tvMode))
+        auto tvMode = in.Value<TvMode>(3);
+        if (!Complete(PipelineOf(call), "GetServiceList", tvMode))
             return out.Int(0, kBadArgument);
-        list->List(in.At(1), tvMode, in.Int(4), in.Int(5), out);
+        list->List(in.Value<values::Criteria>(1), tvMode, in.Int(4), in.Int(5), out);
     }
 
     // Without a service: back to what was shown last under that mode.
     void SetTvMode(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
-        TvMode tvMode;
-        if (!ReadMode(pipeline, in.At(1), "SetTvMode", tvMode))
+        auto tvMode = in.Value<TvMode>(1);
+        if (!Complete(pipeline, "SetTvMode", tvMode))
             return out.Int(0, kBadArgument);
         Change change;
         change.sequence = call.sequence;
@@ -90,8 +88,8 @@ private:
 
     void SetTvModeAndService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
-        TvMode tvMode;
-        if (!ReadMode(pipeline, in.At(1), "SetTvMode", tvMode))
+        auto tvMode = in.Value<TvMode>(1);
+        if (!Complete(pipeline, "SetTvMode", tvMode))
             return out.Int(0, kBadArgument);
         const std::uint64_t service = in.Number64(2);
         const std::int32_t status =
@@ -135,7 +133,7 @@ private:
         ChannelList* list = m_lineUp.GetChannelList();
         if (list == nullptr)
             return RefuseWithoutLineUp("SetBootupService", out);
-        out.Int(0, list->SetBootupService(in.Number64(1), ReadTvMode(in.At(2)), in.Int(3)));
+        out.Int(0, list->SetBootupService(in.Number64(1), in.Value<TvMode>(2), in.Int(3)));
     }
 
     void GetLatestVeldaServiceId(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
@@ -148,9 +146,7 @@ private:
 
     // Fields of -1 mean those that the pipeline has. False, and a line in the log, for a mode that
     // no TV has.
-    bool ReadMode(const Pipeline& pipeline, const wire::Node& node, const char* operation,
-                  TvMode& tvMode) {
-        tvMode = ReadTvMode(node);
+    bool Complete(const Pipeline& pipeline, const char* operation, TvMode& tvMode) {
         if (tvMode.antenna == ANTENNA_NONE)
             tvMode.antenna = pipeline.tvMode.antenna;
         if (tvMode.serviceMode == SERVICE_MODE_NONE)
@@ -177,8 +173,8 @@ private:
     void GetLatest(const Call& call, const ArgumentReader& in, std::uint64_t Latest::*kind,
                    ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
-        TvMode tvMode;
-        if (!ReadMode(pipeline, in.At(2), "GetLatestServiceId", tvMode))
+        auto tvMode = in.Value<TvMode>(2);
+        if (!Complete(pipeline, "GetLatestServiceId", tvMode))
             return out.Int(0, kBadArgument);
         const auto latest = pipeline.latest.find(tvMode);
         if (latest == pipeline.latest.end() || latest->second.*kind == INVALID_SERVICE_ID)

@@ -1,6 +1,5 @@
 #include "PipelineComponents.h"
 #include "PipelineInterface.h"
-#include "PipelineTypes.h"
 #include "Results.h"
 
 namespace sim {
@@ -25,14 +24,14 @@ public:
 private:
     void SetCropVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
-        const Crop crop{ReadRect(in.At(1)), ReadRect(in.At(2))};
-        if (!crop.first.IsOnScreen() || !crop.second.IsOnScreen())
+        const Crop crop{in.Value<Rect>(1), in.Value<Rect>(2)};
+        if (!IsOnScreen(crop.first) || !IsOnScreen(crop.second))
             return out.Int(
                 0,
                 m_log.Refuse(kBadArgument, "tvvideodec",
                              "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
                              "the screen",
-                             pipeline.name.c_str(), crop.first.IsOnScreen() ? "second" : "first"));
+                             pipeline.name.c_str(), IsOnScreen(crop.first) ? "second" : "first"));
         pipeline.crop = crop;
         m_log.Write("tvvideodec", "pipeline %s: crop %d,%d %dx%d and %d,%d %dx%d",
                     pipeline.name.c_str(), crop.first.x, crop.first.y, crop.first.width,

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdint>
-#include <cstring>
 #include <map>
 #include <vector>
 
@@ -11,9 +10,9 @@
 #include "Component.h"
 #include "PipelineComponents.h"
 #include "PipelineInterface.h"
-#include "PipelineTypes.h"
 #include "Rect.h"
 #include "Results.h"
+#include "ValueJson.h"
 
 namespace sim {
 
@@ -29,18 +28,6 @@ enum SharingType : std::int32_t {
     kFromMainPicture = 1,   // it would be the first
     kSharedWithWindows = 2, // with those that are there
 };
-
-std::vector<std::int32_t> ReadIds(const wire::Node& node) {
-    std::vector<std::int32_t> ids;
-    wire::NodeCursor cursor(node);
-    wire::Node array;
-    if (!cursor.Next(array))
-        return ids;
-    ids.resize(array.size / sizeof(std::int32_t));
-    if (!ids.empty())
-        std::memcpy(ids.data(), array.data, array.size);
-    return ids;
-}
 
 // com.holvi.IZoomControl: windows that show an enlarged part of a pipeline's picture.
 //
@@ -98,12 +85,10 @@ public:
     json DescribeState() const override {
         json windows = json::object();
         for (const auto& [id, window] : m_windows) {
-            windows[std::to_string(id)] = {{"pipeline", window.handle.ToText()},
-                                           {"client", window.client},
-                                           {"source", window.source.Describe()},
-                                           {"destination", window.destination.Describe()},
-                                           {"started", window.started},
-                                           {"muted", window.muted}};
+            windows[std::to_string(id)] = {
+                {"pipeline", window.handle.ToText()}, {"client", window.client},
+                {"source", ToJson(window.source)},    {"destination", ToJson(window.destination)},
+                {"started", window.started},          {"muted", window.muted}};
         }
         return {{"limit", m_limit}, {"windows", windows}};
     }
@@ -146,9 +131,9 @@ private:
     using Ids = std::vector<std::int32_t>;
 
     void CreateZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        const Rect source = ReadRect(in.At(2));
-        const Rect destination = ReadRect(in.At(3));
-        const Rect main = ReadRect(in.At(4));
+        const auto source = in.Value<Rect>(2);
+        const auto destination = in.Value<Rect>(3);
+        const auto main = in.Value<Rect>(4);
         const std::int32_t status = CheckRects("CreateZoomWindow", {source, destination, main});
         if (status != kDone)
             return out.Int(0, status);
@@ -168,8 +153,8 @@ private:
 
     // All of them or none.
     void DeleteZoomWindow(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        const Ids ids = ReadIds(in.At(1));
-        const Rect main = ReadRect(in.At(2));
+        const auto ids = in.Value<Ids>(1);
+        const auto main = in.Value<Rect>(2);
         std::int32_t status = CheckOwn(call, "DeleteZoomWindow", ids);
         if (status == kDone)
             status = CheckRects("DeleteZoomWindow", {main});
@@ -201,9 +186,9 @@ private:
 
     void SetZoomWindowRect(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         const std::int32_t id = in.Int(1);
-        const Rect source = ReadRect(in.At(2));
-        const Rect destination = ReadRect(in.At(3));
-        const Rect main = ReadRect(in.At(4));
+        const auto source = in.Value<Rect>(2);
+        const auto destination = in.Value<Rect>(3);
+        const auto main = in.Value<Rect>(4);
         std::int32_t status = CheckOwn(call, "SetZoomWindowRect", {id});
         if (status == kDone)
             status = CheckRects("SetZoomWindowRect", {source, destination, main});
@@ -238,10 +223,7 @@ private:
                 ids.push_back(id);
         }
         out.Int(0, kDone);
-        wire::TreeWriter& tree = out.Tree();
-        const std::size_t branch = tree.BeginBranch(1);
-        tree.PutLeaf(0, wire::NodeKind::Array, ids.data(), ids.size() * sizeof(std::int32_t));
-        tree.EndBranch(branch);
+        out.Value(1, ids);
     }
 
     // Null, and a line in the log, when the call's pipeline has no such window.
@@ -273,7 +255,7 @@ private:
 
     std::int32_t CheckRects(const char* operation, std::initializer_list<Rect> rects) {
         for (const Rect& rect : rects) {
-            if (rect.IsOnScreen())
+            if (IsOnScreen(rect))
                 continue;
             return m_log.Refuse(kBadArgument, "tvfpaparser",
                                 "%s refused: %d,%d %dx%d is not on the screen", operation, rect.x,
@@ -284,7 +266,7 @@ private:
 
     void SetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out,
                  const char* operation, bool Window::*flag) {
-        const Ids ids = ReadIds(in.At(1));
+        const auto ids = in.Value<Ids>(1);
         const bool on = in.Bool(2);
         const std::int32_t status = CheckOwn(call, operation, ids);
         if (status == kDone) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include <values/Layout.h>
 #include <wire/Tree.h>
 
 #include "ArgumentType.h"
@@ -44,7 +45,13 @@ public:
     std::uint64_t Number64(std::size_t place) const { return Get<std::uint64_t>(place); }
     bool Bool(std::size_t place) const { return Get<std::uint8_t>(place) != 0; }
     std::string_view Text(std::size_t place) const;
-    // An argument of any form.
+    // A value of an argument's type.
+    template <class T> T Value(std::size_t place) const {
+        T value{};
+        values::ReadArgument(At(place), value, values::Missing::Kept);
+        return value;
+    }
+    // An argument of any type.
     const wire::Node& At(std::size_t place) const { return m_nodes.at(place); }
 
 private:

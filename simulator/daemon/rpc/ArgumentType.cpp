@@ -1,11 +1,14 @@
 #include "ArgumentType.h"
 
+#include <locale>
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include <base/Printed.h>
+#include <values/ServiceFields.h>
+#include <values/Values.h>
+
+#include "ValueJson.h"
 
 namespace sim {
 
@@ -16,60 +19,43 @@ using wire::NodeKind;
 
 namespace {
 
-template <class T> json NumberToJson(const Node& node) {
-    T value{};
-    node.Get(value);
-    return value;
+template <class T> constexpr ArgumentType ValueType(const char* name) {
+    constexpr bool kIsScalar = values::Scalar<T>;
+    return {name, kIsScalar ? NodeKind::Value : NodeKind::Branch, kIsScalar ? sizeof(T) : 0,
+            [](const Node& node) {
+                T value{};
+                return values::ReadArgument(node, value, values::Missing::Refused);
+            },
+            [](const Node& node) {
+                T value{};
+                values::ReadArgument(node, value, values::Missing::Kept);
+                return ToJson(value);
+            }};
 }
 
-json BoolToJson(const Node& node) {
-    std::uint8_t value = 0;
-    node.Get(value);
-    return value != 0;
-}
-
-json HexToJson(const Node& node) {
-    std::uint64_t value = 0;
-    node.Get(value);
-    return ToHexText(value);
-}
-
-bool CheckText(const Node& node) {
-    std::string_view text;
-    return wire::GetText(node, text);
-}
-
-// Reads what is there of a text that may have been cut short.
-json TextToJson(const Node& node) {
-    NodeCursor cursor(node);
-    Node child;
-    while (cursor.Next(child)) {
-        if (child.tag == 1 && child.kind == NodeKind::Array)
-            return std::string(child.GetBytes());
+json RecordToJson(const Node& branch) {
+    json described = json::object();
+    NodeCursor cursor(branch);
+    Node node;
+    while (cursor.Next(node)) {
+        const values::ServiceField* field = values::FindServiceField(node.tag);
+        std::int32_t number = 0;
+        std::uint64_t id = 0;
+        json& value = described[field != nullptr ? field->name : std::to_string(node.tag)];
+        if (node.Get(number))
+            value = number;
+        else if (node.Get(id))
+            value = ToHexText(id);
     }
-    return "";
+    return described;
 }
 
-bool CheckIntList(const Node& node) {
-    NodeCursor cursor(node);
-    Node child;
-    if (!cursor.Next(child))
-        return true;
-    return child.tag == 0 && child.kind == NodeKind::Array && child.size % 4 == 0 &&
-           cursor.IsAtEnd();
-}
-
-json IntListToJson(const Node& node) {
+json RecordListToJson(const Node& branch) {
     json described = json::array();
-    NodeCursor cursor(node);
-    Node child;
-    if (!cursor.Next(child))
-        return described;
-    for (std::uint32_t at = 0; at + 4 <= child.size; at += 4) {
-        std::int32_t value = 0;
-        std::memcpy(&value, child.data + at, 4);
-        described.push_back(value);
-    }
+    NodeCursor cursor(branch);
+    Node node;
+    while (cursor.Next(node))
+        described.push_back(RecordToJson(node));
     return described;
 }
 
@@ -94,18 +80,41 @@ bool ArgumentType::Fits(const Node& node) const {
     return check == nullptr || check(node);
 }
 
-const ArgumentType kInt{"int", NodeKind::Value, 4, nullptr, NumberToJson<std::int32_t>};
-const ArgumentType kUInt{"unsigned", NodeKind::Value, 4, nullptr, NumberToJson<std::uint32_t>};
-const ArgumentType kUShort{"unsigned short", NodeKind::Value, 2, nullptr,
-                           NumberToJson<std::uint16_t>};
-const ArgumentType kBool{"bool", NodeKind::Value, 1, nullptr, BoolToJson};
-const ArgumentType kNumber64{"64 bits", NodeKind::Value, 8, nullptr, HexToJson};
-const ArgumentType kText{"text", NodeKind::Branch, 0, CheckText, TextToJson};
-const ArgumentType kIntList{"list of ints", NodeKind::Branch, 0, CheckIntList, IntListToJson};
+const ArgumentType kInt = ValueType<std::int32_t>("int");
+const ArgumentType kUInt = ValueType<std::uint32_t>("unsigned");
+const ArgumentType kUShort = ValueType<std::uint16_t>("unsigned short");
+const ArgumentType kBool = ValueType<bool>("bool");
+const ArgumentType kNumber64 = ValueType<std::uint64_t>("64 bits");
+const ArgumentType kText = ValueType<std::string_view>("text");
+const ArgumentType kIntList = ValueType<std::vector<std::int32_t>>("list of ints");
+const ArgumentType kRect = ValueType<values::Rect>("rectangle");
+const ArgumentType kTvMode = ValueType<values::TvMode>("TV mode");
+const ArgumentType kCriteria = ValueType<values::Criteria>("criteria");
+const ArgumentType kServiceCodes = ValueType<std::vector<values::ServiceCode>>("list of services");
+const ArgumentType kMenuItem = ValueType<values::MenuItem>("menu item");
+const ArgumentType kMenuItemList = ValueType<std::vector<values::MenuItem>>("list of menu items");
+const ArgumentType kProgramme = ValueType<values::Programme>("programme");
+const ArgumentType kStatus = ValueType<values::Status>("status");
+// Only ever sent by the TV service.
+const ArgumentType kRecord{"record", NodeKind::Branch, 0, nullptr, RecordToJson};
+const ArgumentType kRecordList{"records", NodeKind::Branch, 0, nullptr, RecordListToJson};
 const ArgumentType kAnything{"anything", NodeKind::Branch, 0, nullptr, TreeToJson};
 
 json ToHexText(std::uint64_t value) {
     return Printed("0x%llx", static_cast<unsigned long long>(value));
+}
+
+// Up to what is no UTF-16.
+std::string ToUtf8(const std::u16string& text) {
+    const auto& codec =
+        std::use_facet<std::codecvt<char16_t, char8_t, std::mbstate_t>>(std::locale::classic());
+    std::u8string utf8(text.size() * 3, u8'\0'); // a unit takes at most three bytes
+    std::mbstate_t state{};
+    const char16_t* read = nullptr;
+    char8_t* end = nullptr;
+    codec.out(state, text.data(), text.data() + text.size(), read, utf8.data(),
+              utf8.data() + utf8.size(), end);
+    return {utf8.data(), end};
 }
 
 json TreeToJson(const Node& node) {

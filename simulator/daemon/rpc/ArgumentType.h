@@ -5,37 +5,46 @@
 #include <nlohmann/json_fwd.hpp>
 #include <wire/Tree.h>
 
-// The type of an argument: how it is told from a malformed one, and how the journal describes it. Components may have
-// types of their own.
 namespace sim {
 
+// The type of an argument: how a node is checked against it, and how the journal shows it.
 struct ArgumentType {
     const char* name;
     wire::NodeKind kind;
     // Size of a value; 0 for other kinds.
     std::uint32_t size;
-    // Whether a node of that kind and size is well formed; null: always. Branches have been found so at every depth
-    // before.
+    // Whether a node of that kind and size is valid; null: always. Branches have been found well
+    // formed at every depth before.
     bool (*check)(const wire::Node&);
-    // Called for nodes of that kind and size, also for those that did not pass or that the journal
-    // has cut short.
+    // Called for nodes of that kind and size, also for invalid ones and those that the journal has
+    // cut short: shows what is there.
     nlohmann::json (*describe)(const wire::Node&);
 
     bool Fits(const wire::Node& node) const;
 };
 
-extern const ArgumentType kInt;      // 4 bytes, signed
-extern const ArgumentType kUInt;     // 4 bytes, unsigned
-extern const ArgumentType kUShort;   // 2 bytes, unsigned
-extern const ArgumentType kBool;     // 1 byte
-extern const ArgumentType kNumber64; // 8 bytes, unsigned: a number, "0x..." in JSON
+extern const ArgumentType kInt;      // 32 bits, signed
+extern const ArgumentType kUInt;     // 32 bits, unsigned
+extern const ArgumentType kUShort;   // 16 bits, unsigned
+extern const ArgumentType kBool;     // 8 bits
+extern const ArgumentType kNumber64; // 64 bits, unsigned: "0x..." in JSON
 extern const ArgumentType kText;
-extern const ArgumentType kIntList; // branch {0: array of 32-bit numbers}
+extern const ArgumentType kIntList; // std::vector<std::int32_t>
+extern const ArgumentType kRect;
+extern const ArgumentType kTvMode;
+extern const ArgumentType kCriteria;
+extern const ArgumentType kServiceCodes; // std::vector<values::ServiceCode>
+extern const ArgumentType kMenuItem;
+extern const ArgumentType kMenuItemList; // std::vector<values::MenuItem>
+extern const ArgumentType kProgramme;
+extern const ArgumentType kStatus;
+extern const ArgumentType kRecord; // as values/ServiceFields.h describes it
+extern const ArgumentType kRecordList;
 extern const ArgumentType kAnything;
 
 // "0x..." with no leading zeros: 64-bit numbers lose digits in JSON readers.
 nlohmann::json ToHexText(std::uint64_t value);
-// What no type explains: each node with its tag, kind and bytes in hexadecimal digits.
+// A node of no known type: each node within it with its tag, kind and bytes in hexadecimal digits.
 nlohmann::json TreeToJson(const wire::Node& node);
 
 } // namespace sim

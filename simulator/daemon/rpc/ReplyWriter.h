@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include <values/Layout.h>
 #include <wire/Tree.h>
 
 namespace sim {
@@ -21,7 +22,10 @@ public:
         m_tree.PutValue(place, static_cast<std::uint8_t>(value));
     }
     void Text(std::int16_t place, std::string_view text) { m_tree.PutText(place, text); }
-    // For objects: BeginBranch(place) ... EndBranch.
+    template <class T> void Value(std::int16_t place, const T& value) {
+        values::WriteArgument(m_tree, place, value);
+    }
+    // For what is no value: BeginBranch(place) ... EndBranch.
     wire::TreeWriter& Tree() { return m_tree; }
 
 private:

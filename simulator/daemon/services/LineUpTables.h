@@ -27,7 +27,7 @@ struct LineUpCounts {
 };
 
 // The tables of services and programmes. A service's row stands in the line-up's order: by antenna,
-// major, minor and id. What field numbers mean in it: FindServiceField.
+// major, minor and id. What field numbers mean in it: values::kServiceFields.
 class LineUpTables {
 public:
     explicit LineUpTables(Database& database) : m_database(database) {}

@@ -53,15 +53,14 @@ bool Programmes::FindRow(std::uint64_t service, std::int64_t second, std::int64_
     return false;
 }
 
-std::optional<PresentProgramme> Programmes::FindPresent(std::uint64_t service) {
+std::optional<values::Programme> Programmes::FindPresent(std::uint64_t service) {
     const std::int64_t now = m_clock.Now();
     const std::int64_t second = now % kSecondsOfDay;
     std::int64_t midnights = 0;
     if (!FindRow(service, second, midnights))
         return {};
-    PresentProgramme programme;
-    programme.start =
-        static_cast<std::uint64_t>(now - second + m_last.Int(0) - midnights * kSecondsOfDay);
+    values::Programme programme;
+    programme.start = now - second + m_last.Int(0) - midnights * kSecondsOfDay;
     programme.duration = static_cast<std::uint32_t>(m_last.Int(1));
     if (!m_last.IsNull(2))
         programme.title.emplace(m_last.Text16(2));

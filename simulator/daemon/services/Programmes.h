@@ -4,17 +4,12 @@
 #include <optional>
 #include <string>
 
+#include <values/Values.h>
+
 #include "Clock.h"
 #include "Database.h"
 
 namespace sim {
-
-// A programme as it is on now.
-struct PresentProgramme {
-    std::uint64_t start = 0;             // seconds since 1970
-    std::uint32_t duration = 0;          // seconds
-    std::optional<std::u16string> title; // nothing: the programme has none
-};
 
 // What the TV knows of the programmes. They come every day at the same time, so that something is
 // on whenever the clock says it is.
@@ -26,7 +21,7 @@ public:
     bool Prepare();
 
     // Nothing when none is known of the service for now, and when it could not be looked up.
-    std::optional<PresentProgramme> FindPresent(std::uint64_t service);
+    std::optional<values::Programme> FindPresent(std::uint64_t service);
     bool HasPresent(std::uint64_t service);
     // Whether the database refused the last look-up; its error tells why.
     bool HasFailed() const { return m_hasFailed; }

@@ -3,12 +3,10 @@
 #include <norvex/client/TvMode.h>
 
 #include "Interface.h"
-#include "PipelineTypes.h"
 #include "Programmes.h"
 #include "Results.h"
 #include "Scans.h"
 #include "ServiceComponents.h"
-#include "ServiceTypes.h"
 
 namespace sim {
 
@@ -41,7 +39,7 @@ public:
 private:
     // A service that is not in the line-up needs no programme.
     void IsTuneAroundNeeded(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-        const std::vector<std::uint64_t> services = ReadServiceIds(in.At(1));
+        const std::vector<std::uint64_t> services = ReadServiceIds(in);
         out.Int(0, std::any_of(services.begin(), services.end(), [this](std::uint64_t service) {
                     return !m_programmes.HasPresent(service) && m_lineUp.FindFacts(service);
                 }));
@@ -50,7 +48,7 @@ private:
     void StartTuneAround(const Call&, const ArgumentReader& in, ReplyWriter& out) {
         m_log.Write(kTunerTag, "tune around asked for by \"%.*s\"",
                     static_cast<int>(in.Text(2).size()), in.Text(2).data());
-        out.Int(0, m_scans.StartTuneAround(ReadServiceIds(in.At(1))));
+        out.Int(0, m_scans.StartTuneAround(ReadServiceIds(in)));
     }
 
     void StopManualScan(const Call&, const ArgumentReader&, ReplyWriter& out) {
@@ -58,14 +56,14 @@ private:
     }
 
     void IsBarkerChannelScanAvailable(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-        const std::int32_t antenna = ReadAntenna(in.At(1));
+        const std::int32_t antenna = ReadAntenna(in.Value<TvMode>(1).antenna);
         if (antenna == ANTENNA_NONE)
             return out.Int(0, kBadArgument);
         out.Int(0, m_lineUp.GetTables().FindBarker(antenna).has_value());
     }
 
     void StartBarkerChannelScan(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-        const std::int32_t antenna = ReadAntenna(in.At(2));
+        const std::int32_t antenna = ReadAntenna(in.Value<TvMode>(2).antenna);
         out.Int(0, antenna == ANTENNA_NONE ? kBadArgument : m_scans.StartBarker(antenna));
     }
 
@@ -73,9 +71,15 @@ private:
         out.Int(0, m_scans.StopBarker());
     }
 
+    static std::vector<std::uint64_t> ReadServiceIds(const ArgumentReader& in) {
+        std::vector<std::uint64_t> ids;
+        for (const values::ServiceCode& code : in.Value<std::vector<values::ServiceCode>>(1))
+            ids.push_back(code.service);
+        return ids;
+    }
+
     // Of a TV mode; -1 in it is what the main pipeline has. Below 0, and a log line: none.
-    std::int32_t ReadAntenna(const wire::Node& node) {
-        const std::int32_t antenna = ReadTvMode(node).antenna;
+    std::int32_t ReadAntenna(std::int32_t antenna) {
         if (antenna == ANTENNA_NONE)
             return m_pipelines.At(kMainPipeline).tvMode.antenna;
         if (antenna >= ANTENNA_AIR && antenna <= ANTENNA_SATELLITE)

@@ -6,7 +6,6 @@
 #include "Results.h"
 #include "ServiceComponents.h"
 #include "ServiceLineUp.h"
-#include "ServiceTypes.h"
 
 namespace sim {
 
@@ -40,13 +39,7 @@ private:
         if (!programme)
             return out.Int(0, 0);
         out.Int(0, kDone);
-        const std::size_t branch = out.Tree().BeginBranch(2);
-        out.Tree().PutValue(0, programme->start);
-        out.Tree().PutValue(1, programme->duration);
-        if (programme->title)
-            out.Tree().PutLeaf(2, wire::NodeKind::Array, programme->title->data(),
-                               programme->title->size() * sizeof(char16_t));
-        out.Tree().EndBranch(branch);
+        out.Value(2, *programme);
     }
 
     Log& m_log;

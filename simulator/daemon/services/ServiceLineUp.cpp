@@ -96,10 +96,9 @@ void ServiceLineUp::Loaded(const std::string& name) {
         m_listener();
 }
 
-void ServiceLineUp::List(const wire::Node& criteria, const TvMode& tvMode, std::int32_t first,
+void ServiceLineUp::List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first,
                          std::int32_t count, ReplyWriter& out) {
-    m_queries.List(ReadCriteria(criteria),
-                   {tvMode.antenna, ToProfile(tvMode.serviceMode), first, count}, out);
+    m_queries.List(criteria, {tvMode.antenna, ToProfile(tvMode.serviceMode), first, count}, out);
 }
 
 std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode& tvMode,

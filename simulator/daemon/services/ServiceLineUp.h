@@ -42,7 +42,7 @@ public:
         return m_tables.FindFacts(service);
     }
     ChannelList* GetChannelList() override { return this; }
-    void List(const wire::Node& criteria, const TvMode& tvMode, std::int32_t first,
+    void List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first,
               std::int32_t count, ReplyWriter& out) override;
     std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode,
                                   std::int32_t option) override;

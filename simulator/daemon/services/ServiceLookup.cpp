@@ -1,7 +1,6 @@
 #include "Interface.h"
 #include "ServiceComponents.h"
 #include "ServiceQueries.h"
-#include "ServiceTypes.h"
 
 namespace sim {
 
@@ -22,7 +21,7 @@ public:
 
 private:
     void FindService(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-        m_queries.Find(ReadCriteria(in.At(1)), in.Int(3), out);
+        m_queries.Find(in.Value<values::Criteria>(1), in.Int(3), out);
     }
 
     ServiceQueries& m_queries;

@@ -2,11 +2,10 @@
 
 #include <cstring>
 
-#include <norvex/client/CriteriaHelper.h>
+#include <values/ServiceFields.h>
 #include <wire/Message.h>
 
 #include "Results.h"
-#include "ServiceFields.h"
 
 namespace sim {
 
@@ -43,7 +42,7 @@ std::string ToSelect(const Criteria& criteria) {
     const char* between = "";
     for (const std::int32_t field : criteria.fetched) {
         text += between;
-        text += FindServiceField(field)->column;
+        text += values::FindServiceField(field)->name;
         between = ", ";
     }
     // Nothing fetched: a record without fields.
@@ -56,8 +55,9 @@ std::string ToConditions(const Criteria& criteria, std::size_t place, const char
     std::string text;
     for (const Condition& condition : criteria.conditions) {
         text += between;
-        text += FindServiceField(condition.field)->column;
-        text += (condition.differs == 0 ? " = ?" : " IS NOT ?") + std::to_string(place++);
+        text += values::FindServiceField(condition.field)->name;
+        text += (condition.comparison == values::Comparison::Equal ? " = ?" : " IS NOT ?") +
+                std::to_string(place++);
         between = " AND ";
     }
     return text;
@@ -83,7 +83,7 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
     m_shape.assign(1, static_cast<char>(kind));
     AppendNumber(m_shape, static_cast<std::int32_t>(criteria.conditions.size()));
     for (const Condition& condition : criteria.conditions) {
-        AppendNumber(m_shape, condition.differs);
+        AppendNumber(m_shape, static_cast<std::int32_t>(condition.comparison));
         AppendNumber(m_shape, condition.field);
     }
     for (const std::int32_t field : criteria.fetched)
@@ -99,7 +99,7 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
         return nullptr;
     }
     const auto isKnown = [&](std::int32_t field) {
-        if (FindServiceField(field) != nullptr)
+        if (values::FindServiceField(field) != nullptr)
             return true;
         m_log.Write(kTunerTag, "query refused: no service has a field %d", field);
         return false;
@@ -137,7 +137,7 @@ void ServiceQueries::WriteRecord(const Criteria& criteria, const Statement& row,
     for (const std::int32_t number : criteria.fetched) {
         const auto tag = static_cast<std::int16_t>(number);
         const std::int64_t value = row.Int(column);
-        if (number == SERVICE_FIELD_ID)
+        if (values::SizeOfServiceField(number) == sizeof value)
             tree.PutValue(tag, value);
         else if (value == 0 && row.IsNull(column))
             tree.PutLeaf(tag, wire::NodeKind::Value, nullptr, 0);

@@ -4,12 +4,16 @@
 #include <map>
 #include <string>
 
+#include <values/Values.h>
+
 #include "Database.h"
 #include "ReplyWriter.h"
-#include "ServiceTypes.h"
 #include <base/Log.h>
 
 namespace sim {
+
+using values::Condition;
+using values::Criteria;
 
 // Queries that clients have built, against the line-up's services. A query is one prepared
 // statement with its values bound; queries that differ in values only share it.

@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
+#include <values/Values.h>
 #include <wire/Tree.h>
 
 #include "LineUp.h"
 #include "Rect.h"
-#include "ServiceTypes.h"
 
 // An out argument, with its value before the call; and one that is an object.
 template <class T> struct Out { T before; };
@@ -53,7 +53,7 @@ private:
                                          static_cast<std::uint32_t>(service >> 32), 5u});
         AddObject([&] { PutArray(0, packed); });
     }
-    void Add(const sim::Criteria& criteria) {
+    void Add(const values::Criteria& criteria) {
         AddObject([&] {
             PutArray(0, criteria.conditions);
             PutArray(1, criteria.fetched);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "TestTv.h"
+#include "ValueJson.h"
 
 namespace {
 
@@ -79,8 +80,8 @@ TEST(VideoControl, CropsWithinTheScreenOnly) {
         return client.Do(VideoControlMethod::SetCropVideo, a, b);
     };
     EXPECT_EQ(crop(first, second), kDone);
-    EXPECT_EQ(tv.State("/pipelines/1001:0/crop/first"), first.Describe());
-    EXPECT_EQ(tv.State("/pipelines/1001:0/crop/second"), second.Describe());
+    EXPECT_EQ(tv.State("/pipelines/1001:0/crop/first"), sim::ToJson(first));
+    EXPECT_EQ(tv.State("/pipelines/1001:0/crop/second"), sim::ToJson(second));
     for (const Rect& bad : {Rect{-1, 0, 10, 10}, Rect{0, -1, 10, 10}, Rect{0, 0, 0, 10},
                             Rect{0, 0, 10, 0}, Rect{0, 0, 10, -5}, Rect{1521, 680, 400, 400},
                             Rect{0, 1071, 10, 10}, Rect{INT32_MAX, 0, INT32_MAX, 10}}) {
@@ -89,7 +90,7 @@ TEST(VideoControl, CropsWithinTheScreenOnly) {
         EXPECT_LT(crop(first, bad), 0);
         EXPECT_TRUE(tv.Logged("tvvideodec", "refused: the second rectangle"));
     }
-    EXPECT_EQ(tv.State("/pipelines/1001:0/crop/first"), first.Describe());
+    EXPECT_EQ(tv.State("/pipelines/1001:0/crop/first"), sim::ToJson(first));
 }
 
 TEST(VideoControl, BindsAWindow) {

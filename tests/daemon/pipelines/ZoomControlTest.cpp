@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "TestTv.h"
+#include "ValueJson.h"
 
 namespace {
 
@@ -99,8 +100,8 @@ TEST(ZoomControl, ChecksEveryRectangle) {
         EXPECT_LT(zoomer.Delete({window}, bad), 0);
     }
     EXPECT_EQ(zoomer.Connected(), Ids{window});
-    EXPECT_EQ(tv.State("/zoom/windows/1/destination"), kPlace.Describe());
-    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), kMain.Describe());
+    EXPECT_EQ(tv.State("/zoom/windows/1/destination"), sim::ToJson(kPlace));
+    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), sim::ToJson(kMain));
 }
 
 TEST(ZoomControl, MovesAWindowAndTheMainPicture) {
@@ -111,11 +112,11 @@ TEST(ZoomControl, MovesAWindowAndTheMainPicture) {
     const Rect place{10, 20, 30, 40};
     const Rect main{0, 0, 1280, 720};
     EXPECT_EQ(zoomer.SetRect(window, part, place, main), kDone);
-    EXPECT_EQ(tv.State("/zoom/windows/1/source"), part.Describe());
-    EXPECT_EQ(tv.State("/zoom/windows/1/destination"), place.Describe());
-    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), main.Describe());
+    EXPECT_EQ(tv.State("/zoom/windows/1/source"), sim::ToJson(part));
+    EXPECT_EQ(tv.State("/zoom/windows/1/destination"), sim::ToJson(place));
+    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), sim::ToJson(main));
     EXPECT_EQ(zoomer.Delete({window}, kMain), kDone);
-    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), kMain.Describe());
+    EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture"), sim::ToJson(kMain));
     EXPECT_EQ(tv.State("/zoom/windows"), nlohmann::json::object());
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ServiceComponents.h"
+#include "ServiceQueries.h"
 #include "TestTv.h"
 
 // What a TV is made with, and what has been registered; there before the TV.

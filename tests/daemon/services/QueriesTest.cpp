@@ -12,10 +12,10 @@ using sim::Condition;
 using sim::Criteria;
 
 Condition Where(std::int32_t field, std::int32_t value) {
-    return {0, field, value};
+    return {values::Comparison::Equal, field, value};
 }
 Condition WhereNot(std::int32_t field, std::int32_t value) {
-    return {1, field, value};
+    return {values::Comparison::Different, field, value};
 }
 
 std::uint64_t IdOf(const Reply& reply) {
@@ -113,7 +113,8 @@ TEST(Queries, RefuseUnknownFields) {
     huge.conditions.pop_back();
     EXPECT_EQ(client.FindService(huge).Status(), 1);
     // A kind of condition that there is not.
-    EXPECT_EQ(client.FindService({{{2, 13, 7}}, {12}}).Status(), kNoStatus);
+    EXPECT_EQ(client.FindService({{{static_cast<values::Comparison>(2), 13, 7}}, {12}}).Status(),
+              kNoStatus);
 }
 
 TEST(Queries, ShareAStatementWhenOnlyValuesDiffer) {
@@ -242,7 +243,8 @@ protected:
                 value = Pick(500) - 1;
             else if (field == 23 || field == 25)
                 value %= 2;
-            criteria.conditions.push_back({Pick(3) == 0, field, value});
+            criteria.conditions.push_back(Pick(3) == 0 ? WhereNot(field, value)
+                                                       : Where(field, value));
         }
         criteria.fetched.push_back(12);
         for (int count = Pick(4); count > 0; --count)
@@ -255,7 +257,7 @@ protected:
                            [&](const Condition& condition) {
                                const bool equal = service.fields.at(condition.field) ==
                                                   std::optional<std::int64_t>(condition.value);
-                               return equal == (condition.differs == 0);
+                               return equal == (condition.comparison == values::Comparison::Equal);
                            });
     }
     static Record ToPlainRecord(const PlainService& service, const Criteria& criteria) {

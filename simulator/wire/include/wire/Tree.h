@@ -123,7 +123,12 @@ public:
     explicit TreeWriter(Buffer& buffer) : m_buffer(buffer) {}
 
     void PutLeaf(std::int16_t tag, NodeKind kind, const void* data, std::size_t size,
-                 Direction direction = Direction::Out);
+                 Direction direction = Direction::Out) {
+        const std::uint32_t length = CheckSize(size);
+        unsigned char* place = m_buffer.Extend(kNodeHeaderSize + size);
+        EncodeNodeHeader(place, tag, kind, direction, length);
+        CopyContent(place + kNodeHeaderSize, data, size);
+    }
     template <class T>
     void PutValue(std::int16_t tag, const T& value, Direction direction = Direction::Out) {
         PutLeaf(tag, NodeKind::Value, &value, sizeof value, direction);

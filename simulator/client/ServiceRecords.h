@@ -8,12 +8,12 @@ class TCServiceData;
 
 // Lets records come from the TV service: each child of the branch becomes a record at the end of
 // the caller's list, whose owner deletes it. A reply that cannot be read leaves the list as it was.
-class MarshalableServiceRecords final : public TCMarshalable {
+class MarshalableRecords final : public TCMarshalable {
 public:
-    explicit MarshalableServiceRecords(std::list<TCServiceData*>& records) : m_records(records) {}
+    explicit MarshalableRecords(std::list<TCServiceData*>& records) : m_records(records) {}
 
     bool TreeToClass(TCTreeBranch& branch) override;
-    int GetMarshalableStorageType() override;
+    int GetMarshalableStorageType() override { return 1; }
 
 private:
     std::list<TCServiceData*>& m_records;
