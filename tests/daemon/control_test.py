@@ -35,6 +35,7 @@ def test_the_operations_are_listed_with_their_arguments(shared_tv):
     lines = shared_tv.simctl("operations").splitlines()
     assert "IAVControl.MuteVideo(value: int) = status: int" in lines
     assert "IDebugPrintControl.Execute(command: text) = status: int, screen: text" in lines
+    assert "IVideoControl.SetWindowId(windowId: int) = status: int" in lines
 
 
 def test_the_journal_has_every_call_with_its_words(tv, client):

@@ -15,9 +15,7 @@ public:
         : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
         Add(Method::SetCropVideo, {Out("status", kInt), In("first", kRect), In("second", kRect)},
             &VideoControl::SetCropVideo);
-        // The window's id travels as a value that could come back, since clients hand it by
-        // pointer; it is only read.
-        Add(Method::SetWindowId, {Out("status", kInt), Out("windowId", kInt)},
+        Add(Method::SetWindowId, {Out("status", kInt), InByPointer("windowId", kInt)},
             &VideoControl::SetWindowId);
     }
 

@@ -46,8 +46,7 @@ const char* ArgumentReader::Check(std::size_t place) const {
         return "has the wrong direction";
     if (node.IsBranch() && !wire::IsWellFormed(node.data, node.size))
         return "is broken inside";
-    if (argument.direction == Direction::In ? !argument.form->Fits(node)
-                                            : !IsPlausibleOut(*argument.form, node))
+    if (argument.isRead ? !argument.form->Fits(node) : !IsPlausibleOut(*argument.form, node))
         return "is of another form";
     return nullptr;
 }

@@ -16,15 +16,20 @@ namespace sim {
 // An argument of an operation, as client and daemon have agreed on it.
 struct Argument {
     const char* name;
-    wire::Direction direction;
+    wire::Direction direction; // that it travels in
     const ArgumentType* form;
+    bool isRead; // by the operation
 };
 
 inline Argument Out(const char* name, const ArgumentType& form) {
-    return {name, wire::Direction::Out, &form};
+    return {name, wire::Direction::Out, &form, false};
 }
 inline Argument In(const char* name, const ArgumentType& form) {
-    return {name, wire::Direction::In, &form};
+    return {name, wire::Direction::In, &form, true};
+}
+// Clients hand it by pointer, so that it travels as if it could come back; it is only read.
+inline Argument InByPointer(const char* name, const ArgumentType& form) {
+    return {name, wire::Direction::Out, &form, true};
 }
 
 // The arguments of one call by place. All of them have been held against the operation's list

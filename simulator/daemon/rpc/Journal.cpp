@@ -43,8 +43,9 @@ std::int64_t GetTime() {
 }
 
 json DescribeArgument(const Argument* argument, const wire::Node& node) {
-    json described{{"place", node.tag},
-                   {"direction", node.direction == wire::Direction::In ? "in" : "out"}};
+    const bool isIn =
+        argument != nullptr ? argument->isRead : node.direction == wire::Direction::In;
+    json described{{"place", node.tag}, {"direction", isIn ? "in" : "out"}};
     if (argument != nullptr) {
         described["name"] = argument->name;
         described["type"] = argument->form->name;

@@ -10,7 +10,7 @@ std::string Describe(const Interface& interface, const Operation& operation) {
     std::string in;
     std::string out;
     for (const Argument& argument : operation.arguments) {
-        std::string& list = argument.direction == wire::Direction::In ? in : out;
+        std::string& list = argument.isRead ? in : out;
         list +=
             (list.empty() ? "" : ", ") + std::string(argument.name) + ": " + argument.form->name;
     }

@@ -101,6 +101,11 @@ TEST(VideoControl, BindsAWindow) {
         EXPECT_EQ(client.Do(VideoControlMethod::SetWindowId, Out{window}), kDone);
         EXPECT_EQ(tv.MainState("windowId"), window);
     }
+    const sim::Journal& journal = tv.context.journal;
+    const nlohmann::json sent = journal.Describe(journal.GetEnd() - 1)["arguments"][1];
+    EXPECT_EQ(sent["name"], "windowId");
+    EXPECT_EQ(sent["direction"], "in") << "what is only read is in, however it travels";
+    EXPECT_EQ(sent["value"], 0);
     EXPECT_LT(client.Do(VideoControlMethod::SetWindowId, Out{-1}), 0);
     EXPECT_TRUE(tv.Logged("tvvideosink", "SetWindowId refused"));
     EXPECT_EQ(tv.MainState("windowId"), 0);
