@@ -19,7 +19,7 @@ constexpr std::size_t kMaxPrefixSize = 256;
 constexpr std::size_t kMaxTextSize = 4000;
 constexpr long kMaxFileSize = 4L << 20;
 
-// Never destroyed: lines come from destructors of static objects, too.
+// Never destroyed: destructors of static objects write lines, too.
 struct Log {
     std::mutex mutex;
     LogFile file{LogFile::FindPath(), kMaxFileSize};

@@ -64,14 +64,14 @@ void Log::WriteLine(const char* tag, const char* format, va_list arguments) {
     size = std::vsnprintf(line + used, sizeof line - used, format, arguments);
     if (size < 0)
         return;
-    // One place for the line end, which a line that was cut needs as well.
+    // One byte for the line end, which a truncated line needs as well.
     used = std::min(used + static_cast<std::size_t>(size), sizeof line - 1);
     MaskControlCharacters(line, used);
     if (m_sink)
         m_sink(tag, {line, used});
     if (m_file >= 0) {
         line[used] = '\n';
-        // A log that cannot be written is no reason to stop.
+        // Failing to write the log is not fatal.
         while (write(m_file, line, used + 1) < 0 && errno == EINTR) {
         }
     }

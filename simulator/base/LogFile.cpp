@@ -13,7 +13,7 @@ namespace devicelog {
 
 namespace {
 
-// Makes `path` and what is above it.
+// Creates `path` and its parents.
 void MakeDirectories(const std::string& path) {
     for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
          slash = path.find('/', slash + 1))
@@ -57,7 +57,7 @@ bool LogFile::Open() {
     return m_file >= 0;
 }
 
-// The lock lets one process at a time exchange the file; whoever finds it exchanged already only
+// The lock lets one process at a time rotate the file; a process that finds it rotated already only
 // opens the new one.
 void LogFile::Rotate() {
     flock(m_file, LOCK_EX);
@@ -65,7 +65,7 @@ void LogFile::Rotate() {
     struct stat named {};
     if (fstat(m_file, &mine) == 0 && stat(m_path.c_str(), &named) == 0 &&
         mine.st_ino == named.st_ino && mine.st_dev == named.st_dev)
-        // One that cannot be moved away is written on.
+        // A file that cannot be renamed keeps being written.
         static_cast<void>(std::rename(m_path.c_str(), (m_path + ".1").c_str()));
     close(m_file);
     m_file = -1;

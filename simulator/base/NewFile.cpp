@@ -75,7 +75,7 @@ bool NewFile::Commit(std::string& error) {
         return FailWith(errno, error);
     close(m_file);
     m_file = -1;
-    // The name as well; where a directory cannot be synced, the file system sees to it.
+    // The name as well; where a directory cannot be synced, the file system ensures it.
     const int directory = open(GetDirectory(m_path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (directory >= 0) {
         fsync(directory);

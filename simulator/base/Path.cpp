@@ -15,7 +15,7 @@ std::string GetOwnDirectory() {
     return "/tmp/norvex-" + std::to_string(geteuid());
 }
 
-// Null when it is not set, or empty.
+// Null when it is unset or empty.
 const char* FindVariable(const char* name) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
     const char* value = std::getenv(name);
@@ -46,7 +46,7 @@ bool MakeDefaultDirectory(std::string& error) {
         error = path + ": " + std::generic_category().message(errno);
         return false;
     }
-    // Under /tmp anyone may have been there first.
+    // Under /tmp another user may have created it first.
     if (lstat(path.c_str(), &there) != 0 || !S_ISDIR(there.st_mode) || there.st_uid != geteuid() ||
         (there.st_mode & 0077) != 0) {
         error = path + ": is no directory of this user alone";

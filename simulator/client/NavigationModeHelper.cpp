@@ -1,7 +1,7 @@
 #include <norvex/client/NavigationModeHelper.h>
 
-// Both ways go through the services that are listed and not hidden; the line-up has one order, by
-// its numbers, in which every list comes.
+// Both directions cover services that are listed and not hidden. All lists are in the line-up's
+// order, by number.
 int TCNavigationModeHelper::GetNavigationCriteria(ENavigationMode mode, TCCriteriaHelper& criteria,
                                                   ENavigationSortMode) {
     switch (mode) {

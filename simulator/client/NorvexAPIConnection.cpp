@@ -15,7 +15,7 @@ struct ConnectionState {
 
 } // namespace
 
-// The simulated TV has one signal interface, whatever its name.
+// The simulated TV has one signal interface; the name is ignored.
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the device's declaration takes copies.
 NorvexAPIConnection::NorvexAPIConnection(std::string, std::string, bool flag)
     : m_pState(new ConnectionState{flag, nullptr}) {}

@@ -12,8 +12,8 @@
 
 class SessionConnection;
 
-// One operation of a session on its way: the status comes first, then the arguments in their order,
-// each of which must live until Make.
+// One call of a session's operation: first the status, then the arguments in order, each of which
+// must live until Make.
 class RemoteCall {
 public:
     explicit RemoteCall(SessionConnection& session);
@@ -22,12 +22,12 @@ public:
     // as it is.
     template <class T> void In(const T& value) { Push(MARSHALLING_IN, const_cast<T&>(value)); }
     template <class T> void Out(T& value) {
-        // Any byte may come back, but a bool holds only two of them: see Flag.
+        // A reply may contain any byte, but a bool has only two values: see Flag.
         static_assert(!std::is_same_v<T, bool>);
         Push(MARSHALLING_OUT, value);
     }
 
-    // Makes the call. The remote status, or -1 when there was no exchange.
+    // Makes the call. Returns the remote status, or -1 if the exchange failed.
     template <class Method> int Make(Method method) {
         return Make(std::string(interfaces::GetMethodName(method)), static_cast<short>(method));
     }
@@ -51,8 +51,7 @@ private:
     int m_status = -1;
 };
 
-// A bool that is filled from a reply: the target gets its value when the flag dies, true for any
-// byte but 0.
+// A bool filled from a reply: the destructor sets the target, to true for any byte except 0.
 struct Flag {
     explicit Flag(bool& flagTarget) : target(flagTarget), byte(flagTarget ? 1 : 0) {}
     ~Flag() { target = byte != 0; }

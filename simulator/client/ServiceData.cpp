@@ -100,8 +100,7 @@ static_assert(sizeof(ListedServiceData) % alignof(FieldBlock) == 0);
 
 } // namespace
 
-// A field and the table of fields are what the record's block holds, by the names that callers know
-// them by.
+// A field and the field table are views of the record's block, with the types that callers know.
 
 const void* TCServiceField::GetData() const {
     const auto& field = *reinterpret_cast<const FieldBlock::Field*>(this);

@@ -5,7 +5,7 @@ namespace {
 // Field 1 of the line-up's broadcast services.
 enum DigitalChannelType : int { kDigitalAir = 1, kDigitalCable = 2, kDigitalSatellite = 3 };
 
-// The line-up of the operator whose services carry the operator profile.
+// The operator's line-up, whose services have the operator profile.
 constexpr auto kServiceModeOperator = static_cast<EServiceMode>(1);
 
 } // namespace

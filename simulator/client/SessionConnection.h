@@ -7,24 +7,24 @@
 
 #include "DaemonClient.h"
 
-// The connection of one session: adds the session to each call. The session is opened when it is
-// first needed, and again under every run of the daemon that does not know it, so that an object of
-// a test outlives the daemon. Its end closes it.
+// The connection of one session: adds the session to each call. The session is opened when first
+// needed, and again after each restart of the daemon, so that an object outlives the daemon. The
+// destructor closes it.
 class SessionConnection final : public NorvexAPIConnection {
 public:
-    // `profile` and `screen` address the pipeline; 0, 0 for services that have none.
+    // `profile` and `screen` address the pipeline; 0, 0 without a pipeline.
     SessionConnection(std::string interfaceName, int profile, int screen);
     ~SessionConnection() override;
 
-    // Opens the session now. Refused: GetStatus says why, below 0. After any other failure it is
-    // opened later.
+    // Opens the session now. If it is refused, GetStatus returns the reason, below 0. After any
+    // other failure it is opened later.
     Failure Open();
-    // The same without a line in the log, for who tries again and again.
+    // The same without a line in the log, for repeated attempts.
     Failure OpenQuietly() { return m_daemon->Open(m_key); }
-    // Ends the session; the next call opens another.
+    // Closes the session; the next call opens another.
     void Close();
     int GetStatus() const { return m_key.status; }
-    // The daemon's number of the session, and under which generation it was given; see
+    // The daemon's number of the session, and the generation in which it is valid; see
     // DaemonClient.
     std::uint32_t GetSession() const { return m_key.id; }
     std::uint64_t GetGeneration() const { return m_key.generation; }

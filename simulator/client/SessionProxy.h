@@ -9,8 +9,8 @@
 #include "RemoteCall.h"
 #include "SessionConnection.h"
 
-// A session's object on this side: each of its operations is one remote call, and its end is the
-// session's. `Method` names the operations of the interface.
+// The client's object for a session: each operation is one remote call, and its destructor closes
+// the session. `Method` is the enumeration of the interface's operations.
 template <class Interface, class MethodOfInterface> class SessionProxy : public Interface {
 public:
     using Method = MethodOfInterface;
@@ -27,8 +27,8 @@ private:
     std::unique_ptr<SessionConnection> m_session;
 };
 
-// What the factories do: 0 and an object, which is made without a daemon as well and finds one
-// later. Where a running daemon refuses the session there is none, and the result is the daemon's.
+// For factories: returns 0 and an object, which is also created without a daemon and finds one
+// later. If a running daemon refuses the session, returns the daemon's result without an object.
 template <class Proxy, class Interface>
 int CreateSession(int profile, int screen, Interface** object) {
     if (object == nullptr)

@@ -8,17 +8,17 @@
 
 class SignalSubscriber;
 
-// The registered callbacks with their subscribers, each of which has a number. Any thread.
+// The registered callbacks with their numbered subscribers. Any thread.
 class SignalRegistry {
 public:
     // Never destroyed.
     static SignalRegistry& Get();
 
-    // A new subscriber for the callback; null when it has one already.
+    // Creates a subscriber for the callback; null if it has one already.
     std::shared_ptr<SignalSubscriber> Add(NorvexSignalCallbackFunction callback);
-    // Takes the callback's subscriber out; null when it has none.
+    // Removes the callback's subscriber; null if it has none.
     std::shared_ptr<SignalSubscriber> Remove(NorvexSignalCallbackFunction callback);
-    // Null when it has been taken out.
+    // Null if it has been removed.
     std::shared_ptr<SignalSubscriber> Find(unsigned number);
 
 private:

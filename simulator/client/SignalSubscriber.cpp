@@ -13,7 +13,7 @@
 namespace {
 
 constexpr unsigned kRestoreMilliseconds = 100;
-// Signals that are delivered in a row before the context's other sources have their turn.
+// Signals delivered in a row before the context's other sources have their turn.
 constexpr int kSignalsInARow = 64;
 
 struct Arrived {
@@ -23,7 +23,7 @@ struct Arrived {
     std::uint64_t data = 0;
 };
 
-// False when the message is no signal.
+// False if the message is not a signal.
 bool ReadSignal(const wire::Message& message, Arrived& signal) {
     if (message.header.kind != wire::MessageKind::Signal ||
         !wire::IsWellFormed(message.tree, message.header.treeSize))
@@ -85,7 +85,7 @@ void SignalSubscriber::End() {
                    m_deliveringThread == std::this_thread::get_id();
         });
     }
-    // Restoring ends within the limits of a call.
+    // Restoring takes no longer than a call.
     const std::lock_guard callLock(m_callMutex);
     {
         const std::lock_guard lock(m_deliveryMutex);
@@ -112,7 +112,7 @@ int SignalSubscriber::Subscribe(ESignalType type, int mode, int filter, int prof
         return -1;
     const Subscription subscription{type, mode, filter, profile, screen};
     const int status = CallSubscribe(subscription);
-    // The call may have found a new daemon, to which the earlier ones mean nothing yet.
+    // The call may have reached a new daemon, which does not have the earlier subscriptions yet.
     if (!CatchUp())
         StartTimer();
     if (status > 0)
@@ -126,7 +126,7 @@ int SignalSubscriber::Unsubscribe(ESignalType type, int filter, int profile, int
         return -1;
     if (!CatchUp())
         StartTimer();
-    // The latest one of these goes, whether or not the daemon learns of it: it is not to come back.
+    // Removes the latest of them even if the call fails, so that it is not restored later.
     const auto found = std::find_if(m_subscriptions.rbegin(), m_subscriptions.rend(),
                                     [&](const Subscription& each) {
                                         return each.type == type && each.filter == filter &&
@@ -142,13 +142,13 @@ int SignalSubscriber::Unsubscribe(ESignalType type, int filter, int profile, int
     return call.Make(interfaces::SignalSubscriberMethod::Unsubscribe);
 }
 
-// Brings a session that has been opened anew to where the earlier one was. False: to be tried again
-// by the timer. With m_callMutex held.
+// Restores the subscriptions in a reopened session. False: the timer retries. With m_callMutex
+// held.
 bool SignalSubscriber::CatchUp() {
     if (m_session->GetGeneration() == 0)
         return false;
     if (m_session->GetGeneration() != m_subscribedUnder && !Resubscribe()) {
-        // Half of them may stand by now; a new session has none.
+        // Some of them may have been restored; a new session has none.
         m_session->Close();
         return false;
     }
@@ -199,7 +199,7 @@ void SignalSubscriber::StartTimer() {
 }
 
 bool SignalSubscriber::Restore() {
-    // Somebody else is at it, or in another call; the next tick sees.
+    // Another thread is restoring, or in a call; retry with the next tick.
     const std::unique_lock lock(m_callMutex, std::try_to_lock);
     if (!lock.owns_lock())
         return !m_hasEnded;
@@ -226,8 +226,8 @@ bool SignalSubscriber::Deliver() {
             m_watch.Reset();
             m_connection.reset();
             lock.unlock();
-            // Where this connection ended the idle ones did so, too: nobody shall take what they
-            // knew of the daemon for its present state.
+            // If this connection has ended, so have the idle ones: their knowledge of the daemon is
+            // outdated.
             m_daemon->DropIdle();
             StartTimer();
             return false;

@@ -14,30 +14,29 @@
 #include "DaemonConnection.h"
 #include "SessionConnection.h"
 
-// A registered callback: a session in which signals are subscribed by calls, and a connection of
-// its own on which they come, watched by GLib's default main context. What a restart of the daemon
-// takes away is restored by a timer of the same context.
+// A registered callback: a session for subscribing to signals, and a separate connection on which
+// they arrive, watched by GLib's default main context. After a restart of the daemon, a timer of
+// the same context restores both.
 //
-// Subscribing may happen on any thread, delivering on the one that iterates the context. GLib is
-// only given a number to find the subscriber by (see SignalRegistry): everything else is handed
-// over under the locks here.
+// Subscribe on any thread; signals are delivered on the thread that iterates the context. GLib only
+// gets the subscriber's number (see SignalRegistry); the locks here protect everything else.
 class SignalSubscriber final : public ISignalSubscriber {
 public:
     // `number` is the registry's.
     SignalSubscriber(NorvexSignalCallbackFunction callback, unsigned number);
     ~SignalSubscriber() override;
 
-    // Opens the session and the signals' connection, or leaves that to the timer. 0, or below 0
-    // when a running daemon refuses.
+    // Opens the session and the signal connection, or leaves that to the timer. Returns 0, or a
+    // value below 0 if a running daemon refuses.
     int Start();
-    // Ends both. Waits for a call of the callback that is under way on another thread; none comes
+    // Closes both. Waits for a callback that is running on another thread; there are no callbacks
     // afterwards. Called once.
     void End();
 
     int Subscribe(ESignalType type, int mode, int filter, int profile, int screen) override;
     int Unsubscribe(ESignalType type, int filter, int profile, int screen) override;
 
-    // On the iterating thread. False: the source that called is of no more use.
+    // On the iterating thread. False: the calling source is no longer needed.
     bool Deliver();
     bool Restore();
 
@@ -61,22 +60,22 @@ private:
     const unsigned m_number;
     std::atomic<bool> m_hasEnded{false};
 
-    // Held during calls to the daemon, so never while the callback runs.
+    // Held during calls of the daemon, so never while the callback runs.
     std::mutex m_callMutex;
     std::unique_ptr<SessionConnection> m_session;
     const std::shared_ptr<DaemonClient> m_daemon;
-    // One each time that it was subscribed, oldest first.
+    // One entry per subscription, oldest first.
     std::vector<Subscription> m_subscriptions;
-    // The session's generation (see DaemonClient) for which they stand in the daemon, and for which
-    // the signals' connection was opened.
+    // The session's generation (see DaemonClient) in which the daemon has them, and that of the
+    // signal connection.
     std::uint64_t m_subscribedUnder = 0;
     std::uint64_t m_watchedUnder = 0;
 
-    // Guards what follows; taken inside of m_callMutex where both are needed, held briefly.
+    // Guards the following members; locked after m_callMutex if both are needed; held briefly.
     std::mutex m_deliveryMutex;
     std::condition_variable m_delivered;
     std::unique_ptr<DaemonConnection> m_connection;
     ContextSource m_watch;
     ContextSource m_timer;
-    std::thread::id m_deliveringThread; // none: no call of the callback is under way
+    std::thread::id m_deliveringThread; // none: the callback is not running
 };

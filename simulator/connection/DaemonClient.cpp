@@ -13,8 +13,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// After a time-out the new connection's hello gets this long: a service that had only lost one
-// reply is not taken for stalled.
+// Time for the hello of the new connection after a time-out: a daemon that only lost one reply is
+// not taken for stalled.
 constexpr milliseconds kProbeLimit{20};
 
 struct Registry {
@@ -22,7 +22,7 @@ struct Registry {
     std::map<std::string, std::weak_ptr<DaemonClient>> clients;
 };
 
-// Never destroyed: connections are closed by destructors of static objects, too.
+// Never destroyed: destructors of static objects close connections, too.
 Registry& GetRegistry() {
     static auto* registry = new Registry;
     return *registry;
@@ -45,7 +45,7 @@ std::shared_ptr<DaemonClient> DaemonClient::Find() {
 
 DaemonClient::DaemonClient(std::string path) : m_path(std::move(path)), m_limits(Limits::Find()) {}
 
-// Notes which run of the daemon has welcomed the connection. With the lock held.
+// Records which run of the daemon has welcomed the connection. With the lock held.
 void DaemonClient::Adopt(DaemonConnection& connection) {
     if (m_generation == 0 || connection.GetEpoch() != m_epoch ||
         connection.GetClient() != m_client) {
@@ -58,7 +58,7 @@ void DaemonClient::Adopt(DaemonConnection& connection) {
 }
 
 void DaemonClient::BecomeStalled(std::unique_ptr<DaemonConnection> probe) {
-    // A hello is under way from now on: the first call after its answer goes well.
+    // A hello is sent now: the first call after its answer succeeds.
     Failure failure = Failure::None;
     if (probe == nullptr)
         probe = DaemonConnection::Open(m_path, {}, milliseconds::zero(), failure);
@@ -80,7 +80,7 @@ void DaemonClient::GiveBack(std::unique_ptr<DaemonConnection> connection) {
         m_idle.push_back(std::move(connection));
 }
 
-// A connection that is ready for a call. Null on failure.
+// A connection ready for a call. Null on failure.
 std::unique_ptr<DaemonConnection> DaemonClient::Take(Failure& failure) {
     {
         const std::lock_guard lock(m_mutex);
@@ -98,8 +98,8 @@ std::unique_ptr<DaemonConnection> DaemonClient::Take(Failure& failure) {
     return Connect({}, failure);
 }
 
-// While the service is stalled: the probe, if its hello has been answered. With the lock held.
-// Gone: the stalled service has ended.
+// While the daemon is stalled: the probe, if its hello has been answered. With the lock held. Gone:
+// the stalled daemon has ended.
 std::unique_ptr<DaemonConnection> DaemonClient::TakeProbed(Failure& failure) {
     if (m_probe == nullptr) {
         m_probe = DaemonConnection::Open(m_path, {}, milliseconds::zero(), failure);
@@ -155,11 +155,11 @@ std::unique_ptr<DaemonConnection> DaemonClient::OpenSignals(std::uint32_t sessio
     return Connect({wire::Role::Signals, session, {}}, failure);
 }
 
-// Takes a connection, does the step with it, and looks after it according to how that went.
+// Runs the step with a connection, and keeps or drops the connection depending on the result.
 template <class Step> Failure DaemonClient::WithConnection(Step step) {
     Failure failure = Failure::None;
-    // A connection that ended while it lay idle is found out by sending, before which nothing has
-    // happened: once more, on a new one.
+    // A connection that ended while idle is noticed when sending. Nothing has happened by then:
+    // retry on a new one.
     for (int attempt = 0; attempt < 2; ++attempt) {
         std::unique_ptr<DaemonConnection> connection = Take(failure);
         if (connection == nullptr)
@@ -198,7 +198,7 @@ Failure DaemonClient::Call(const Target& target, SessionKey* session,
     return WithConnection([&](DaemonConnection& connection) {
         milliseconds limit = m_limits.call;
         if (session != nullptr && session->generation != connection.generation) {
-            // The two share the limit.
+            // Both share the limit.
             const Deadline deadline(limit);
             if (const Failure failure = OpenOn(connection, *session); failure != Failure::None)
                 return failure;
@@ -257,7 +257,7 @@ Failure DaemonClient::OpenOn(DaemonConnection& connection, SessionKey& session) 
         else if (node.tag == 1)
             hasId = node.Get(id);
     }
-    // Only who says no has refused.
+    // Only an answer is a refusal.
     if (!hasStatus || (status >= 0 && !hasId))
         return Failure::Malformed;
     session.status = status;

@@ -12,29 +12,28 @@
 
 class TCMessageBuffer;
 
-// A session as DaemonClient opens it: with whom, and whether it is open under the daemon's present
-// run.
+// A session as DaemonClient opens it: its interface and pipeline, and whether it is open in the
+// daemon's current run.
 struct SessionKey {
     std::string interfaceName;
     int profile = 0;
     int screen = 0;
-    // Valid while `generation` is the one of the connection that the call goes by.
+    // Valid while `generation` is that of the connection used for the call.
     std::uint32_t id = 0;
     std::uint64_t generation = 0;
-    // The daemon's answer to the last attempt at opening it.
+    // The daemon's answer to the last attempt to open it.
     int status = 0;
 };
 
-// The TV service as this process sees it: the connections that are ready for the next call, and
-// what is known of its health. Shared by all connections of the process to one socket, since they
-// reach the same daemon: when it is mute to one of them, none of the others has to find out by
-// waiting.
+// The daemon as this process sees it: the idle connections, and whether it responds. Shared by all
+// connections of the process to one socket, since they reach the same daemon: when it does not
+// respond to one of them, the others need not wait to find out.
 //
-// Any thread; each call has a connection of its own while it lasts.
+// Any thread; each call has its own connection.
 class DaemonClient {
 public:
-    // The one for the socket that the environment names now. Its connections are closed when nobody
-    // holds it any more.
+    // The client for the socket that the environment names now. Its connections are closed with the
+    // last reference.
     static std::shared_ptr<DaemonClient> Find();
 
     explicit DaemonClient(std::string path);
@@ -46,25 +45,25 @@ public:
         const std::string& method;
         std::int16_t methodId;
     };
-    // Makes a call; with a session, one of that session, which is opened first where the daemon
-    // does not know it (any more). Not safe against a second call with the same session meanwhile.
+    // Makes a call; with a session, a call of that session, which is opened first if the daemon
+    // does not know it (any more). Only one call with the same session at a time.
     Failure Call(const Target& target, SessionKey* session, const TCMessageBuffer& arguments,
                  TCMessageBuffer& reply);
-    // Opens the session where that is needed, and calls nothing.
+    // Opens the session if needed, without a call.
     Failure Open(SessionKey& session);
-    // Ends the session if it is open under the daemon's present run. Nobody learns how that went.
+    // Closes the session if it is open in the daemon's current run. The result is ignored.
     void Close(SessionKey& session);
 
-    // A connection for signals, welcomed and ready to be watched. Null on failure.
+    // A connection for signals, after its welcome. Null on failure.
     std::unique_ptr<DaemonConnection> OpenSignals(std::uint32_t session, Failure& failure);
 
-    // Closes the connections that wait for a call: they may have ended unseen.
+    // Closes the idle connections: the daemon may have closed them.
     void DropIdle();
 
     const std::string& GetPath() const { return m_path; }
     const Limits& GetLimits() const { return m_limits; }
 
-    // A line for the log: what failed, and in which of its ways.
+    // Writes a line to the log: what failed, and how.
     void Report(Failure failure, const std::string& interfaceName, const std::string& method) const;
 
 private:
@@ -87,8 +86,8 @@ private:
     // After a time-out, until the hello on the probe is answered.
     bool m_isStalled = false;
     std::unique_ptr<DaemonConnection> m_probe;
-    // Which run of the daemon, and which of its clients, the connections belong to. The generation
-    // grows when either changes: sessions of an earlier one are lost.
+    // The run of the daemon and the client number of the connections. The generation increases when
+    // either changes: sessions of an earlier one are lost.
     std::uint64_t m_epoch = 0;
     std::uint32_t m_client = 0;
     std::uint64_t m_generation = 0;

@@ -20,7 +20,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::size_t kMaxPacket = wire::kPacketHeaderSize + wire::kMaxPacketPayload;
-// A socket's limit is set anew only when it is off by more than this.
+// A socket's limit is only set again when it differs by more than this.
 constexpr milliseconds kLimitSlack{5};
 
 void SetLimit(int socket, int which, milliseconds limit) {
@@ -44,7 +44,7 @@ Failure Connect(int socket, const sockaddr_un& address, milliseconds limit) {
             SetLimit(socket, SO_SNDTIMEO, deadline.GetLeft());
         if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
             return Failure::None;
-        // A full backlog; one that may wait has waited for as long as the limit says.
+        // A full backlog; a blocking connect has waited until the limit.
         if (IsTimeout(errno))
             return Failure::Unresponsive;
         if (errno != EINTR)
@@ -112,7 +112,7 @@ Failure DaemonConnection::SayHello(const Purpose& purpose) {
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Hello;
     wire::PacketSender sender(header, {}, {}, tree.GetData(), tree.GetSize());
-    // The first packet on a new socket always finds room.
+    // The first packet on a new socket always fits.
     const Failure failure = Send(sender, Deadline(milliseconds(1)));
     return failure == Failure::NotSent ? Failure::Gone : failure;
 }
@@ -152,7 +152,7 @@ Failure DaemonConnection::Send(wire::PacketSender& sender, const Deadline& deadl
     return Failure::None;
 }
 
-// Takes one packet into m_packet; `size` is its length.
+// Receives one packet into m_packet; `size` is its length.
 Failure DaemonConnection::Receive(const Deadline& deadline, std::size_t& size) {
     while (true) {
         const auto left = deadline.GetLeft();
@@ -205,10 +205,10 @@ Failure DaemonConnection::ReceiveReply(std::uint32_t serial, const Deadline& dea
             return Failure::Malformed;
         const std::size_t here = size - wire::kPacketHeaderSize;
         const std::size_t whole = header.GetMessageSize();
-        // As many packets as the length asks for, all but the last of them full.
+        // As many packets as the length requires, all but the last full.
         if (here != std::min(whole, wire::kMaxPacketPayload) || more != (here < whole))
             return Failure::Malformed;
-        // An answer to a call before this one is passed over, one to a call after it is a lie.
+        // An answer to an earlier call is skipped, one to a later call is malformed.
         if (header.kind != wire::MessageKind::Reply ||
             static_cast<std::int32_t>(header.serial - serial) > 0)
             return Failure::Malformed;
@@ -224,8 +224,8 @@ Failure DaemonConnection::ReceiveReply(std::uint32_t serial, const Deadline& dea
     }
 }
 
-// Further packets of a long message go where they belong without a stop on the way. Memory is taken
-// as they come, not as the header announced them.
+// Further packets of a long message are received in place. Memory is allocated as they arrive, not
+// as the header announces.
 Failure DaemonConnection::ReceiveRest(const Deadline& deadline, std::size_t size,
                                       TCMessageBuffer& reply) {
     while (size > 0) {

@@ -13,21 +13,21 @@
 
 class TCMessageBuffer;
 
-// Why something could not be had from the TV service.
+// Why a call failed.
 enum class Failure {
     None,
-    Absent,       // nobody listens
-    Foreign,      // somebody else's process listens
+    Absent,       // it is not running
+    Foreign,      // a process of another user listens
     Unresponsive, // no answer within the limit
     Stalled,      // as before, and known from a call before this one
     Gone,         // it ended, or closed the connection
-    Malformed,    // its answer is none of the protocol's
+    Malformed,    // its answer violates the protocol
     NotSent,      // the connection had ended before anything was sent on it
-    Refused,      // it runs, and says no
+    Refused,      // it runs, and refused
 };
 
-// One connection to the TV service: a socket on which a hello has been sent. It is used until its
-// first failure, then thrown away, so that a reply that comes too late has nobody to mislead.
+// One connection to the daemon: a socket on which a hello has been sent. It is discarded after its
+// first failure, so that a late reply is never taken for another call's.
 //
 // One thread at a time.
 class DaemonConnection {
@@ -39,8 +39,8 @@ public:
         std::string_view logTag = {}; // log: lines with this tag
     };
 
-    // Connects and says hello. Does not wait for the answer; with a limit of zero for nothing. Null
-    // on failure.
+    // Connects and sends the hello, without waiting for the answer. A limit of zero never blocks.
+    // Null on failure.
     static std::unique_ptr<DaemonConnection> Open(const std::string& path, const Purpose& purpose,
                                                   std::chrono::milliseconds limit,
                                                   Failure& failure);
@@ -48,10 +48,10 @@ public:
     DaemonConnection(const DaemonConnection&) = delete;
     DaemonConnection& operator=(const DaemonConnection&) = delete;
 
-    // Waits for the answer to the hello; with a limit of zero it only looks, and Mute says that it
-    // is not there yet.
+    // Waits for the answer to the hello; a limit of zero does not wait, and Unresponsive means that
+    // it has not arrived yet.
     Failure AwaitWelcome(std::chrono::milliseconds limit);
-    // From the welcome: the daemon's run, and which of its clients this process is.
+    // From the welcome: the daemon's run, and this process's client number.
     std::uint64_t GetEpoch() const { return m_epoch; }
     std::uint32_t GetClient() const { return m_client; }
 
@@ -62,18 +62,18 @@ public:
         std::uint32_t serial = 0;
         std::uint32_t session = 0;
     };
-    // Sends a call and waits for its reply, whose tree is put into `reply`. Blocks at most for
-    // `limit`. NotSent and anything but None end the connection's use.
+    // Sends a call, waits for its reply and copies its tree to `reply`. Blocks for at most `limit`.
+    // After any failure the connection must not be used again.
     Failure Call(const CallHeader& header, const void* tree, std::size_t treeSize,
                  std::chrono::milliseconds limit, TCMessageBuffer& reply);
 
-    // Takes the next message of a connection that is only listened to, without waiting. None:
-    // `message` is a view, valid until the next call; Mute: there is none yet.
+    // Takes the next message of a signal or log connection, without waiting. None: `message` is a
+    // view, valid until the next call; Unresponsive: there is none yet.
     Failure TakePushed(wire::Message& message);
 
     int GetDescriptor() const { return m_socket; }
 
-    // Grows with each time that the daemon has forgotten this client; see DaemonClient.
+    // Increases each time the daemon has released this client; see DaemonClient.
     std::uint64_t generation = 0;
 
 private:
@@ -85,12 +85,12 @@ private:
     Failure ReceiveReply(std::uint32_t serial, const Deadline& deadline, TCMessageBuffer& reply);
     Failure ReceiveRest(const Deadline& deadline, std::size_t size, TCMessageBuffer& reply);
     Failure ReadWelcome(const wire::Message& message);
-    // The socket's own limits, which cost less than asking it first whether it is ready.
+    // The socket's own limits, which are cheaper than polling first.
     void ArmReceive(std::chrono::milliseconds limit);
     void ArmSend(std::chrono::milliseconds limit);
 
     int m_socket;
-    std::chrono::milliseconds m_receiveLimit{0}; // 0: none has been set
+    std::chrono::milliseconds m_receiveLimit{0}; // 0: not set
     std::chrono::milliseconds m_sendLimit{0};
     std::uint64_t m_epoch = 0;
     std::uint32_t m_client = 0;

@@ -6,14 +6,14 @@
 
 #include <wire/Message.h>
 
-// What a client learns from its environment, and who it is.
+// A client's environment variables, and its token.
 
-// Where the TV service listens: NORVEX_SOCKET, or norvex.sock in the user's run-time directory.
+// Where the daemon listens: NORVEX_SOCKET, or norvex.sock in the user's run-time directory.
 std::string FindSocketPath();
 
 // Longest wait for a connection with its welcome (NORVEX_CONNECT_LIMIT_MS, 1000), and for the reply
-// to a call (NORVEX_CALL_LIMIT_MS, 5000). A variable that holds no number from 1 to 3600000 counts
-// as not there.
+// to a call (NORVEX_CALL_LIMIT_MS, 5000). A variable that is not a number from 1 to 3600000 is
+// ignored.
 struct Limits {
     std::chrono::milliseconds connect;
     std::chrono::milliseconds call;
@@ -21,7 +21,7 @@ struct Limits {
     static Limits Find();
 };
 
-// The client as the TV service knows it: random bytes, the same on all connections of the process.
+// The client's identity: random bytes, the same on all connections of the process.
 struct ClientToken {
     unsigned char bytes[wire::kTokenSize];
 

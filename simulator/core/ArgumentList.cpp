@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::size_t kKeptScratch = 2u << 20;
 
-// What the thread keeps from one call to the next. A plain pointer: it can be looked at even by a
-// call that is made while the thread's own objects are being destroyed.
+// Kept by the thread from one call to the next. A plain pointer, so that it can be used even by a
+// call that is made while the thread's objects are being destroyed.
 thread_local ArgumentList* t_spare = nullptr;
 thread_local bool t_isEnding = false;
 

@@ -9,7 +9,7 @@
 
 class TIMarshalable;
 
-// The arguments of one call as they were registered, and the memory for its two trees.
+// The registered arguments of one call, and the memory for its two trees.
 class ArgumentList {
 public:
     struct Argument {
@@ -22,18 +22,17 @@ public:
     void Add(const Argument& argument) { m_arguments.push_back(argument); }
     void Clear();
 
-    // Writes the arguments, in both directions, as the tree of a call. False when one of them could
-    // not be written whole or the tree has reached its limit.
+    // Writes the arguments of both directions as the tree of a call. False when one of them could
+    // not be written completely or the tree has reached its limit.
     bool Encode();
-    // What Encode wrote, and where the reply's tree belongs.
+    // The tree written by Encode, and the buffer for the reply's tree.
     TCMessageBuffer& GetCall() { return m_call; }
     TCMessageBuffer& GetReply() { return m_reply; }
-    // Writes the reply's values into the arguments registered as out, in their order; stops at the
-    // first that cannot be read, which makes it false. What the reply does not bring stays as it
-    // was.
+    // Writes the reply's values into the out arguments, in order; stops at the first that cannot be
+    // read and returns false. Arguments that are not in the reply stay unchanged.
     bool Decode();
 
-    // A list with the memory of an earlier call of this thread, or a new one. It goes back by
+    // A list with the memory of an earlier call of this thread, or a new one. Return it with
     // GiveBack.
     static std::unique_ptr<ArgumentList> Take();
     static void GiveBack(std::unique_ptr<ArgumentList> list);

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Reaches the opaque pointer that nodes keep for their library.
+// Accesses the opaque pointer that nodes keep for their library.
 struct NodeAccess : TCTreeNode {
     static void* Get(const TCTreeNode& node) { return node.*&NodeAccess::m_pState; }
 };
@@ -40,7 +40,7 @@ void BranchState::Read(const wire::Node& node) {
 bool BranchState::Find(int wanted, wire::Node& node) {
     if (buffer != nullptr)
         return false;
-    // An earlier child can only have this tag when one of them has a tag as high.
+    // An earlier child can only have this tag if one of them has a tag at least as high.
     const bool onward = wanted > highestTag;
     const unsigned char* begin = onward ? place : data;
     wire::NodeCursor cursor(begin, static_cast<std::size_t>(data + size - begin));

@@ -10,12 +10,12 @@
 
 class BranchView;
 
-// A branch is either written, at the end of a buffer, or read, from bytes that stay where they are.
+// A branch is either being written, at the end of a buffer, or read, from bytes that stay valid.
 struct BranchState : NodeState {
     BranchState();
     ~BranchState();
 
-    // Writing. The content is what the buffer holds beyond `contentBegin`.
+    // Writing. The content is the buffer from `contentBegin` on.
     wire::Buffer* buffer = nullptr;
     std::size_t contentBegin = 0;
     int childCount = 0;
@@ -27,17 +27,18 @@ struct BranchState : NodeState {
     // in ascending order are each found where the last one ended.
     const unsigned char* place = nullptr;
     int highestTag = kNoTag;
-    // For GetFirstChild and GetNextChild: how far they have come, and what they hand out.
+    // For GetFirstChild and GetNextChild: their position, and the node that they return.
     const unsigned char* nextChild = nullptr;
     std::unique_ptr<BranchView> child;
 
     static constexpr int kNoTag = -0x10000;
 
-    // Begins reading the content of `node`.
+    // Starts reading the content of `node`.
     void Read(const wire::Node& node);
-    // The first child with that tag. Constant time for tags asked for in their order.
+    // The first child with that tag. Constant time for tags in ascending order.
     bool Find(int tag, wire::Node& node);
-    // Appends a leaf. False when the branch is not written or the message has reached its limit.
+    // Appends a leaf. False if the branch is not being written or the message has reached its
+    // limit.
     bool AppendLeaf(int childTag, wire::NodeKind childKind, const void* content,
                     std::size_t contentSize);
 
@@ -49,7 +50,7 @@ struct BranchState : NodeState {
     }
 };
 
-// The branches that this library hands out, mostly on its own stack.
+// The branches that this library returns, mostly on its own stack.
 class BranchView final : public TCTreeBranch {
 public:
     // For reading the content of `node`, a view of well-formed bytes that outlive it.

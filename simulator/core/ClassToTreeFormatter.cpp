@@ -9,7 +9,7 @@
 
 namespace {
 
-// Whether `count` elements of `elementSize` bytes at `data` can be taken for a leaf's content.
+// Whether `count` elements of `elementSize` bytes at `data` can be a leaf's content.
 bool IsContent(int count, int elementSize, const void* data) {
     if (count < 0 || elementSize < 0)
         return false;

@@ -16,7 +16,7 @@ bool TCDebugMenuUtility::OpenLibrary(const char* path, const char* entry) {
         return false;
     void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
-        // Its text is the calling thread's own.
+        // Its text belongs to the calling thread.
         const char* const reason = dlerror(); // NOLINT(concurrency-mt-unsafe)
         devicelog::Print("norvex-core", "cannot open the library %s: %s", path, reason);
         return false;

@@ -20,7 +20,7 @@ int DefaultNodeCreator::GetKind() {
     return kPlainElements;
 }
 
-// A reader fills one element from one node: a count from outside never decides how much is copied.
+// A reader fills one element from one node: a received count never determines how much is copied.
 bool DefaultNodeCreator::HasElementCount() {
     return false;
 }

@@ -5,10 +5,11 @@
 #include "BranchView.h"
 
 // A formatter's one pointer: its branch and, in the lowest bit that an address never has, whether a
-// push has failed. A formatter is made for every object that travels, so it allocates nothing.
+// push has failed. A formatter is created for every object sent or received, so it allocates
+// nothing.
 class FormatterState {
 public:
-    // `state` is the formatter's own pointer.
+    // `state` is the formatter's opaque pointer.
     explicit FormatterState(void*& state) : m_state(state) {}
 
     static void* For(TCTreeBranch& branch) { return &GetBranchState(branch); }
@@ -17,7 +18,7 @@ public:
         return *static_cast<BranchState*>(HasFailed() ? Moved(-kFailed) : m_state);
     }
     bool HasFailed() const { return (reinterpret_cast<std::uintptr_t>(m_state) & kFailed) != 0; }
-    // Hands `worked` on, and remembers when it is false.
+    // Returns `worked`, and remembers if it is false.
     bool Note(bool worked) {
         if (!worked && !HasFailed())
             m_state = Moved(kFailed);

@@ -5,7 +5,7 @@
 
 #include "BranchView.h"
 
-// The one node that a creator has handed out, with its bytes.
+// The one node that a creator has returned, with its bytes.
 struct KeptNode {
     wire::Buffer bytes;
     BranchView view{wire::Node{}};
@@ -22,7 +22,7 @@ struct KeptNode {
     }
 };
 
-// What stands behind a creator.
+// The private state of a creator.
 inline KeptNode& GetKept(void* state) {
     return *static_cast<KeptNode*>(state);
 }

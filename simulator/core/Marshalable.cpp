@@ -10,10 +10,10 @@ TIMarshalable::~TIMarshalable() = default;
 
 TCMarshalable::TCMarshalable() : m_pState(nullptr) {}
 
-// The state belongs to the one object that made it.
+// The state belongs to the object that created it.
 TCMarshalable::TCMarshalable(const TCMarshalable&) : TIMarshalable(), m_pState(nullptr) {}
 
-// cppcheck-suppress operatorEqVarError ; nothing is taken over.
+// cppcheck-suppress operatorEqVarError ; nothing is copied.
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp): nothing is taken over.
 TCMarshalable& TCMarshalable::operator=(const TCMarshalable&) {
     return *this;

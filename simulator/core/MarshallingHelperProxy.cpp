@@ -10,8 +10,8 @@ TCMarshallingHelperProxy::TCMarshallingHelperProxy() = default;
 
 TCMarshallingHelperProxy::~TCMarshallingHelperProxy() = default;
 
-// The sanitizer's check of the connection's type would need the client library, which this one is
-// never linked with.
+// The sanitizer's check of the connection's type would need the client library, with which this one
+// is not linked.
 __attribute__((no_sanitize("vptr"))) bool
 TCMarshallingHelperProxy::Run(NorvexAPIConnection* connection, std::string& interfaceName,
                               const std::string& method, short methodId, bool flag) {

@@ -4,7 +4,7 @@
 
 namespace {
 
-// What one huge message took is given back when the next one begins.
+// Memory of a huge message is freed when the next one begins.
 constexpr std::size_t kKeptMemory = 2u << 20;
 
 wire::Buffer& Bytes(void* state) {

@@ -3,15 +3,16 @@
 #include <cstddef>
 #include <wire/Tree.h>
 
-// What stands behind a node's opaque pointer. It lives in the object that made the node, so that a
-// node costs no allocation of its own.
+// The state behind a node's opaque pointer. It is stored in the object that created the node, so
+// that a node needs no allocation.
 struct NodeState {
     wire::NodeKind kind = wire::NodeKind::Value;
-    // Asked for with -1: the branch that takes the node numbers it.
+    // Created with tag -1: the branch to which the node is appended numbers it.
     int tag = 0;
-    // Made by `new` for whoever appends it; every other node is kept by its maker.
+    // Created by `new` for the branch to which it is appended; every other node belongs to its
+    // creator.
     bool isOwnedByTaker = false;
-    // The content; of a branch that is being written, see BranchState.
+    // The content; for a branch that is being written see BranchState.
     const unsigned char* data = nullptr;
     std::size_t size = 0;
 };

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Positions beyond the tags' range begin again at 0; a container's reader goes by the order.
+// Positions beyond the range of tags restart at 0; a container's reader relies on the order.
 int TagOfPlace(int place) {
     return place & INT16_MAX;
 }

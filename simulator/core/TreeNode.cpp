@@ -20,7 +20,7 @@ std::size_t GetContentSize(const NodeState& node) {
                : node.size;
 }
 
-// A leaf's copy of its content stands behind its state.
+// A leaf's copy of its content follows its state.
 struct LeafState : NodeState {
     std::unique_ptr<unsigned char[]> copy;
 };

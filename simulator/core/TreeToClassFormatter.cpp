@@ -8,7 +8,7 @@
 
 namespace {
 
-// Copies a leaf of exactly that kind and size; false, and nothing copied, for any other.
+// Copies a leaf of exactly that kind and size; false, without copying, for any other.
 bool CopyLeaf(const wire::Node& node, wire::NodeKind kind, long long size, void* data) {
     if (node.kind != kind || size != node.size || (data == nullptr && size > 0))
         return false;

@@ -1,5 +1,4 @@
-// The log tags and the key-value store, as the TV serves them: each call is one exchange. Any
-// thread.
+// The TV's log tags and key-value store. Each call is one exchange. Any thread.
 #include <norvex/device/LogTags.h>
 #include <norvex/device/Vconf.h>
 
@@ -16,7 +15,7 @@ using Method = interfaces::DeviceMethod;
 
 constexpr int kFailed = -1;
 
-// Arguments by place: the status, the text and, where one is asked for, the value.
+// Arguments by place: the status, the text and, for some operations, the value.
 constexpr std::int16_t kStatus = 0;
 constexpr std::int16_t kText = 1;
 constexpr std::int16_t kValue = 2;
@@ -28,14 +27,14 @@ struct Line {
                                    true};
 };
 
-// Never given up: whoever asks once asks again, and the process may be ending.
+// Never closed: further calls follow, and the process may be ending.
 Line& GetLine() {
     static auto* line = new Line;
     return *line;
 }
 
-// Makes the call with one text. 0 on success; kFailed when it was refused or there was no exchange.
-// `value`, when not null, is filled on success alone.
+// Makes the call with one text. 0 on success; kFailed if it was refused or the exchange failed.
+// `value`, if not null, is only set on success.
 int Call(Method method, const char* text, int* value = nullptr) {
     int status = kFailed;
     wire::Buffer tree;
@@ -56,7 +55,7 @@ int Call(Method method, const char* text, int* value = nullptr) {
                                       static_cast<short>(method), false, arguments, reply))
             return kFailed;
     }
-    // A tree that is broken anywhere is no answer.
+    // A tree that is malformed anywhere is not used.
     if (!wire::IsWellFormed(reply.GetData(), reply.GetSize()))
         return kFailed;
     int answer = 0;

@@ -17,8 +17,8 @@ std::string FindVariable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-// Where the simulated device keeps its files: NORVEX_DEVICE_DIR or, without it, a directory of the
-// user's own state.
+// Where the simulated device keeps its files: NORVEX_DEVICE_DIR or, without it, a directory in the
+// user's state directory.
 std::string FindBaseDirectory() {
     if (std::string directory = FindVariable("NORVEX_DEVICE_DIR"); !directory.empty())
         return directory;
@@ -31,7 +31,7 @@ std::string FindBaseDirectory() {
 
 } // namespace
 
-// A TV comes with its directories; this one makes them when they are asked for.
+// A TV has its directories; this one creates them on demand.
 std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
                                             const std::string& relativePath) {
     if (directory != DEVICE_DIRECTORY_DATA) {

@@ -22,13 +22,13 @@ using nlohmann::json;
 
 namespace {
 
-// For each line of an answer, unless the TV gives another limit.
+// Timeout for each line of an answer, unless the TV sends another.
 constexpr double kLimitSeconds = 10;
 constexpr double kMaxLimitSeconds = 1e6;
 constexpr int kFailed = 1;
 constexpr int kBadArguments = 2;
 
-// What names and texts of others may hold does not reach the terminal's controls.
+// Control characters in names and texts do not reach the terminal.
 std::string Escape(const std::string& text, bool isOneLine) {
     std::string escaped;
     for (const char character : text) {
@@ -45,7 +45,7 @@ std::string Escape(const std::string& text, bool isOneLine) {
     return escaped;
 }
 
-// The connection to a TV's control socket. Each operation that fails has said why.
+// The connection to a TV's control socket. Each operation that fails has reported why.
 class Connection {
 public:
     explicit Connection(const std::string& socketPath) : m_path(sim::GetControlPath(socketPath)) {}
@@ -94,7 +94,7 @@ public:
         setsockopt(m_fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     }
 
-    // A TV that does not take it all has answered why.
+    // A TV that does not read it all has answered why.
     void Send(const std::string& bytes) {
         std::size_t sent = 0;
         while (sent < bytes.size()) {
@@ -107,7 +107,8 @@ public:
         }
     }
 
-    // Without its end. False when there are no more (errno is not EAGAIN), or when none came in time (EAGAIN).
+    // Without the line end. False when there are no more (errno is not EAGAIN), or on timeout
+    // (EAGAIN).
     bool ReadLine(std::string& line) {
         std::size_t searched = 0;
         for (;;) {
@@ -118,7 +119,7 @@ public:
                 return true;
             }
             searched = m_received.size();
-            // What came is seen before more is waited for.
+            // Print what has arrived before waiting for more.
             std::fflush(stdout);
             char bytes[65536];
             errno = 0;
@@ -176,7 +177,7 @@ int PrintAnswer(Connection& connection) {
     return kFailed;
 }
 
-// Empty when there is none any more.
+// Empty if it no longer exists.
 std::string GetDirectory() {
     char directory[PATH_MAX];
     return getcwd(directory, sizeof directory) != nullptr ? directory : "";

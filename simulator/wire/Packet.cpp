@@ -8,7 +8,7 @@ namespace wire {
 namespace {
 
 constexpr std::uint8_t kPacketVersion = 1;
-// A receiver keeps this much memory between messages; a longer message's is given back.
+// Memory that a receiver keeps between messages; that of a longer message is freed.
 constexpr std::size_t kKeptMemory = 1u << 20;
 
 } // namespace
@@ -82,7 +82,7 @@ PacketAssembler::Result PacketAssembler::Feed(const void* packet, std::size_t si
         m_inMessage = true;
     }
     const std::size_t missing = m_expected - m_message.GetSize();
-    // Every packet but the last is full, so that a peer cannot make a message out of countless tiny
+    // Every packet but the last is full, so that a peer cannot split a message into countless tiny
     // ones.
     if (more ? payloadSize != kMaxPacketPayload || payloadSize >= missing : payloadSize != missing)
         return Result::Malformed;

@@ -15,7 +15,7 @@ bool RegisterComponents(Context& context, const Options& options, std::string& e
     context.Register<DebugPrintControl>(context, options.items);
     if (!RegisterServices(context, options.lineUp ? &*options.lineUp : nullptr, error))
         return false;
-    // A TV that had forgotten what it keeps would overwrite it.
+    // Otherwise the TV would overwrite the stored numbers.
     error = context.numbers.GetReadError();
     if (!error.empty())
         return false;

@@ -10,9 +10,9 @@ namespace sim {
 
 class Context;
 
-// What the TV is made of. Here, and only here, a new part is registered.
+// The TV's components. Register a new one here.
 struct Options {
-    std::uint32_t items = 0;            // debug menu items beside the built-in ones
+    std::uint32_t items = 0;            // debug menu items in addition to the built-in ones
     std::optional<LineUpSource> lineUp; // in place of the built-in one, or the database's
 };
 // False: `error` is one line.

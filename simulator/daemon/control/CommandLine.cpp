@@ -8,8 +8,8 @@ namespace sim {
 
 namespace {
 
-// CLI11 takes "[]" and "[a,b]" for lists of its own where several arguments may stand: a blank at the end hides them
-// from it, and is taken away again.
+// CLI11 would parse "[]" and "[a,b]" as lists where several arguments are allowed: a blank appended
+// to them, and removed afterwards, prevents that.
 bool IsInBrackets(const std::string& text) {
     return text.starts_with('[') && text.ends_with(']');
 }
@@ -69,7 +69,7 @@ std::optional<CommandLine::Ending> CommandLine::Parse(std::vector<std::string> a
         if (IsInBrackets(argument))
             argument += ' ';
     }
-    // CLI11 wants the last one first.
+    // CLI11 expects them in reverse order.
     std::reverse(arguments.begin(), arguments.end());
     try {
         m_app->parse(arguments);

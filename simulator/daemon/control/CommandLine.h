@@ -13,26 +13,26 @@ class Option;
 
 namespace sim {
 
-// What a program or a control command can be given: read, checked, and described to `--help`. A name with dashes is an
-// option, one without is an argument that has to be given. The variables get their values in Parse and keep what they
-// hold where nothing is given.
+// The arguments of a program or a control command: parsed, checked, and described by `--help`. A
+// name with dashes is an option, one without is a required argument. Parse sets the variables;
+// those not given keep their values.
 class CommandLine {
 public:
-    // `program` is what a user types before the arguments, `help` what it is for.
+    // `program` is what a user types before the arguments, `help` describes it.
     CommandLine(const std::string& program, const std::string& help);
     ~CommandLine();
     CommandLine(const CommandLine&) = delete;
     CommandLine& operator=(const CommandLine&) = delete;
 
     void Flag(const char* name, bool& given, const char* help);
-    // `type` stands for the value in the help: "FILE".
+    // `type` is the placeholder in the help: "FILE".
     void Text(const char* name, std::string& value, const char* type, const char* help);
     // One or more.
     void Texts(const char* name, std::vector<std::string>& values, const char* type,
                const char* help);
     void Integer(const char* name, std::optional<std::int32_t>& value, const char* type,
                  const char* help);
-    // What is not within the two bounds is an error.
+    // A value outside the two bounds is an error.
     void Integer(const char* name, std::int32_t& value, std::int32_t least, std::int32_t most,
                  const char* type, const char* help);
     void Integer(const char* name, std::optional<std::int32_t>& value, std::int32_t least,
@@ -40,13 +40,13 @@ public:
     void Number(const char* name, double& value, double least, double most, const char* type,
                 const char* help);
 
-    // Instead of doing its work, the program prints this text.
+    // What the program prints instead of running.
     struct Ending {
         int status; // 0: help, for standard output; kBadArguments: an error of one line, without its end
         std::string text;
     };
     static constexpr int kBadArguments = 2;
-    // Nothing when the arguments were fine.
+    // Nothing if the arguments are valid.
     std::optional<Ending> Parse(std::vector<std::string> arguments);
 
 private:

@@ -10,16 +10,16 @@
 
 namespace sim {
 
-// The commands of norvex-simctl: what each takes and does is said in one place, where it is added.
+// The commands of norvex-simctl. Each is defined completely where it is added.
 class ControlCommands {
 public:
-    // Answers on the connection, at once or later, with the arguments that its command line took.
+    // Answers on the connection, at once or later, using the parsed arguments.
     using Run = std::function<void(ControlConnection& asker)>;
-    // Called for each request. The variables that the command line fills belong to what is returned, which lives as
-    // long as the connection.
+    // Called for each request. The variables that the command line sets belong to the returned
+    // function, which lives as long as the connection.
     using Command = std::function<Run(CommandLine& line)>;
 
-    // A name may be of several words: "lineup load". `help` is one line.
+    // A name may have several words: "lineup load". `help` is one line.
     void Add(const std::string& name, const std::string& help, Command command);
     // What a user typed after "norvex-simctl".
     void Execute(const std::vector<std::string>& arguments, ControlConnection& asker) const;
@@ -30,7 +30,7 @@ private:
         Command command;
     };
 
-    // One line for each command whose name begins so.
+    // One line per command whose name begins with this.
     std::string DescribeAll(const std::string& beginning) const;
 
     std::map<std::string, Entry> m_commands;

@@ -16,7 +16,7 @@ using nlohmann::json;
 
 namespace {
 
-// What may wait to be taken before a source is asked for more.
+// Maximum of unsent bytes before a source is asked for more.
 constexpr std::size_t kEnough = 64u << 10;
 constexpr int kBadRequest = 2;
 
@@ -53,7 +53,7 @@ void ControlConnection::Read() {
     if (size <= 0)
         return End();
     if (m_asked)
-        return; // one request a connection; the rest is ignored
+        return; // one request per connection; the rest is ignored
     m_in.append(bytes, static_cast<std::size_t>(size));
     const std::size_t end = m_in.find('\n', m_in.size() - static_cast<std::size_t>(size));
     if (end == std::string::npos && m_in.size() <= kMaxRequest)
@@ -125,7 +125,7 @@ void ControlConnection::SetSource(Source source) {
 }
 
 void ControlConnection::Wake() {
-    // Later: whoever wakes it is in the middle of a call.
+    // Later: Wake is called in the middle of a call.
     if (!m_wake.IsRunning())
         m_wake.StartSoon([this] { Write(); });
 }

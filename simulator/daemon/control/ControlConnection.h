@@ -21,16 +21,16 @@ namespace sim {
 //
 //     {"print": "text"}        for standard output
 //     {"error": "line"}        for standard error
-//     {"limit": 300}           the next line may take so many seconds
-//     {"endless": true}        lines come until somebody ends; there will be no status
+//     {"limit": 300}           the next line may take this many seconds
+//     {"endless": true}        lines until one end closes; no status
 //     {"status": 0}            0, 1: refused, 2: bad arguments
 class ControlConnection {
 public:
     using RequestHandler =
         std::function<void(const std::vector<std::string>& arguments, ControlConnection&)>;
-    // Called once, when the connection is over; it must live until the loop's next round.
+    // Called once, when the connection has ended; the object must live until the loop's next round.
     using EndHandler = std::function<void(ControlConnection&)>;
-    // Prints some more; the status when there is no more to come.
+    // Prints more; returns the status at the end.
     using Source = std::function<std::optional<int>()>;
 
     ControlConnection(int fd, RequestHandler request, EndHandler ended);
@@ -40,7 +40,7 @@ public:
 
     void Print(const std::string& text);
     void Complain(const std::string& line);
-    // Sent at once: said before a long work or a wait begins.
+    // Sent at once, before a long operation or a wait.
     void SetLimit(double seconds);
     // The answer is complete.
     void Finish(int status = 0);
@@ -49,28 +49,28 @@ public:
         Finish(status);
     }
 
-    // The rest of the answer comes from here, as fast as the asker takes it.
+    // The source prints the rest of the answer, as fast as the client reads it.
     void SetSource(Source source);
-    // There is no end to what the source prints.
+    // The source never ends.
     void SetEndless();
     // The source has more.
     void Wake();
-    // Calls the function, and keeps it as long as the connection lives.
+    // Calls the function, and keeps it until the end of the connection.
     void Start(std::function<void(ControlConnection&)> run);
-    // Lives as long as the connection: what waits for something on its behalf.
+    // Keeps an object until the end of the connection, such as one that waits.
     void Keep(std::shared_ptr<void> kept) { m_kept = std::move(kept); }
 
-    // A file that the asker has named.
+    // Resolves a file name given by the client.
     std::string GetPath(const std::string& file) const;
 
     bool HasAsked() const { return m_asked; }
     void End();
 
-    // Who has not asked by then is let go.
+    // Time for the request.
     static constexpr unsigned kRequestMilliseconds = 2000;
     static constexpr std::size_t kMaxRequest = 1u << 20;
     static constexpr std::size_t kMaxArguments = 1000;
-    // What is cut from a longer error line.
+    // Longer error lines are truncated to this.
     static constexpr std::size_t kMaxErrorLine = 500;
 
 private:
@@ -88,7 +88,7 @@ private:
     std::string m_out;
     std::size_t m_written = 0;
     bool m_asked = false;
-    bool m_last = false; // nothing comes after what is in m_out
+    bool m_last = false; // nothing follows the content of m_out
     std::string m_directory = "/";
     std::function<void(ControlConnection&)> m_run;
     Source m_source;

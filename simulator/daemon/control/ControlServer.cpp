@@ -18,7 +18,7 @@ bool ControlServer::Open(const std::string& path, std::string& error) {
 
 void ControlServer::Accept(int fd) {
     if (m_connections.size() >= kMaxConnections) {
-        // The oldest that has not asked for anything is evicted.
+        // The oldest without a request is evicted.
         const auto silent = std::find_if(m_connections.begin(), m_connections.end(),
                                          [](const auto& each) { return !each->HasAsked(); });
         if (silent != m_connections.end())

@@ -12,8 +12,8 @@
 
 namespace sim {
 
-// The control socket, beside the product's: what tests and people use to look at the TV and to
-// change its inputs.
+// The control socket, next to the product's: for tests and people to inspect the TV and change its
+// environment.
 class ControlServer {
 public:
     static constexpr std::size_t kMaxConnections = 128;
@@ -30,7 +30,7 @@ private:
     const ControlCommands& m_commands;
     Log& m_log;
     std::list<std::unique_ptr<ControlConnection>> m_connections;
-    // Over, but perhaps still in use further up the stack.
+    // Ended, but possibly in use further up the stack.
     std::vector<std::unique_ptr<ControlConnection>> m_ended;
     Timer m_cleanUp;
     Listener m_listener;

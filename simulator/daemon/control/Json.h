@@ -4,16 +4,16 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-// JSON from outside, and to there.
+// Parsing and printing of JSON.
 namespace sim {
 
-// What is nested deeper is refused: nobody needs it, and comparing or printing it would take a stack of any size.
+// Deeper nesting is rejected: comparing or printing it would need an unlimited stack.
 constexpr int kMaxJsonDepth = 16;
 
-// False, and `value` as it was, when the text is not JSON or is nested too deep.
+// False, with `value` unchanged, if the text is not JSON or nested too deep.
 bool ParseJson(const std::string& text, nlohmann::json& value);
 
-// On one line, without its end; never invalid UTF-8.
+// On one line, without the line end; always valid UTF-8.
 std::string ToText(const nlohmann::json& value);
 
 } // namespace sim

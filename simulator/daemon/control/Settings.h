@@ -10,7 +10,7 @@ namespace sim {
 // What `norvex-simctl set NAME VALUE...` can change: by name, with a line of help.
 class Settings {
 public:
-    // Gets the values after the name. False: `error` says what was expected.
+    // Gets the values after the name. False: `error` says what is expected.
     using Setter = std::function<bool(const std::vector<std::string>& values, std::string& error)>;
 
     void Add(const std::string& name, const std::string& help, Setter setter) {

@@ -25,7 +25,7 @@ const char* OnOff(bool on) {
     return on ? "ON" : "OFF";
 }
 
-// A typed word as it may stand on a screen.
+// A typed word for display on a screen.
 std::string Quote(std::string_view word) {
     constexpr std::size_t kMaxShown = 40;
     std::string text(word.substr(0, kMaxShown));
@@ -173,7 +173,7 @@ std::string DebugDialogue::ShowStatus() const {
 }
 
 std::string DebugDialogue::ShowItems() const {
-    // A screen, not a listing: what does not fit is reached by its number all the same.
+    // A screen, not a listing: items that do not fit can still be switched by number.
     constexpr std::size_t kMaxRows = 64;
     std::string rows;
     const auto& items = m_switches.GetItems();

@@ -7,14 +7,14 @@
 
 namespace sim {
 
-// One user's dialogue with the service's own debug menu: screens that are reached by typed words,
-// one word at a time. The switches are shared by all dialogues.
+// One user's dialogue with the TV's debug menu: each typed word leads to a screen. All dialogues
+// share the switches.
 class DebugDialogue {
 public:
     explicit DebugDialogue(DebugSwitches& switches) : m_switches(switches) {}
 
     bool IsOpen() const { return m_open; }
-    // Name of the screen that is shown.
+    // Name of the current screen.
     const char* GetScreenName() const;
 
     // The first screen.
@@ -33,9 +33,9 @@ private:
     std::string ShowItems() const;
     std::string ShowModes() const;
     std::string ShowQoS() const;
-    // The words that only one screen knows; false when it doesn't either.
+    // Words of the current screen only; false if it does not know the word either.
     bool ExecuteOnScreen(std::string_view word, std::string& screen);
-    // The present screen again, with a line above it.
+    // The current screen again, with a line above it.
     std::string ShowAgain(const std::string& line);
     std::string TellChange(bool kept, const std::string& line);
 

@@ -74,11 +74,11 @@ void DebugPrintControl::Execute(const Call& call, const ArgumentReader& in, Repl
 }
 
 void DebugPrintControl::Stop(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-    // A dialogue that the user has left is still to be stopped: 0 when there was none at all.
+    // A dialogue that the user has left must still be stopped: 0 only if there was none.
     out.Int(0, m_dialogues.erase(call.client.GetNumber()) > 0 ? kDone : 0);
 }
 
-// How much the service prints for debugging: the number of items that are switched on.
+// The number of items that are on.
 void DebugPrintControl::Check(const Call&, const ArgumentReader&, ReplyWriter& out) {
     out.Int(0, kDone);
     out.Int(1, m_switches.CountOn());
@@ -106,7 +106,7 @@ void DebugPrintControl::SetMenuItem(const Call&, const ArgumentReader& in, Reply
     if (item == nullptr)
         return out.Int(
             0, m_context.log.Refuse(kUnknown, kOwnTag, "there is no debug menu item %u", sent.id));
-    // The name is the service's; what a client sends of it does not count.
+    // The name belongs to the daemon; the client's is ignored.
     out.Int(0, Answer(m_switches.SetItem(*item, sent.on)));
 }
 

@@ -11,11 +11,11 @@
 
 namespace sim {
 
-// com.holvi.IDebugPrintControl: the debug printing of the TV service. Each client has a dialogue of
-// its own; the switches are the service's.
+// com.holvi.IDebugPrintControl: the TV's debug menu. Each client has its own dialogue; the switches
+// are shared.
 class DebugPrintControl : public Interface, public Component {
 public:
-    // `extraItems` debug menu items are there beside the built-in ones.
+    // `extraItems`: debug menu items in addition to the built-in ones.
     DebugPrintControl(Context& context, std::uint32_t extraItems);
 
     const char* GetStateName() const override { return "debug"; }
@@ -36,7 +36,7 @@ private:
     void SetDebugMode(const Call& call, const ArgumentReader& in, ReplyWriter& out);
     void IsDebugModeEnabled(const Call& call, const ArgumentReader& in, ReplyWriter& out);
 
-    // What a setter answers.
+    // The result of a setter.
     std::int32_t Answer(bool kept);
 
     Context& m_context;

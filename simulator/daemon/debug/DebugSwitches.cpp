@@ -13,8 +13,8 @@ namespace {
 // In the database.
 const char kPart[] = "debug";
 
-// Names fit the column in which consoles show them (17 characters). Ids are three digits, so that
-// none of them is the word that leaves the dialogue.
+// Names fit the column in which consoles show them (17 characters). Ids have three digits, so that
+// none of them is 99.
 constexpr std::uint32_t kFirstId = 101;
 const char* const kItemNames[] = {
     "Tuner lock",   "Section filter", "Channel change",  "Service list",
@@ -30,19 +30,19 @@ const DebugSwitches::Mode kModes[] = {
     {"dry-run", 3, false},
 };
 
-// 24 characters: the length of a talkative item's name.
+// 24 characters: the length of a long name.
 std::string MakeExtraName(std::uint32_t number) {
     return Printed("Extra debug switch %05u", number);
 }
 
-// The number at the end of "item/101"; 0, which is no item's, when there is none.
+// The number at the end of "item/101"; 0, which is not an item's id, if there is none.
 std::uint32_t ReadKeyNumber(std::string_view key) {
     std::uint32_t number = 0;
     ParseNumber(key.substr(key.find('/') + 1), number);
     return number;
 }
 
-// What was kept of an item or a mode; null when it is no longer there.
+// The stored value of an item or a mode; null if it no longer exists.
 template <class T> void TakeKept(T* kept, bool on) {
     if (kept != nullptr)
         kept->on = on;
@@ -79,7 +79,7 @@ std::int32_t DebugSwitches::CountOn() const {
         std::count_if(m_items.begin(), m_items.end(), [](const Item& item) { return item.on; }));
 }
 
-// Ids are given without gaps.
+// Ids have no gaps.
 DebugSwitches::Item* DebugSwitches::FindItem(std::uint32_t id) {
     return id < kFirstId || id - kFirstId >= m_items.size() ? nullptr : &m_items[id - kFirstId];
 }

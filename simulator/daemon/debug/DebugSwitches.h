@@ -11,8 +11,8 @@
 
 namespace sim {
 
-// What the service's debug printing has to switch: items, the QoS switch, debug modes. Each change
-// is kept in the database before it counts.
+// The switches of the debug menu: items, the QoS switch, debug modes. Each change is stored in the
+// database before it takes effect.
 class DebugSwitches {
 public:
     using Item = values::MenuItem;
@@ -22,28 +22,28 @@ public:
         bool on;
     };
 
-    // Takes what the database has kept. `extraItems` are added to the built-in ones.
+    // Loads the stored switches. `extraItems` are added to the built-in ones.
     DebugSwitches(NumberStore& numbers, std::uint32_t extraItems);
 
     const std::vector<Item>& GetItems() const { return m_items; }
-    // How many items are switched on.
+    // The number of items that are on.
     std::int32_t CountOn() const;
     bool IsQoSOn() const { return m_qos; }
     const std::vector<Mode>& GetModes() const { return m_modes; }
 
-    // Null for one that is not there. Changed through the operations below alone.
+    // Null for an unknown one. To be changed only with the operations below.
     Item* FindItem(std::uint32_t id);
     Mode* FindMode(std::int32_t number);
 
-    // False, and nothing changed, when the database would not take it.
+    // False, without a change, if the database cannot be written.
     bool SetItem(Item& item, bool on);
     bool SetAllItems(bool on);
     bool SetQoS(bool on);
     bool SetMode(Mode& mode, bool on);
-    // Several items by id, all or none; ids that are not there must have been sorted out.
+    // Several items by id, all or none; all ids must exist.
     bool SetItems(const std::vector<std::pair<std::uint32_t, bool>>& states);
 
-    // So many items beside the built-in ones; everything is off then.
+    // Sets the number of extra items; afterwards everything is off.
     bool SetExtraItems(std::uint32_t count);
     bool Reset();
 

@@ -10,8 +10,8 @@
 
 namespace sim {
 
-// com.holvi.IDevice: what belongs to the device rather than to its TV service: the key-value store,
-// and the switches of the log's tags. Both are kept in the database.
+// com.holvi.IDevice: the device's key-value store and the switches of the log's tags. Both are
+// stored in the database.
 class Device : public Interface, public Component {
 public:
     explicit Device(Context& context);

@@ -8,20 +8,20 @@
 
 namespace sim {
 
-// Tells whoever waits for a condition that the TV may have changed: in the loop's next round, once
-// for however many changes there were.
+// Notifies listeners that the TV may have changed: in the loop's next round, once for any number of
+// changes.
 class Changes {
 public:
     using Listener = std::function<void()>;
 
-    // To be called after each change: calls are seen to, what happens by itself (timers, the end of
-    // a scan) is for the part to tell. Costs next to nothing while nobody waits.
+    // To be called after each change; done for calls, and by Event for what happens outside calls.
+    // Costs next to nothing without listeners.
     void Tell() {
         if (!m_listeners.empty() && !m_idle.IsRunning())
             m_idle.StartSoon([this] { TellAll(); });
     }
 
-    // A listener is called from the loop, and may remove itself or others then.
+    // A listener is called from the loop, and may remove itself or others.
     std::uint64_t AddListener(Listener listener) {
         m_listeners.emplace(++m_lastId, std::move(listener));
         return m_lastId;

@@ -24,7 +24,7 @@ void EventLoop::Run() {
 }
 
 bool EventLoop::RunRound(Wait wait) {
-    // Room for all: nobody is called twice while another is ready and not called.
+    // Room for all: no handler is called twice while another one is ready and has not been called.
     m_ready.resize(m_watches.size() + 1);
     const int count = epoll_wait(m_epoll, m_ready.data(), static_cast<int>(m_ready.size()),
                                  wait == Wait::Never ? 0 : GetTimeout());
@@ -40,7 +40,7 @@ bool EventLoop::RunRound(Wait wait) {
         (*handler)(event.events);
     }
     for (const TimerKey& key : m_due) {
-        // Taken out first: the handler may start its timer again.
+        // Removed first: the handler may start its timer again.
         const auto timer = m_timers.extract(key);
         if (timer.empty())
             continue; // stopped in this round

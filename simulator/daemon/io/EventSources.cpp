@@ -34,7 +34,7 @@ void FdWatch::Stop() {
         return;
     EventLoop& loop = EventLoop::Get();
     epoll_ctl(loop.m_epoll, EPOLL_CTL_DEL, std::exchange(m_fd, -1), nullptr);
-    // Taken out before the handler ends: what it owns may stop others.
+    // Removed before the handler is destroyed: what it owns may stop others.
     const auto ended = loop.m_watches.extract(m_id);
 }
 
@@ -43,7 +43,7 @@ void Timer::Start(unsigned milliseconds, Handler handler) {
 }
 
 void Timer::StartSoon(Handler handler) {
-    // Due before whatever has a time, in the order of starting.
+    // Due before all others, in the order of starting.
     StartAt(EventLoop::Clock::time_point::min(), std::move(handler));
 }
 

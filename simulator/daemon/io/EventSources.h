@@ -5,15 +5,15 @@
 
 #include "EventLoop.h"
 
-// What the event loop calls. Each ends with its object, also from within its own handler or another's: a handler is
-// not called any more once it has been stopped.
+// Handlers of the event loop. Each ends with its object, even if destroyed in its own handler or
+// another one: after a stop the handler is not called any more.
 namespace sim {
 
-// Calls the handler while a descriptor is ready. The descriptor is not owned, must outlive the watch, and has one
-// watch at a time.
+// Calls the handler while a descriptor is ready. The descriptor is not owned, must outlive the
+// watch, and can have only one watch at a time.
 class FdWatch {
 public:
-    // Gets what the descriptor is ready for, as epoll has it: EPOLLIN, EPOLLOUT, EPOLLERR, EPOLLHUP.
+    // Gets the ready events of epoll: EPOLLIN, EPOLLOUT, EPOLLERR, EPOLLHUP.
     using Handler = std::function<void(std::uint32_t events)>;
 
     FdWatch() = default;
@@ -23,7 +23,7 @@ public:
 
     // Throws std::system_error when the kernel cannot watch the descriptor.
     void Start(int fd, std::uint32_t events, Handler handler);
-    // What to watch for, EPOLLIN and EPOLLOUT; errors and hang-ups are always reported.
+    // Events to watch for, EPOLLIN and EPOLLOUT; errors and hang-ups are always reported.
     void SetEvents(std::uint32_t events);
     void Stop();
 
@@ -42,7 +42,7 @@ public:
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
 
-    // Never early. In place of what it was started for before.
+    // Never early. Replaces an earlier start.
     void Start(unsigned milliseconds, Handler handler);
     void StartSoon(Handler handler);
     void Stop();

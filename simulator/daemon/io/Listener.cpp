@@ -15,7 +15,7 @@ namespace sim {
 
 namespace {
 
-// Descriptors have run out: how long the queue waits before the next try.
+// Pause before the next attempt when descriptors have run out.
 constexpr unsigned kPauseMilliseconds = 200;
 constexpr int kBacklog = 128;
 
@@ -49,7 +49,7 @@ bool PathClaim::Take(const std::string& path, std::string& error) {
             close(lock);
             return false;
         }
-        // Whoever held it may have removed the file between the opening and the lock.
+        // Its previous holder may have removed the file between open and lock.
         struct stat held {};
         struct stat named {};
         if (fstat(lock, &held) == 0 && stat(m_lockPath.c_str(), &named) == 0 &&
@@ -87,7 +87,7 @@ bool Listener::Open(const std::string& path, int type, Accepted accepted, Told t
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.data(), path.size());
     const int fd = socket(AF_UNIX, type | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    // The mode counts from the first moment on.
+    // The mode must be set from the start.
     const mode_t mask = umask(0177);
     const bool bound =
         fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
@@ -116,7 +116,8 @@ void Listener::Accept() {
         if (fd < 0 && errno == EAGAIN)
             return;
         if (fd < 0) {
-            // Out of descriptors or memory: the socket stays readable, so it is left alone a while.
+            // Out of descriptors or memory: the socket stays readable, so it is not watched for a
+            // while.
             if (!m_toldOfShortage)
                 m_told(std::string("cannot accept: ") + std::generic_category().message(errno));
             m_toldOfShortage = true;

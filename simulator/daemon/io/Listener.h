@@ -7,8 +7,8 @@
 
 namespace sim {
 
-// The one right to listen on a path: held by a lock on "PATH.lock", so that of two daemons that
-// start at once exactly one gets it, and one that died leaves nothing in the way.
+// The exclusive right to listen on a path: a lock on "PATH.lock", so that of two daemons that start
+// at once exactly one gets it, and a crashed one does not block the path.
 class PathClaim {
 public:
     PathClaim() = default;
@@ -16,7 +16,7 @@ public:
     PathClaim(const PathClaim&) = delete;
     PathClaim& operator=(const PathClaim&) = delete;
 
-    // False when another process holds the path, or the lock cannot be made; `error` is a line.
+    // False if another process holds the path, or the lock cannot be created; `error` is a line.
     bool Take(const std::string& path, std::string& error);
 
 private:
@@ -24,11 +24,11 @@ private:
     int m_lock = -1;
 };
 
-// A listening socket that only this user's processes get through. Takes the place of a socket that
-// is left over on the path, so the path must have been claimed.
+// A listening socket that only accepts this user's processes. Replaces a stale socket at the path,
+// so the path must have been claimed.
 class Listener {
 public:
-    // Owns the descriptor from then on, unless it throws std::system_error; non-blocking,
+    // Takes ownership of the descriptor, unless it throws std::system_error; non-blocking,
     // close-on-exec.
     using Accepted = std::function<void(int fd)>;
     using Told = std::function<void(const std::string& line)>;
@@ -38,10 +38,10 @@ public:
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
-    // `type` is SOCK_SEQPACKET or SOCK_STREAM. `told` gets a line for whoever was not let in.
+    // `type` is SOCK_SEQPACKET or SOCK_STREAM. `told` gets a line for each rejected connection.
     bool Open(const std::string& path, int type, Accepted accepted, Told told, std::string& error);
 
-    // Longest path that fits into a socket's address.
+    // Maximum length of a socket's path.
     static const std::size_t kMaxPath;
 
 private:

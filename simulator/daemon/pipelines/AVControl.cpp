@@ -30,7 +30,7 @@ private:
         out.Int(0, kDone);
     }
 
-    // Values are kept as they come: what a number beyond 1 mutes is the sink's affair.
+    // Values are stored as received: the sink decides what a number above 1 means.
     void MuteVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
         pipeline.videoMute = in.Int(1);

@@ -12,11 +12,11 @@ struct Handle {
     std::uint16_t screen = 0;
 
     auto operator<=>(const Handle&) const = default;
-    // "1:0": profile and screen, as the state and the log name a pipeline.
+    // "1:0": profile and screen, the pipeline's name in the state and the log.
     std::string ToText() const { return std::to_string(profile) + ":" + std::to_string(screen); }
 };
 
-// The pipeline of the picture that everybody sees; there from the start.
+// The main pipeline; it always exists.
 constexpr Handle kMainPipeline{1, 0};
 
 } // namespace sim

@@ -34,7 +34,7 @@ std::int32_t ParseHdmi(const std::string& word) {
     return -1;
 }
 
-// Whether `word` is one of two, and which.
+// Whether the text is one of two, and which.
 bool ParseEither(const std::string& word, const char* yes, const char* no, bool& is) {
     is = word == yes;
     return is || word == no;

@@ -13,8 +13,8 @@
 
 namespace sim {
 
-// What is around the TV and can be changed by norvex-simctl alone: the antennas' signals, captions
-// that are there whatever the service says, and what is plugged into the HDMI inputs.
+// The TV's environment, which only norvex-simctl changes: the antennas' signals, captions that
+// override the service's, and what is plugged into the HDMI inputs.
 class Inputs : public Component {
 public:
     explicit Inputs(Context& context);
@@ -23,7 +23,7 @@ public:
     void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
 
     bool HasSignal(const Transponder& transponder) const;
-    // Whether captions come with a service that has them, or has none.
+    // Whether there are captions, for a service with or without them.
     bool HasCaptions(bool ofService) const;
     static bool IsHdmi(std::int32_t source);
     bool IsPlugged(std::int32_t hdmiSource) const { return m_state.plugged.at(hdmiSource); }

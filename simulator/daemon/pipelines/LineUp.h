@@ -12,28 +12,28 @@ namespace sim {
 
 using values::TvMode;
 
-// What carries services over an antenna.
+// A frequency of an antenna.
 struct Transponder {
     std::int32_t antenna = 0;
-    std::int32_t frequency = 0; // kHz; 0: whatever is there
+    std::int32_t frequency = 0; // kHz; 0: any
 
     auto operator<=>(const Transponder&) const = default;
     // "air/474000", or "air" for a frequency of 0.
     std::string ToText() const;
 };
 
-// The antenna's word ("air", "cable", "satellite"), or its number in digits.
+// The antenna's name ("air", "cable", "satellite"), or its number.
 std::string ToAntennaName(std::int32_t antenna);
-// A transponder from its word. Nothing for what is none.
+// Parses a transponder. Nothing for anything else.
 std::optional<Transponder> ParseTransponder(const std::string& word);
 
-// What a pipeline has to know of a service.
+// A pipeline's data of a service.
 struct ServiceFacts {
-    std::int32_t antenna = -1;  // -1: of any antenna
-    std::int32_t frequency = 0; // kHz; 0: comes over no transponder that is known
-    bool streamed = false;      // comes over the internet: needs no tuner, no antenna's signal
+    std::int32_t antenna = -1;  // -1: any antenna
+    std::int32_t frequency = 0; // kHz; 0: no known transponder
+    bool streamed = false;      // over the internet: needs no tuner and no antenna signal
     bool captions = false;
-    // As the signal tells them that a service's information has begun to come.
+    // The values in SIGNAL_SI_STARTED.
     std::int16_t channelType = 0;
     std::int16_t profile = 0;
     std::int16_t major = 0;
@@ -44,26 +44,26 @@ struct ServiceFacts {
 // The payload of SIGNAL_SI_STARTED.
 std::uint64_t ToSignalData(const ServiceFacts& facts);
 
-// What a line-up that was set up can do beside.
+// Further operations of a line-up.
 class ChannelList {
 public:
     virtual ~ChannelList() = default;
     // GetServiceList's answer: status and records, of the services of that TV mode.
     virtual void List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first,
                       std::int32_t count, ReplyWriter& out) = 0;
-    // The service that the TV starts with. -1 in the TV mode: whatever it is. kDone or a refusal,
-    // which is in the log then.
+    // Sets the service that the TV starts with. -1 in the TV mode: any. Returns kDone or a refusal,
+    // which has been logged.
     virtual std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode,
                                           std::int32_t option) = 0;
 };
 
-// Where the pipelines ask what a service id is.
+// The pipelines' view of the services.
 class LineUp {
 public:
     virtual ~LineUp() = default;
-    // Nothing for an id that no service has.
+    // Nothing for an unknown id.
     virtual std::optional<ServiceFacts> FindFacts(std::uint64_t service) = 0;
-    // Null: there is nothing but the facts.
+    // Null: only the facts are available.
     virtual ChannelList* GetChannelList() { return nullptr; }
 };
 

@@ -16,7 +16,7 @@
 
 namespace sim {
 
-// What of a broadcast stream is processed.
+// The processed parts of a broadcast stream.
 struct DtvModes {
     bool demux = false;
     bool audio = false;
@@ -39,7 +39,7 @@ struct Preview {
     bool operator==(const Preview&) const = default;
 };
 
-// The service shown last under a TV mode, of the broadcast and of the streamed ones.
+// The broadcast and the streamed service last shown in a TV mode.
 struct Latest {
     std::uint64_t broadcast = INVALID_SERVICE_ID;
     std::uint64_t streamed = INVALID_SERVICE_ID;
@@ -47,7 +47,7 @@ struct Latest {
     bool operator==(const Latest&) const = default;
 };
 
-// What of a pipeline can be changed; a new one has these values.
+// The changeable state of a pipeline, with the values of a new one.
 struct PipelineState {
     std::int32_t source = 0; // the tuner
     std::uint64_t service = INVALID_SERVICE_ID;
@@ -56,27 +56,27 @@ struct PipelineState {
     std::map<TvMode, Latest> latest;
     std::optional<Preview> preview;
 
-    // As clients gave them; 0 is off.
+    // As set by clients; 0 is off.
     std::int32_t videoMute = 0;
     std::int32_t audioMute = 0;
     std::optional<std::int32_t> windowId;
     std::optional<Crop> crop;
-    std::optional<Rect> mainPicture; // where zooming put it; else the whole screen
+    std::optional<Rect> mainPicture; // where zooming has put it; else the whole screen
     DtvModes dtvModes;
     std::set<std::int32_t> hdmiAnalysis; // inputs
     std::uint32_t decoderRestarts = 0;
 
-    // Which of A, B and C were called, in the order of the calls: since the last change of the
-    // source or service, and before that change.
+    // Which of PreSetSourceA, B and C were called, in order: since the last change of source or
+    // service, and before that change.
     std::string preparedNext;
     std::string preparedLast;
 
-    // Where the tuner stands.
+    // The tuner's transponder.
     Transponder tuner;
-    // The service's information comes in, and captions are among it.
+    // Whether the service's information is received, and has captions.
     bool receiving = false;
     bool captions = false;
-    // When each event was seen last, in milliseconds since the daemon's start.
+    // Time of the last event of each kind, in milliseconds since the daemon's start.
     std::map<ESIEvent, std::uint64_t> events;
 
     bool operator==(const PipelineState&) const = default;
@@ -87,13 +87,13 @@ struct Pipeline : PipelineState {
 
     const Handle handle;
     const std::string name; // of the handle, for log lines
-    // Open sessions of interfaces that work on a pipeline: its reference count.
+    // Open sessions of this pipeline: its reference count.
     std::int32_t sessions = 0;
 
     bool IsAsNew() const { return PipelineState(*this) == PipelineState(); }
 };
 
-// A change of what a pipeline shows, as a client asked for it.
+// A change of what a pipeline shows, as requested by a client.
 struct Change {
     std::uint64_t sequence = 0; // of the call
     std::optional<std::int32_t> source;

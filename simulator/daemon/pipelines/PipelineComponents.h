@@ -9,7 +9,7 @@ class Pipelines;
 class Preparation;
 class Subscribers;
 
-// The pipelines with what belongs to them, for those parts that build upon them.
+// The pipelines and related components, for components that use them.
 struct PipelineComponents {
     Subscribers& subscribers;
     Inputs& inputs;
@@ -17,11 +17,11 @@ struct PipelineComponents {
     Preparation& preparation;
 };
 
-// Registers all interfaces that work on pipelines, and what they share. The line-up must outlive
-// them.
+// Registers all interfaces that work on pipelines, and their shared components. The line-up must
+// outlive them.
 PipelineComponents RegisterPipelines(Context& context, LineUp& lineUp);
 
-// The interfaces, each in the file that is named after it.
+// The interfaces, each in the file named after it.
 void RegisterAVControl(Context& context, Pipelines& pipelines);
 void RegisterDataControl(Context& context, Pipelines& pipelines);
 void RegisterPipelineUtility(Context& context, Pipelines& pipelines, Preparation& preparation);

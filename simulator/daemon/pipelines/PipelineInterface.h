@@ -6,7 +6,7 @@
 
 namespace sim {
 
-// An interface whose sessions each work on one pipeline, and hold it.
+// An interface whose sessions each belong to one pipeline and keep it alive.
 class PipelineInterface : public Interface {
 public:
     PipelineInterface(const interfaces::InterfaceTable& table, Context& context,
@@ -20,7 +20,7 @@ protected:
     static Handle HandleOf(const Call& call) {
         return {call.session->profile, call.session->screen};
     }
-    // That the call is for. Valid to the end of the call.
+    // The call's pipeline. Valid until the end of the call.
     Pipeline& PipelineOf(const Call& call) { return m_pipelines.At(HandleOf(call)); }
 
     Log& m_log;

@@ -13,7 +13,7 @@ namespace sim {
 
 namespace {
 
-// What the status tells of a pipeline in words.
+// The texts of a pipeline in the status.
 std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pending) {
     std::vector<std::string> entries;
     entries.push_back(Printed("source %d, antenna %s, service mode %d", pipeline.source,
@@ -89,7 +89,7 @@ private:
         out.Bool(2, m_preparation.IsPending(HandleOf(call), type));
     }
 
-    // Of all pipelines, whichever the session is for.
+    // For all pipelines, not only that of the session.
     void GetCurrentTPMSStatus(const Call&, const ArgumentReader&, ReplyWriter& out) {
         out.Int(0, kDone);
         values::Status status;
@@ -104,7 +104,7 @@ private:
         out.Value(1, status);
     }
 
-    // Tells of one service: unlike a receiver's state it cannot be for any.
+    // For one service: unlike a receiver's state it cannot be for any service.
     void NotifyReadyForSetService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         const std::uint64_t service = in.Number64(4);
         if (service == INVALID_SERVICE_ID)

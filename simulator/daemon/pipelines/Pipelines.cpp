@@ -86,12 +86,12 @@ void Pipelines::SetSource(Pipeline& pipeline, std::int32_t source) {
 
 void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     const auto facts = m_lineUp.FindFacts(service);
-    // Its last service's information and captions are gone.
+    // Information and captions of the last service are discarded.
     pipeline.receiving = pipeline.captions = false;
     pipeline.facts = facts.value_or(ServiceFacts{});
     pipeline.service = facts ? service : INVALID_SERVICE_ID;
     if (!facts) {
-        // Nothing has been shown under that TV mode, or the service has left the line-up since.
+        // No service has been shown in that TV mode, or the line-up no longer has it.
         m_log.Write(kTunerTag, "pipeline %s: shows no service", pipeline.name.c_str());
         MoveTuner(pipeline, {pipeline.tvMode.antenna, 0});
         return;
@@ -135,7 +135,7 @@ void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {
         std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
 }
 
-// What a pipeline receives follows from what it is set to and from what is around the TV.
+// What a pipeline receives depends on its settings and on the TV's environment.
 void Pipelines::UpdateReception(Pipeline& pipeline) {
     const Transponder itsOwn{pipeline.tvMode.antenna, pipeline.facts.frequency};
     const bool receives = pipeline.source == SOURCE_TV && pipeline.service != INVALID_SERVICE_ID &&

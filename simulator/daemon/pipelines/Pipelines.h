@@ -12,44 +12,44 @@
 
 namespace sim {
 
-// All pipelines of the TV, and what happens in them when a service is tuned.
+// All pipelines of the TV, and the tuning of services.
 //
-// A pipeline is there while someone has a session with it, and as long as it differs from a new
-// one; the main one always.
+// A pipeline exists while it has a session or its state differs from that of a new one; the main
+// one always exists.
 class Pipelines : public Component {
 public:
     static constexpr std::size_t kMaxPipelines = 1024;
 
     Pipelines(Context& context, LineUp& lineUp, Inputs& inputs, Subscribers& subscribers);
 
-    // The pipeline, made if need be. Stays valid while it has a session, and the main one's always.
+    // The pipeline, created if needed. Valid while it has a session; the main one always.
     Pipeline& At(const Handle& handle);
     const std::map<Handle, Pipeline>& GetAll() const { return m_pipelines; }
 
-    // A session with a pipeline begins and ends. False: there are too many pipelines.
+    // Begin and end of a session of a pipeline. False: there are too many pipelines.
     bool Hold(const Handle& handle);
     void Release(const Handle& handle);
 
-    // Whether a pipeline that is (about to be) in that antenna mode can show the service: kDone, or
-    // a refusal, which is in the log then.
+    // Whether a pipeline in that antenna mode could show the service: kDone, or a refusal, which
+    // has been logged.
     std::int32_t CheckService(const Pipeline& pipeline, const char* operation,
                               std::uint64_t service, std::int32_t antenna);
-    // Shows it now. Who may ask for it to wait is the preparation's affair.
+    // Shows it now; Preparation delays changes for receivers.
     void Perform(const Handle& handle, const Change& change);
 
-    // Moves a pipeline's tuner without a change of what it shows: a scan does.
+    // Moves a pipeline's tuner without changing what it shows, for scans.
     void MoveTuner(Pipeline& pipeline, const Transponder& transponder);
-    // Whether the tuner of the pipeline has a signal where it stands.
+    // Whether the pipeline's tuner has a signal.
     bool HasSignal(const Pipeline& pipeline) const;
     bool HasCaptions(const Pipeline& pipeline) const;
 
-    // The main picture fills the screen again.
+    // Makes the main picture fill the screen again.
     void ResetMainPicture(const Handle& handle);
 
     // Marks the event as seen now.
     void NoteEvent(Pipeline& pipeline, ESIEvent event);
 
-    // Another line-up: services that are not in it are shown no longer.
+    // The line-up has been replaced: services that are not in it are no longer shown.
     void LineUpChanged();
     // Signals, captions or inputs may have changed.
     void SurroundingsChanged();

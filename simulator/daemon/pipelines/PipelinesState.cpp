@@ -1,4 +1,4 @@
-// What `norvex-simctl state` shows of the pipelines.
+// The pipelines in `norvex-simctl state`.
 #include <nlohmann/json.hpp>
 
 #include "Pipelines.h"

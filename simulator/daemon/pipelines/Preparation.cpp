@@ -15,7 +15,7 @@ using nlohmann::json;
 
 namespace {
 
-constexpr std::size_t kMaxReceivers = 256; // of a pipeline
+constexpr std::size_t kMaxReceivers = 256; // per pipeline
 constexpr std::size_t kMaxName = 255;
 constexpr std::uint32_t kMaxLimitMilliseconds = 24 * 3600 * 1000;
 
@@ -128,7 +128,7 @@ std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type,
     Queue& queue = m_queues[handle];
     if (!queue.receivers.contains(key) && queue.receivers.size() >= kMaxReceivers)
         return Refuse(handle, "too many receivers", name, kTooMany);
-    // A second registration takes the option alone.
+    // A second registration only changes the option.
     queue.receivers[key].option = option;
     m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives changes of the %s",
                         handle.ToText().c_str(), name.c_str(), ToText(type));

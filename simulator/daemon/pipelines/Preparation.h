@@ -13,31 +13,31 @@
 
 namespace sim {
 
-// Holds a change of a pipeline's source or service until every receiver that is registered for that
-// kind of change has said that it is ready for it, or a limit has passed; then it happens. A newer
-// change takes the place of one that waits.
+// Delays a change of a pipeline's source or service until every receiver registered for that kind
+// of change is ready, or a limit has passed; then makes the change. A newer change replaces a
+// pending one.
 //
-// Readiness may be told before the change is asked for, and is used up by it. A receiver is a name
-// that a client has registered for a kind: it stays until the client unregisters it or is gone,
-// whatever becomes of the sessions that it was registered through.
+// Readiness may be set before the change is requested, and the change uses it up. A receiver is a
+// name that a client has registered for a kind: it stays until the client unregisters it or is
+// released, independently of the session used to register it.
 class Preparation : public Component {
 public:
     static constexpr std::uint32_t kDefaultLimit = 10000; // milliseconds
 
     Preparation(Context& context, Pipelines& pipelines);
 
-    // Makes the change, at once or when everybody is ready. What it names has been checked.
+    // Makes the change, at once or when all receivers are ready. Its arguments have been checked.
     void Request(const Handle& handle, const Change& change);
     bool IsPending(const Handle& handle, EStateChangeType type) const;
-    // The change that waits; null: none.
+    // The pending change; null: none.
     const Change* GetPending(const Handle& handle) const;
 
-    // Each answers kDone or a refusal, which is in the log then.
+    // Each returns kDone or a refusal, which has been logged.
     std::int32_t Register(const Handle& handle, EStateChangeType type, const std::string& name,
                           std::int32_t option, const Client& client);
     std::int32_t Unregister(const Handle& handle, EStateChangeType type, const std::string& name,
                             const Client& client);
-    // `state` 1: ready for the change to `service`, all bits set: to any; else not ready.
+    // `state` 1: ready for the change to `service` (all bits set: to any); else not ready.
     std::int32_t SetState(const Handle& handle, EStateChangeType type, const std::string& name,
                           std::int32_t state, std::uint64_t service, const Client& client);
 
@@ -57,9 +57,9 @@ private:
     struct Receiver {
         std::int32_t option = 0;
         std::int32_t state = 0;
-        std::uint64_t service = 0; // that the state is of
+        std::uint64_t service = 0; // for which the state is set
     };
-    // Of one pipeline that has receivers.
+    // Of one pipeline with receivers.
     struct Queue {
         std::map<ReceiverKey, Receiver> receivers;
         std::optional<Change> pending;
@@ -69,7 +69,7 @@ private:
     static bool Concerns(const Change& change, EStateChangeType type);
     static bool IsReady(const Receiver& receiver, const Change& change);
     static bool IsHeld(const Queue& queue, const Change& change);
-    // Makes the pending change if nothing holds it any more.
+    // Makes the pending change if no receiver delays it any longer.
     void Check(const Handle& handle, Queue& queue);
     void Perform(const Handle& handle, Queue& queue, const char* why);
     void LimitPassed(const Handle& handle);

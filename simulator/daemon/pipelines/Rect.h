@@ -9,7 +9,7 @@ using values::Rect;
 constexpr std::int32_t kScreenWidth = 1920;
 constexpr std::int32_t kScreenHeight = 1080;
 
-// Has an area, all of it on the TV's screen.
+// Has an area and lies on the TV's screen.
 constexpr bool IsOnScreen(const Rect& rect) {
     return rect.x >= 0 && rect.y >= 0 && rect.width > 0 && rect.height > 0 &&
            rect.x <= kScreenWidth - rect.width && rect.y <= kScreenHeight - rect.height;

@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IReferenceCount: how many sessions hold a pipeline, the one that asks among them.
+// com.holvi.IReferenceCount: the number of a pipeline's sessions, including the calling one.
 class ReferenceCount : public PipelineInterface {
 public:
     using Method = interfaces::ReferenceCountMethod;

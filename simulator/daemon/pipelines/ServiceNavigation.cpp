@@ -13,7 +13,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IServiceNavigation: what a pipeline is tuned to, and the way through the line-up.
+// com.holvi.IServiceNavigation: tunes a pipeline, and lists the line-up.
 class ServiceNavigation : public PipelineInterface {
 public:
     using Method = interfaces::ServiceNavigationMethod;
@@ -68,7 +68,7 @@ private:
         list->List(in.Value<values::Criteria>(1), tvMode, in.Int(4), in.Int(5), out);
     }
 
-    // Without a service: back to what was shown last under that mode.
+    // Without a service: returns to the service last shown in that mode.
     void SetTvMode(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
         auto tvMode = in.Value<TvMode>(1);
@@ -144,8 +144,8 @@ private:
         GetLatest(call, in, &Latest::broadcast, out);
     }
 
-    // Fields of -1 mean those that the pipeline has. False, and a line in the log, for a mode that
-    // no TV has.
+    // Fields of -1 mean the pipeline's current values. False, with a line in the log, for an
+    // unknown mode.
     bool Complete(const Pipeline& pipeline, const char* operation, TvMode& tvMode) {
         if (tvMode.antenna == ANTENNA_NONE)
             tvMode.antenna = pipeline.tvMode.antenna;
@@ -159,7 +159,7 @@ private:
         return false;
     }
 
-    // A service is shown by the tuner, whatever the pipeline shows now.
+    // Showing a service switches to the tuner, whatever the current source.
     void Show(const Call& call, std::uint64_t service, const std::optional<TvMode>& tvMode) {
         Change change;
         change.sequence = call.sequence;

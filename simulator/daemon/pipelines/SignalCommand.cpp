@@ -16,10 +16,10 @@ namespace sim {
 
 namespace {
 
-// In one go: what a client that is slow to read them is still sent in full.
+// At once: a number that even a client that reads slowly receives in full.
 constexpr std::uint32_t kMaxCount = 10'000;
 
-// A part of the payload. Signed values of its size are taken as well as unsigned ones.
+// A field of the payload. Signed and unsigned values of its size are accepted.
 struct Field {
     const char* name;
     unsigned shift;

@@ -11,7 +11,7 @@ namespace sim {
 namespace {
 
 constexpr std::int32_t kLastSource = 47;
-// Calls of A, B and C that are remembered; the oldest go first.
+// Maximum of recorded calls of A, B and C; the oldest are dropped.
 constexpr std::size_t kMaxPrepared = 16;
 
 // com.holvi.ISourceControl: which input a pipeline shows.
@@ -67,8 +67,7 @@ private:
         if (status == kDone) {
             Change change;
             change.sequence = call.sequence;
-            // A change of the service alone is no affair of those who wait for changes of the
-            // source.
+            // A change of only the service does not concern receivers of source changes.
             if (source != pipeline.source)
                 change.source = source;
             change.service = service;
@@ -140,7 +139,7 @@ private:
         out.Int(0, status);
     }
 
-    // An input with nothing plugged in can be shown: there is no picture then.
+    // An input with nothing plugged in can be shown, without a picture.
     std::int32_t CheckSource(const Pipeline& pipeline, const char* operation, std::int32_t source) {
         if (source >= 0 && source <= kLastSource)
             return kDone;
@@ -171,7 +170,7 @@ private:
         out.Int(0, kDone);
     }
 
-    // A preview is shown beside the picture: nobody has to prepare for it.
+    // A preview does not replace the picture: no receiver prepares for it.
     void SetPreview(Pipeline& pipeline, const Preview& preview) {
         pipeline.preview = preview;
         m_log.Write("extvideosrc", "pipeline %s: preview of source %d, service 0x%" PRIx64,

@@ -12,7 +12,7 @@ using nlohmann::json;
 
 namespace {
 
-constexpr std::size_t kMaxTypes = 256; // that one session is subscribed to
+constexpr std::size_t kMaxTypes = 256; // per session
 
 } // namespace
 

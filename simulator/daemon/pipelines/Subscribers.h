@@ -10,17 +10,17 @@
 
 namespace sim {
 
-// com.holvi.ISignalSubscriber: who is told of what. A session of it is one registered callback.
-// Subscriptions are counted for each session and signal type, and end with the session.
+// com.holvi.ISignalSubscriber: subscriptions to signals. A session is one registered callback.
+// Subscriptions are counted per session and signal type, and end with the session.
 //
-// This TV does not narrow a subscription: mode, filter, profile and screen only stand in the log.
+// This TV does not restrict a subscription: mode, filter, profile and screen are only logged.
 class Subscribers : public Interface, public Component {
 public:
     explicit Subscribers(Context& context);
 
-    // A signal of the TV's own: goes to the sessions that have subscribed to its type.
+    // Sends one of the TV's own signals to the sessions that have subscribed to its type.
     void Emit(std::int32_t type, const Handle& handle, std::uint64_t data);
-    // Goes to every registered callback. How many have got it.
+    // Sends to every registered callback. Returns the number of receivers.
     std::size_t SendToAll(const Signals::Signal& signal);
 
     std::int32_t OpenSession(Session& session) override;
@@ -28,7 +28,7 @@ public:
 
     const char* GetStateName() const override { return "subscribers"; }
     nlohmann::json DescribeState() const override;
-    // Nobody is subscribed to anything; the callbacks stay registered.
+    // Removes all subscriptions; the callbacks stay registered.
     bool Reset() override;
 
 private:

@@ -26,18 +26,18 @@ constexpr std::uint32_t kMaxWindowLimit = 64;
 enum SharingType : std::int32_t {
     kNoWindowLeft = 0,
     kFromMainPicture = 1,   // it would be the first
-    kSharedWithWindows = 2, // with those that are there
+    kSharedWithWindows = 2, // with the existing ones
 };
 
 // com.holvi.IZoomControl: windows that show an enlarged part of a pipeline's picture.
 //
-// A window belongs to the client that made it, which alone may change or delete it, and goes with
-// it; it outlives the session that it was made through. Everybody may ask about it.
+// A window belongs to the client that created it; only that client may change or delete it, and it
+// ends with the client, not with the session. All clients may query it.
 class ZoomControl : public PipelineInterface, public Component {
 public:
     using Method = interfaces::ZoomControlMethod;
 
-    static constexpr std::uint32_t kDefaultLimit = 4; // windows of the TV
+    static constexpr std::uint32_t kDefaultLimit = 4; // windows on the TV
 
     ZoomControl(Context& context, Pipelines& pipelines)
         : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
@@ -93,7 +93,7 @@ public:
         return {{"limit", m_limit}, {"windows", windows}};
     }
 
-    // Ids go on: those that somebody may still know must not name another window.
+    // Ids are not reused: a client may still know an old one.
     bool Reset() override {
         m_windows.clear();
         m_limit = kDefaultLimit;
@@ -113,7 +113,7 @@ public:
             const bool zoomed =
                 std::any_of(m_windows.begin(), m_windows.end(),
                             [&](const auto& other) { return other.second.handle == handle; });
-            // Nobody is left to put the main picture back.
+            // No client is left to restore the main picture.
             if (!zoomed)
                 m_pipelines.ResetMainPicture(handle);
         }
@@ -226,7 +226,7 @@ private:
         out.Value(1, ids);
     }
 
-    // Null, and a line in the log, when the call's pipeline has no such window.
+    // Null, with a line in the log, if the call's pipeline has no such window.
     ZoomControl::Window* Find(const Call& call, const char* operation, std::int32_t id) {
         const auto found = m_windows.find(id);
         if (found != m_windows.end() && found->second.handle == HandleOf(call))
@@ -236,7 +236,7 @@ private:
         return nullptr;
     }
 
-    // kDone when all of them are windows of the caller in this pipeline, else a refusal.
+    // kDone if all of them are the caller's windows of this pipeline, else a refusal.
     std::int32_t CheckOwn(const Call& call, const char* operation, const Ids& ids) {
         if (ids.empty())
             return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: no windows are named",

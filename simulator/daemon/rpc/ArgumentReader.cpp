@@ -9,8 +9,8 @@ using wire::NodeKind;
 
 namespace {
 
-// What a client sends of an argument that is only out is there to be looked at, not to be used: its
-// kind counts, its content does not.
+// The initial value of an out argument is only shown, not used: its kind must match, its content is
+// ignored.
 bool IsPlausibleOut(const ArgumentType& form, const Node& node) {
     if (form.kind == NodeKind::Value)
         return node.kind == NodeKind::Value && node.size == form.size;
@@ -36,7 +36,7 @@ ArgumentReader::ArgumentReader(std::span<const Argument> arguments, const void* 
     }
 }
 
-// What is wrong with an argument that is there; null: nothing.
+// What is wrong with an argument that exists; null: nothing.
 const char* ArgumentReader::Check(std::size_t place) const {
     const Node& node = m_nodes.at(place);
     const Argument& argument = m_arguments[place];

@@ -13,7 +13,7 @@
 
 namespace sim {
 
-// An argument of an operation, as client and daemon have agreed on it.
+// An argument in the list of an operation.
 struct Argument {
     const char* name;
     wire::Direction direction; // that it travels in
@@ -32,8 +32,8 @@ inline Argument InByPointer(const char* name, const ArgumentType& form) {
     return {name, wire::Direction::Out, &form, true};
 }
 
-// The arguments of one call by place. All of them have been held against the operation's list
-// before an operation sees them: a reader of a valid call needs no checks. Views into the message.
+// The arguments of one call by place. They are checked against the operation's list before the
+// operation runs: a reader of a valid call needs no checks. Views of the message.
 class ArgumentReader {
 public:
     static constexpr std::size_t kMaxArguments = 16;
@@ -41,7 +41,7 @@ public:
     ArgumentReader(std::span<const Argument> arguments, const void* tree, std::size_t treeSize);
 
     bool IsValid() const { return m_fault == nullptr; }
-    // What is malformed, for a log line: "argument 1 (command: text) is of another form".
+    // What is malformed, for a log line: "argument 1 (command: text) has the wrong type".
     std::string DescribeFault() const;
 
     std::int32_t Int(std::size_t place) const { return Get<std::int32_t>(place); }

@@ -42,7 +42,7 @@ extern const ArgumentType kRecord; // as values/ServiceFields.h describes it
 extern const ArgumentType kRecordList;
 extern const ArgumentType kAnything;
 
-// "0x..." with no leading zeros: 64-bit numbers lose digits in JSON readers.
+// "0x..." without leading zeros: 64-bit numbers lose digits in JSON readers.
 nlohmann::json ToHexText(std::uint64_t value);
 // A node of no known type: each node within it with its tag, kind and bytes in hexadecimal digits.
 nlohmann::json TreeToJson(const wire::Node& node);

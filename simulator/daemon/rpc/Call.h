@@ -7,11 +7,11 @@ namespace sim {
 class Client;
 struct Session;
 
-// Who calls, beside the arguments.
+// The context of a call, in addition to its arguments.
 struct Call {
     Client& client;
-    // The session that the call goes to; of this client and of the interface called. Null for
-    // interfaces that are called without one.
+    // The session of the call; it belongs to this client and to the called interface. Null for
+    // interfaces without sessions.
     Session* session;
     // Number of the call in the journal and in log lines.
     std::uint64_t sequence;

@@ -11,14 +11,14 @@ namespace sim {
 
 using Token = std::array<unsigned char, wire::kTokenSize>;
 
-// A client process, known by its token on all of its connections. What it owns (sessions, windows,
-// subscriptions, dialogues) outlives its connections by a grace period, so that a client that
-// connects again keeps it.
+// A client process, identified by its token on all its connections. What it owns (sessions,
+// windows, subscriptions, dialogues) outlives its connections by a grace period, so that a client
+// that reconnects keeps it.
 class Client {
 public:
     Client(std::uint32_t number, const Token& token) : m_number(number), m_token(token) {}
 
-    // Counts the clients of the daemon's run from 1; what parts key their data by.
+    // Number of the client since the daemon's start, from 1; components key their data by it.
     std::uint32_t GetNumber() const { return m_number; }
     const Token& GetToken() const { return m_token; }
     unsigned GetConnectionCount() const { return m_connections; }

@@ -18,7 +18,7 @@ void Clients::Disconnected(Client& client) {
 }
 
 void Clients::Release(const Token& token) {
-    // Taken out first: hooks that look at all clients see those that are left.
+    // Removed first: hooks that look at all clients see the remaining ones.
     auto node = m_clients.extract(token);
     if (node.empty())
         return;

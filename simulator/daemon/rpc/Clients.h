@@ -10,7 +10,7 @@
 
 namespace sim {
 
-// Every client that is connected or was so less than the grace period ago.
+// All clients that are connected, or were within the grace period.
 class Clients {
 public:
     using ReleaseHook = std::function<void(Client&)>;
@@ -20,13 +20,13 @@ public:
     explicit Clients(unsigned graceMilliseconds = kGraceMilliseconds)
         : m_graceMilliseconds(graceMilliseconds) {}
 
-    // A connection of the client with this token has said hello. The reference stays valid until
-    // the client's release, thus at least while it has a connection.
+    // A connection of the client with this token has sent its hello. The reference stays valid
+    // until the client's release, so at least while it has a connection.
     Client& Connected(const Token& token);
-    // One of its connections has ended.
+    // A connection of the client has ended.
     void Disconnected(Client& client);
 
-    // Called, in the order in which they were added, when a client is gone for good.
+    // Called in the order of adding when a client is released.
     void AddReleaseHook(ReleaseHook hook) { m_hooks.push_back(std::move(hook)); }
 
     std::size_t GetCount() const { return m_clients.size(); }

@@ -12,15 +12,15 @@ namespace sim {
 namespace {
 
 constexpr std::size_t kMaxPacket = wire::kPacketHeaderSize + wire::kMaxPacketPayload;
-// Packets of one long message that are read in a row before others have their turn.
+// Packets of one long message that are read in a row before other connections have their turn.
 constexpr int kPacketsInARow = 16;
-// Fewer turns for long replies; the kernel grants what its limit allows.
+// Fewer rounds for long replies; the kernel caps it at its limit.
 constexpr int kSendBuffer = 4 << 20;
 const char kTooMuch[] = "its messages and the others' take too much memory";
 
 } // namespace
 
-// A message on its way out; does not move, since its pieces point into it.
+// A message being sent; does not move, since its pieces point into it.
 struct Connection::Outgoing {
     Outgoing(const wire::MessageHeader& header, wire::Buffer bytes, int packetsSent)
         : tree(std::move(bytes)), sender(header, {}, {}, tree.GetData(), tree.GetSize()) {
@@ -54,22 +54,22 @@ void Connection::Ready(std::uint32_t events) {
 }
 
 void Connection::Read() {
-    // Whoever does not read its replies is not read from either.
+    // A client that does not read its replies is not read from.
     for (int count = 0; count < kPacketsInARow && IsOpen() && m_queue.empty(); ++count) {
         if (!ReadPacket())
             return;
     }
     if (IsOpen() && !m_queue.empty()) {
-        // Told of an error or the end while something waits to be sent.
+        // An error or the end of the connection while output is queued.
         char byte = 0;
         if (recv(m_fd, &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0)
             End({});
     }
 }
 
-// False when no more is to be read for now.
+// False to stop reading for now.
 bool Connection::ReadPacket() {
-    // Shared by all connections: there is one thread, and a packet is used up before the next.
+    // Shared by all connections: there is one thread, and a packet is processed before the next.
     static unsigned char packet[kMaxPacket];
     const ssize_t size = recv(m_fd, packet, sizeof packet, MSG_DONTWAIT | MSG_TRUNC);
     if (size < 0) {
@@ -89,7 +89,7 @@ bool Connection::ReadPacket() {
     switch (m_assembler.Feed(packet, received)) {
     case wire::PacketAssembler::Result::NeedMore:
         CountHeld();
-        // A hello is short: who has not said it gets no memory for more.
+        // A hello is short: before it, no memory is allocated for more.
         if (client == nullptr)
             End("begins with a long message");
         else if (!m_owner.HasRoomFor(wire::kMaxPacketPayload))
@@ -110,7 +110,7 @@ bool Connection::ReadPacket() {
     m_owner.MessageArrived(*this, message);
     m_assembler.Trim(wire::kMaxPacketPayload);
     CountHeld();
-    // One message a turn: the loop asks again, and every connection has its turn.
+    // One message per round of the loop, so that every connection has its turn.
     return false;
 }
 
@@ -142,7 +142,7 @@ void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
             return tree.Clear();
         if (errno != EAGAIN) {
             tree.Clear();
-            // The peer has gone in between; the rest is the owner's usual way.
+            // The client has disconnected meanwhile; handled as usual.
             const bool gone = errno == EPIPE || errno == ECONNRESET;
             return End(gone ? std::string() : std::generic_category().message(errno));
         }
@@ -201,9 +201,9 @@ void Connection::End(const std::string& why) {
     m_owner.ConnectionEnded(*this, why);
 }
 
-// Memory of messages that are not whole yet, or not taken yet.
+// Memory of messages that are incomplete or not yet sent.
 void Connection::CountHeld() {
-    // A message that waits takes more than its bytes, a signal ten times as much.
+    // A queued message takes more than its bytes, a signal ten times as much.
     constexpr std::size_t kEach = sizeof(Outgoing) + 512;
     const std::size_t held =
         IsOpen() ? m_assembler.GetMessage().GetSize() + m_queued + m_queue.size() * kEach : 0;

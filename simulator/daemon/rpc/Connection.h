@@ -14,51 +14,51 @@ namespace sim {
 
 class Client;
 
-// One connection of a client: takes packets in, puts messages together, sends messages out without
-// ever waiting. What cannot be sent at once is queued within a bound.
+// One connection of a client: receives packets, assembles messages, sends messages without
+// blocking. What cannot be sent at once is queued up to a limit.
 class Connection {
 public:
     class Owner {
     public:
         virtual ~Owner() = default;
-        // A whole message; it points into the connection until the next one.
+        // A complete message; it points into the connection and is valid until the next one.
         virtual void MessageArrived(Connection& connection, const wire::Message& message) = 0;
-        // It has ended, or what came is malformed; called once. `why` is a line, empty at an ordinary end.
-        // The object must live until the loop's next round.
+        // The connection has ended or sent something malformed; called once. `why` is a line, empty
+        // at a normal end. The object must live until the loop's next round.
         virtual void ConnectionEnded(Connection& connection, const std::string& why) = 0;
-        // Whether so many bytes more may be held, for a message on its way in or out.
+        // Whether this many more bytes may be held for messages received or queued.
         virtual bool HasRoomFor(std::size_t) { return true; }
-        // Memory that all its connections hold; counted by them.
+        // Memory held by all connections; counted by them.
         std::size_t held = 0;
     };
 
-    // Owns the descriptor, which is non-blocking.
+    // Takes ownership of the descriptor, which is non-blocking.
     Connection(int fd, std::uint32_t number, Owner& owner);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    // Counts connections from 1, for log lines.
+    // Number of the connection, from 1, for log lines.
     std::uint32_t GetNumber() const { return m_number; }
 
-    // Reads what has come, as if told by the loop.
+    // Reads what has arrived, as if called by the loop.
     void Read();
-    // Sends a message without names. The tree's content is taken over when it has to wait; the
-    // buffer is the caller's again either way, its content gone.
+    // Sends a message without names. The tree's content is moved if it has to be queued; in any
+    // case the buffer is unspecified afterwards and can be reused.
     void Send(const wire::MessageHeader& header, wire::Buffer& tree);
-    // Ends the connection; the owner is told with `why`.
+    // Ends the connection; the owner is notified with `why`.
     void End(const std::string& why);
     bool IsOpen() const { return m_fd >= 0; }
-    // Who it serves: set by the hello.
+    // Set by the hello.
     Client* client = nullptr;
     wire::Role role = wire::Role::Calls;
     std::uint32_t session = 0; // of a signal connection
     std::string tag;           // of a log connection
     Timer helloDeadline;
 
-    // Bytes that may wait on a connection that is pushed to.
+    // Maximum of unsent bytes on a signal or log connection.
     static constexpr std::size_t kMaxQueued = 4u << 20;
-    // A client that takes nothing of what waits for this long is dropped.
+    // A client that reads none of the queued output for this long is dropped.
     static constexpr unsigned kStuckMilliseconds = 30000;
 
 private:
@@ -77,7 +77,7 @@ private:
     wire::PacketAssembler m_assembler;
     std::deque<std::unique_ptr<Outgoing>> m_queue;
     std::size_t m_queued = 0;
-    // What the owner has counted of this connection.
+    // This connection's share of the owner's count.
     std::size_t m_held = 0;
     Timer m_stuck;
 };

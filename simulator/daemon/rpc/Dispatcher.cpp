@@ -13,11 +13,11 @@ namespace sim {
 
 namespace {
 
-// Memory that is kept for the next reply.
+// Memory kept for the next reply.
 constexpr std::size_t kKeptMemory = 4u << 20;
 using interfaces::kNamePrefix;
 
-// The reply of an operation that does not happen: its result alone, which is its first argument.
+// The reply of an operation that is not executed: only its result, the first argument.
 void WriteResult(const Operation& method, std::int32_t result, ReplyWriter& out) {
     if (method.arguments.empty() || method.arguments[0].direction != wire::Direction::Out)
         return;
@@ -27,7 +27,7 @@ void WriteResult(const Operation& method, std::int32_t result, ReplyWriter& out)
         out.Bool(0, result != 0);
 }
 
-// Interfaces may be named without what all of them begin with.
+// The common prefix of interface names may be omitted.
 bool HasText(const Operation& method, const wire::Message& message, std::string_view text) {
     const ArgumentReader in(method.arguments, message.tree, message.header.treeSize);
     for (std::size_t place = 0; in.IsValid() && place < method.arguments.size(); ++place) {

@@ -19,29 +19,29 @@
 
 namespace sim {
 
-// Brings each call to its operation and the reply back: looks the operation up, holds the arguments
-// against its list, keeps the journal, and injects failures.
+// Executes calls: looks up the operation, checks the arguments against its list, runs it and sends
+// the reply. Writes the journal and injects failures.
 class Dispatcher {
 public:
     Dispatcher(Journal& journal, Sessions& sessions, Injections& injections, Log& log)
         : m_journal(journal), m_sessions(sessions), m_injections(injections), m_log(log) {}
 
-    // The interface must outlive the dispatcher and have all of its operations: std::logic_error.
+    // The interface must outlive the dispatcher. std::logic_error if it lacks operations.
     void Add(Interface& interface);
     const std::vector<Interface*>& GetInterfaces() const { return m_interfaces; }
     Interface* Find(std::string_view interfaceName) const;
-    // Operations by what people type: "IAVControl.MuteVideo" or with the interface's full name;
-    // several when the name is overloaded, none when it is unknown.
+    // Operations by the name that users type: "IAVControl.MuteVideo" or with the interface's full
+    // name; several if the name is overloaded, none if it is unknown.
     std::vector<Operation*> FindOperations(std::string_view name) const;
 
     // Answers a call on its connection.
     void Handle(Connection& connection, const wire::Message& message);
-    // A connection has ended: nothing that was delayed goes to it any more.
+    // A connection has ended: its delayed replies are dropped.
     void Forget(const Connection& connection);
 
     // Called after each call.
     void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
-    // Operations count their calls anew, no failure is injected any more.
+    // Resets the operations' call counters and removes injected failures.
     void Reset();
 
 private:
@@ -52,7 +52,7 @@ private:
         Timer timer;
     };
 
-    // Runs the operation; why it could not be run, empty when it was.
+    // Runs the operation. Returns why it could not run, or an empty text.
     std::string Run(Connection& connection, const wire::Message& message, Interface& interface,
                     Operation& method, std::uint64_t sequence);
     void SendLate(Connection& connection, const wire::MessageHeader& header, unsigned milliseconds);

@@ -17,31 +17,31 @@ struct Operation;
 // A failure of the next calls of an operation.
 struct Injection {
     enum class Kind {
-        Result, // the operation does not happen; the reply holds this result alone
-        Delay,  // it happens, the reply comes late by so many milliseconds
-        Drop,   // it happens, the reply never comes
-        Close,  // it does not happen, the connection is closed
-        Die,    // it does not happen, the daemon ends on the spot
+        Result, // the operation is not executed; the reply has only this result
+        Delay,  // it is executed, the reply is delayed by this many milliseconds
+        Drop,   // it is executed, the reply is not sent
+        Close,  // it is not executed, the connection is closed
+        Die,    // it is not executed, the daemon ends at once
     };
     Kind kind = Kind::Result;
     std::int32_t number = 0; // the result, or milliseconds
-    std::string text = {};   // empty, or only for calls that have it among their arguments
+    std::string text = {};   // if not empty: only for calls that have it among their arguments
 
     const char* GetName() const;
 };
 
-// The failures to come, by operation; used up in the order in which they were given.
+// The pending failures, by operation; used up in the order given.
 class Injections {
 public:
     void Add(const Operation& method, Injection injection, unsigned calls);
     // Whether a text is among a call's arguments.
     using HasText = std::function<bool(std::string_view text)>;
-    // What is to be done to this call; counts it.
+    // The failure for this call, if any; counts it.
     std::optional<Injection> Take(const Operation& method, const HasText& hasText);
     bool IsEmpty() const { return m_orders.empty(); }
     void Clear() { m_orders.clear(); }
 
-    // Calls still to come, by operation.
+    // Remaining failures, by operation.
     nlohmann::json Describe() const;
 
 private:

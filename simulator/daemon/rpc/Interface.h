@@ -31,12 +31,12 @@ struct Operation {
     std::uint64_t calls = 0; // since the start or the last reset
 };
 
-// An interface of the middleware as clients call it: its name and its operations. An operation
-// reads its arguments, changes the model and writes its out arguments, in one go on the daemon's
-// thread; what takes time ends in a signal.
+// An interface of the middleware: its name and its operations. An operation reads its arguments,
+// changes the model and writes its out arguments without interruption on the daemon's thread; what
+// takes time ends with a signal.
 class Interface {
 public:
-    // Whether calls go to a session, which a client opens first, or to the interface itself.
+    // Whether calls need a session, which a client opens first.
     enum class Calls { ToSession, ToInterface };
 
     Interface(const interfaces::InterfaceTable& table, Calls calls);
@@ -46,22 +46,22 @@ public:
 
     const std::string& GetName() const { return m_name; }
     Calls GetCalls() const { return m_calls; }
-    // By number; whole once CheckComplete has passed.
+    // By number; complete once CheckComplete has passed.
     const std::vector<std::unique_ptr<Operation>>& GetOperations() const { return m_operations; }
-    // std::logic_error when an operation of the table has no handler.
+    // std::logic_error if an operation of the table has no handler.
     void CheckComplete() const;
     // Null unless number and name belong together.
     Operation* Find(std::int16_t id, std::string_view name) const;
 
-    // A client makes an object of this interface. 0, or below 0 to refuse. The session's `data` may
-    // be set here.
+    // A client creates an object of this interface. Returns 0, or a value below 0 to refuse. May
+    // set the session's `data`.
     virtual std::int32_t OpenSession(Session&) { return 0; }
-    // It has ended; its data goes next.
+    // The session has ended; its data is destroyed next.
     virtual void CloseSession(Session&) {}
 
 protected:
-    // Registers the handler of one of the table's operations. std::logic_error for the second of
-    // one operation.
+    // Registers the handler of one of the table's operations. std::logic_error for a second handler
+    // of an operation.
     template <class T, class Method>
     void Add(Method method, std::initializer_list<Argument> arguments,
              void (T::*handler)(const Call&, const ArgumentReader&, ReplyWriter&)) {

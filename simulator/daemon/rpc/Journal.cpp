@@ -50,7 +50,7 @@ json DescribeArgument(const Argument* argument, const wire::Node& node) {
         described["name"] = argument->name;
         described["type"] = argument->form->name;
     }
-    // A text that is only out comes as its length; a malformed one comes as its bytes.
+    // An out text is sent as its length; a malformed one is shown as bytes.
     const bool known = argument != nullptr && node.kind == argument->form->kind &&
                        (argument->form->size == 0 || node.size == argument->form->size);
     if (node.kind == wire::NodeKind::Length)
@@ -60,8 +60,8 @@ json DescribeArgument(const Argument* argument, const wire::Node& node) {
     return described;
 }
 
-// Makes a tree whole again that was cut at its end: the nodes that go beyond it end there. Gives
-// the size of what is whole.
+// Makes a truncated tree well-formed: nodes that exceed it end at its end. Returns the well-formed
+// size.
 std::size_t Mend(unsigned char* tree, std::size_t size) {
     std::size_t at = 0;
     while (size - at >= wire::kNodeHeaderSize) {
@@ -80,7 +80,7 @@ std::size_t Mend(unsigned char* tree, std::size_t size) {
     return at;
 }
 
-// `size` of the `fullSize` bytes are there.
+// `size` of the `fullSize` bytes are kept.
 json DescribeTree(const Operation* method, const unsigned char* tree, std::size_t size,
                   std::size_t fullSize) {
     std::vector<unsigned char> mended;
@@ -116,7 +116,7 @@ Journal::Entry& Journal::At(std::uint64_t place) const {
 void Journal::Add(const CallRecord& call) {
     const std::size_t argumentsKept = std::min(call.arguments.size(), kMaxTree);
     const std::size_t resultsKept = std::min(call.results.size(), kMaxTree);
-    // Names are kept only where there is no table to find them in.
+    // Names are stored only for calls that are in no table.
     const std::string_view interfaceName =
         call.method == nullptr ? call.interfaceName : std::string_view{};
     const std::string_view methodName =
@@ -166,7 +166,7 @@ void Journal::Clear() {
     m_head = 0;
 }
 
-// Where `size` bytes in a row are free, after the oldest entries have made way.
+// Start of `size` free consecutive bytes; evicts the oldest entries.
 std::size_t Journal::MakeRoom(std::size_t size) {
     while (m_begin != m_end) {
         const std::size_t tail = At(m_begin).place;

@@ -14,7 +14,7 @@ namespace sim {
 class Interface;
 struct Operation;
 
-// What a call was, as the journal is told of it.
+// The description of a call for the journal.
 struct CallRecord {
     std::uint64_t sequence;
     std::uint32_t client;
@@ -24,19 +24,19 @@ struct CallRecord {
     std::string_view interfaceName;
     std::string_view methodName;
     std::int16_t methodId;
-    const char* injected;   // the failure that was injected, null: none. A constant.
-    std::string_view fault; // why it is malformed; empty: it is not
+    const char* injected;   // the injected failure; null: none. A constant.
+    std::string_view fault; // why it is malformed; empty if it is not
     std::span<const unsigned char> arguments;
     std::span<const unsigned char> results;
 };
 
-// Every call of the last while, as the bytes that went over the wire: a ring that is bounded in
-// bytes and in entries, the oldest go first. A call becomes JSON only for who asks.
+// The latest calls, as the bytes sent over the wire: a ring limited in bytes and in entries; the
+// oldest are evicted first. A call is formatted as JSON on demand.
 class Journal {
 public:
     static constexpr std::size_t kDefaultBytes = 8u << 20;
     static constexpr std::size_t kDefaultEntries = 32768;
-    // A longer tree is kept up to here.
+    // Longer trees are truncated to this.
     static constexpr std::size_t kMaxTree = 16u << 10;
 
     explicit Journal(std::size_t bytes = kDefaultBytes, std::size_t entries = kDefaultEntries);
@@ -44,15 +44,15 @@ public:
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
 
-    // The number of the next call or event of the run, from 1.
+    // The number of the next call or event, from 1.
     std::uint64_t TakeSequence() { return ++m_lastSequence; }
     std::uint64_t GetLastSequence() const { return m_lastSequence; }
 
     void Add(const CallRecord& call);
     void Clear();
 
-    // Calls since the journal was made, those that are no longer kept as well: the place of the
-    // first kept one and the place after the last.
+    // Indices of calls since the journal was created, including evicted ones: that of the first
+    // kept one and that after the last.
     std::uint64_t GetBegin() const { return m_begin; }
     std::uint64_t GetEnd() const { return m_end; }
     // One call; `place` must be kept.
@@ -66,7 +66,7 @@ private:
 
     std::size_t m_byteCount;
     std::size_t m_entryCount;
-    // Neither is cleared when made, so that memory is taken as the journal fills.
+    // Neither is cleared when created, so that memory is used only as the journal fills.
     std::unique_ptr<unsigned char[]> m_bytes;
     std::unique_ptr<Entry[]> m_entries;
     std::uint64_t m_begin = 0;

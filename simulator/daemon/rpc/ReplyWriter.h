@@ -8,8 +8,8 @@
 
 namespace sim {
 
-// Writes an operation's out arguments, by place, straight into the reply. What is not written is
-// left as it was on the client's side.
+// Writes an operation's out arguments, by place, directly to the reply. Arguments that are not
+// written stay unchanged in the client.
 class ReplyWriter {
 public:
     explicit ReplyWriter(wire::Buffer& buffer) : m_tree(buffer) {}

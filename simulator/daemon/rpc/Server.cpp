@@ -91,7 +91,7 @@ void Server::Accept(int fd) {
     m_withoutHello.push_back(&connection);
     connection.helloDeadline.Start(kHelloMilliseconds,
                                    [&connection] { connection.End("said no hello in time"); });
-    // The hello is mostly there already; who has said it cannot be made to make way.
+    // The hello has usually arrived already; after it the connection cannot be evicted.
     connection.Read();
 }
 
@@ -127,7 +127,7 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
                                   std::to_string(hello.session) + ", which is not its own");
         m_changes.Tell();
     } else if (connection.client->GetToken() != hello.token) {
-        // Saying it again is how a client asks whether a silent daemon is back.
+        // A client repeats its hello to find out whether a stalled daemon responds again.
         return connection.End("changed its token");
     }
     wire::Buffer tree;
@@ -170,8 +170,8 @@ void Server::FollowersChanged() {
 }
 
 void Server::PushLine(std::string_view tag, std::string_view line) {
-    // A follower that is dropped here makes a line of its own, which comes through here as well:
-    // the list is not walked while that may happen.
+    // Dropping a follower writes another log line, which calls this function again: do not iterate
+    // over the list meanwhile.
     std::vector<Connection*> followers;
     for (Connection* follower : m_followers) {
         if (follower->tag == tag)

@@ -16,16 +16,16 @@
 
 namespace sim {
 
-// The product's socket: lets clients in, hears who they are, and brings calls to the dispatcher.
-// Holds its own against peers that say nothing, nonsense, or never listen.
+// The product's socket: accepts clients, handles their hello, and passes calls to the dispatcher.
+// Copes with clients that are silent, send malformed data or never read.
 class Server : private Connection::Owner {
 public:
-    // At most so many connections; of those that have not said hello, the oldest make way.
+    // Maximum number of connections; of those without a hello, the oldest is evicted.
     static constexpr std::size_t kMaxConnections = 512;
     static constexpr std::size_t kMaxWithoutHello = 64;
     static constexpr unsigned kHelloMilliseconds = 2000;
-    // Bytes of messages that all connections together have on their way in and out: whose is the
-    // next one is dropped.
+    // Maximum bytes of messages in transit on all connections; the connection that exceeds it is
+    // dropped.
     static constexpr std::size_t kMaxHeld = 128u << 20;
 
     Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Changes& changes, Log& log);
@@ -34,10 +34,10 @@ public:
     // False: `error` is a line. The path must have been claimed.
     bool Open(const std::string& path, std::string& error);
 
-    // Pushes a log line to who follows the tag.
+    // Sends a log line to the tag's followers.
     void PushLine(std::string_view tag, std::string_view line);
 
-    // Differs from one run to the next.
+    // Differs for each start of the daemon.
     std::uint64_t GetEpoch() const { return m_epoch; }
 
 private:
@@ -59,7 +59,7 @@ private:
     std::list<std::unique_ptr<Connection>> m_connections;
     std::list<Connection*> m_withoutHello;
     std::list<Connection*> m_followers;
-    // Ended, but perhaps still in use further up the stack.
+    // Ended, but possibly in use further up the stack.
     std::vector<std::unique_ptr<Connection>> m_ended;
     Timer m_cleanUp;
     Listener m_listener;

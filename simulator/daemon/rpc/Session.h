@@ -8,12 +8,12 @@ namespace sim {
 class Client;
 class Interface;
 
-// What an interface keeps for each of its sessions; derive from it.
+// Data that an interface keeps per session; derive from it.
 struct SessionData {
     virtual ~SessionData() = default;
 };
 
-// One object that a client made by a factory.
+// One object that a client created with a factory.
 struct Session {
     std::uint32_t id;
     Interface* interface;

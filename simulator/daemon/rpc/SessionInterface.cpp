@@ -10,7 +10,7 @@ namespace sim {
 
 namespace {
 
-// Of one client; a program that forgets its objects must not take the TV's memory.
+// Per client; a program that leaks its objects must not use up the TV's memory.
 constexpr std::size_t kMaxSessions = 4096;
 
 } // namespace

@@ -10,22 +10,22 @@
 
 namespace sim {
 
-// The sessions of all clients, by id. Ids count from 1 and are never used again in a run.
+// The sessions of all clients, by id. Ids count from 1 and are not reused.
 class Sessions {
 public:
-    // `opened` is false when the session is about to end; called before the interface's own hook
-    // then, and after it when it opens.
+    // `opened` is false when the session is about to end. Called before the interface's own hook
+    // when it ends, and after it when it opens.
     using Hook = std::function<void(const Session&, bool opened)>;
 
-    // Asks the interface; null when it refuses, and `status` says why (0 on success).
+    // Asks the interface; null if it refuses, with the reason in `status` (0 on success).
     Session* Open(Interface& interface, std::int32_t profile, std::uint16_t screen, Client& client,
                   std::int32_t& status);
     // False unless it is a session of this client.
     bool Close(std::uint32_t id, const Client& client);
-    // Ends what a client that is gone has left open, newest first.
+    // Closes the sessions that a released client has left open, newest first.
     void CloseAll(const Client& client);
 
-    // Null for an id that is not, or no longer, in use.
+    // Null if the id is not in use.
     Session* Find(std::uint32_t id);
     void AddHook(Hook hook) { m_hooks.push_back(std::move(hook)); }
     std::size_t GetCount() const { return m_sessions.size(); }

@@ -8,8 +8,8 @@
 
 namespace sim {
 
-// Carries signals to the connections that clients have opened for them. Who gets which signal is
-// decided by the parts.
+// Sends signals on the connections that clients have opened for them. The components decide who
+// gets which signal.
 class Signals {
 public:
     struct Signal {
@@ -21,16 +21,16 @@ public:
 
     explicit Signals(Sessions& sessions) : m_sessions(sessions) {}
 
-    // A connection serves the signal subscriber that is this session; a later one takes its place.
+    // Uses the connection for the signal subscriber with this session, in place of an earlier one.
     // False: its client has no such session.
     bool Attach(std::uint32_t session, Connection& connection);
     void Detach(const Connection& connection);
     bool IsAttached(std::uint32_t session) const { return m_connections.contains(session); }
 
-    // A number for the next signal of the daemon's run, from 1; the same for everyone who gets it.
+    // The number of the next signal, from 1; the same for all its receivers.
     std::uint64_t TakeNumber() { return ++m_lastNumber; }
     std::uint64_t GetLastNumber() const { return m_lastNumber; }
-    // False when the session has no connection at the moment; the signal is lost then.
+    // False if the session currently has no connection; the signal is then lost.
     bool Send(std::uint32_t session, const Signal& signal, std::uint64_t number);
 
 private:

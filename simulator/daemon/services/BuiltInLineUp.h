@@ -2,7 +2,7 @@
 
 namespace sim {
 
-// The line-up of a TV that was given none, as a text.
+// The built-in line-up, as a text.
 extern const char kBuiltInLineUp[];
 
 } // namespace sim

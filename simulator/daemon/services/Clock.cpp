@@ -14,7 +14,7 @@ using nlohmann::json;
 
 namespace {
 
-// The end of the year 9999: what GLib's dates can hold.
+// The end of the year 9999, the limit of GLib's dates.
 constexpr std::int64_t kLast = 253402300799;
 
 struct DateDeleter {

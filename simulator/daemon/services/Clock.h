@@ -7,8 +7,8 @@
 
 namespace sim {
 
-// What time it is on the TV: the machine's time, or one that was set (`norvex-simctl set clock`)
-// and runs on from there.
+// The TV's time: the machine's, or one that has been set (`norvex-simctl set clock`) and keeps
+// running.
 class Clock : public Component {
 public:
     explicit Clock(Context& context);

@@ -26,13 +26,13 @@ void Load(Context& context, ServiceLineUp& lineUp, const std::string& file,
         asker.Fail(error);
 }
 
-// The line-up as a text, some hundred services at a time.
+// The line-up as a text, a few hundred services at a time.
 class Pieces {
 public:
     Pieces(Database& database, ServiceLineUp& lineUp)
         : m_database(database), m_lineUp(lineUp), m_loads(lineUp.GetLoads()) {}
 
-    // Empty after the last piece, and when it cannot go on: `error` says why.
+    // Empty after the last piece, or on failure, with the reason in `error`.
     std::string Next(std::string& error) {
         if (m_lineUp.GetLoads() != m_loads)
             error = "another line-up was loaded in the meantime";
@@ -51,7 +51,7 @@ private:
     LineUpWriter m_writer;
 };
 
-// The status, nothing as long as there is more.
+// The status; nothing while there is more.
 std::optional<int> End(const std::string& error, ControlConnection& asker) {
     if (error.empty())
         return 0;
@@ -71,7 +71,7 @@ void Show(Context& context, ServiceLineUp& lineUp, ControlConnection& asker) {
     });
 }
 
-// The file takes the place of an old one once it is whole.
+// The file replaces an existing one once it is complete.
 void Save(Context& context, ServiceLineUp& lineUp, const std::string& name,
           ControlConnection& asker) {
     auto file = std::make_shared<NewFile>();

@@ -11,10 +11,10 @@ namespace sim {
 
 namespace {
 
-// Some millions of services.
+// Several million services.
 constexpr off_t kMaxSize = off_t{512} << 20;
 
-// What is no regular file could keep the TV waiting, or never end.
+// Reading from anything but a regular file could block, or never end.
 std::string ReadAll(int file, std::string& text) {
     struct stat about {};
     if (fstat(file, &about) != 0)

@@ -4,7 +4,7 @@
 
 namespace sim {
 
-// A whole regular file. False: `error` is "NAME: " and why not.
+// Reads a whole regular file. False: `error` is "NAME: " and the reason.
 bool ReadLineUpFile(const std::string& path, const std::string& name, std::string& text,
                     std::string& error);
 

@@ -6,9 +6,9 @@ namespace sim {
 
 namespace {
 
-// The services of one number come out of its index in the line-up's order, and the index holds all
-// that the look-ups by number ask for: nothing is sorted, and no row is read in vain. Ids are
-// unsigned: kept with the same bits.
+// The index returns the services of a number in the line-up's order, and has all columns that
+// look-ups by number need: no sorting, no unneeded reads of rows. Ids are unsigned, stored with the
+// same bits.
 const char kSchema[] =
     "CREATE TABLE IF NOT EXISTS service ("
     " antenna INTEGER NOT NULL, major INTEGER NOT NULL, minor INTEGER NOT NULL,"
@@ -35,7 +35,7 @@ const char kAddService[] =
 const char kAddProgramme[] = "INSERT INTO programme (service, start, duration, title, found)"
                              " VALUES (?1, ?2, ?3, ?4, 0)";
 
-// Puts what a text holds into the tables.
+// Writes the content of a text to the tables.
 class Inserter : public LineUpSink {
 public:
     explicit Inserter(Database& database) : m_database(database) {}

@@ -13,7 +13,7 @@
 
 namespace sim {
 
-// How many of what a line-up has; made when it is loaded.
+// A line-up's statistics, computed when it is loaded.
 struct LineUpCounts {
     std::int64_t services = 0;
     std::int64_t air = 0;
@@ -32,26 +32,25 @@ class LineUpTables {
 public:
     explicit LineUpTables(Database& database) : m_database(database) {}
 
-    // Once: makes tables that are not there yet. False: the database's error tells why.
+    // Once: creates missing tables. False: see the database's error.
     bool Prepare();
-    // Another line-up takes the place of the one that is there; what `keep` puts into the database
-    // is committed with it. False, and everything as it was, when the text is malformed or the
-    // database refuses: `error` is one line.
+    // Replaces the line-up; what `keep` writes to the database is committed with it. False, without
+    // a change, if the text is malformed or the database fails: `error` is one line.
     bool Replace(
         std::string_view text, const std::string& name, std::string& error,
         const std::function<bool()>& keep = [] { return true; });
-    // False: the database's error tells why.
+    // False: see the database's error.
     bool Count(LineUpCounts& counts);
 
     std::optional<ServiceFacts> FindFacts(std::uint64_t service);
-    // The first barker channel that is listed under that antenna.
+    // The first listed barker channel of that antenna.
     std::optional<std::uint64_t> FindBarker(std::int32_t antenna);
-    // Calls visit(id) for every service that comes over a transponder of that antenna, in order.
-    // False when the database has not given them all.
+    // Calls visit(id) for every service on a transponder of that antenna, in order. False if the
+    // database failed.
     bool ForEachReceived(std::int32_t antenna, const std::function<void(std::uint64_t)>& visit);
 
-    // The line-up as a text, in pieces of some hundred services: writes those behind the last one
-    // of the piece before. False when there are no more, or when the database fails.
+    // The line-up as a text, in pieces of a few hundred services: writes the services after the
+    // last one of the previous piece. False if there are no more, or the database failed.
     struct Place {
         std::int64_t antenna = -1;
         std::int64_t major = 0;

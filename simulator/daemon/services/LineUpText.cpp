@@ -161,8 +161,8 @@ private:
         return true;
     }
 
-    // Of one service they stand in order and do not overlap, not across midnight either: what is on
-    // at a time is then one look-up.
+    // Programmes of a service are in order and do not overlap, not even across midnight: so one
+    // look-up finds the present one.
     std::string ReadProgramme() {
         if (!m_hasService)
             return "expected a service line before its programmes";
@@ -201,10 +201,10 @@ private:
     bool m_hasHeading = false;
     Transponder m_heading; // frequency 0: streamed
     bool m_hasService = false;
-    std::uint64_t m_service = 0; // that programmes belong to
+    std::uint64_t m_service = 0; // of the following programmes
     bool m_hasProgramme = false;
     std::int32_t m_firstStart = 0;
-    std::int32_t m_end = 0; // of the programme before
+    std::int32_t m_end = 0; // of the previous programme
 };
 
 } // namespace

@@ -10,7 +10,7 @@ bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
-// Reads from behind the opening mark to behind the closing one.
+// Reads from after the opening quote to after the closing one.
 bool ReadQuoted(std::string_view& rest, std::string& text, std::string& error) {
     while (!rest.empty() && rest.front() != '"') {
         char c = rest.front();

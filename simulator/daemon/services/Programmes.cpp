@@ -40,7 +40,7 @@ bool Programmes::FindRow(std::uint64_t service, std::int64_t second, std::int64_
         Leave(m_last);
         return false;
     }
-    // Before the day's first: the last one of the day before may go on.
+    // Before the day's first programme: the last one of the previous day may still be on.
     Leave(m_last);
     if (m_hasFailed)
         return false;
@@ -80,7 +80,7 @@ bool Programmes::HasPresent(std::uint64_t service) {
 bool Programmes::Collect(std::uint64_t service) {
     if (HasPresent(service))
         return true;
-    // Fits between what is known before and after; neither is on now.
+    // Fits between the known programmes before and after; neither is on now.
     const std::int64_t second = m_clock.Now() % kSecondsOfDay;
     std::int64_t start = second - second % kHour;
     std::int64_t end = start + kHour;

@@ -12,7 +12,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IScanControl: whether a scan has something to do, and scans that run in the background.
+// com.holvi.IScanControl: background scans, and whether they are needed.
 class ScanControl : public Interface {
 public:
     using Method = interfaces::ScanControlMethod;
@@ -78,7 +78,8 @@ private:
         return ids;
     }
 
-    // Of a TV mode; -1 in it is what the main pipeline has. Below 0, and a log line: none.
+    // The antenna of a TV mode; -1 in it means the main pipeline's. Below 0, with a log line, if
+    // invalid.
     std::int32_t ReadAntenna(std::int32_t antenna) {
         if (antenna == ANTENNA_NONE)
             return m_pipelines.At(kMainPipeline).tvMode.antenna;

@@ -17,7 +17,7 @@ using nlohmann::json;
 namespace {
 
 constexpr std::uint32_t kMaxPace = 3600 * 1000;
-// Services whose programmes are collected before others have their turn.
+// Services whose programmes are collected in a row before other events are handled.
 constexpr std::size_t kCollectedATime = 500;
 
 } // namespace
@@ -132,7 +132,7 @@ void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
 }
 
 void Scans::BeginVisit() {
-    // The line-up may be another one by now.
+    // The line-up may have been replaced.
     for (; m_state.place < m_state.services.size(); ++m_state.place) {
         if (const auto facts = m_lineUp.FindFacts(m_state.services[m_state.place])) {
             Visit(m_state.services[m_state.place], *facts);

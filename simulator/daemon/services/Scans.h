@@ -15,25 +15,25 @@
 
 namespace sim {
 
-// What collects programmes without the viewer, with the main pipeline's tuner; one at a time.
+// Scans that collect programmes with the main pipeline's tuner; one at a time.
 //
-// Tune around visits services one after the other. A visit moves the tuner to the service's
-// transponder, sends SIGNAL_SI_STARTED, and after the pace SIGNAL_TUNE_AROUND_SERVICE_DONE; the
-// service's present programme is known then. Where there is no signal neither comes. At the end
-// comes SIGNAL_TUNE_AROUND_FINISHED.
+// A tune around visits services one after the other. A visit moves the tuner to the service's
+// transponder, sends SIGNAL_SI_STARTED, and after the pace SIGNAL_TUNE_AROUND_SERVICE_DONE; then
+// the service's present programme is known. Without a signal neither is sent. At the end it sends
+// SIGNAL_TUNE_AROUND_FINISHED.
 //
-// A barker channel scan visits the antenna's barker channel, collects the programmes of all that
-// comes over that antenna, and ends with SIGNAL_BARKER_CHANNEL_TUNE.
+// A barker channel scan visits the antenna's barker channel, collects the programmes of all
+// services of that antenna, and ends with SIGNAL_BARKER_CHANNEL_TUNE.
 //
-// Afterwards the tuner is where the pipeline's service is.
+// Afterwards the tuner returns to the pipeline's service.
 class Scans : public Component {
 public:
-    static constexpr std::uint32_t kDefaultPace = 200; // milliseconds for a service
+    static constexpr std::uint32_t kDefaultPace = 200; // milliseconds per service
 
     Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
           const Inputs& inputs, Subscribers& subscribers);
 
-    // Each answers kDone or a refusal, which is in the log then. What runs began after the answer.
+    // Each returns kDone or a refusal, which has been logged. The scan begins after the reply.
     std::int32_t StartTuneAround(std::vector<std::uint64_t> services);
     std::int32_t StopTuneAround();
     std::int32_t StartBarker(std::int32_t antenna);
@@ -49,7 +49,7 @@ private:
     static const char* ToText(Running running);
     std::int32_t Start(Running what, std::vector<std::uint64_t> services);
     std::int32_t Stop(Running what);
-    // Does `step` after a time, as an event of the TV's own.
+    // Runs `step` after a time, within an Event.
     void After(std::uint32_t milliseconds, void (Scans::*step)());
 
     void BeginVisit();
@@ -58,7 +58,7 @@ private:
     void EndBarker();
     void CollectSome();
 
-    // Moves the tuner to the service that is visited; SIGNAL_SI_STARTED when it comes in.
+    // Moves the tuner to the visited service; sends SIGNAL_SI_STARTED if it is received.
     void Visit(std::uint64_t service, const ServiceFacts& facts);
     bool HasSignal(const ServiceFacts& facts) const;
     // `outcome` is a word for the state.
@@ -71,16 +71,16 @@ private:
     const Inputs& m_inputs;
     Subscribers& m_subscribers;
 
-    // As it is while nothing has run yet.
+    // The initial state.
     struct State {
         std::uint32_t pace = kDefaultPace;
         Running running = Running::Nothing;
         std::vector<std::uint64_t> services; // to be visited, or whose programmes are collected
-        std::size_t place = 0;               // in them
+        std::size_t place = 0;               // index of the current one
         std::int32_t antenna = 0;            // of the barker channel
         std::uint64_t visited = INVALID_SERVICE_ID;
         ServiceFacts facts;      // of the visited one
-        Transponder tunerBefore; // where the tuner was
+        Transponder tunerBefore; // the tuner's transponder before the scan
         const char* outcome = nullptr;
     };
     State m_state;

@@ -9,7 +9,7 @@
 
 namespace sim {
 
-// The line-up with what works on it, and the pipelines that show its services.
+// The line-up, the components that use it, and the pipelines that show its services.
 struct ServiceComponents {
     ServiceLineUp& lineUp;
     Programmes& programmes;
@@ -17,12 +17,12 @@ struct ServiceComponents {
     Scans& scans;
 };
 
-// Registers them. `given`: the line-up of a TV that is new; null: the built-in one. Nothing when it
-// is malformed or the database refuses: `error` is one line.
+// Registers them. `given`: the line-up of a new TV; null: the built-in one. Nothing if it is
+// malformed or the database fails: `error` is one line.
 std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given,
                                                   std::string& error);
 
-// The interfaces, each in the file that is named after it.
+// The interfaces, each in the file named after it.
 void RegisterScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes,
                          Pipelines& pipelines, Scans& scans);
 void RegisterServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes);

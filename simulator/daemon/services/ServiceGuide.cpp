@@ -11,7 +11,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IServiceGuide: what is on.
+// com.holvi.IServiceGuide: present programmes.
 class ServiceGuide : public Interface {
 public:
     using Method = interfaces::ServiceGuideMethod;
@@ -35,7 +35,7 @@ private:
             return out.Int(0, m_log.Refuse(kUnknown, kTunerTag,
                                            "GetCurrentProgram refused: no service 0x%" PRIx64,
                                            service));
-        // Nothing known of now is no refusal.
+        // An unknown present programme is not a refusal.
         if (!programme)
             return out.Int(0, 0);
         out.Int(0, kDone);

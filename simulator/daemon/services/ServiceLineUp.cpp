@@ -17,10 +17,10 @@ namespace {
 
 // In the database.
 const char kLineUpPart[] = "lineUp";
-const char kBuiltInKey[] = "builtIn"; // 1: it is the built-in one; not there: never set up
+const char kBuiltInKey[] = "builtIn"; // 1: the built-in one; missing: never set up
 const char kBootupPart[] = "bootup";
 
-// The profile of the services that a service mode has.
+// The profile of a service mode's services.
 std::int32_t ToProfile(std::int32_t serviceMode) {
     return serviceMode == SERVICE_MODE_DEFAULT ? SERVICE_PROFILE_DEFAULT : SERVICE_PROFILE_OPERATOR;
 }

@@ -13,26 +13,26 @@
 
 namespace sim {
 
-// A line-up as a text, and where the text is from, for error lines and the state.
+// A line-up as a text, and its origin for error lines and the state.
 struct LineUpSource {
     std::string name;
     std::string text;
 };
 
-// The TV's line-up: its services, its programmes, the service that the TV starts with.
+// The TV's line-up: its services, its programmes, its boot-up service.
 class ServiceLineUp : public LineUp, public ChannelList, public Component {
 public:
     ServiceLineUp(Context& context, Programmes& programmes);
 
-    // Once. The line-up that was given; or the one in the database; or, on a TV that never had one,
-    // the built-in one. False: `error` is one line.
+    // Once. Uses the given line-up, else the one in the database, else the built-in one. False:
+    // `error` is one line.
     bool Start(const LineUpSource* given, std::string& error);
-    // Called when there is another line-up.
+    // Called when the line-up has been replaced.
     void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
-    // Another line-up takes the place of the one that is there. False, and all as it was: `error`
-    // is one line, and names the text's.
+    // Replaces the line-up. False, without a change: `error` is one line, and names the text's
+    // line.
     bool Load(const LineUpSource& source, std::string& error);
-    // How many times there has been another one.
+    // How many times the line-up has been replaced.
     std::uint64_t GetLoads() const { return m_loads; }
 
     LineUpTables& GetTables() { return m_tables; }
@@ -47,7 +47,7 @@ public:
     std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode,
                                   std::int32_t option) override;
 
-    // What the TV starts with, if the line-up has it.
+    // The boot-up service, if the line-up has it.
     struct Bootup {
         std::uint64_t service = 0;
         TvMode tvMode;
@@ -57,7 +57,7 @@ public:
 
     const char* GetStateName() const override { return "lineUp"; }
     nlohmann::json DescribeState() const override;
-    // The line-up that a new TV has, without what scans have found, and no boot-up service.
+    // Restores the line-up of a new TV, without collected programmes and boot-up service.
     bool Reset() override;
 
 private:
@@ -72,7 +72,7 @@ private:
     ServiceQueries m_queries;
     std::function<void()> m_listener;
     LineUpSource m_new;  // of a new TV
-    bool m_isNew = true; // it is still the one that is there
+    bool m_isNew = true; // it is still in use
     std::string m_name;
     LineUpCounts m_counts;
     std::uint64_t m_loads = 0;

@@ -11,18 +11,18 @@ namespace sim {
 
 namespace {
 
-// SQLite takes expressions a thousand deep; each condition is one step.
+// SQLite's expressions can be a thousand levels deep; each condition is one level.
 constexpr std::size_t kMaxConditions = 500;
 constexpr std::size_t kMaxFetched = 500;
-// Shapes that are kept prepared. Consoles have a handful.
+// Maximum of prepared statements kept. Consoles use a handful.
 constexpr std::size_t kMaxStatements = 64;
 
 const char kOrder[] = " ORDER BY antenna, major, minor, id LIMIT ?";
 
-// Of the record or the list among the operation's arguments.
+// Index of the record or the list among the operation's arguments.
 constexpr std::int16_t kResultPlace = 2;
 
-// The status stands first, but is known last.
+// The status comes first, but is known last.
 template <class F> void WriteWithStatus(ReplyWriter& out, F&& write) {
     wire::Buffer& reply = out.Tree().GetBuffer();
     const std::size_t begin = reply.GetSize();
@@ -49,8 +49,8 @@ std::string ToSelect(const Criteria& criteria) {
     return text + (criteria.fetched.empty() ? "NULL" : "") + " FROM service";
 }
 
-// A service without the field meets no condition that it equals something, and each that it
-// differs. Values take the places from `place`.
+// A service without the field equals nothing and differs from everything. Values are bound from
+// `place` on.
 std::string ToConditions(const Criteria& criteria, std::size_t place, const char* between) {
     std::string text;
     for (const Condition& condition : criteria.conditions) {
@@ -72,8 +72,8 @@ std::string ServiceQueries::ToFindText(const Criteria& criteria) {
 
 std::string ServiceQueries::ToListText(const Criteria& criteria) {
     const std::size_t behind = criteria.conditions.size() + 3;
-    // The table's own key has the antenna first and the line-up's order behind it. The plus keeps
-    // the profile from looking like a better way in.
+    // The table's key is the antenna followed by the line-up's order. The plus keeps SQLite from
+    // using an index on the profile instead.
     return ToSelect(criteria) + " WHERE antenna = ?1 AND +profile = ?2" +
            ToConditions(criteria, 3, " AND ") + kOrder + std::to_string(behind) + " OFFSET ?" +
            std::to_string(behind + 1);
@@ -205,7 +205,7 @@ std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page
     std::int16_t number = 0;
     Statement::Step step = statement->Next();
     for (; step == Statement::Step::Row && result == kDone; step = statement->Next()) {
-        // Places begin anew behind the 16 bits of a tag: records are told by their order.
+        // Tags restart after 16 bits: records are identified by their order.
         WriteRecord(criteria, *statement, tree, number);
         number = number == INT16_MAX ? std::int16_t{0} : static_cast<std::int16_t>(number + 1);
         if (tree.GetBuffer().GetSize() > wire::kMaxTreeSize) {

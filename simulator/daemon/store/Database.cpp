@@ -36,7 +36,7 @@ std::string_view Statement::Text(int column) {
     return {text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column))};
 }
 
-// SQLite converts; the size is that of what it has converted last.
+// SQLite converts; the size is that of its last conversion.
 std::u16string_view Statement::Text16(int column) {
     const auto* units = static_cast<const char16_t*>(sqlite3_column_text16(m_statement, column));
     Note(units != nullptr);

@@ -10,7 +10,7 @@ namespace sim {
 
 class Database;
 
-// A prepared statement. Values are bound, never written into the text.
+// A prepared statement. Values are bound, never part of the text.
 class Statement {
 public:
     Statement() = default;
@@ -18,14 +18,14 @@ public:
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
 
-    // False, and the database's error set, when the text is refused. Prepare again to reuse.
+    // False, with the database's error set, if the text is rejected. Prepare again to reuse.
     bool Prepare(Database& database, std::string_view text);
 
-    // Places count from 1. Texts must outlive the run. What cannot be bound makes the run fail.
+    // Places count from 1. Texts must outlive the run. If a value cannot be bound, the run fails.
     void Bind(int place, std::int64_t value) {
         Note(sqlite3_bind_int64(m_statement, place, value) == SQLITE_OK);
     }
-    // SQLite's integers are signed; all 64 bits are kept.
+    // SQLite's integers are signed; all 64 bits are preserved.
     void Bind(int place, std::uint64_t value) { Bind(place, static_cast<std::int64_t>(value)); }
     void Bind(int place, std::string_view text);
     void BindNull(int place) { Note(sqlite3_bind_null(m_statement, place) == SQLITE_OK); }
@@ -38,12 +38,12 @@ public:
     bool IsNull(int column) const {
         return sqlite3_column_type(m_statement, column) == SQLITE_NULL;
     }
-    // Both until the next step, which fails when there was no memory for the text.
+    // Both valid until the next step, which fails if there was no memory for the text.
     std::string_view Text(int column);
     std::u16string_view Text16(int column);
     bool HasFailed() const { return m_hasFailed; }
 
-    // Runs a statement without rows, and makes it ready for the next time.
+    // Runs a statement without rows, and resets it.
     bool Run();
     void Reset();
 
@@ -62,7 +62,7 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    // An empty path: in memory. False when it is no database, is in use by another process, or
+    // An empty path: in memory. False if it is not a database, is in use by another process, or
     // cannot be written.
     bool Open(const std::string& path);
     // Statements without rows, several at once.
@@ -74,8 +74,8 @@ private:
     sqlite3* m_database = nullptr;
 };
 
-// Several changes that are committed together, or not at all when Commit is not reached. What is
-// changed in one that is not open is committed at once and by itself: ask first.
+// Several changes that are committed together, or not at all without Commit. If it is not open,
+// changes are committed individually and at once: check first.
 class Transaction {
 public:
     explicit Transaction(Database& database);

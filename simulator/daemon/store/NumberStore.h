@@ -8,20 +8,20 @@
 
 namespace sim {
 
-// Numbers that parts keep beyond the daemon's end: by part and key, in the database.
+// Numbers of components that outlive the daemon: in the database, by component and key.
 class NumberStore {
 public:
     explicit NumberStore(Database& database) : m_database(database) {}
 
-    // Once, when the database is open. False: the database's error tells why.
+    // Once, when the database is open. False: see the database's error.
     bool Prepare();
 
-    // False and nothing kept when the database refuses.
+    // False, without a change, if the database fails.
     bool Put(std::string_view part, std::string_view key, std::int64_t value);
-    // Forgets all of a part.
+    // Removes all numbers of a component.
     bool Clear(std::string_view part);
-    // Calls visit(key, value) for each number that the part has put. What the database will not
-    // give is told by GetReadError.
+    // Calls visit(key, value) for each number of the component. GetReadError reports what could not
+    // be read.
     template <class F> void ForEach(std::string_view part, F&& visit) {
         m_select.Bind(1, part);
         while (m_select.Next() == Statement::Step::Row)
@@ -29,7 +29,7 @@ public:
         NoteReadError();
         m_select.Reset();
     }
-    // Empty as long as everything that is kept could be read.
+    // Empty as long as everything could be read.
     const std::string& GetReadError() const { return m_readError; }
     Database& GetDatabase() { return m_database; }
 

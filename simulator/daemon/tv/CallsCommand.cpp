@@ -12,7 +12,7 @@ using nlohmann::json;
 
 namespace {
 
-// A value on one line with others: long ones are cut.
+// A value in a line with others: long ones are truncated.
 std::string ToShortText(const json& argument) {
     constexpr std::size_t kMaxShown = 60;
     if (argument.contains("length"))

@@ -4,7 +4,7 @@ namespace sim {
 
 class Context;
 
-// The commands of norvex-simctl, each group in a file of its own.
+// The commands of norvex-simctl, each group in its own file.
 void AddStateCommands(Context& context); // state, reset, set
 void AddCallsCommand(Context& context);  // calls
 void AddInjectCommand(Context& context); // inject

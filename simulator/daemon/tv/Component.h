@@ -6,19 +6,19 @@ namespace sim {
 
 class Client;
 
-// A piece of the TV that has a state of its own. A part may be an interface as well.
+// A component of the TV, with its own state. It may also be an interface.
 class Component {
 public:
     virtual ~Component() = default;
 
-    // Where the part's state stands in the whole: "debug" is "/debug" to `norvex-simctl wait`.
+    // The component's name in the state: "debug" is "/debug" in `norvex-simctl wait`.
     virtual const char* GetStateName() const = 0;
     virtual nlohmann::json DescribeState() const = 0;
-    // Back to how it was when the daemon was new. Sessions stay open. False: the database, whose
-    // error tells why, would not let go of what it keeps.
+    // Restores the initial state. Sessions stay open. False if stored values could not be removed:
+    // see the database's error.
     virtual bool Reset() = 0;
-    // A client is gone for good: what it has made or registered goes as well. Its sessions have
-    // been closed before.
+    // A client has been released: discard what it has created or registered. Its sessions have
+    // already been closed.
     virtual void ReleaseClient(Client&) {}
 };
 

@@ -23,8 +23,8 @@
 
 namespace sim {
 
-// What every part of the TV is registered on, and the parts themselves. Everything here belongs to
-// the daemon's one thread.
+// Everything that the TV's components share, and the components themselves. To be used on the
+// daemon's thread only.
 class Context {
 public:
     // The database must be open.
@@ -45,7 +45,7 @@ public:
     ControlCommands commands;
 
     // Registers a component: its interface is called, its state shown and reset, in the order of
-    // registering. The reference stays valid as long as the context.
+    // registration. The reference stays valid as long as the context.
     template <class T> T& Register(std::unique_ptr<T> component) {
         T& registered = *component;
         if constexpr (std::is_base_of_v<Interface, T>)
@@ -61,12 +61,12 @@ public:
     }
 
     nlohmann::json DescribeState() const;
-    // The state as far as a path ("/debug/qos") needs it: what its first step names.
+    // The part of the state that a path ("/debug/qos") needs, by its first step.
     nlohmann::json DescribeStateFor(const std::string& path) const;
-    // All parts as they were when the daemon was new, no failure injected, the journal empty.
-    // Empty, or why not all of them are.
+    // Resets all components, removes injected failures and empties the journal. Returns an empty
+    // text, or why not all components could be reset.
     std::string Reset();
-    // Differs from one run to the next; shown with the clients.
+    // Differs for each start of the daemon; shown with the clients.
     void SetEpoch(std::uint64_t epoch) { m_epoch = epoch; }
 
     ~Context();
@@ -76,7 +76,7 @@ private:
     nlohmann::json DescribeClients() const;
 
     std::vector<Component*> m_components;
-    // Ends in the reverse order of registering.
+    // Destroyed in reverse order of registration.
     std::vector<std::shared_ptr<void>> m_owned;
     std::uint64_t m_epoch = 0;
 };

@@ -4,8 +4,8 @@
 
 namespace sim {
 
-// Something that happens to the TV outside a call: while it lives, log lines have a number of its own, and at its end
-// whoever waits for a change is notified.
+// Something that happens to the TV outside a call: during its lifetime log lines have its own
+// number, and its end notifies those that wait for a change.
 class Event {
 public:
     explicit Event(Context& context) : m_context(context) {

@@ -24,7 +24,7 @@ struct Order {
     std::string text;
 };
 
-// Nothing unless exactly one failure was asked for.
+// Nothing unless exactly one failure is given.
 std::optional<Injection> ToInjection(const Order& order) {
     using Kind = Injection::Kind;
     if (order.result.has_value() + order.delay.has_value() + order.drop + order.close + order.die !=

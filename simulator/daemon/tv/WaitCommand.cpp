@@ -39,7 +39,7 @@ bool IsComparison(const std::string& text) {
            text == "<=";
 }
 
-// What is not there is null: also an element whose number no list can have.
+// A missing value is null, as is an element whose index no list can have.
 json Find(const json& state, const json::json_pointer& pointer) {
     try {
         return state.contains(pointer) ? state.at(pointer) : json();
@@ -48,13 +48,13 @@ json Find(const json& state, const json::json_pointer& pointer) {
     }
 }
 
-// Text that is not JSON stands for itself: `wait /source/name == HDMI1`.
+// Text that is not JSON is taken literally: `wait /source/name == HDMI1`.
 json ToValue(const std::string& text) {
     json value;
     return ParseJson(text, value) ? value : json(text);
 }
 
-// Each condition is empty when `error` says what was wrong.
+// Empty on failure, with the reason in `error`.
 Condition MakeStateCondition(Context& context, const std::string& path,
                              const std::string& comparison, const json& value, std::string& error) {
     try {
@@ -67,7 +67,7 @@ Condition MakeStateCondition(Context& context, const std::string& path,
     }
 }
 
-// So many calls since the start or the last reset.
+// This many calls since the start or the last reset.
 Condition MakeCallsCondition(Context& context, const std::string& operation, std::uint64_t wanted,
                              std::string& error) {
     const std::vector<Operation*> operations = context.dispatcher.FindOperations(operation);
@@ -83,7 +83,7 @@ Condition MakeCallsCondition(Context& context, const std::string& operation, std
     };
 }
 
-// The condition may come as one argument or as several.
+// The condition may be one argument or several.
 std::vector<std::string> Split(const std::vector<std::string>& arguments) {
     std::vector<std::string> tokens;
     for (const std::string& argument : arguments) {
@@ -153,7 +153,7 @@ void StartWait(Context& context, const Wanted& wanted, ControlConnection& asker)
         return asker.Fail(error);
     if (condition())
         return asker.Finish();
-    // Beyond the timeout, a TV that is busy may take its time to say so.
+    // A busy TV may report the timeout late.
     constexpr double kMargin = 10;
     asker.SetLimit(wanted.seconds + kMargin);
     asker.Keep(std::make_shared<Wait>(context.changes, std::move(condition), asker,

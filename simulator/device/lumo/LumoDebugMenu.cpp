@@ -1,5 +1,4 @@
-// The sibling library of the debug console: a small debug menu of another process's, which the
-// console opens by path. It shows how little such a library needs.
+// The sibling library of the debug console: a minimal debug menu that the console opens by path.
 
 #include <cstdlib>
 #include <iostream>
@@ -25,7 +24,7 @@ const char* TextOf(const char* variable) {
 
 } // namespace
 
-// The entry that the console calls. Returns when the user leaves with "99" or input has ended.
+// The function that the console calls. Returns when the user leaves with "99" or at end of input.
 // NOLINTNEXTLINE(readability-identifier-naming): the device's name.
 extern "C" __attribute__((visibility("default"))) void lumo_subdebugmenu() {
     std::string word;

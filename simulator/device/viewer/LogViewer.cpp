@@ -16,7 +16,7 @@
 
 namespace {
 
-// False when nobody reads any more.
+// False when the reader has gone.
 bool WriteWhole(std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
@@ -32,7 +32,7 @@ bool WriteWhole(std::string_view text) {
     return true;
 }
 
-// The line of a pushed message; false for a message that is none.
+// The line of a log message; false for any other message.
 bool GetLine(const wire::Message& message, std::string& line) {
     if (message.header.kind != wire::MessageKind::Log ||
         !wire::IsWellFormed(message.tree, message.header.treeSize))
@@ -91,7 +91,7 @@ int LogViewer::Run() {
         default:
             return EXIT_SUCCESS;
         }
-        // Without events asked for, standard output tells only that its reader has gone.
+        // Without requested events, standard output only reports that its reader has gone.
         pollfd sources[] = {{connection->GetDescriptor(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
         if (poll(sources, 2, -1) < 0 && errno != EINTR)
             return EXIT_FAILURE;

@@ -2,14 +2,14 @@
 
 #include <string>
 
-// Follows the lines of one tag of the TV's log and writes each whole to standard output as it
-// comes. Wakes up for nothing else.
+// Follows one tag of the TV's log and writes each line with a single write to standard output.
+// Sleeps otherwise.
 class LogViewer {
 public:
     explicit LogViewer(std::string tag);
 
-    // Runs until the TV has ended or nobody reads standard output any more; an exit status. Where
-    // no TV can be followed, a line on standard error says why.
+    // Runs until the TV has ended or the reader of standard output has gone; returns an exit
+    // status. If no TV can be followed, writes the reason to standard error.
     int Run();
 
 private:

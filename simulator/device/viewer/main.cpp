@@ -10,15 +10,14 @@ namespace {
 
 constexpr int kBadCommandLine = 2;
 
-// Whoever starts the viewer may have other plans for these signals; here they mean what they
-// always mean.
+// The parent may have blocked or ignored these signals; here they have their default effect.
 void TakeUsualSignals() {
     sigset_t none;
     sigemptyset(&none);
     pthread_sigmask(SIG_SETMASK, &none, nullptr);
     for (const int number : {SIGTERM, SIGINT, SIGHUP})
         static_cast<void>(std::signal(number, SIG_DFL));
-    // A reader that has gone is seen by the write that fails.
+    // The write fails when the reader has gone.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }
 

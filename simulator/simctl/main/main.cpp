@@ -1,5 +1,5 @@
-// norvex-simctl: the remote control of a simulated TV. It knows its own options; the commands, what they take and what
-// they print is the TV's affair.
+// norvex-simctl: controls a simulated TV. It only knows its own options; the TV defines the
+// commands, their arguments and their output.
 
 #include <cstdio>
 #include <string>

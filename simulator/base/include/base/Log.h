@@ -10,13 +10,13 @@
 
 namespace sim {
 
-// The tag of what the daemon tells of itself; never stopped.
+// The daemon's own tag; never stopped.
 constexpr const char* kOwnTag = "norvex";
 // The tag of tuning, line-up and scans.
 constexpr const char* kTunerTag = "tvtunerinfosrc";
 
-// The TV's log: lines with a tag, to a file and to whoever follows the tag. A stopped tag writes
-// nothing.
+// The TV's log: lines with a tag, written to a file and sent to the tag's followers. A stopped tag
+// writes nothing.
 class Log {
 public:
     using Sink = std::function<void(std::string_view tag, std::string_view line)>;
@@ -26,26 +26,26 @@ public:
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
 
-    // Lines are added to the end of the file. False when it cannot be opened; errno tells why.
+    // Appends to the file. False when it cannot be opened, with the reason in errno.
     bool OpenFile(const std::string& path);
     // Gets each line, without a line end.
     void SetSink(Sink sink) { m_sink = std::move(sink); }
 
-    // Each line carries the number of the call or event that it tells of.
+    // Each line has the number of the call or event that caused it.
     void SetSequence(std::uint64_t sequence) { m_sequence = sequence; }
 
     __attribute__((format(printf, 3, 4))) void Write(const char* tag, const char* format, ...);
-    // Writes why an operation is refused; returns the result that it then has.
+    // Writes why an operation is refused; returns `result`.
     __attribute__((format(printf, 4, 5))) std::int32_t Refuse(std::int32_t result, const char* tag,
                                                               const char* format, ...);
 
-    // The media elements' tags are started from the beginning, those of the live provider stopped.
+    // Initially the media elements' tags are started, those of the live provider are stopped.
     bool IsStarted(std::string_view tag) const;
     const std::map<std::string, bool, std::less<>>& GetTags() const { return m_tags; }
     void SetTag(const std::string& tag, bool started);
     void ResetTags();
 
-    // How many follow the log at the moment, whatever their tags: kept by whoever lets them in.
+    // Current number of followers of any tag; set by the server.
     void SetFollowerCount(std::size_t count) { m_followerCount = count; }
     std::size_t GetFollowerCount() const { return m_followerCount; }
 

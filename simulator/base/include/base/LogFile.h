@@ -5,11 +5,11 @@
 
 namespace devicelog {
 
-// A file that lines are appended to, by several processes at a time. When it has reached its limit
-// it becomes PATH.1, in place of the one that was there, and begins anew. One thread at a time.
+// A file that lines are appended to, by several processes at a time. When it reaches its limit it
+// is renamed to PATH.1, replacing an older one, and a new file is started. One thread at a time.
 class LogFile {
 public:
-    // Opens nothing yet. `limit` in bytes.
+    // Does not open the file. `limit` in bytes.
     LogFile(std::string path, long limit);
     ~LogFile();
     LogFile(const LogFile&) = delete;
@@ -18,8 +18,8 @@ public:
     // One write; false when the line could not be written.
     bool Append(std::string_view line);
 
-    // Where the log is by the environment; empty when there is no place for one. Makes the default
-    // directory, for its user alone.
+    // The log's path according to the environment; empty when there is none. Creates the default
+    // directory, for this user only.
     static std::string FindPath();
 
 private:

@@ -5,20 +5,20 @@
 
 namespace sim {
 
-// A file that appears at its path as a whole or not at all. An old one of that name stays until then, and hands on its
-// mode. Each operation that fails says why in `error`.
+// A file that appears at its path completely or not at all. An existing file stays until then, and
+// the new one gets its mode. Each operation that fails sets `error`.
 class NewFile {
 public:
     NewFile() = default;
-    // What was not committed leaves nothing.
+    // Without a commit nothing is left.
     ~NewFile();
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
-    // At the path there is a regular file, or nothing.
+    // The path must be a regular file, or not exist.
     bool Open(const std::string& path, std::string& error);
     bool Write(std::string_view bytes, std::string& error);
-    // On the disk from then on, under its name.
+    // Afterwards the file is on the disk, under its name.
     bool Commit(std::string& error);
 
 private:

@@ -5,8 +5,8 @@
 
 namespace sim {
 
-// A whole word as a decimal number, or as "0x…" in hexadecimal digits. False, and `value` as it
-// was, for anything else and for what T cannot hold.
+// A whole text as a decimal number, or as "0x…" in hexadecimal digits. False, with `value`
+// unchanged, for anything else and for what T cannot hold.
 template <class T> bool ParseNumber(std::string_view word, T& value) {
     int base = 10;
     if (word.starts_with("0x") || word.starts_with("0X")) {

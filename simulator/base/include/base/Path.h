@@ -4,8 +4,8 @@
 
 namespace sim {
 
-// Where daemon and clients meet without being told: norvex.sock in the user's run-time directory
-// or, without one, in a directory of the user's own under /tmp.
+// The default path of the socket: norvex.sock in the user's run-time directory or, without one, in
+// the user's directory under /tmp.
 std::string GetDefaultSocketPath();
 // The path in NORVEX_SOCKET or, without it, the default one.
 std::string FindSocketPath();
@@ -13,7 +13,7 @@ std::string FindSocketPath();
 inline std::string GetControlPath(const std::string& socketPath) {
     return socketPath + ".ctl";
 }
-// Makes the default path's own directory, for its user alone. False: `error` is a line.
+// Creates the default path's directory, for this user only. False: `error` is a line.
 bool MakeDefaultDirectory(std::string& error);
 
 } // namespace sim

@@ -43,7 +43,7 @@ int Fail(const std::string& line, int status = kFailed) {
     return status;
 }
 
-// The program's status; nothing when it goes on.
+// The program's status; nothing if it continues.
 std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, Given& given) {
     sim::CommandLine line(
         "norvex-sim", "The simulated TV: serves the TV service's clients on a socket until it is "
@@ -79,8 +79,8 @@ std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, G
     return {};
 }
 
-// The signals that end the daemon come through a descriptor, so that they are seen to between two
-// calls and by the one thread that there is.
+// The signals that end the daemon are read from a descriptor, so that the daemon's only thread
+// handles them between calls.
 int BlockEndSignals() {
     sigset_t signals;
     sigemptyset(&signals);
@@ -91,7 +91,7 @@ int BlockEndSignals() {
     return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-// False: whoever waits for it would wait in vain.
+// False: the parent would wait forever.
 bool TellReady(std::optional<int> descriptor) {
     if (!descriptor)
         return true;
@@ -149,7 +149,7 @@ int main(int count, char** arguments) try {
     context.SetEpoch(server.GetEpoch());
     log.SetSink([&](std::string_view tag, std::string_view text) { server.PushLine(tag, text); });
     sim::ControlServer control(context.commands, log);
-    // Whoever finds the product's socket finds the control socket as well.
+    // Opened first: once the product's socket exists, so does the control socket.
     if (!control.Open(controlPath, error) || !server.Open(given.socket, error))
         return Fail(error);
 
@@ -167,6 +167,6 @@ int main(int count, char** arguments) try {
     close(ends);
     return status;
 } catch (const std::system_error& failure) {
-    // The kernel gives no event loop, or cannot watch what the TV listens on.
+    // The kernel cannot create an event loop, or watch the sockets.
     return Fail(failure.what());
 }

@@ -7,10 +7,10 @@
 
 namespace interfaces {
 
-// What every interface's name begins with. People may leave it out.
+// The prefix of every interface's name. Users may omit it.
 inline constexpr std::string_view kNamePrefix = "com.holvi.";
 
-// What clients and daemon call an interface and its operations, in the order of their numbers.
+// The names of an interface and its operations, in the order of their numbers.
 struct InterfaceTable {
     static constexpr std::size_t kMaxMethods = 16;
 
@@ -23,7 +23,7 @@ struct InterfaceTable {
     }
 };
 
-// Takes the list of enumerators apart: "SetSource, SetSource_Service" are two operations called
+// Splits the list of enumerators: "SetSource, SetSource_Service" are two operations called
 // SetSource.
 constexpr InterfaceTable MakeInterfaceTable(std::string_view name, std::string_view enumerators) {
     InterfaceTable table{name};
@@ -37,7 +37,7 @@ constexpr InterfaceTable MakeInterfaceTable(std::string_view name, std::string_v
     return table;
 }
 
-// The table that an enumeration of operations belongs to; see NORVEX_INTERFACE.
+// The table of an enumeration of operations; see NORVEX_INTERFACE.
 template <class Method> inline constexpr InterfaceTable kTable = GetInterfaceTable(Method{});
 
 template <class Method> constexpr std::string_view GetMethodName(Method method) {

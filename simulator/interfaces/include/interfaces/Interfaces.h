@@ -2,13 +2,13 @@
 
 #include <interfaces/InterfaceTable.h>
 
-// The interfaces of the TV service and their operations: the one place where client and daemon
-// learn what an interface and an operation are called and how operations are numbered.
+// The interfaces of the TV service and their operations: the only place that defines their names
+// and numbers, for client and daemon.
 //
 // NORVEX_INTERFACE(AVControl, ...) stands for "com.holvi.IAVControl" and declares `enum class
-// AVControlMethod`. An operation's number is its place: new ones go to the end. What follows a '_'
-// tells overloads of one name apart and is not part of the name. docs/wire-format.md says the same
-// for readers; its byte tests hold both together.
+// AVControlMethod`. An operation's number is its place: add new ones at the end. A suffix after '_'
+// distinguishes overloads and is not part of the name. docs/wire-format.md documents them; its byte
+// tests keep both consistent.
 namespace interfaces {
 
 NORVEX_INTERFACE(NorvexSession, Open, Close)
@@ -17,7 +17,7 @@ NORVEX_INTERFACE(SignalSubscriber, Subscribe, Unsubscribe)
 
 NORVEX_INTERFACE(Device, GetInt, StartLogTag, StopLogTag)
 
-// The plug-in has the eleven of these of its own as well: it knows no simulator.
+// The plug-in has its own list of these eleven: it does not depend on the simulator.
 NORVEX_INTERFACE(DebugPrintControl, Start, Execute, Stop, Check, GetMenuItems, SetMenuItems,
                  SetMenuItem, SetQoSEnabled, IsQoSEnabled, SetDebugMode, IsDebugModeEnabled)
 

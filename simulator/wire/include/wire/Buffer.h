@@ -5,8 +5,8 @@
 
 namespace wire {
 
-// A growable run of bytes that keeps its memory from one message to the next and never clears what
-// it is about to overwrite. One owner, one thread at a time. Growing throws std::bad_alloc.
+// A growable buffer that keeps its memory from one message to the next and never clears what will
+// be overwritten. One owner, one thread at a time. Growing throws std::bad_alloc.
 class Buffer {
 public:
     Buffer() = default;
@@ -21,7 +21,7 @@ public:
     std::size_t GetSize() const { return m_size; }
     std::size_t GetCapacity() const { return m_capacity; }
 
-    // Adds `size` bytes of any content and returns where they begin.
+    // Adds `size` uninitialized bytes and returns their start.
     unsigned char* Extend(std::size_t size) {
         if (size > m_capacity - m_size)
             Grow(size);
@@ -33,14 +33,14 @@ public:
         if (size > 0)
             std::memcpy(Extend(size), data, size);
     }
-    // Cuts it to its first `size` bytes; never grows it.
+    // Truncates it to its first `size` bytes; never grows it.
     void Truncate(std::size_t size) {
         if (size < m_size)
             m_size = size;
     }
     void Clear() { m_size = 0; }
-    // Clears it and, when it has grown beyond `limit`, gives the memory back: one huge message is
-    // no reason to hold on.
+    // Clears it and, if it has grown beyond `limit`, frees the memory, so that one huge message
+    // does not occupy it.
     void ClearAndTrim(std::size_t limit);
 
 private:

@@ -4,15 +4,15 @@
 #include <cstdint>
 #include <string_view>
 
-// What a message says before its tree: a fixed header and two names.
+// The part of a message before its tree: a fixed header and two names.
 namespace wire {
 
 enum class MessageKind : std::uint8_t {
-    Hello = 1,   // client: who I am. Tree: HelloTag
-    Welcome = 2, // daemon: which run of mine this is. Tree: WelcomeTag
-    Call = 3,    // client: interface, method, session; tree: every argument, tag = its place,
+    Hello = 1,   // client: who it is. Tree: HelloTag
+    Welcome = 2, // daemon: which run it is. Tree: WelcomeTag
+    Call = 3,    // client: interface, method, session; tree: every argument, tag = its index,
                  // direction set
-    Reply = 4,   // daemon: the out arguments, tag = their place
+    Reply = 4,   // daemon: the out arguments, tag = their index
     Signal = 5,  // daemon, on a signal connection only. Tree: SignalTag
     Log = 6,     // daemon, on a log connection only. Tree: LogTag
 };
@@ -21,14 +21,14 @@ enum HelloTag : std::int16_t {
     kHelloVersion = 0, // 32 bits, kProtocolVersion
     kHelloToken = 1,   // 128 bits (array): the client, the same on all of its connections
     kHelloRole = 2,    // 32 bits, Role
-    kHelloSession = 3, // 32 bits, signals only: the subscriber's session that they are for
-    kHelloLogTag = 4,  // text, log only: the tag whose lines are to come
+    kHelloSession = 3, // 32 bits, signals only: the subscriber's session
+    kHelloLogTag = 4,  // text, log only: the tag to follow
 };
 enum WelcomeTag : std::int16_t {
     kWelcomeVersion = 0, // 32 bits
-    kWelcomeEpoch = 1,   // 64 bits: differs from one run of the daemon to the next
-    // 32 bits, may be left out: counts the clients of the run. Another number than before: this
-    // client's sessions were released while it was away.
+    kWelcomeEpoch = 1,   // 64 bits: differs for each start of the daemon
+    // 32 bits, optional: the client's number in this run. If it has changed, this client's sessions
+    // were released while it was disconnected.
     kWelcomeClient = 2,
 };
 enum SignalTag : std::int16_t {
@@ -36,7 +36,7 @@ enum SignalTag : std::int16_t {
     kSignalProfile = 1, // 32 bits
     kSignalScreen = 2,  // 16 bits
     kSignalData = 3,    // 64 bits
-    kSignalNumber = 4,  // 64 bits: counts the signals of the daemon's run
+    kSignalNumber = 4,  // 64 bits: number of the signal since the daemon's start
 };
 
 enum LogTag : std::int16_t {
@@ -53,7 +53,7 @@ enum class Role : std::uint32_t {
 };
 
 constexpr std::size_t kMessageHeaderSize = 24;
-// Longest tree and longest names, on both ends.
+// Maximum sizes of trees and names, for both ends.
 constexpr std::uint32_t kMaxTreeSize = 64u << 20;
 constexpr std::uint16_t kMaxNameSize = 255;
 
@@ -73,10 +73,10 @@ struct MessageHeader {
 };
 
 void EncodeMessageHeader(unsigned char* place, const MessageHeader& header);
-// False for an unknown kind and for lengths over the limits.
+// False for an unknown kind or lengths over the limits.
 bool DecodeMessageHeader(const void* data, std::size_t size, MessageHeader& header);
 
-// A whole message as a reader sees it; views into the bytes that it was parsed from.
+// A complete message for reading; views of the parsed bytes.
 struct Message {
     MessageHeader header;
     std::string_view interfaceName;
@@ -84,8 +84,8 @@ struct Message {
     const unsigned char* tree = nullptr;
 };
 
-// Takes a whole message apart. False unless its lengths add up to exactly `size`. The tree is not
-// looked into.
+// Parses a complete message. False unless its lengths add up to exactly `size`. The tree is not
+// checked.
 bool ParseMessage(const void* data, std::size_t size, Message& message);
 
 } // namespace wire

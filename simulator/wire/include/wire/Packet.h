@@ -8,34 +8,34 @@
 #include <wire/Buffer.h>
 #include <wire/Message.h>
 
-// Packets: what one send carries on a SOCK_SEQPACKET socket. A message that is too long for one
-// packet goes as several, all but the last of which say that more follows; packets of two messages
-// never mix on a connection.
+// Packets: the content of one send on a SOCK_SEQPACKET socket. A message that is too long for one
+// packet is sent as several, all but the last with the "more" flag; packets of different messages
+// are never interleaved on a connection.
 namespace wire {
 
 constexpr std::size_t kPacketHeaderSize = 4;
-// Bytes of a message in one packet. Packets near the default socket buffers' size are refused by
-// the kernel.
+// Bytes of a message in one packet. The kernel refuses packets near the size of the default socket
+// buffers.
 constexpr std::size_t kMaxPacketPayload = 60u << 10;
 
 constexpr std::uint16_t kPacketMagic = 0x564E; // "NV"
-constexpr std::uint8_t kPacketMore = 1;        // flag: the message goes on in the next packet
+constexpr std::uint8_t kPacketMore = 1;        // flag: the message continues in the next packet
 
 void EncodePacketHeader(unsigned char* place, bool more);
 // False unless it is a packet header of this protocol.
 bool DecodePacketHeader(const void* data, std::size_t size, bool& more);
 
-// Cuts a message into packets, without copying it. Next gives the pieces of one packet at a time,
-// for sendmsg.
+// Splits a message into packets, without copying it. Next returns the pieces of one packet at a
+// time, for sendmsg.
 class PacketSender {
 public:
-    // What `names` and `tree` point to must outlive the sender. The header's lengths are set from
+    // The data of `names` and `tree` must outlive the sender. The header's lengths are set from
     // them.
     PacketSender(MessageHeader header, std::string_view interfaceName, std::string_view method,
                  const void* tree, std::size_t treeSize);
 
-    // Fills `pieces` (room for kMaxPieces) with the next packet; the number of pieces used, 0 when
-    // all is sent.
+    // Fills `pieces` (room for kMaxPieces) with the next packet; returns the number of pieces used,
+    // 0 when everything is sent.
     static constexpr int kMaxPieces = 5;
     int Next(iovec* pieces);
 
@@ -48,18 +48,18 @@ private:
     std::size_t m_left;
 };
 
-// Puts the packets of a connection together again, whole message by whole message.
+// Assembles the packets of a connection into messages.
 class PacketAssembler {
 public:
     enum class Result { NeedMore, Complete, Malformed };
 
-    // Takes one packet, header included. A message's length is checked against its header before
-    // memory is taken.
+    // Takes one packet with its header. A message's length is checked against its header before
+    // memory is allocated.
     Result Feed(const void* packet, std::size_t size);
     // The message, after Complete; valid until the next Feed.
     const Buffer& GetMessage() const { return m_message; }
     bool IsInMessage() const { return m_inMessage; }
-    // After the message has been used: what it took beyond `limit` is given back.
+    // To be called after the message has been used: frees memory beyond `limit`.
     void Trim(std::size_t limit);
 
 private:

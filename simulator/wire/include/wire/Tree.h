@@ -6,24 +6,24 @@
 
 #include <wire/Buffer.h>
 
-// The flat tree: a node is an 8-byte header and its content, a branch's content is a run of nodes.
-// docs/wire-format.md tabulates it.
+// The flat tree: a node is an 8-byte header and its content, a branch's content is a sequence of
+// nodes. See docs/wire-format.md.
 namespace wire {
 
 enum class NodeKind : std::uint8_t {
     Value = 1,  // a plain value
-    Array = 2,  // a run of bytes or of equal elements
+    Array = 2,  // bytes, or elements of equal size
     Branch = 3, // nodes
-    Length = 4, // a 32-bit length alone, in place of a text that is only asked for
+    Length = 4, // only a 32-bit length, in place of an out text
 };
 
 enum class Direction : std::uint8_t { Out = 0, In = 1 };
 
 constexpr std::size_t kNodeHeaderSize = 8;
-// A tree deeper than this is refused, so that a hostile one cannot exhaust a reader's stack.
+// A deeper tree is rejected, so that a malicious one cannot exhaust a reader's stack.
 constexpr int kMaxDepth = 32;
 
-// Puts a node header into 8 bytes at `place`.
+// Writes a node header to the 8 bytes at `place`.
 inline void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind kind,
                              Direction direction, std::uint32_t size) {
     std::memcpy(place, &tag, 2);
@@ -32,7 +32,7 @@ inline void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind ki
     std::memcpy(place + 4, &size, 4);
 }
 
-// Copies a node's content. Most contents are single values, for which a call costs more than the
+// Copies a node's content. Most are single values, for which a call of memcpy costs more than the
 // copy.
 inline void CopyContent(void* to, const void* from, std::size_t size) {
     switch (size) {
@@ -52,7 +52,7 @@ inline void CopyContent(void* to, const void* from, std::size_t size) {
     }
 }
 
-// A node as a reader sees it; `data` points into the message.
+// A node for reading; `data` points into the message.
 struct Node {
     std::int16_t tag = 0;
     NodeKind kind = NodeKind::Value;
@@ -61,7 +61,7 @@ struct Node {
     std::uint32_t size = 0;
 
     bool IsBranch() const { return kind == NodeKind::Branch; }
-    // Copies a value of exactly T's size; false, and `value` untouched, when the node is no value
+    // Copies a value of exactly T's size; false, with `value` unchanged, if the node is not a value
     // of that size.
     template <class T> bool Get(T& value) const {
         if (kind != NodeKind::Value || size != sizeof(T))
@@ -72,7 +72,7 @@ struct Node {
     std::string_view GetBytes() const { return {reinterpret_cast<const char*>(data), size}; }
 };
 
-// Walks the nodes of a run of bytes in order. A node whose length does not fit ends the walk as
+// Iterates over a sequence of nodes. A node whose length does not fit ends the iteration as
 // malformed.
 class NodeCursor {
 public:
@@ -80,7 +80,7 @@ public:
         : m_next(static_cast<const unsigned char*>(data)), m_end(m_next + size) {}
     explicit NodeCursor(const Node& branch) : NodeCursor(branch.data, branch.size) {}
 
-    // The next node; false at the end and for a malformed one.
+    // Reads the next node; false at the end or for a malformed one.
     bool Next(Node& node) {
         const auto left = static_cast<std::size_t>(m_end - m_next);
         if (left < kNodeHeaderSize) {
@@ -105,7 +105,7 @@ public:
     }
     bool IsMalformed() const { return m_malformed; }
     bool IsAtEnd() const { return m_next == m_end; }
-    // Where the next node begins.
+    // Start of the next node.
     const unsigned char* GetPlace() const { return m_next; }
 
 private:
@@ -114,10 +114,10 @@ private:
     bool m_malformed = false;
 };
 
-// True when every node of the run, at every depth, is whole and of a known kind.
+// True if every node of the sequence, at every depth, is complete and of a known kind.
 bool IsWellFormed(const void* data, std::size_t size);
 
-// Writes nodes at the end of a buffer. Lengths of branches are put in when they are ended.
+// Writes nodes at the end of a buffer. The length of a branch is written when the branch ends.
 class TreeWriter {
 public:
     explicit TreeWriter(Buffer& buffer) : m_buffer(buffer) {}
@@ -133,10 +133,10 @@ public:
     void PutValue(std::int16_t tag, const T& value, Direction direction = Direction::Out) {
         PutLeaf(tag, NodeKind::Value, &value, sizeof value, direction);
     }
-    // The form in which texts travel: a branch with the length (tag 0, 32 bits) and, unless it is
-    // 0, the bytes (tag 1).
+    // The encoding of texts: a branch with the length (tag 0, 32 bits) and, unless it is 0, the
+    // bytes (tag 1).
     void PutText(std::int16_t tag, std::string_view text, Direction direction = Direction::Out);
-    // Begins a branch; the result is handed to EndBranch, innermost first.
+    // Begins a branch; the result is passed to EndBranch, innermost first.
     std::size_t BeginBranch(std::int16_t tag, Direction direction = Direction::Out) {
         const std::size_t begin = m_buffer.GetSize();
         EncodeNodeHeader(m_buffer.Extend(kNodeHeaderSize), tag, NodeKind::Branch, direction, 0);
@@ -150,7 +150,7 @@ public:
     Buffer& GetBuffer() { return m_buffer; }
 
 private:
-    // A node's content is limited to what its header can say; std::length_error beyond.
+    // A node's content is limited by its header; std::length_error beyond.
     static std::uint32_t CheckSize(std::size_t size) {
         if (size > UINT32_MAX)
             ThrowTooLong();
@@ -161,7 +161,7 @@ private:
     Buffer& m_buffer;
 };
 
-// Reads a text in the form that PutText writes. False, and `text` untouched, for anything else.
+// Reads a text written by PutText. False, with `text` unchanged, for anything else.
 bool GetText(const Node& node, std::string_view& text);
 
 } // namespace wire
