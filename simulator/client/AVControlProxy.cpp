@@ -9,22 +9,11 @@ class AVControlProxy final : public SessionProxy<IAVControl, interfaces::AVContr
 public:
     using SessionProxy::SessionProxy;
 
-    int RestartVideoDecoder() override {
-        RemoteCall call(GetSession());
-        return call.Make(Method::RestartVideoDecoder);
-    }
+    int RestartVideoDecoder() override { return Call(Method::RestartVideoDecoder).Make(); }
 
-    int MuteVideo(int value) override {
-        RemoteCall call(GetSession());
-        call.In(value);
-        return call.Make(Method::MuteVideo);
-    }
+    int MuteVideo(int value) override { return Call(Method::MuteVideo).In(value).Make(); }
 
-    int MuteAudio(int value) override {
-        RemoteCall call(GetSession());
-        call.In(value);
-        return call.Make(Method::MuteAudio);
-    }
+    int MuteAudio(int value) override { return Call(Method::MuteAudio).In(value).Make(); }
 };
 
 } // namespace

@@ -12,10 +12,7 @@ public:
     int CheckCaptionExist(bool* exists) override {
         if (exists == nullptr)
             return -1;
-        RemoteCall call(GetSession());
-        Flag existsFlag(*exists);
-        call.Out(existsFlag.byte);
-        return call.Make(Method::CheckCaptionExist);
+        return Call(Method::CheckCaptionExist).Out(*exists).Make();
     }
 };
 

@@ -12,56 +12,43 @@ public:
 
     int NotifyReceiverState(EStateChangeType type, const std::string& receiver, int state,
                             const std::uint64_t& serviceId) override {
-        RemoteCall call(GetSession());
-        call.In(type);
-        call.In(receiver);
-        call.In(state);
-        call.In(serviceId);
-        return call.Make(Method::NotifyReceiverState);
+        return Call(Method::NotifyReceiverState)
+            .In(type)
+            .In(receiver)
+            .In(state)
+            .In(serviceId)
+            .Make();
     }
 
     int RegisterForStateChange(EStateChangeType type, const std::string& receiver,
                                int option) override {
-        RemoteCall call(GetSession());
-        call.In(type);
-        call.In(receiver);
-        call.In(option);
-        return call.Make(Method::RegisterForStateChange);
+        return Call(Method::RegisterForStateChange).In(type).In(receiver).In(option).Make();
     }
 
     int UnregisterFromStateChange(EStateChangeType type, const std::string& receiver) override {
-        RemoteCall call(GetSession());
-        call.In(type);
-        call.In(receiver);
-        return call.Make(Method::UnregisterFromStateChange);
+        return Call(Method::UnregisterFromStateChange).In(type).In(receiver).Make();
     }
 
     int CheckPendingState(EStateChangeType type, bool* pending) override {
         if (pending == nullptr)
             return -1;
-        RemoteCall call(GetSession());
-        call.In(type);
-        Flag pendingFlag(*pending);
-        call.Out(pendingFlag.byte);
-        return call.Make(Method::CheckPendingState);
+        return Call(Method::CheckPendingState).In(type).Out(*pending).Make();
     }
 
     int GetCurrentTPMSStatus(TCTPMSStatus* status) override {
         if (status == nullptr)
             return -1;
-        RemoteCall call(GetSession());
-        call.Out(*status);
-        return call.Make(Method::GetCurrentTPMSStatus);
+        return Call(Method::GetCurrentTPMSStatus).Out(*status).Make();
     }
 
     int NotifyReadyForSetService(int type, const std::string& application, int state,
                                  const std::uint64_t& serviceId) override {
-        RemoteCall call(GetSession());
-        call.In(type);
-        call.In(application);
-        call.In(state);
-        call.In(serviceId);
-        return call.Make(Method::NotifyReadyForSetService);
+        return Call(Method::NotifyReadyForSetService)
+            .In(type)
+            .In(application)
+            .In(state)
+            .In(serviceId)
+            .Make();
     }
 };
 

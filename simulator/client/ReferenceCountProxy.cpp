@@ -13,9 +13,7 @@ public:
     int GetReferenceCount(int* count) override {
         if (count == nullptr)
             return -1;
-        RemoteCall call(GetSession());
-        call.Out(*count);
-        return call.Make(Method::GetReferenceCount);
+        return Call(Method::GetReferenceCount).Out(*count).Make();
     }
 };
 

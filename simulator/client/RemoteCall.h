@@ -1,7 +1,9 @@
 #pragma once
 
+#include <list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -12,28 +14,43 @@
 
 class SessionConnection;
 
-// One call of a session's operation: first the status, then the arguments in order, each of which
-// must live until Make.
+// One call of a session's operation: the status comes first, then the arguments in their order.
+//
+//     return RemoteCall(session, Method::SetZoomWindow).In(windowIds).In(on).Make();
+//
+// Each argument must live until the call's end, which is when a bool gets its value.
 class RemoteCall {
 public:
-    explicit RemoteCall(SessionConnection& session);
+    template <class Method>
+    RemoteCall(SessionConnection& session, Method method)
+        : RemoteCall(session, interfaces::GetMethodName(method), static_cast<short>(method)) {}
 
     // A number, one of the client library's objects, or a value (values/Layout.h). Writing leaves it
     // as it is.
-    template <class T> void In(const T& value) { Push(MARSHALLING_IN, const_cast<T&>(value)); }
-    template <class T> void Out(T& value) {
-        // A reply may contain any byte, but a bool has only two values: see Flag.
-        static_assert(!std::is_same_v<T, bool>);
-        Push(MARSHALLING_OUT, value);
+    template <class T> RemoteCall& In(const T& value) {
+        return Push(MARSHALLING_IN, const_cast<T&>(value));
     }
+    template <class T> RemoteCall& Out(T& value) { return Push(MARSHALLING_OUT, value); }
+    RemoteCall& Out(bool& value) { return Out(m_flags.emplace_back(value).byte); }
 
-    // Makes the call. Returns the remote status, or -1 if the exchange failed.
-    template <class Method> int Make(Method method) {
-        return Make(std::string(interfaces::GetMethodName(method)), static_cast<short>(method));
-    }
+    // Makes the call. The remote status, or -1 when there was no exchange.
+    int Make();
 
 private:
-    template <class T> void Push(EMarshallingDirection direction, T& value) {
+    // Any byte may come back, but a bool holds only two of them: true for any byte but 0.
+    struct Flag {
+        explicit Flag(bool& flagTarget) : target(flagTarget), byte(flagTarget ? 1 : 0) {}
+        ~Flag() { target = byte != 0; }
+        Flag(const Flag&) = delete;
+        Flag& operator=(const Flag&) = delete;
+
+        bool& target;
+        unsigned char byte;
+    };
+
+    RemoteCall(SessionConnection& session, std::string_view method, short methodId);
+
+    template <class T> RemoteCall& Push(EMarshallingDirection direction, T& value) {
         if constexpr (values::Scalar<T>) {
             m_helper.PushValue(direction, sizeof value, &value);
         } else if constexpr (std::is_base_of_v<TIMarshalable, T>) {
@@ -42,22 +59,14 @@ private:
             m_values.push_back(std::make_unique<MarshalableValue<T>>(value));
             m_helper.PushMarshalableClass(direction, m_values.back().get());
         }
+        return *this;
     }
-    int Make(const std::string& method, short methodId);
 
     SessionConnection& m_session;
+    std::string m_method;
+    short m_methodId;
     TCMarshallingHelperProxy m_helper;
     std::vector<std::unique_ptr<TIMarshalable>> m_values;
+    std::list<Flag> m_flags;
     int m_status = -1;
-};
-
-// A bool filled from a reply: the destructor sets the target, to true for any byte except 0.
-struct Flag {
-    explicit Flag(bool& flagTarget) : target(flagTarget), byte(flagTarget ? 1 : 0) {}
-    ~Flag() { target = byte != 0; }
-    Flag(const Flag&) = delete;
-    Flag& operator=(const Flag&) = delete;
-
-    bool& target;
-    unsigned char byte;
 };

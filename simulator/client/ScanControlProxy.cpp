@@ -20,43 +20,25 @@ public:
 
     int IsTuneAroundNeeded(
         const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) override {
-        RemoteCall call(GetSession());
-        const std::vector<values::ServiceCode> codes = ToCodes(services);
-        call.In(codes);
-        return call.Make(Method::IsTuneAroundNeeded);
+        return Call(Method::IsTuneAroundNeeded).In(ToCodes(services)).Make();
     }
 
     int StartTuneAround(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services,
                         const std::string& caller) override {
-        RemoteCall call(GetSession());
-        const std::vector<values::ServiceCode> codes = ToCodes(services);
-        call.In(codes);
-        call.In(caller);
-        return call.Make(Method::StartTuneAround);
+        return Call(Method::StartTuneAround).In(ToCodes(services)).In(caller).Make();
     }
 
-    int StopManualScan() override {
-        RemoteCall call(GetSession());
-        return call.Make(Method::StopManualScan);
-    }
+    int StopManualScan() override { return Call(Method::StopManualScan).Make(); }
 
     int IsBarkerChannelScanAvailable(const TSTvMode& tvMode) override {
-        RemoteCall call(GetSession());
-        call.In(tvMode);
-        return call.Make(Method::IsBarkerChannelScanAvailable);
+        return Call(Method::IsBarkerChannelScanAvailable).In(tvMode).Make();
     }
 
     int StartBarkerChannelScan(const std::string& text, const TSTvMode& tvMode) override {
-        RemoteCall call(GetSession());
-        call.In(text);
-        call.In(tvMode);
-        return call.Make(Method::StartBarkerChannelScan);
+        return Call(Method::StartBarkerChannelScan).In(text).In(tvMode).Make();
     }
 
-    int StopBarkerChannelScan() override {
-        RemoteCall call(GetSession());
-        return call.Make(Method::StopBarkerChannelScan);
-    }
+    int StopBarkerChannelScan() override { return Call(Method::StopBarkerChannelScan).Make(); }
 };
 
 } // namespace

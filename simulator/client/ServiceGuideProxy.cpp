@@ -10,10 +10,7 @@ public:
     using SessionProxy::SessionProxy;
 
     int GetCurrentProgram(const std::uint64_t& serviceId, TCProgramData& program) override {
-        RemoteCall call(GetSession());
-        call.In(serviceId);
-        call.Out(program);
-        return call.Make(Method::GetCurrentProgram);
+        return Call(Method::GetCurrentProgram).In(serviceId).Out(program).Make();
     }
 };
 

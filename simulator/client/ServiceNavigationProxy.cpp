@@ -11,82 +11,53 @@ class ServiceNavigationProxy final
 public:
     using SessionProxy::SessionProxy;
 
-    int GetTvMode(TSTvMode& tvMode) override {
-        RemoteCall call(GetSession());
-        call.Out(tvMode);
-        return call.Make(Method::GetTvMode);
-    }
+    int GetTvMode(TSTvMode& tvMode) override { return Call(Method::GetTvMode).Out(tvMode).Make(); }
 
     int GetServiceList(const TCCriteriaHelper& criteria, std::list<TCServiceData*>& records,
                        const TSTvMode& tvMode, int first, int count) override {
-        RemoteCall call(GetSession());
-        call.In(criteria);
-        MarshalableRecords recordsArgument(records);
-        call.Out(recordsArgument);
-        call.In(tvMode);
-        call.In(first);
-        call.In(count);
-        return call.Make(Method::GetServiceList);
+        MarshalableRecords marshalable(records);
+        return Call(Method::GetServiceList)
+            .In(criteria)
+            .Out(marshalable)
+            .In(tvMode)
+            .In(first)
+            .In(count)
+            .Make();
     }
 
     int SetTvMode(const TSTvMode& tvMode, std::string& text) override {
-        RemoteCall call(GetSession());
-        call.In(tvMode);
-        call.In(text);
-        return call.Make(Method::SetTvMode);
+        return Call(Method::SetTvMode).In(tvMode).In(text).Make();
     }
 
     int SetTvMode(const TSTvMode& tvMode, const std::uint64_t& serviceId,
                   std::string& text) override {
-        RemoteCall call(GetSession());
-        call.In(tvMode);
-        call.In(serviceId);
-        call.In(text);
-        return call.Make(Method::SetTvMode_Service);
+        return Call(Method::SetTvMode_Service).In(tvMode).In(serviceId).In(text).Make();
     }
 
     int SetDTVMode(EDTVMode mode, bool enable) override {
-        RemoteCall call(GetSession());
-        call.In(mode);
-        call.In(enable);
-        return call.Make(Method::SetDTVMode);
+        return Call(Method::SetDTVMode).In(mode).In(enable).Make();
     }
 
     int SetService(const std::uint64_t& serviceId, int option, int flags,
                    std::string& text) override {
-        RemoteCall call(GetSession());
-        call.In(serviceId);
-        call.In(option);
-        call.In(flags);
-        call.In(text);
-        return call.Make(Method::SetService);
+        return Call(Method::SetService).In(serviceId).In(option).In(flags).In(text).Make();
     }
 
     int SetBootupService(const std::uint64_t& serviceId, const TSTvMode& tvMode,
                          int option) override {
-        RemoteCall call(GetSession());
-        call.In(serviceId);
-        call.In(tvMode);
-        call.In(option);
-        return call.Make(Method::SetBootupService);
+        return Call(Method::SetBootupService).In(serviceId).In(tvMode).In(option).Make();
     }
 
     int GetLatestVeldaServiceId(unsigned long long* serviceId, TSTvMode tvMode) override {
         if (serviceId == nullptr)
             return -1;
-        RemoteCall call(GetSession());
-        call.Out(*serviceId);
-        call.In(tvMode);
-        return call.Make(Method::GetLatestVeldaServiceId);
+        return Call(Method::GetLatestVeldaServiceId).Out(*serviceId).In(tvMode).Make();
     }
 
     int GetLatestServiceId(unsigned long long* serviceId, TSTvMode tvMode) override {
         if (serviceId == nullptr)
             return -1;
-        RemoteCall call(GetSession());
-        call.Out(*serviceId);
-        call.In(tvMode);
-        return call.Make(Method::GetLatestServiceId);
+        return Call(Method::GetLatestServiceId).Out(*serviceId).In(tvMode).Make();
     }
 };
 

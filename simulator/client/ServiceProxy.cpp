@@ -10,11 +10,7 @@ public:
     using SessionProxy::SessionProxy;
 
     int FindService(const TCCriteriaHelper& criteria, TCServiceData& record, int count) override {
-        RemoteCall call(GetSession());
-        call.In(criteria);
-        call.Out(record);
-        call.In(count);
-        return call.Make(Method::FindService);
+        return Call(Method::FindService).In(criteria).Out(record).In(count).Make();
     }
 };
 

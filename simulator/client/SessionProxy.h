@@ -21,7 +21,7 @@ public:
     static std::string GetInterfaceName() { return std::string(interfaces::kTable<Method>.name); }
 
 protected:
-    SessionConnection& GetSession() { return *m_session; }
+    RemoteCall Call(Method method) { return RemoteCall(*m_session, method); }
 
 private:
     std::unique_ptr<SessionConnection> m_session;

@@ -97,13 +97,13 @@ void SignalSubscriber::End() {
 }
 
 int SignalSubscriber::CallSubscribe(const Subscription& subscription) {
-    RemoteCall call(*m_session);
-    call.In(subscription.type);
-    call.In(subscription.mode);
-    call.In(subscription.filter);
-    call.In(subscription.profile);
-    call.In(subscription.screen);
-    return call.Make(interfaces::SignalSubscriberMethod::Subscribe);
+    return RemoteCall(*m_session, interfaces::SignalSubscriberMethod::Subscribe)
+        .In(subscription.type)
+        .In(subscription.mode)
+        .In(subscription.filter)
+        .In(subscription.profile)
+        .In(subscription.screen)
+        .Make();
 }
 
 int SignalSubscriber::Subscribe(ESignalType type, int mode, int filter, int profile, int screen) {
@@ -134,12 +134,12 @@ int SignalSubscriber::Unsubscribe(ESignalType type, int filter, int profile, int
                                     });
     if (found != m_subscriptions.rend())
         m_subscriptions.erase(std::next(found).base());
-    RemoteCall call(*m_session);
-    call.In(type);
-    call.In(filter);
-    call.In(profile);
-    call.In(screen);
-    return call.Make(interfaces::SignalSubscriberMethod::Unsubscribe);
+    return RemoteCall(*m_session, interfaces::SignalSubscriberMethod::Unsubscribe)
+        .In(type)
+        .In(filter)
+        .In(profile)
+        .In(screen)
+        .Make();
 }
 
 // Restores the subscriptions in a reopened session. False: the timer retries. With m_callMutex

@@ -11,60 +11,33 @@ public:
     using SessionProxy::SessionProxy;
 
     int SetSource(ESource source, std::string& text) override {
-        RemoteCall call(GetSession());
-        call.In(source);
-        call.In(text);
-        return call.Make(Method::SetSource);
+        return Call(Method::SetSource).In(source).In(text).Make();
     }
 
     int SetSource(ESource source, std::uint64_t serviceId, std::string& text) override {
-        RemoteCall call(GetSession());
-        call.In(source);
-        call.In(serviceId);
-        call.In(text);
-        return call.Make(Method::SetSource_Service);
+        return Call(Method::SetSource_Service).In(source).In(serviceId).In(text).Make();
     }
 
-    int PreSetSourceA() override {
-        RemoteCall call(GetSession());
-        return call.Make(Method::PreSetSourceA);
-    }
+    int PreSetSourceA() override { return Call(Method::PreSetSourceA).Make(); }
 
     int StartHDMIAnalysis(ESource source) override {
-        RemoteCall call(GetSession());
-        call.In(source);
-        return call.Make(Method::StartHDMIAnalysis);
+        return Call(Method::StartHDMIAnalysis).In(source).Make();
     }
 
     int StopHDMIAnalysis(ESource source) override {
-        RemoteCall call(GetSession());
-        call.In(source);
-        return call.Make(Method::StopHDMIAnalysis);
+        return Call(Method::StopHDMIAnalysis).In(source).Make();
     }
 
-    int PreSetSourceC() override {
-        RemoteCall call(GetSession());
-        return call.Make(Method::PreSetSourceC);
-    }
+    int PreSetSourceC() override { return Call(Method::PreSetSourceC).Make(); }
 
-    int PreSetSourceB() override {
-        RemoteCall call(GetSession());
-        return call.Make(Method::PreSetSourceB);
-    }
+    int PreSetSourceB() override { return Call(Method::PreSetSourceB).Make(); }
 
     int SetPreviewSource(ESource source, std::string& text) override {
-        RemoteCall call(GetSession());
-        call.In(source);
-        call.In(text);
-        return call.Make(Method::SetPreviewSource);
+        return Call(Method::SetPreviewSource).In(source).In(text).Make();
     }
 
     int SetPreviewSource(ESource source, std::uint64_t serviceId, std::string& text) override {
-        RemoteCall call(GetSession());
-        call.In(source);
-        call.In(serviceId);
-        call.In(text);
-        return call.Make(Method::SetPreviewSource_Service);
+        return Call(Method::SetPreviewSource_Service).In(source).In(serviceId).In(text).Make();
     }
 };
 

@@ -9,10 +9,7 @@ class TunerControlProxy final : public SessionProxy<ITunerControl, interfaces::T
 public:
     using SessionProxy::SessionProxy;
 
-    int CheckTunerSignalState() override {
-        RemoteCall call(GetSession());
-        return call.Make(Method::CheckTunerSignalState);
-    }
+    int CheckTunerSignalState() override { return Call(Method::CheckTunerSignalState).Make(); }
 };
 
 } // namespace

@@ -10,18 +10,13 @@ public:
     using SessionProxy::SessionProxy;
 
     int SetCropVideo(TSRectInfo first, TSRectInfo second) override {
-        RemoteCall call(GetSession());
-        call.In(first);
-        call.In(second);
-        return call.Make(Method::SetCropVideo);
+        return Call(Method::SetCropVideo).In(first).In(second).Make();
     }
 
     int SetWindowId(int* windowId) override {
         if (windowId == nullptr)
             return -1;
-        RemoteCall call(GetSession());
-        call.Out(*windowId);
-        return call.Make(Method::SetWindowId);
+        return Call(Method::SetWindowId).Out(*windowId).Make();
     }
 };
 

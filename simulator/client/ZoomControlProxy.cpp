@@ -11,78 +11,54 @@ public:
 
     int CreateZoomWindow(int& windowId, const TSRectInfo& source, const TSRectInfo& destination,
                          const TSRectInfo& main) override {
-        RemoteCall call(GetSession());
-        call.Out(windowId);
-        call.In(source);
-        call.In(destination);
-        call.In(main);
-        return call.Make(Method::CreateZoomWindow);
+        return Call(Method::CreateZoomWindow)
+            .Out(windowId)
+            .In(source)
+            .In(destination)
+            .In(main)
+            .Make();
     }
 
     int DeleteZoomWindow(const std::vector<int>& windowIds, const TSRectInfo& main) override {
-        RemoteCall call(GetSession());
-        call.In(windowIds);
-        call.In(main);
-        return call.Make(Method::DeleteZoomWindow);
+        return Call(Method::DeleteZoomWindow).In(windowIds).In(main).Make();
     }
 
     int SetZoomWindow(std::vector<int> windowIds, bool on) override {
-        RemoteCall call(GetSession());
-        call.In(windowIds);
-        call.In(on);
-        return call.Make(Method::SetZoomWindow);
+        return Call(Method::SetZoomWindow).In(windowIds).In(on).Make();
     }
 
     int MuteZoomWindow(std::vector<int> windowIds, bool mute) override {
-        RemoteCall call(GetSession());
-        call.In(windowIds);
-        call.In(mute);
-        return call.Make(Method::MuteZoomWindow);
+        return Call(Method::MuteZoomWindow).In(windowIds).In(mute).Make();
     }
 
     int IsZoomWindowStarted(int windowId, bool& started) override {
-        RemoteCall call(GetSession());
-        call.In(windowId);
-        Flag startedFlag(started);
-        call.Out(startedFlag.byte);
-        return call.Make(Method::IsZoomWindowStarted);
+        return Call(Method::IsZoomWindowStarted).In(windowId).Out(started).Make();
     }
 
     int IsZoomWindowMuted(int windowId, bool& muted) override {
-        RemoteCall call(GetSession());
-        call.In(windowId);
-        Flag mutedFlag(muted);
-        call.Out(mutedFlag.byte);
-        return call.Make(Method::IsZoomWindowMuted);
+        return Call(Method::IsZoomWindowMuted).In(windowId).Out(muted).Make();
     }
 
     int SetZoomWindowRect(int windowId, const TSRectInfo& source, const TSRectInfo& destination,
                           const TSRectInfo& main) override {
-        RemoteCall call(GetSession());
-        call.In(windowId);
-        call.In(source);
-        call.In(destination);
-        call.In(main);
-        return call.Make(Method::SetZoomWindowRect);
+        return Call(Method::SetZoomWindowRect)
+            .In(windowId)
+            .In(source)
+            .In(destination)
+            .In(main)
+            .Make();
     }
 
     int IsZoomAvailable(bool& available) override {
-        RemoteCall call(GetSession());
-        Flag availableFlag(available);
-        call.Out(availableFlag.byte);
-        return call.Make(Method::IsZoomAvailable);
+        return Call(Method::IsZoomAvailable).Out(available).Make();
     }
 
     int GetZoomSharingType(int& type) override {
-        RemoteCall call(GetSession());
-        call.Out(type);
-        return call.Make(Method::GetZoomSharingType);
+        return Call(Method::GetZoomSharingType).Out(type).Make();
     }
 
     int GetConnectedZoomWindows(std::vector<int>& windowIds) override {
-        RemoteCall call(GetSession());
-        call.Out(windowIds);
-        return call.Make(Method::GetConnectedZoomWindows);
+        return Call(Method::GetConnectedZoomWindows).Out(windowIds).Make();
     }
 };
 
