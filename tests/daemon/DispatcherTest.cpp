@@ -10,7 +10,7 @@ using sim::Injection;
 using Events = std::vector<std::string>;
 
 class DispatcherTest : public testing::Test {
-protected:
+public:
     DispatcherTest() {
         client.Do(FakeMethod::Set, 0); // opens the session
         fake.events.clear();

@@ -8,7 +8,7 @@ namespace {
 using Events = std::vector<std::string>;
 
 class SessionsTest : public testing::Test {
-protected:
+public:
     TestTv tv;
     FakeInterface& fake = tv.context.Register<FakeInterface>();
     TestClient client{tv};
