@@ -1,6 +1,6 @@
-// One small call: a word of 16 bytes there, a status and a screen of some 200 bytes back. The plug-in's
-// own proxy against the daemon as it ships, beside a bare ping-pong and two bus libraries that carry the
-// same screen; and the same call while 500 other clients are connected.
+// One small call: 16 bytes of command out, a status and a screen of some 200 bytes back. The
+// plug-in's own proxy and the daemon as it ships, compared with a bare ping-pong and two bus
+// libraries with the same screen; and the same call while 500 other clients are connected.
 
 #include "DebugPrintControlProxy.h"
 #include "Figure.h"
@@ -19,7 +19,7 @@ constexpr int kRounds = 21;
 // The daemon accepts 512 connections.
 constexpr int kIdleClients = 500;
 
-// The daemon's shortest screen answers a word of this length that it does not know.
+// The daemon's shortest screen is its answer to an unknown word of this length.
 constexpr char kScreen[] = "qos";
 constexpr char kWord[] = "sixteen-letters.";
 
@@ -39,7 +39,7 @@ template <class Peer> double RunCalls(Peer& peer) {
     return bench::NanosecondsEach(kCalls, [&] { peer.Execute(word, screen); });
 }
 
-// Runs in a process of its own, against a TV of its own.
+// Runs in a separate process with its own TV.
 double RunCallsAmongOthers() {
     static auto* const control = [] {
         auto* opened = new TCDebugPrintControlProxy(bench::kInterface);

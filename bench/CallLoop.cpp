@@ -1,5 +1,5 @@
-// Makes as many small calls as its second argument says, and writes the first one after each,
-// flushed.
+// Makes the number of small calls given by its second argument, and writes the first one after
+// each, flushed.
 
 #include <cstdlib>
 #include <iostream>

@@ -20,9 +20,9 @@ public:
     ConsoleProcess& operator=(const ConsoleProcess&) = delete;
 
     void Type(std::string_view words);
-    // Reads its output until `text` has come `times` times more.
+    // Reads its output until `text` has appeared `times` more times.
     void Await(std::string_view text, std::size_t times = 1);
-    // How often `text` has come in the output, as far as Await has read it.
+    // How often `text` has appeared in the output read by Await.
     std::size_t Count(std::string_view text) const;
 
     pid_t GetProcess() const { return m_process; }

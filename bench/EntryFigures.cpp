@@ -1,5 +1,4 @@
-// What entering and leaving the test console again and again leaves behind in the host: memory,
-// descriptors and threads.
+// Growth of the host with entries of the test console: memory, descriptors and threads.
 
 #include "ConsoleProcess.h"
 #include "Figure.h"

@@ -22,7 +22,7 @@ ForkedProcess::ForkedProcess(int socketType, const std::function<void(int)>& ser
     if (m_process < 0)
         GiveUp(std::strerror(errno));
     if (m_process == 0) {
-        // Ends with the program that measures, however that ends.
+        // Ends with the measuring program, however that ends.
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         close(ends[0]);
         serve(ends[1]);
@@ -35,7 +35,7 @@ ForkedProcess::ForkedProcess(int socketType, const std::function<void(int)>& ser
 ForkedProcess::~ForkedProcess() {
     if (m_descriptor >= 0)
         close(m_descriptor);
-    // It may still be at work on something; nobody waits for that any more.
+    // It may still be working on something that is no longer needed.
     kill(m_process, SIGTERM);
     waitpid(m_process, nullptr, 0);
 }

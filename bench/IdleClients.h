@@ -4,7 +4,8 @@
 
 namespace bench {
 
-// Clients of the TV that NORVEX_SOCKET names: each has connected and been welcomed, and calls nothing.
+// Clients of the TV that NORVEX_SOCKET names: each has connected and been welcomed, and makes no
+// calls.
 class IdleClients {
 public:
     // Ends the program when the TV does not accept all of them.

@@ -1,4 +1,4 @@
-// A long reply: 10,000 menu items with names of 24 bytes and the daemon's own few, from vector to
+// A long reply: 10,000 menu items with names of 24 bytes, plus the daemon's own, from vector to
 // vector.
 
 #include "DebugPrintControlProxy.h"

@@ -1,4 +1,4 @@
-// Writes its first argument as often as the second says, flushed each time.
+// Writes its first argument the number of times given by the second, flushed each time.
 
 #include <cstdlib>
 #include <iostream>

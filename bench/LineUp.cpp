@@ -24,7 +24,7 @@ namespace {
 constexpr auto kEqual = values::Comparison::Equal;
 constexpr auto kDifferent = values::Comparison::Different;
 
-// Both ways through the line-up begin so.
+// Common to both queries.
 sim::Criteria VisibleServices() {
     sim::Criteria criteria;
     criteria.conditions = {{kEqual, SERVICE_FIELD_LISTED, 1}, {kEqual, SERVICE_FIELD_HIDDEN, 0}};

@@ -7,11 +7,11 @@
 
 namespace bench {
 
-// The majors are spread over all that there are; a service's minor is how often its major came.
+// Majors are spread over the whole range; a service's minor counts the services of its major.
 constexpr int kMajors = 65536;
 
-// A line-up of services over air, listed and of the profile 0, as a file that `norvex-sim --lineup`
-// takes. Owns the file.
+// A line-up of listed services over air with profile 0, as a file for `norvex-sim --lineup`. Owns
+// the file.
 class LineUp {
 public:
     // With `programmes` each service has one with a title, all day long.
@@ -28,8 +28,8 @@ private:
     std::string m_path;
 };
 
-// What SQLite takes by itself: the daemon's own tables in memory, in this process, and the same
-// queries prepared. Ends the program when SQLite refuses.
+// SQLite alone: the daemon's tables in memory, in this process, with the same prepared queries.
+// Ends the program if SQLite fails.
 class LineUpDatabase {
 public:
     explicit LineUpDatabase(const LineUp& lineUp);
@@ -37,9 +37,9 @@ public:
     LineUpDatabase(const LineUpDatabase&) = delete;
     LineUpDatabase& operator=(const LineUpDatabase&) = delete;
 
-    // The first service with that major number; 0 when there is none.
+    // The first service with that major number; 0 if there is none.
     std::uint64_t FindByMajor(int major);
-    // The ids of the air line-up's services, streamed ones left out, into a new vector.
+    // The ids of the services on air, without streamed ones, in a new vector.
     std::vector<std::uint64_t> List();
     // Units of the title of a service's programme at that second of the day; 0 when there is none.
     int FindTitleSize(std::uint64_t service, int second);

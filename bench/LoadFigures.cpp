@@ -1,4 +1,4 @@
-// What it costs to load the plug-in: a fresh process each time, as the host is one.
+// The cost of loading the plug-in: in a fresh process each time, like the host.
 
 #include "Figure.h"
 #include "Program.h"

@@ -1,5 +1,5 @@
 // Loads one library and prints the nanoseconds that it took. A C++ program: the standard library is
-// there already, as it is in the host.
+// already loaded, as in the host.
 
 #include <chrono>
 #include <iostream>

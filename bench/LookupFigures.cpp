@@ -1,6 +1,6 @@
-// A service looked up by its major number among a million and among a thousand: FindService with
-// its query built each time, beside what a small call and SQLite's own look-up take, and beside the
-// same look-up over GDBus from a process that holds the same database.
+// A service looked up by its major number among a million and among a thousand: FindService with a
+// new query each time, compared with a small call plus SQLite's look-up, and with the same look-up
+// over GDBus from a process with the same database.
 
 #include "Figure.h"
 #include "GDBusPeer.h"

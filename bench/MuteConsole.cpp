@@ -1,5 +1,5 @@
-// The mute test of the console as it ships, in front of a control of sound and picture that answers
-// at once: what is left is the console's own work.
+// The mute test of the console as it ships, with a control of sound and picture that answers at
+// once: what remains is the console's own work.
 
 #include "TPMSDebugMenu.h"
 
@@ -31,7 +31,7 @@ int NorvexAPI::Destroy(INorvexSession* session) {
 }
 
 int main() {
-    // Whole blocks behind std::cin, as the host has them.
+    // std::cin is block-buffered, as in the host.
     std::filebuf input;
     if (input.open("/dev/stdin", std::ios::in) == nullptr)
         return 1;

@@ -1,6 +1,5 @@
-// A round through the mute test: four words, two calls. What the console itself takes, beside a
-// loop that reads, converts and writes the same; what the round takes with its calls is shown as
-// well.
+// A round through the mute test: four words, two calls. The console's own time, compared with a
+// loop that reads, converts and writes the same; the round with its calls is also shown.
 
 #include "Figure.h"
 #include "Program.h"
@@ -21,7 +20,7 @@ std::string Turns(int count) {
     return words;
 }
 
-// The screen's number first, the way out last.
+// First the screen's number, last the words that leave.
 std::string Words(int turns) {
     return "0 " + Turns(turns) + "99 0\n";
 }
@@ -33,7 +32,7 @@ int main() {
     const std::vector<std::string> console = {MUTE_CONSOLE};
     const std::vector<std::string> host = {HOST, PLUGIN};
 
-    // The console's own bytes of one round, taken from it.
+    // The console's bytes of one round, recorded from it.
     const std::string one = bench::RunPiped(console, Words(1), 1 << 16).output;
     const std::string value = "Off:0 / On:1 ";
     const std::size_t first = one.find(value) + value.size();

@@ -1,6 +1,6 @@
-// The least that a round through a menu with two prompts has to do: reads words through std::cin,
-// converts each by way of a string stream, and writes its two arguments in turn: a menu with the
-// first prompt, flushed behind the menu and behind the prompt, and the second prompt, flushed.
+// The minimum work of a round through a menu with two prompts: reads words through std::cin,
+// converts each with a string stream, and writes its two arguments in turn: a menu with the first
+// prompt, flushed after the menu and after the prompt, and the second prompt, flushed.
 
 #include <fstream>
 #include <iostream>
@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     const std::string command = first.substr(prompt + 1);
     const std::string value = argv[2];
 
-    // Whole blocks behind std::cin, as the host has them.
+    // std::cin is block-buffered, as in the host.
     std::filebuf input;
     if (input.open("/dev/stdin", std::ios::in) == nullptr)
         return 1;

@@ -9,7 +9,7 @@
 
 namespace bench {
 
-// The peers carry the TV service's own interface.
+// The peers use the TV service's interface.
 // NOLINTBEGIN(cert-err58-cpp): a benchmark without memory for its names may end.
 using interfaces::DebugPrintControlMethod;
 inline const std::string kInterface{interfaces::kTable<DebugPrintControlMethod>.name};
@@ -18,7 +18,7 @@ inline const std::string kGetMenuItems{
     interfaces::GetMethodName(DebugPrintControlMethod::GetMenuItems)};
 // NOLINTEND(cert-err58-cpp)
 
-// What a peer's process answers with.
+// The answers of a peer's process.
 struct Answers {
     std::string screen;
     std::vector<TSMenuItem> items;
@@ -26,7 +26,7 @@ struct Answers {
     std::function<std::string(const std::string& word)> answer;
 };
 
-// Another way to make the debug print control's calls to another process. One thread.
+// A reference implementation of the debug print control's calls to another process. One thread.
 class Peer {
 public:
     virtual ~Peer() = default;

@@ -55,7 +55,7 @@ void Feed(int descriptor, const std::string& input) {
     while (fed < input.size()) {
         const ssize_t size = write(descriptor, input.data() + fed, input.size() - fed);
         if (size < 0)
-            break; // it reads no more
+            break; // it no longer reads
         fed += static_cast<std::size_t>(size);
     }
     close(descriptor);

@@ -1,7 +1,7 @@
-// The console's check for programmes over ten thousand services: a list, a call for each service,
-// and a line for each, beside a bare loop of as many small calls and lines, and SQLite's own
-// look-ups. Calls and lines are one loop: each line wakes the reader of the pipe during the next
-// call, which lines written in one go do not show.
+// The console's check for programmes of ten thousand services: a list, a call and a line per
+// service, compared with a bare loop of as many small calls and lines, and SQLite's look-ups. Calls
+// and lines are in one loop: each line wakes the reader of the pipe during the next call, unlike
+// lines written at once.
 
 #include "Figure.h"
 #include "LineUp.h"
@@ -17,7 +17,7 @@ constexpr int kServices = 10000;
 constexpr int kRounds = 9;
 constexpr int kNoon = 12 * 3600;
 
-// Into the test console, to the programmes, and out again.
+// Enters the test console, checks the programmes and leaves.
 std::string Words(const std::string& words) {
     return "5 18 " + words + "99 99 99\n";
 }
@@ -30,7 +30,7 @@ int main() {
     bench::LineUpDatabase database(lineUp);
     const std::vector<std::string> host = {HOST, PLUGIN};
 
-    // The lines, taken from the console; the last services' are the longest.
+    // The lines, recorded from the console; those of the last services are the longest.
     const std::size_t enough = 1 << 20;
     const std::string output = bench::RunPiped(host, Words("1 "), enough).output;
     const std::size_t end = output.find("\tno data in 0 programs\n");

@@ -7,15 +7,15 @@
 
 namespace bench {
 
-// One of those that are measured side by side.
+// One of the measured candidates.
 struct Candidate {
     std::string name;
     // Runs one round and returns its result, in the unit of the figure.
     std::function<double()> round;
 };
 
-// Runs all candidates in turn, `rounds` times, so that a disturbance of the machine hits all of
-// them; one more turn before that is not counted. The median of each, in the candidates' order.
+// Runs all candidates in turn, `rounds` times after a warm-up round, so that a disturbance of the
+// machine affects all of them. Returns the median of each, in order.
 std::vector<double> MedianOfRounds(const std::vector<Candidate>& candidates, int rounds);
 
 double Median(std::vector<double> values);

@@ -7,7 +7,7 @@
 
 namespace bench {
 
-// sd-bus, peer to peer: no broker between the two processes.
+// sd-bus, peer to peer: without a broker between the two processes.
 class SdBusPeer : public Peer {
 public:
     explicit SdBusPeer(const Answers& answers);
@@ -16,7 +16,7 @@ public:
     void Connect() override;
     int Execute(const std::string& word, std::string& screen) override;
     std::vector<TSMenuItem> GetMenuItems() override;
-    // For messages that are only written and read.
+    // For messages that are only written and read, not sent.
     sd_bus* GetBus() const { return m_bus; }
 
 private:

@@ -6,8 +6,8 @@
 
 namespace bench {
 
-// The least that a call between two processes costs: the bytes of a word there, a status and the
-// bytes of a screen back, over SOCK_SEQPACKET, without a frame, a name or a check.
+// The minimum cost of a call between two processes: the bytes of a command out, a status and the
+// bytes of a screen back, over SOCK_SEQPACKET, without framing, names or checks.
 class SeqpacketPeer {
 public:
     explicit SeqpacketPeer(const std::string& screen);

@@ -1,5 +1,5 @@
-// The console's list of all services of a TV mode, of a hundred thousand and of a million, beside
-// SQLite's own scan of the same query into a vector, and what it leaves behind on both sides.
+// The console's list of all services of a TV mode, of a hundred thousand and of a million, compared
+// with SQLite's scan of the same query into a vector, and the growth of both processes.
 
 #include "Figure.h"
 #include "LineUp.h"
@@ -47,8 +47,8 @@ double BytesInUse() {
 
 enum Round : std::size_t { kList, kHeap, kFillJournal };
 
-// Against the TV of the process in which they run: nanoseconds of a list per service, and the bytes
-// of the heap that are in use after a list and were not before.
+// With the TV of their process: nanoseconds of a list per service, and growth of the heap after a
+// list.
 std::vector<std::function<double()>> RoundsOf(int services) {
     const auto list = [services] {
         return bench::NanosecondsEach(1, [&] { List(static_cast<std::size_t>(services)); }) /
@@ -63,7 +63,8 @@ std::vector<std::function<double()>> RoundsOf(int services) {
         Navigation().GetTvMode(mode);
         return after - before;
     };
-    // The daemon keeps the beginnings of the last replies, 16 KiB of each and 8 MiB in all.
+    // The daemon's journal keeps the beginnings of the last replies, 16 KiB of each and 8 MiB in
+    // total.
     const auto fillJournal = [] {
         TCCriteriaHelper query;
         query.Fetch(SERVICE_FIELD_ID);
@@ -76,7 +77,7 @@ std::vector<std::function<double()>> RoundsOf(int services) {
     return {list, heap, fillJournal};
 }
 
-// A line of a file of the kernel's about the process.
+// A line of a /proc file of the process.
 double BytesOf(pid_t process, const std::string& name, const std::string& line) {
     std::ifstream status("/proc/" + std::to_string(process) + "/" + name);
     double kibibytes = 0;
@@ -87,7 +88,7 @@ double BytesOf(pid_t process, const std::string& name, const std::string& line) 
     return kibibytes * 1024;
 }
 
-// Resets the process's peak to what it uses now.
+// Resets the process's peak to its current use.
 void ForgetPeak(pid_t process) {
     std::ofstream file("/proc/" + std::to_string(process) + "/clear_refs");
     if (!(file << '5' << std::flush))
@@ -165,7 +166,7 @@ int main() {
     daemonMemory.ratio = daemonMemory.value;
     daemonMemory.limit = 0;
 
-    // What the lists have added to the loaded line-up; the longest reply has 64 MiB.
+    // What the lists add to the loaded line-up; the longest reply has 64 MiB.
     bench::Figure daemonPeak;
     daemonPeak.name = "service_list_daemon_peak";
     daemonPeak.unit = "bytes";

@@ -1,5 +1,5 @@
-// Signals from the daemon to the console's output, while its menu goes on answering: how many per
-// second, and whether all of them come. For comparison a loop that writes the same lines.
+// Signals from the daemon to the console's output, while its menu keeps answering: how many per
+// second, and whether all of them arrive. For comparison a loop that writes the same lines.
 
 #include "ConsoleProcess.h"
 #include "Figure.h"

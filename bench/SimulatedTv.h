@@ -7,11 +7,11 @@
 
 namespace bench {
 
-// The daemon as it ships, on a private socket that NORVEX_SOCKET names from then on. Ready when the
+// The daemon as it ships, on a private socket to which NORVEX_SOCKET is set. Ready when the
 // constructor returns; the destructor ends it and removes its files.
 class SimulatedTv {
 public:
-    // `arguments` are further arguments of the daemon. Ends the program when the daemon does not
+    // `arguments` are further arguments of the daemon. Ends the program if the daemon does not
     // start.
     explicit SimulatedTv(const std::vector<std::string>& arguments = {});
     ~SimulatedTv();

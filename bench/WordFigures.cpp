@@ -1,4 +1,4 @@
-// How fast the process menu reads words: a number that it does not know, again and again.
+// How fast the process menu reads words: an unknown number, repeated.
 
 #include "Figure.h"
 #include "Program.h"
@@ -24,7 +24,7 @@ double WordsEachSecond(const std::vector<std::string>& program, const std::strin
 } // namespace
 
 int main() {
-    // The console's own bytes, taken from it: what it prints at first, and what each word adds.
+    // The console's bytes, recorded from it: its first output, and what each word adds.
     const std::vector<std::string> host = {HOST, PLUGIN};
     const std::size_t enough = 1 << 16;
     const std::string none = bench::RunPiped(host, "", enough).output;

@@ -1,6 +1,6 @@
-// The least that a console has to do for a word: reads words through std::cin, looks whether they
-// are numbers, converts them, and writes its argument, a line of it, a text that ends in an empty
-// line and a prompt, each flushed.
+// The minimum work of a console per word: reads words through std::cin, checks whether they are
+// numbers, converts them, and writes its argument, each part flushed: a line, a text that ends in
+// an empty line, and a prompt.
 
 #include <cctype>
 #include <cstdlib>
@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
     const std::string menu = answer.substr(line + 1, prompt - line - 1);
     const std::string last = answer.substr(prompt + 1);
 
-    // Whole blocks behind std::cin, as the host has them.
+    // std::cin is block-buffered, as in the host.
     std::filebuf input;
     if (input.open("/dev/stdin", std::ios::in) == nullptr)
         return 1;

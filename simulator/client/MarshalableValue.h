@@ -6,10 +6,10 @@
 #include <norvex/core/TreeBranch.h>
 #include <values/Layout.h>
 
-// Hands the nodes within `content` to the marshalling library. False when they are too many.
+// Passes the nodes in `content` to the marshalling library. False if there are too many.
 bool AppendNodes(const wire::Node& content, TCTreeBranch& branch);
 
-// Writes an object's fields, as the description of its value tells.
+// Writes an object's fields according to the description of its value.
 template <class T> bool WriteValue(TCTreeBranch& branch, const T& value) {
     wire::Buffer bytes;
     wire::TreeWriter tree(bytes);
@@ -19,8 +19,8 @@ template <class T> bool WriteValue(TCTreeBranch& branch, const T& value) {
            AppendNodes(node, branch);
 }
 
-// Reads them; a field that is not there stays as it was. False, and `value` untouched, when one
-// does not fit.
+// Reads them; a missing field stays unchanged. False, with `value` unchanged, if one does not
+// match.
 template <class T> bool ReadValue(const TCTreeBranch& branch, T& value) {
     std::string bytes(static_cast<std::size_t>(branch.GetSize()), '\0');
     if (!branch.CopyTo(bytes.data(), branch.GetSize()))
@@ -36,10 +36,10 @@ template <class T> bool ReadValue(const TCTreeBranch& branch, T& value) {
     return true;
 }
 
-// Lets a value travel as an argument; made around the caller's for the length of a call.
+// Marshals a value as an argument. Refers to the caller's value during a call.
 template <class T> class MarshalableValue final : public TCMarshalable {
 public:
-    // A const value is only ever written.
+    // A const value is only written.
     explicit MarshalableValue(const T& value) : m_value(const_cast<T&>(value)) {}
 
     bool ClassToTree(TCTreeBranch& branch) override { return WriteValue(branch, m_value); }

@@ -25,8 +25,8 @@ public:
     RemoteCall(SessionConnection& session, Method method)
         : RemoteCall(session, interfaces::GetMethodName(method), static_cast<short>(method)) {}
 
-    // A number, one of the client library's objects, or a value (values/Layout.h). Writing leaves it
-    // as it is.
+    // A number, one of the client library's objects, or a value (values/Layout.h). Writing does not
+    // change it.
     template <class T> RemoteCall& In(const T& value) {
         return Push(MARSHALLING_IN, const_cast<T&>(value));
     }

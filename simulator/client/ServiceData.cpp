@@ -35,7 +35,7 @@ public:
         return sizeof(FieldBlock) + count * sizeof(Field);
     }
     // Reads the branch's fields, `count` by Count, into memory of that size. Null when one of them
-    // is no field's value.
+    // is malformed.
     static FieldBlock* Read(TCTreeBranch& branch, std::size_t count, void* memory) {
         auto* fields = new (memory) FieldBlock(count);
         auto* place = reinterpret_cast<Field*>(fields + 1);
@@ -62,7 +62,7 @@ private:
 // A record of a list, in one piece of memory with its fields.
 class ListedServiceData final : public TCServiceData {
 public:
-    // Null when the branch is no record's.
+    // Null if the branch is not a record.
     static TCServiceData* Make(TCTreeBranch& branch) {
         const std::size_t count = FieldBlock::Count(branch);
         void* memory = ::operator new(sizeof(ListedServiceData) + FieldBlock::GetSize(count));

@@ -6,8 +6,8 @@
 
 class TCServiceData;
 
-// Lets records come from the TV service: each child of the branch becomes a record at the end of
-// the caller's list, whose owner deletes it. A reply that cannot be read leaves the list as it was.
+// Receives records: each child of the branch becomes a record at the end of the caller's list,
+// whose owner deletes it. If the reply cannot be read, the list stays unchanged.
 class MarshalableRecords final : public TCMarshalable {
 public:
     explicit MarshalableRecords(std::list<TCServiceData*>& records) : m_records(records) {}

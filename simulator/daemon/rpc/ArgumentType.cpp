@@ -95,7 +95,7 @@ const ArgumentType kMenuItem = ValueType<values::MenuItem>("menu item");
 const ArgumentType kMenuItemList = ValueType<std::vector<values::MenuItem>>("list of menu items");
 const ArgumentType kProgramme = ValueType<values::Programme>("programme");
 const ArgumentType kStatus = ValueType<values::Status>("status");
-// Only ever sent by the TV service.
+// Only sent by the daemon.
 const ArgumentType kRecord{"record", NodeKind::Branch, 0, nullptr, RecordToJson};
 const ArgumentType kRecordList{"records", NodeKind::Branch, 0, nullptr, RecordListToJson};
 const ArgumentType kAnything{"anything", NodeKind::Branch, 0, nullptr, TreeToJson};
@@ -104,7 +104,7 @@ json ToHexText(std::uint64_t value) {
     return Printed("0x%llx", static_cast<unsigned long long>(value));
 }
 
-// Up to what is no UTF-16.
+// Up to the first malformed UTF-16 unit.
 std::string ToUtf8(const std::u16string& text) {
     const auto& codec =
         std::use_facet<std::codecvt<char16_t, char8_t, std::mbstate_t>>(std::locale::classic());

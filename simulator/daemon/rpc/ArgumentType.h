@@ -13,11 +13,11 @@ struct ArgumentType {
     wire::NodeKind kind;
     // Size of a value; 0 for other kinds.
     std::uint32_t size;
-    // Whether a node of that kind and size is valid; null: always. Branches have been found well
-    // formed at every depth before.
+    // Whether a node of that kind and size is valid; null: always. Branches have already been
+    // checked at every depth.
     bool (*check)(const wire::Node&);
-    // Called for nodes of that kind and size, also for invalid ones and those that the journal has
-    // cut short: shows what is there.
+    // Called for nodes of that kind and size, including invalid ones and those that the journal has
+    // truncated: shows what is available.
     nlohmann::json (*describe)(const wire::Node&);
 
     bool Fits(const wire::Node& node) const;
@@ -44,7 +44,7 @@ extern const ArgumentType kAnything;
 
 // "0x..." without leading zeros: 64-bit numbers lose digits in JSON readers.
 nlohmann::json ToHexText(std::uint64_t value);
-// A node of no known type: each node within it with its tag, kind and bytes in hexadecimal digits.
+// A node of unknown type: each node in it with its tag, kind and bytes in hexadecimal digits.
 nlohmann::json TreeToJson(const wire::Node& node);
 
 } // namespace sim

@@ -25,7 +25,7 @@ public:
     template <class T> void Value(std::int16_t place, const T& value) {
         values::WriteArgument(m_tree, place, value);
     }
-    // For what is no value: BeginBranch(place) ... EndBranch.
+    // For anything but a value: BeginBranch(place) ... EndBranch.
     wire::TreeWriter& Tree() { return m_tree; }
 
 private:

@@ -26,7 +26,7 @@ struct LineUpCounts {
     bool operator==(const LineUpCounts&) const = default;
 };
 
-// The tables of services and programmes. A service's row stands in the line-up's order: by antenna,
+// The tables of services and programmes. Rows of services are in the line-up's order: by antenna,
 // major, minor and id. What field numbers mean in it: values::kServiceFields.
 class LineUpTables {
 public:

@@ -10,7 +10,8 @@
 
 #include <wire/Tree.h>
 
-// How a value stands in the tree, from one list of its fields (docs/wire-format.md, "Encodings"):
+// The encoding of a value in the tree, from one list of its fields (docs/wire-format.md,
+// "Encodings"):
 //
 //   struct with kFields              branch, a field's tag is its place in the list
 //   struct with kFields and kPacked  element of an array, its fields without gaps
@@ -35,7 +36,7 @@ template <class T> concept Text = std::same_as<T, std::string> || std::same_as<T
 template <class T> concept Optional = requires(T value) { value.has_value(); };
 template <class T> concept Array =
     !Text<T> && (Scalar<typename T::value_type> || Packed<typename T::value_type>);
-// An enumeration whose enumerators 0, 1... have names; no other value of it is valid.
+// An enumeration whose enumerators 0, 1... have names; other values are invalid.
 template <class T> concept Named = requires(T value) { NamesOf(value); };
 // clang-format on
 
@@ -48,7 +49,7 @@ template <Described T, class Function> constexpr void ForEachField(Function&& fu
     std::apply(call, T::kFields);
 }
 
-// Calls `function` with each number that an array's element is made of.
+// Calls `function` with each number of an array's element.
 template <class Element, class Function>
 constexpr void ForEachNumber(Element& element, Function&& function) {
     using T = std::remove_const_t<Element>;
@@ -80,7 +81,7 @@ template <class T> void Write(wire::TreeWriter& tree, std::int16_t tag, const T&
                 Write(tree, place, value.*field.member);
             });
         } else {
-            // Places begin again beyond the 16 bits of a tag: elements are told by their order.
+            // Tags restart after 16 bits: elements are identified by their order.
             std::uint16_t place = 0;
             for (const auto& element : value)
                 Write(tree, static_cast<std::int16_t>(place++ & INT16_MAX), element);
@@ -96,7 +97,7 @@ template <class T> void Write(wire::TreeWriter& tree, std::int16_t tag, const T&
     }
 }
 
-// What becomes of a field that is not there.
+// What happens to a missing field.
 enum class Missing { Kept, Refused };
 
 template <class T> bool IsValid(const T& value) {
@@ -105,13 +106,13 @@ template <class T> bool IsValid(const T& value) {
     return true;
 }
 
-// Reads what is there, as far as it fits. False when something does not; what a tree holds beyond
-// the fields is passed over, and of several nodes with one tag the first counts.
+// Reads the fields as far as they match. False if one does not; other nodes are ignored, and of
+// several nodes with the same tag the first counts.
 template <class T> bool Read(const wire::Node& node, T& value, Missing missing) {
     if constexpr (Optional<T>) {
         return Read(node, value.emplace(), missing);
     } else if constexpr (std::same_as<T, bool>) {
-        // Any byte may come, but a bool holds only two of them.
+        // Any byte may be received, but a bool has only two values.
         std::uint8_t byte = value ? 1 : 0;
         const bool fits = node.Get(byte);
         value = byte != 0;
@@ -166,7 +167,7 @@ template <class T> bool Read(const wire::Node& node, T& value, Missing missing) 
     }
 }
 
-// An argument of a call: as any value, but an array has a branch of its own around it, tag 0.
+// An argument of a call: like any value, but an array is enclosed in a branch, with tag 0.
 template <class T> void WriteArgument(wire::TreeWriter& tree, std::int16_t place, const T& value) {
     if constexpr (Array<T>) {
         const std::size_t branch = tree.BeginBranch(place);

@@ -5,8 +5,8 @@
 
 #include <norvex/client/CriteriaHelper.h>
 
-// A service's record travels as a branch with a value for each of its fields, tagged with the
-// field's number; a field without a value has no bytes.
+// A service's record is encoded as a branch with a value per field, whose tag is the field's
+// number; a field without a value has no bytes.
 namespace values {
 
 struct ServiceField {
@@ -26,7 +26,7 @@ constexpr std::array<ServiceField, 9> kServiceFields{{
     {SERVICE_FIELD_VIRTUAL_ANTENNA, "virtual_antenna"},
 }};
 
-// Null: no service has such a field.
+// Null for an unknown field.
 constexpr const ServiceField* FindServiceField(std::int32_t number) {
     for (const ServiceField& field : kServiceFields) {
         if (field.number == number)
@@ -35,7 +35,7 @@ constexpr const ServiceField* FindServiceField(std::int32_t number) {
     return nullptr;
 }
 
-// Bytes of a field's value: an id has 64 bits unsigned, any other number 32 bits signed.
+// Bytes of a field's value: ids have 64 bits unsigned, other numbers 32 bits signed.
 constexpr std::uint32_t SizeOfServiceField(std::int32_t number) {
     return number == SERVICE_FIELD_ID ? 8 : 4;
 }

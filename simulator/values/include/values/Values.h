@@ -9,8 +9,8 @@
 
 #include <values/Layout.h>
 
-// What travels as one value, as plain numbers and texts. A new field goes to the end of its list.
-// Unsigned numbers of 64 bits are service ids.
+// The values of calls and replies, as plain numbers and texts. Add new fields at the end of their
+// list. Unsigned numbers of 64 bits are service ids.
 namespace values {
 
 // In pixels.
@@ -26,7 +26,7 @@ struct Rect {
                                         Field{"height", &Rect::height}};
 };
 
-// Antenna mode and service mode, numbered as clients number them.
+// Antenna mode and service mode, numbered as by clients.
 struct TvMode {
     std::int32_t antenna = 0;
     std::int32_t serviceMode = 0;
@@ -63,7 +63,7 @@ struct Condition {
                                         Field{"value", &Condition::value}};
 };
 
-// What a client asks for: all conditions hold, and the fields that a record then brings.
+// A client's query: conditions that must all hold, and the fields of the returned records.
 struct Criteria {
     std::vector<Condition> conditions;
     std::vector<std::int32_t> fetched;
@@ -91,7 +91,7 @@ struct Programme {
                                         Field{"title", &Programme::title}};
 };
 
-// When an event was seen last.
+// Time of the last event of a kind.
 struct EventTime {
     std::int32_t event = 0;
     std::int64_t milliseconds = 0; // since the TV service's start
