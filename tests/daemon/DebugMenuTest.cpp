@@ -113,7 +113,7 @@ TEST_F(DebugMenuTest, AnUnknownCommandIsAnsweredOnTheSameScreen) {
             << command;
         EXPECT_TRUE(Holds(screen, "\t[Norvex modes]\n"));
     }
-    // No command reaches the screen as it is when it would move the cursor or fill it.
+    // Commands that would move the cursor or fill the screen are not shown literally.
     EXPECT_TRUE(Holds(Type("a\x1b[2J"), "\"a?[2J\""));
     EXPECT_LT(Type(std::string(10000, 'x')).size(), 1000u);
 }
@@ -124,7 +124,7 @@ TEST_F(DebugMenuTest, NinetyNineLeaves) {
     std::string screen;
     EXPECT_FALSE(m_dialogue.Execute("99", screen));
     EXPECT_FALSE(m_dialogue.IsOpen());
-    // Opened again it begins anew.
+    // A reopened dialogue starts again.
     EXPECT_TRUE(Holds(m_dialogue.Open(), "\t[Norvex]\n"));
 }
 
@@ -141,7 +141,7 @@ TEST_F(DebugMenuTest, ExtraItemsAreNamedAndNumbered) {
     EXPECT_EQ(m_switches.CountOn(), 0);
 }
 
-// What a second daemon finds in the file.
+// The state that a second daemon loads from the file.
 class StoredDebugSwitchesTest : public testing::Test {
 protected:
     StoredDebugSwitchesTest() {

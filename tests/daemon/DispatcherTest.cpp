@@ -87,7 +87,7 @@ TEST_F(DispatcherTest, AnInjectedResultReplacesTheOperationForSoManyCalls) {
     EXPECT_EQ(Set(2), -7);
     EXPECT_EQ(Set(3), kDone);
     EXPECT_FALSE(DescribeLastCall().contains("injected"));
-    // Each operation of the name has its own count.
+    // Each operation of this name has its own count.
     EXPECT_EQ(client.Do(FakeMethod::Set_Text, "text"), -7);
     EXPECT_EQ(fake.events, Events{"set 3"});
 }
@@ -97,7 +97,7 @@ TEST_F(DispatcherTest, InjectionsAreUsedUpInTurn) {
     Inject(Injection::Kind::Drop, 0, 1);
     EXPECT_EQ(Set(1), -7);
     EXPECT_FALSE(client.Call(FakeMethod::Set, 2).HasCome());
-    EXPECT_EQ(fake.events, Events{"set 2"}); // it has happened all the same
+    EXPECT_EQ(fake.events, Events{"set 2"}); // it has been executed anyway
     EXPECT_EQ(Set(3), kDone);
 }
 
@@ -148,7 +148,7 @@ TEST_F(DispatcherTest, OperationsAreFoundByWhatPeopleType) {
         EXPECT_TRUE(dispatcher.FindOperations(name).empty()) << name;
 }
 
-// An interface whose operations get handlers as a test says.
+// An interface whose tests set the operations' handlers.
 class IncompleteInterface : public sim::Interface {
 public:
     explicit IncompleteInterface(const std::vector<FakeMethod>& handled)

@@ -9,8 +9,8 @@
 
 NORVEX_INTERFACE(Fake, Set, Set_Text)
 
-// An interface that notes its sessions, by their profile, and its calls: "open 1", "set 7". It
-// refuses sessions with a profile below 0, and fails at the text "throw".
+// An interface that records its sessions, by profile, and its calls: "open 1", "set 7". It refuses
+// sessions with a profile below 0, and throws on the text "throw".
 class FakeInterface : public sim::Interface {
 public:
     FakeInterface() : Interface(interfaces::kTable<FakeMethod>, Calls::ToSession) {

@@ -110,7 +110,7 @@ TEST_F(JournalTest, MalformedArgumentsAreShownAsBytes) {
 }
 
 TEST_F(JournalTest, TheOldestAreEvicted) {
-    // Room for a few calls in bytes; sizes change, so that the ring's end is met in many ways.
+    // Room for a few calls; sizes vary, so that many cases at the ring's end occur.
     sim::Journal journal(4096, 1000);
     for (std::size_t call = 0; call < 500; ++call) {
         Add(journal, std::string(call % 97, 'w'), std::string(call % 113, 's'));

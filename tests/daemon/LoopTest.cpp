@@ -133,7 +133,7 @@ TEST(LoopTest, AHandlerMayDestroyItsOwnWatch) {
     });
     RunRound();
     EXPECT_EQ(seen, "kept");
-    EXPECT_EQ(kept.use_count(), 1); // it has gone since
+    EXPECT_EQ(kept.use_count(), 1); // it has been destroyed since
     EXPECT_FALSE(Loop().RunRound(EventLoop::Wait::Never));
     EXPECT_EQ(socket->calls, 1);
 }
@@ -156,7 +156,7 @@ TEST(LoopTest, AHandlerMayDestroyOthersThatAreReadyInTheSameRound) {
     EXPECT_EQ(calls, 2);
 }
 
-// A descriptor that was ready ends, and its number goes to one that is not.
+// A ready descriptor is closed, and its number is reused for one that is not ready.
 TEST(LoopTest, ANewWatchIsNotCalledForAnOldOneWithTheSameNumber) {
     int ends[2]{};
     FdWatch later;
@@ -269,7 +269,7 @@ TEST(LoopTest, WhatIsStartedSoonRunsInTheNextRoundHoweverMuchIsReady) {
     EXPECT_TRUE(fired);
 }
 
-// A TV that was stopped for a while finds messages and deadlines at once.
+// A TV that was stopped for a while finds messages and expired deadlines at the same time.
 TEST(LoopTest, ADescriptorComesBeforeATimerThatIsDueInTheSameRound) {
     Timer deadline;
     bool isMissed = false;

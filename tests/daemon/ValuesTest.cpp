@@ -1,4 +1,4 @@
-// Values from outside: what is taken, what is refused, and how the journal shows them.
+// Received values: which are accepted, which are refused, and how the journal shows them.
 
 #include <vector>
 
@@ -149,7 +149,7 @@ TEST_F(ValuesTest, ARecordsFieldsHaveNames) {
                                                    "minor": null, "99": 1})"));
 }
 
-// Elements are told by their order: their tags begin again.
+// Elements are identified by their order: their tags restart.
 TEST_F(ValuesTest, AListOfMoreThanItsTagsCanCount) {
     const std::vector<values::MenuItem> items(INT16_MAX + 2, values::MenuItem{"item", true, 7});
     values::WriteArgument(tree, 3, items);

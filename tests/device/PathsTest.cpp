@@ -1,4 +1,4 @@
-// Where the device keeps its files and its log, by the user's environment.
+// Paths of the device's files and its log, depending on the environment.
 
 #include <cstdlib>
 #include <filesystem>
@@ -17,8 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A folder of its own, and an environment that names no other; what was there before comes back,
-// an empty variable for none.
+// A temporary folder, with the environment cleared; the previous environment is restored, with an
+// empty variable for an unset one.
 class DevicePaths : public testing::Test {
 protected:
     DevicePaths() {

@@ -1,4 +1,4 @@
-// The sibling library's menu, by the entry that the console calls.
+// The sibling library's menu, through the function that the console calls.
 
 #include <cstdlib>
 #include <dlfcn.h>
@@ -10,7 +10,7 @@
 
 namespace {
 
-// The standard streams are these while it lives.
+// Replaces the standard streams for its lifetime.
 class Streams {
 public:
     explicit Streams(const std::string& words) : m_words(words) {

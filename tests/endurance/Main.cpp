@@ -1,10 +1,10 @@
-// Enters a menu of the console again and again, or loads the console again and again, and says what
-// is left of it each time, as one JSON object.
+// Enters a menu of the console or loads the console many times, and prints the growth per
+// repetition as one JSON object.
 //
 //     zarn-endurance entries PLUGIN TIMES WORDS
 //     zarn-endurance loads PLUGIN TIMES WORDS
 //
-// A tenth of the times more are warm-up: what is made once is there before it is counted.
+// Another tenth of the repetitions warms up: what is allocated once exists before the measurement.
 
 #include <cstdio>
 #include <cstdlib>

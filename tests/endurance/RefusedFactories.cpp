@@ -1,5 +1,6 @@
-// Stands in front of three of the client library's factories: the program's own come first for
-// whatever it loads. REFUSED_FACTORY names the one that refuses; the others go on to the library's.
+// Intercepts three of the client library's factories: the program's definitions come first for the
+// libraries that it loads. REFUSED_FACTORY names the one that refuses; the others go on to the
+// library's.
 
 #include <cstdlib>
 #include <cstring>

@@ -4,9 +4,9 @@
 #include <streambuf>
 #include <string>
 
-// Input that is the same words again and again. `before` is called when the console asks for the
-// first of them: it has done what it was told and waits. When it answers false the words are over,
-// and `last` follows.
+// Input that repeats the same words. `before` is called when the console asks for the first of
+// them: it has done what it was told and waits. When it answers false the words are over, and
+// `last` follows.
 class RepeatedWords : public std::streambuf {
 public:
     RepeatedWords(const std::string& words, const std::string& last, std::function<bool()> before)
@@ -29,7 +29,7 @@ private:
     bool m_isOver = false;
 };
 
-// Output that nobody keeps; knows how much it was.
+// Output that is discarded and counted.
 class CountedOutput : public std::streambuf {
 public:
     std::size_t GetCount() const { return m_count; }

@@ -1,6 +1,6 @@
-// A small console for the host to load. Like the consoles that the host is made for, it reads words
-// with std::cin, repeats its menu after a failed read without clearing the stream, and prints from
-// a second thread.
+// A small console for the host to load. Like typical consoles, it reads words with std::cin,
+// repeats its menu after a failed read without clearing the stream, and prints from a second
+// thread.
 
 #include <csignal>
 #include <fstream>
@@ -50,7 +50,7 @@ void RunSubMenu(int depth) {
     }
 }
 
-// Prints from another thread as soon as somebody writes to the pipe `file`.
+// Prints from another thread as soon as the pipe `file` is written to.
 void PrintLater(const std::string& file) {
     signalThread = std::thread([file] {
         std::string line;

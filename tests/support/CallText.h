@@ -10,8 +10,9 @@
 #include <norvex/client/RectInfo.h>
 #include <norvex/client/TvMode.h>
 
-// How the fakes write down a call: its name and its arguments in order, "MuteVideo(5)". Numbers are
-// decimal, service ids 16 hexadecimal digits, texts quoted, records and lists in brackets.
+// The text of a call recorded by the fakes: its name and its arguments in order, "MuteVideo(5)".
+// Numbers are decimal, service ids 16 hexadecimal digits, texts quoted, records and lists in
+// brackets.
 namespace CallText {
 
 std::string Text(bool value);

@@ -12,7 +12,7 @@ namespace {
 
 struct OutOfWords {};
 
-// More often than any scenario waits for a prompt.
+// More than the prompts of any scenario.
 constexpr int kMostFlushes = 20000;
 
 // One step of the input: a word, something to be done before it, or a time without words.
@@ -130,7 +130,7 @@ private:
         m_sinceFlush.clear();
         if (m_faulty.prompts == 0)
             return;
-        // A console that repeats something else would do so for ever.
+        // A console that repeats something else would do so forever.
         if (++m_faultyFlushes > kMostFlushes) {
             ADD_FAILURE() << "without input, the console does not come back to \""
                           << m_faulty.prompt << "\"";

@@ -14,15 +14,14 @@
 //     EXPECT_EQ(console.Transcript(), "DebugUtil\n" ...);
 //
 // While it lives, std::cin and std::cout are its own. The two are not tied, so that the flushes on
-// the time line are those that the console asks for itself. A word is on the time line at the
-// moment at which the console asks for it.
+// the time line are those that the console asks for itself. A word is recorded on the time line
+// when the console asks for it.
 //
-// A scenario must lead the console out by itself ("99"): when the words run out first, the run is
-// given up by an exception and the test fails (where a thread of the console still runs, the
-// process ends).
+// A scenario must leave the console ("99"): if the words run out first, an exception ends the run
+// and the test fails (if another thread of the console is still running, the process ends).
 class Console {
 public:
-    // Begins with an empty time line.
+    // Starts with an empty time line.
     Console();
     ~Console();
     Console(const Console&) = delete;
@@ -49,7 +48,7 @@ public:
     // Whether one insertion wrote exactly `text`; a line end that follows it may be another's.
     static bool WroteInOnePiece(const std::string& text);
 
-    // Words not asked for so far.
+    // Words that have not been read.
     std::size_t CountWordsLeft() const;
 
 private:

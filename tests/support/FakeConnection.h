@@ -11,7 +11,7 @@
 //
 //     Exchange(com.holvi.IX, Method, 3, false; out value ffffffff, in {...}, out length)
 //
-// with the arguments in their order of registration; "length" is a text that is only asked for.
+// with the arguments in their order of registration; "length" is an out text.
 namespace FakeConnection {
 
 // One reply: the values of the out arguments, in their order. Arguments without one are left out.
@@ -50,10 +50,10 @@ void Answer(const std::string& method, const Reply& reply);
 // Forgets the replies.
 void Reset();
 
-// Connections alive.
+// Number of existing connections.
 int CountAlive();
-// The end of a connection is also told on standard error: "connection closed". For processes whose
-// end is watched from outside.
+// Also reports the end of a connection on standard error: "connection closed". For processes that
+// are observed from outside.
 void TellEnd();
 
 } // namespace FakeConnection

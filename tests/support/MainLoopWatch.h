@@ -7,12 +7,12 @@
 // What the test console does with its main loop and its thread. A program that is linked with
 // fake_norvex_api has GLib's g_main_loop_new, _run, _quit and _unref and std::thread::join wrapped:
 // all but the run are on the time line; the run, which is another thread's, is counted here. Loops
-// that nobody gives back are kept here, so that they are no leak of the test.
+// that are not released are kept here, so that they do not count as leaks of the test.
 //
-// Handovers go through own locks alone, so that the thread sanitizer sees through them.
+// Handovers only use our own locks, which the thread sanitizer understands.
 namespace MainLoopWatch {
 
-// Forgets what was counted, and gives the loops back that are left.
+// Resets the counts, and releases the remaining loops.
 void Clear();
 
 // How many runs were begun and how many came back.
@@ -30,7 +30,7 @@ struct Signal {
     TSSignalData data;
 };
 
-// What became of a signal.
+// The outcome of a signal.
 struct Delivery {
     bool called = false;
     int result = -1;
@@ -38,8 +38,8 @@ struct Delivery {
 };
 
 // Sends a signal to the registered callback as the middleware does, on the thread that iterates
-// GLib's default main context, and waits until it has returned. `called` is false when nobody has
-// taken it within 10 seconds.
+// GLib's default main context, and waits until it has returned. `called` is false if it was not
+// delivered within 10 seconds.
 Delivery Deliver(const Signal& signal);
 // The same without waiting.
 void Send(const Signal& signal);

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-// What the user sees, written down from the console's promise to its users, each screen once. The
-// texts are the tests' own: nothing here comes from the sources.
+// The expected screens, each once, written from what the console promises to its users. No text is
+// taken from the sources.
 namespace screens {
 
 inline const std::string kRule = "====================================\n";

@@ -6,8 +6,8 @@
 #include <vector>
 
 // What happened, in order: bytes written to the console, flushes, words read, calls into the
-// platform. There is one time line, so that the order between calls and output can be compared.
-// Any thread.
+// platform. There is one time line, so that the order of calls and output can be checked. Any
+// thread.
 class __attribute__((visibility("default"))) Timeline {
 public:
     // The process's time line. Exists as soon as it is asked for, before main as well, and is never
@@ -21,9 +21,9 @@ public:
     void Call(std::string_view what) { Add(Kind::Call, what); }
     void Clear();
 
-    // The bytes on the console and nothing else.
+    // Only the bytes on the console.
     std::string Transcript() const;
-    // The calls alone.
+    // Only the calls.
     std::vector<std::string> Calls() const { return Select(Kind::Call); }
     // The pieces of output as they were inserted, one per insertion.
     std::vector<std::string> Insertions() const { return Select(Kind::Output); }

@@ -6,8 +6,8 @@
 #include <norvex/core/Marshalable.h>
 #include <norvex/core/TreeBranch.h>
 
-// Argument trees as they travel: built by hand for what the plug-in reads, and described as text
-// for what it wrote.
+// Argument trees: built by hand for the plug-in to read, and described as text when it has written
+// them.
 class Tree {
 public:
     // Nodes in order, each under its tag.
@@ -30,17 +30,17 @@ private:
     std::string m_bytes;
 };
 
-// The nodes as text. A value: "0=value 03000000" (its bytes in hexadecimal); an array:
-// "1=bytes \"abc\""; a length alone: "2=length"; a branch: "0={0=value 01, 1=value 05000000}".
-// With `directions`, "in" or "out" stands in place of the tags of the outermost nodes.
+// The nodes as text. A value: "0=value 03000000" (its bytes in hexadecimal); an array: "1=bytes
+// \"abc\""; a length: "2=length"; a branch: "0={0=value 01, 1=value 05000000}". With `directions`,
+// "in" or "out" stands in place of the tags of the outermost nodes.
 std::string Describe(const void* data, std::size_t size, bool directions = false);
 
-// What `object` writes, described; "refused" when it could not be written.
+// What `object` writes, described; "refused" if it could not be written.
 std::string Written(TIMarshalable& object);
 // Calls `read` with a branch that has these children; gives its answer.
 bool ReadFrom(const std::function<bool(TCTreeBranch&)>& read, const Tree& children);
 // Has `object` read itself from such a branch.
 bool ReadFrom(TIMarshalable& object, const Tree& children);
-// What `object` answers when it is to write itself into a branch that takes nothing: one that is
+// What `object` returns when it has to write itself to a branch that accepts nothing: one that is
 // read.
 bool WriteToRefusingBranch(TIMarshalable& object);

@@ -1,4 +1,4 @@
-// The values and helpers of the client library, by the bytes that they travel in.
+// The values and helpers of the client library, by their encoded bytes.
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-// What the object's branch holds.
+// The content of the object's branch.
 Bytes ContentOf(TCMarshalable& object) {
     TCMessageBuffer buffer;
     EXPECT_TRUE(object.Store(&buffer));

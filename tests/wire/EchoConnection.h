@@ -6,8 +6,8 @@
 
 #include <norvex/client/NorvexAPIConnection.h>
 
-// A connection that leads nowhere: keeps the tree of the last call, and replies with the
-// bytes that a test chooses.
+// A connection without a peer: keeps the tree of the last call, and replies with bytes chosen by
+// the test.
 class EchoConnection : public NorvexAPIConnection {
 public:
     using Bytes = std::vector<unsigned char>;
@@ -17,7 +17,7 @@ public:
     bool Exchange(const std::string& interfaceName, const std::string& method, short methodId,
                   bool flag, const TCMessageBuffer& arguments, TCMessageBuffer& reply) override;
 
-    // What Exchange was given.
+    // The arguments of Exchange.
     std::string interfaceName;
     std::string method;
     short methodId = -1;

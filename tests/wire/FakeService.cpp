@@ -67,7 +67,7 @@ void FakeService::Connection::Send(wire::MessageKind kind, std::uint32_t serial,
     header.kind = kind;
     header.serial = serial;
     for (const Packet& packet : ToPackets(header, {}, {}, tree, treeSize)) {
-        // A client that is gone is the test's own doing.
+        // The test itself has closed the client.
         if (send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL) < 0 && errno != EPIPE &&
             errno != ECONNRESET)
             Fail("send");

@@ -59,7 +59,7 @@ public:
 
     // The next connection.
     std::unique_ptr<Connection> Accept();
-    // As a daemon that dies: nobody listens, the path stays; and as one that starts again.
+    // Like a daemon that has died (the path stays) and one that starts again.
     void StopListening();
     void Listen();
     const std::string& GetPath() const { return m_path; }
@@ -74,7 +74,7 @@ private:
     int m_listener = -1;
 };
 
-// An environment variable for the length of a scope.
+// Sets an environment variable for a scope.
 class Variable {
 public:
     Variable(const char* name, const std::string& value);

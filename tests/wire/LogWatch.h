@@ -3,8 +3,7 @@
 #include <string>
 #include <vector>
 
-// The lines that have come into the device's log since this was made. The log of a test program is
-// a file of its own.
+// The lines written to the device's log since construction. Each test program has its own log file.
 class LogWatch {
 public:
     LogWatch();

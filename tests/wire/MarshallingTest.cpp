@@ -18,7 +18,7 @@ namespace {
 
 const EchoConnection::Bytes kStatus5 = {0, 0, 1, 0, 4, 0, 0, 0, 5, 0, 0, 0};
 
-// An object whose two directions a test writes down where it needs them.
+// An object whose two directions the test defines.
 struct Scripted : TCMarshalable {
     std::function<bool(TCTreeBranch&)> write = [](TCTreeBranch&) { return true; };
     std::function<bool(TCTreeBranch&)> read = [](TCTreeBranch&) { return true; };
@@ -414,8 +414,8 @@ TEST(Marshalling, RunNeedsAConnectionAndAnExchange) {
     EXPECT_EQ(status, 5);
 }
 
-// Of a reply that is cut anywhere nothing is used; of one with a value of another size, what came
-// before it.
+// Nothing of a truncated reply is used; of one with a value of the wrong size, the values before
+// it.
 TEST(Marshalling, WhatWasReadBeforeAMalformedValueStands) {
     EchoConnection connection;
     connection.reply = kStatus5;

@@ -464,7 +464,7 @@ TEST_F(SignalTest, ManySignalsComeWithoutOneLost) {
         for (std::size_t i = 0; i < kCount; ++i)
             signals.SendSignal(193, 1, 0, i);
     });
-    // The menu goes on working meanwhile.
+    // The menu continues to work meanwhile.
     for (int i = 0; i < 200; ++i)
         EXPECT_EQ(subscriber->Subscribe(SIGNAL_SI_STARTED, 0, 702, 0, 0), 1);
     callback.AwaitCount(kCount);

@@ -21,7 +21,7 @@ template <class T> T RandomValue(std::mt19937& random) {
     return value;
 }
 
-// What both directions list alike.
+// The fields, for both directions.
 void PushFields(Numbers& numbers, TCTreeFormatter& formatter) {
     formatter.PushValue(0, sizeof numbers.byte, &numbers.byte);
     formatter.PushValue(1, sizeof numbers.small, &numbers.small);
@@ -73,7 +73,7 @@ bool TestText::ClassToTree(TCTreeBranch& branch) {
     return formatter.Extract();
 }
 
-// Takes the memory before it sees the bytes, and looks at no result on the way.
+// Allocates the memory before it sees the bytes, and ignores all results.
 bool TestText::TreeToClass(TCTreeBranch& branch) {
     TCTreeToClassFormatter formatter(branch);
     int length = 0;

@@ -9,7 +9,7 @@
 #include <norvex/core/NodeCreator.h>
 #include <norvex/core/TreeBranch.h>
 
-// Classes that travel, none of which the marshalling library knows.
+// Marshalable classes that the marshalling library does not know.
 
 // A text around the caller's string, as the console wraps its own.
 class TestText : public TCMarshalable {
@@ -50,7 +50,7 @@ struct Mixed : TCMarshalable {
     Numbers inner;
 };
 
-// As the console's container wrapper: one node an element.
+// Like the console's container wrapper: one node per element.
 template <class Element> class TestVector : public TCMarshalable {
 public:
     explicit TestVector(std::vector<Element>& elements) : m_elements(elements) {}

@@ -1,5 +1,5 @@
-// Bytes put down by hand from the tables of docs/wire-format.md. When one of these tests fails, the
-// format has changed: daemon and client of different ages no longer understand each other.
+// Bytes written by hand from the tables of docs/wire-format.md. If one of these tests fails, the
+// format has changed: daemon and client of different versions no longer understand each other.
 
 #include <cstring>
 #include <gtest/gtest.h>

@@ -93,7 +93,7 @@ TEST_F(ProcessMenu, Choice4RunsTheProviderMenuUntilTheTextIs99) {
     EXPECT_EQ(Run("4 099 99 99"), "{entered}{menu}<4>{list off}<099>{flush}<99>{menu}<99>");
 }
 
-// The provider menu alone has no control behind it; without its flag no dialogue is left.
+// Only the provider menu has no control; without its flag no dialogue is left.
 TEST_F(ProcessMenu, DialogueWithoutAControlGoesBackToTheMenu) {
     console.Type("4").Meanwhile([] { StatusForquarleDebug = false; }).Type("1 99");
     EXPECT_EQ(Run(), "{entered}{menu}<4>{list off}<1>{menu}<99>");

@@ -13,7 +13,7 @@ namespace {
 const std::string kOff = "QoS is disabled\n";
 const std::string kOn = "QoS is enabled\n";
 
-// One print of the menu: the QoS state is asked before the items; the prompt alone is flushed.
+// One print of the menu: the QoS state is asked before the items; only the prompt is flushed.
 std::string Shown(const std::string& rows, const std::string& qos = kOff) {
     return "{simple}" + screens::SimpleMenu(qos, rows) + "cmd> {flush}";
 }

@@ -1,4 +1,4 @@
-// The console as a library that is opened and closed.
+// The console as a library that is loaded and unloaded.
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 // A program with one data race on purpose: what the signal callback writes, on the thread of the
-// main loop, and what the menu writes go through a buffer that counts without a lock. Built for the
-// thread sanitizer alone, which must report it: a run of it that reports nothing elsewhere says
-// something only as long as this one is reported.
+// main loop, and what the menu writes go through a buffer that counts without a lock. Only built
+// for the thread sanitizer, which must report it: as long as it does, its silence about the other
+// tests is meaningful.
 
 #include <atomic>
 #include <iostream>

@@ -1,5 +1,5 @@
-// What is the same in every menu of the test console but for its own commands: how it reads words,
-// what it does with those that it does not know, how it is written and what the end of input does.
+// What all menus of the test console have in common: how they read words, handle unknown ones, are
+// printed, and behave at end of input.
 
 #include <optional>
 

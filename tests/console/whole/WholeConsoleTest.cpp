@@ -1,5 +1,5 @@
-// All of the plug-in's objects together, in front of fakes of everything else: what no part of it
-// shows alone.
+// All of the plug-in's objects together, with fakes of everything else: what tests of the parts do
+// not show.
 
 #include <gtest/gtest.h>
 

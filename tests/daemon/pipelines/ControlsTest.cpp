@@ -1,4 +1,4 @@
-// The controls that set one thing of a pipeline and can be asked for it.
+// The controls that set and return one property of a pipeline.
 #include <gtest/gtest.h>
 
 #include "TestTv.h"
@@ -17,7 +17,7 @@ TEST(ReferenceCount, IsTheNumberOfOpenSessionsOfThePipeline) {
     TestTv tv;
     TestClient first(tv);
     TestClient second(tv);
-    EXPECT_EQ(CountReferences(first), 1); // the one that asks
+    EXPECT_EQ(CountReferences(first), 1); // the calling session
     const auto other = second.Open<AVControlMethod>();
     first.Open<ZoomControlMethod>();
     EXPECT_EQ(CountReferences(first), 3);
@@ -55,7 +55,7 @@ TEST(AVControl, KeepsMutesAsTheyCome) {
     EXPECT_EQ(tv.State("/pipelines/1:1/videoMute"), 5);
     EXPECT_EQ(tv.State("/pipelines/1:1/audioMute"), -7);
     EXPECT_EQ(tv.MainState("videoMute"), 0);
-    // It stays when nobody has the pipeline any more.
+    // It stays when no client uses the pipeline any longer.
     client.Close<AVControlMethod>();
     EXPECT_EQ(tv.State("/pipelines/1:1/videoMute"), 5);
 }
@@ -155,7 +155,7 @@ TEST(DataControl, TellsCaptionsOfTheServiceOrAsSet) {
     EXPECT_FALSE(exist());
     EXPECT_EQ(tv.Set("captions", {"service"}), "");
     EXPECT_TRUE(exist());
-    // Nothing comes in without a signal.
+    // Nothing is received without a signal.
     EXPECT_EQ(tv.Set("tuner", {"air", "off"}), "");
     EXPECT_FALSE(exist());
 }

@@ -36,7 +36,7 @@ TEST_F(NavigationTest, GivesBackTheTvModeThatWasSet) {
     EXPECT_EQ(client.SetTvMode({2, 1}), kDone);
     EXPECT_EQ(GetTvMode(), (TvMode{2, 1}));
     EXPECT_EQ(tv.MainState("tuner/at"), "satellite");
-    // -1 is what it has.
+    // -1 means the current value.
     EXPECT_EQ(client.SetTvMode({-1, 0}), kDone);
     EXPECT_EQ(GetTvMode(), (TvMode{2, 0}));
     EXPECT_EQ(client.SetTvMode({1, -1}), kDone);

@@ -39,7 +39,7 @@ public:
     }
 };
 
-// Someone who changes the main pipeline, and the application that may hold the change.
+// A client that changes the main pipeline, and the application that may delay the change.
 class PreparationTest : public testing::Test {
 protected:
     TestTv tv;
@@ -64,7 +64,7 @@ TEST_F(PreparationTest, HoldsAServiceUntilEveryReceiverIsReadyForIt) {
     EXPECT_TRUE(tv.Logged("quarle-daemon", "waits for its receivers"));
     EXPECT_EQ(app.NotifyReady("one", kAirService), kDone);
     EXPECT_TRUE(app.IsPending(kService));
-    EXPECT_EQ(app.NotifyReady("two", kOtherAirService), kDone); // of another one
+    EXPECT_EQ(app.NotifyReady("two", kOtherAirService), kDone); // for another service
     EXPECT_TRUE(app.IsPending(kService));
     EXPECT_EQ(app.NotifyReady("two", kAirService), kDone);
     EXPECT_FALSE(app.IsPending(kService));
@@ -165,7 +165,7 @@ TEST_F(PreparationTest, ANewerChangeTakesThePlaceOfOneThatWaits) {
     EXPECT_TRUE(app.IsPending(kService));
     app.NotifyReady("one", kOtherAirService);
     EXPECT_EQ(tv.MainState("service"), "0x8000000000000007");
-    // One that nobody holds does so as well.
+    // So does a change that no receiver delays.
     viewer.SetService(kAirService);
     viewer.SetSource(13);
     EXPECT_EQ(tv.MainState("source"), 13);
@@ -220,7 +220,7 @@ TEST_F(PreparationTest, RefusesInvalidArguments) {
     EXPECT_LT(app.NotifyState(kService, "one", 1, kAny), 0);
     EXPECT_LT(app.NotifyReady("one", kAirService), 0);
     app.Register(kService, "one");
-    EXPECT_LT(app.NotifyState(kSource, "one", 1, kAny), 0); // of the other kind
+    EXPECT_LT(app.NotifyState(kSource, "one", 1, kAny), 0); // the other kind
     EXPECT_LT(app.NotifyState(-1, "one", 1, kAny), 0);
     EXPECT_LT(app.NotifyReady("one", kAny), 0);
     EXPECT_TRUE(tv.Logged("norvex", "NotifyReadyForSetService refused: the invalid service"));
@@ -239,7 +239,7 @@ TEST_F(PreparationTest, ReceiversAreLimitedInNumber) {
     EXPECT_EQ(app.Register(kService, "one too many"), kDone);
 }
 
-// What the snapshot tells: the events of each pipeline, and lines of text.
+// The content of the snapshot: the events of each pipeline, and lines of text.
 struct Snapshot {
     explicit Snapshot(const Reply& reply) {
         wire::NodeCursor parts(*reply.Find(1));

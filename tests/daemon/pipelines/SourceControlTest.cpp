@@ -115,7 +115,7 @@ TEST_F(SourceControlTest, AnalysesHdmiInputs) {
     for (const std::int32_t source : {13, 14, 15, 16, 38, 39, 46, 47})
         EXPECT_EQ(StartAnalysis(source), kDone);
     EXPECT_EQ(tv.MainState("hdmiAnalysis"), nlohmann::json({13, 14, 15, 16, 38, 39, 46, 47}));
-    EXPECT_EQ(StartAnalysis(13), kDone); // goes on
+    EXPECT_EQ(StartAnalysis(13), kDone); // already running
     EXPECT_TRUE(tv.Logged("extvideosrc", "analysis of source 13 goes on"));
     EXPECT_EQ(StopAnalysis(13), kDone);
     EXPECT_EQ(tv.MainState("hdmiAnalysis"), nlohmann::json({14, 15, 16, 38, 39, 46, 47}));
@@ -134,7 +134,7 @@ TEST_F(SourceControlTest, AnalysesOnlyWhatIsPluggedIntoAnHdmiInput) {
     EXPECT_LT(StartAnalysis(14), 0);
     EXPECT_TRUE(tv.Logged("extvideosrc", "source 14 has nothing plugged in"));
     EXPECT_EQ(tv.State("/inputs/hdmi/14"), "unplugged");
-    // To show it is another matter.
+    // It can still be shown.
     EXPECT_EQ(client.SetSource(14), kDone);
     EXPECT_EQ(tv.Set("hdmi", {"14", "plugged"}), "");
     EXPECT_EQ(StartAnalysis(14), kDone);

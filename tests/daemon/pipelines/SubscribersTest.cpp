@@ -32,7 +32,7 @@ TEST_F(SubscribersTest, GetTheTvsOwnSignalsAsOftenAsTheyHaveSubscribed) {
     EXPECT_EQ(second.Subscribe(193), kDone);
     EXPECT_EQ(tv.State("/subscribers/0/subscriptions/81"), 2);
     Emit();
-    // Once, however often it has subscribed.
+    // Once, regardless of the number of subscriptions.
     EXPECT_EQ(first.TakeSignals(), emitted);
     EXPECT_EQ(second.TakeSignals(), none);
     EXPECT_EQ(first.Unsubscribe(kStarted), kDone);
@@ -101,9 +101,9 @@ TEST_F(TuneSignal, TellsTypeProfileAndNumberOfTheService) {
     client.SetService(kAirService); // not subscribed yet
     EXPECT_EQ(client.TakeSignals(), none);
     client.Subscribe(kStarted);
-    client.SetService(kAirService); // the same one: it begins anew
+    client.SetService(kAirService); // the same one: starts again
     EXPECT_EQ(client.TakeSignals(), Signals{"81 1:0 0x700000002"});
-    client.SetService(kOtherAirService); // negative fields keep to their place
+    client.SetService(kOtherAirService); // negative fields do not affect others
     EXPECT_EQ(client.TakeSignals(), Signals{"81 1:0 0x80002ffff"});
     client.SetService(0x999); // refused
     EXPECT_EQ(client.TakeSignals(), none);

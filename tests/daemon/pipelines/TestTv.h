@@ -18,13 +18,13 @@
 #include "PipelineComponents.h"
 
 constexpr std::int32_t kDone = 1;
-// Of the reply to a call that was not understood.
+// The status of a reply to a malformed call.
 constexpr std::int32_t kNoStatus = -1000;
 constexpr std::uint64_t kInvalidService = ~std::uint64_t{0};
 
 using Signals = std::vector<std::string>;
 
-// A line-up that a test writes.
+// A line-up defined by the test.
 class TestLineUp : public sim::LineUp {
 public:
     std::optional<sim::ServiceFacts> FindFacts(std::uint64_t service) override {
@@ -35,7 +35,7 @@ public:
     std::map<std::uint64_t, sim::ServiceFacts> services;
 };
 
-// What came back of a call; values by place.
+// The reply to a call; values by place.
 class Reply {
 public:
     explicit Reply(std::string message) : m_message(std::move(message)) {}
@@ -83,16 +83,16 @@ public:
                    std::int16_t id, const CallTree& arguments);
     // A reply that comes later.
     Reply TakeReply();
-    // Why the daemon has ended the connection; empty while it has not.
+    // Why the daemon has closed the connection; empty if it has not.
     std::string GetEndReason() const;
 
-    // Another session of the interface, which calls do not go to; 0 when refused.
+    // Another session of the interface, which is not used for calls; 0 if refused.
     template <class Method> std::uint32_t Open() { return OpenAt(GetName<Method>(), m_pipeline); }
     template <class Method> std::uint32_t Open(const sim::Handle& pipeline) {
         return OpenAt(GetName<Method>(), pipeline);
     }
     std::int32_t Close(std::uint32_t session);
-    // The session that calls go to.
+    // The session used for calls.
     template <class Method> void Close() {
         Close(std::exchange(m_sessions[GetName<Method>()], 0u));
     }
@@ -103,17 +103,17 @@ public:
     std::int32_t SetTvMode(const sim::TvMode& mode);
     std::int32_t SetTvMode(const sim::TvMode& mode, std::uint64_t service);
 
-    // From now on the signals of its subscriber come, to be taken by TakeSignals.
+    // Connects the subscriber's signals; TakeSignals returns them.
     void ListenToSignals();
     std::int32_t Subscribe(std::int32_t type);
     std::int32_t Unsubscribe(std::int32_t type);
-    // "81 1:0 0x7" for each signal that has come.
+    // "81 1:0 0x7" for each received signal.
     Signals TakeSignals();
     // One of its connections ends; with the last one its grace period begins.
     void Disconnect();
     // The same process connects, again or once more.
     void Reconnect();
-    // The process is gone for good.
+    // The process is released.
     void Die();
 
 private:
@@ -133,14 +133,14 @@ private:
     std::map<std::string, std::uint32_t> m_sessions; // by interface
 };
 
-// The pipelines of a TV, with a line-up of the test's own, called as a client calls them. Clients
-// that are gone are forgotten after a moment.
+// The pipelines of a TV, with the test's line-up, called as a client calls them. The grace period
+// of clients is short.
 class TestTv {
 public:
     using RegisterComponents = std::function<sim::PipelineComponents(sim::Context&)>;
 
     TestTv();
-    // With other components than the pipelines alone; in memory without a path.
+    // With other components; in memory without a path.
     explicit TestTv(const RegisterComponents& registerComponents,
                     const std::string& databasePath = {});
 
@@ -151,11 +151,11 @@ public:
     nlohmann::json MainState(const std::string& name) const {
         return State("/pipelines/1:0/" + name);
     }
-    // The refusal's text; empty when it was done.
+    // The text of the refusal; empty on success.
     std::string Set(const std::string& name, const std::vector<std::string>& arguments);
-    // Whether a line of that tag holds the text, of those since the last question.
+    // Whether a line of that tag since the last check contains the text.
     bool Logged(const std::string& tag, const std::string& text);
-    // Iterates the event loop until it holds; fails the test when it does not come to that.
+    // Iterates the event loop until the condition is true; fails the test on timeout.
     void WaitUntil(const std::function<bool()>& condition);
 
     sim::Database database;

@@ -77,7 +77,7 @@ TEST(ZoomControl, MakesWindowsUpToALimit) {
     EXPECT_TRUE(tv.Logged("tvfpaparser", "CreateZoomWindow refused: there are 4 windows"));
     EXPECT_EQ(zoomer.Delete({2}), kDone);
     EXPECT_EQ(zoomer.SharingType(), 2);
-    EXPECT_EQ(zoomer.Create(), 5); // ids are not used again
+    EXPECT_EQ(zoomer.Create(), 5); // ids are not reused
     EXPECT_EQ(tv.Set("zoom-limit", {"5"}), "");
     EXPECT_EQ(zoomer.IsAvailable(), true);
 }
@@ -164,7 +164,7 @@ TEST(ZoomControl, WindowsBelongToTheirPipelineAndClient) {
     Zoomer other(tv);
     Zoomer elsewhere(tv, {101, 0});
     const std::int32_t window = owner.Create();
-    // Everybody sees it.
+    // All clients see it.
     EXPECT_EQ(owner.Set({window}, true), kDone);
     EXPECT_EQ(other.IsStarted(window), true);
     EXPECT_EQ(other.Connected(), Ids{window});
@@ -174,7 +174,7 @@ TEST(ZoomControl, WindowsBelongToTheirPipelineAndClient) {
     EXPECT_LT(other.SetRect(window, kPart, kPlace, kMain), 0);
     EXPECT_FALSE(elsewhere.IsStarted(window));
     EXPECT_TRUE(elsewhere.Connected().empty());
-    // It is not the session's.
+    // It does not end with the session.
     owner.Close<ZoomControlMethod>();
     EXPECT_EQ(other.Connected(), Ids{window});
 }

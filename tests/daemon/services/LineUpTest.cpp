@@ -11,7 +11,7 @@ namespace {
 
 const char kSmall[] = "transponder air 1000\n  service 0x1 1 \"One\"\n";
 
-// A directory that is gone afterwards.
+// A temporary directory.
 class Directory {
 public:
     Directory() {
@@ -78,7 +78,7 @@ TEST(LineUp, IsShownAsItCanBeLoaded) {
     EXPECT_EQ(tv.State("/lineUp/source"), "loaded");
     EXPECT_EQ(tv.Load(""), "");
     EXPECT_EQ(tv.Show(), "");
-    // In pieces, without one left out at a seam.
+    // In pieces, without gaps between them.
     std::string long_ = "transponder air 1000\n";
     for (int number = 0; number < 1203; ++number)
         long_ += "  service " + sim::ToHexText(std::uint64_t(number + 1) << 52).get<std::string>() +
@@ -114,7 +114,7 @@ TEST(LineUp, IsKeptInTheDatabase) {
         LineUpTv tv(nullptr, file);
         EXPECT_EQ(tv.Show(), kSmall);
         EXPECT_EQ(tv.State("/lineUp/source"), "database");
-        // One that is given takes its place.
+        // A given line-up replaces it.
     }
     {
         LineUpTv tv("transponder cable 2000\n  service 0x2 2 \"Two\"\n", file);
@@ -183,7 +183,7 @@ TEST(BootupService, IsRefusedWhenItCannotBe) {
     EXPECT_EQ(client.SetBootupService(0x2001, {-1, -2}), -3);
     EXPECT_TRUE(tv.State("/lineUp/bootup").is_null());
     EXPECT_EQ(client.SetBootupService(0x2001, {1, 0}), kDone);
-    // Of a line-up without it, the TV starts with nothing.
+    // With a line-up without it, the TV starts without a service.
     const Directory directory;
     const std::string file = directory.path / "tv.db";
     {

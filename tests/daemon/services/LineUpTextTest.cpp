@@ -5,7 +5,7 @@
 
 namespace {
 
-// What a text holds, as it came.
+// Records the content of a text, in order.
 class Collector : public sim::LineUpSink {
 public:
     std::string AddService(const sim::ServiceRecord& service) override {
@@ -30,7 +30,7 @@ std::string ErrorOf(const std::string& text) {
     return error;
 }
 
-// The error of one line that stands third, in a service.
+// The error of a line that is the third, within a service.
 std::string ErrorOfLine(const std::string& line) {
     return ErrorOf("transponder air 474000\nservice 0x1 1 \"One\"\n" + line + "\n");
 }
@@ -129,7 +129,7 @@ TEST(LineUpText, TakesProgrammesInOrderOnly) {
     EXPECT_EQ(ErrorOfLine(first + "programme 23:00 1261"),
               "my.lineup:4: expected an end before 20:00 of the next day, where the first "
               "programme begins, found \"1261\"");
-    // Another service begins anew.
+    // Another service starts again.
     EXPECT_EQ(ErrorOfLine(first + "service 0x2 2 \"Two\"\nprogramme 19:00 60"), "");
 }
 

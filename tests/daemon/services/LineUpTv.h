@@ -21,7 +21,7 @@ public:
     explicit LineUpTv(const char* text = nullptr, const std::string& databasePath = {});
 
     sim::ServiceLineUp& GetLineUp() { return services->lineUp; }
-    // The refusal's text; empty when it was loaded.
+    // The text of the refusal; empty on success.
     std::string Load(const std::string& text);
     std::string Show();
 };

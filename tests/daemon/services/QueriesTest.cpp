@@ -32,7 +32,7 @@ std::uint64_t IdOf(const Reply& reply) {
 TEST(Queries, FindWhatTheConsoleLooksUp) {
     LineUpTv tv;
     LineUpClient client(tv);
-    // By number alone, then by profile, flags, number and type, then a streamed one.
+    // Only by number, then by profile, flags, number and type, then a streamed one.
     EXPECT_EQ(IdOf(client.FindService({{Where(23, 1), Where(25, 0), Where(13, 7)}, {12}})),
               kNorvexOne);
     const auto broadcast = [&](std::int32_t profile, std::int32_t major, std::int32_t type) {
@@ -75,7 +75,7 @@ TEST(Queries, BringTheFetchedFieldsOnlyInTheirOrder) {
     EXPECT_EQ(fetch({1, 3, 23, 25}), (Record{{1, 1}, {3, 0}, {23, 1}, {25, 0}}));
     EXPECT_EQ(fetch({13}), (Record{{13, 7}}));
     EXPECT_EQ(fetch({}), Record{});
-    // What a service does not have comes without a value.
+    // A field that the service does not have is returned without a value.
     EXPECT_EQ(fetch({115}), (Record{{115, std::nullopt}}));
     const Reply streamed = client.FindService({{Where(1, 9), Where(13, 70)}, {4, 115}});
     EXPECT_EQ(ToRecord(*streamed.Find(2)), (Record{{4, std::nullopt}, {115, 0}}));
@@ -112,7 +112,7 @@ TEST(Queries, RefuseUnknownFields) {
     EXPECT_LT(client.FindService(huge).Status(), 0);
     huge.conditions.pop_back();
     EXPECT_EQ(client.FindService(huge).Status(), 1);
-    // A kind of condition that there is not.
+    // An unknown kind of condition.
     EXPECT_EQ(client.FindService({{{static_cast<values::Comparison>(2), 13, 7}}, {12}}).Status(),
               kNoStatus);
 }
@@ -127,7 +127,7 @@ TEST(Queries, ShareAStatementWhenOnlyValuesDiffer) {
     client.FindService({{Where(13, 1)}, {12, 13}});
     client.GetServiceList({{Where(13, 1)}, {12}});
     EXPECT_EQ(tv.GetLineUp().GetQueries().GetStatementCount(), 4u);
-    // Not for ever: shapes are the client's choice.
+    // Not forever: clients determine the statements.
     Criteria grown;
     for (int size = 0; size < 300; ++size) {
         grown.conditions.push_back(Where(25, 0));
@@ -175,7 +175,7 @@ TEST(Queries, ListMoreServicesThanATagHasNumbers) {
     EXPECT_EQ(ToRecords(*client.GetServiceList({{}, {12}}).Find(2)).size(), 40000u);
 }
 
-// A table of our own beside the database's.
+// The expected results, computed without the database.
 struct PlainService {
     std::uint64_t id;
     std::map<int, std::optional<std::int64_t>> fields;
@@ -304,7 +304,7 @@ TEST_F(RandomQueries, FindAndListWhatAPlainFilterLeaves) {
     EXPECT_LT(found, 9700);
 }
 
-// How SQLite goes about a statement.
+// SQLite's plan for a statement.
 std::string Plan(LineUpTv& tv, const std::string& text) {
     sim::Statement statement;
     EXPECT_TRUE(statement.Prepare(tv.database, "EXPLAIN QUERY PLAN " + text)) << text;

@@ -75,7 +75,7 @@ TEST_F(ScansTest, TuneAroundCollectsMissingProgrammes) {
     WaitForEnd();
     EXPECT_EQ(client.IsTuneAroundNeeded({1, 2, kThree}), 0);
     EXPECT_EQ(client.IsTuneAroundNeeded({4}), 1);
-    // The hour's rest is known, and no more; what is written down stays as it is.
+    // Only the rest of the hour is known; programmes of the line-up stay unchanged.
     EXPECT_EQ(tv.Set("clock", {"2026-03-01T21:00:00Z"}), "");
     EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
     EXPECT_EQ(tv.Show(), LineUpTv(kText).Show());
@@ -93,7 +93,7 @@ TEST_F(ScansTest, TheTunerIsMovedToEachServiceAndGoesBack) {
     EXPECT_EQ(client.StartTuneAround({kThree, 5}), kDone);
     tv.WaitUntil([&] { return tv.State("/scan/service") == "0x8000000000000003"; });
     EXPECT_EQ(Tuner(), "air/482000");
-    // The picture is another matter.
+    // The picture does not change.
     EXPECT_EQ(tv.MainState("service"), "0x1");
     EXPECT_EQ(client.StopManualScan(), kDone);
     EXPECT_EQ(Tuner(), "air/474000");
