@@ -136,7 +136,7 @@ def test_sessions_are_opened_of_what_has_them(client):
     assert client.open_session("IAVControl")[0] == 0
 
 
-def test_a_client_that_comes_back_has_its_sessions_and_nobody_else_has(tv_off):
+def test_a_client_that_reconnects_keeps_its_sessions_and_no_other_client_gets_them(tv_off):
     tv_off.start("--client-grace", 3600000)
     with tv_off.connect() as client:
         _, session = client.open_session("IAVControl")

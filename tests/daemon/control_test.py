@@ -73,7 +73,7 @@ def test_calls_are_followed_until_the_tv_ends(tv, client):
         assert follower.returncode == 0
 
 
-def test_a_follower_that_does_not_read_holds_nobody_up_and_loses_nothing(tv, client):
+def test_a_follower_that_does_not_read_delays_no_client_and_loses_nothing(tv, client):
     with socket.socket(socket.AF_UNIX) as follower:
         follower.connect(tv.control_path)
         follower.send(tv.written("calls", "--follow", "--json"))
@@ -101,15 +101,15 @@ def test_a_condition_that_holds_is_not_waited_for(shared_tv, condition):
 
 @pytest.mark.parametrize("condition", ["/debug/itemsOn < 0", "/debug/itemsOn <= -1", "/debug/itemsOn > 0",
                                        "/debug/itemsOn >= 1", f"calls {STOP} 1"])
-def test_a_condition_that_does_not_come_to_hold_is_waited_for_in_vain(shared_tv, condition):
+def test_waiting_for_a_condition_that_stays_false_times_out(shared_tv, condition):
     assert shared_tv.simctl_refusal("wait", condition, "--timeout", "0.01") == "norvex-simctl: timed out\n"
 
 
-def test_calls_of_what_is_no_operation_are_not_waited_for(shared_tv):
+def test_waiting_for_calls_of_an_unknown_operation_is_refused(shared_tv):
     shared_tv.simctl_refusal("wait", "calls", "INone.Do", 1)
 
 
-def test_a_waiter_is_told_when_its_condition_comes_to_hold(tv, client):
+def test_a_wait_returns_when_its_condition_becomes_true(tv, client):
     client.start()
     client.execute("items")
     with popen_simctl(tv, "wait", "/debug/itemsOn >= 2") as items, popen_simctl(tv, "wait", f"calls {STOP} 1") as stop:

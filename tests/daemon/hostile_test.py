@@ -92,7 +92,7 @@ def subscribe(tv, client):
     wire.packet(wire.message(99)), wire.packet(wire.hello_message(b"t" * 17)),
     wire.packet(wire.hello_message(b"t" * 16)[:-1]), b"\0" * 100000],
     ids=["byte", "text", "4 GiB", "more", "call", "welcome", "no token", "no tree", "kind", "token", "cut", "zeros"])
-def test_nonsense_before_the_hello_ends_its_connection_alone(tv, client, packet):
+def test_a_malformed_packet_before_the_hello_ends_only_its_connection(tv, client, packet):
     with tv.connect(hello=False) as peer:
         peer.socket.send(packet)
         peer.assert_closed()
@@ -115,7 +115,7 @@ def test_a_hello_may_be_repeated_but_not_with_another_token(client):
         client.hello()
 
 
-def test_a_message_that_begins_long_before_the_hello_gets_no_memory(tv):
+def test_a_long_message_before_the_hello_gets_no_memory(tv):
     with tv.connect(hello=False) as peer:
         with contextlib.suppress(wire.Closed):
             peer.send(wire.message(wire.HELLO, bytes(200000)))
@@ -152,7 +152,7 @@ def test_what_a_header_announces_takes_no_memory(tv, connect, client):
     assert memory(tv) - before < 200 * 4 * wire.MAX_PAYLOAD
 
 
-def test_messages_that_never_become_whole_take_so_much_memory_and_no_more(tv, connect, client):
+def test_incomplete_messages_take_bounded_memory(tv, connect, client):
     for peer in [connect() for _ in range(8)]:
         with contextlib.suppress(BrokenPipeError, ConnectionResetError):
             peer.socket.send(wire.packet(SIXTY_MIB.ljust(wire.MAX_PAYLOAD, b"\0"), more=True))
@@ -163,7 +163,7 @@ def test_messages_that_never_become_whole_take_so_much_memory_and_no_more(tv, co
     assert "take too much memory" in tv.log()
 
 
-def test_answers_that_wait_take_so_much_memory_and_no_more(tv, connect, client):
+def test_queued_answers_take_bounded_memory(tv, connect, client):
     # Some 48 MiB each.
     tv.set("items", 500000)
     late = []
@@ -272,7 +272,7 @@ def test_a_thousand_silent_connections_are_evicted(tv, connect, client):
 
 @pytest.mark.slow
 @pytest.mark.usefixtures("many_descriptors")
-def test_a_crowd_on_the_control_socket_holds_nobody_up(tv, client):
+def test_many_connections_to_the_control_socket_delay_no_client(tv, client):
     with contextlib.ExitStack() as ends:
         crowd = [ends.enter_context(socket.socket(socket.AF_UNIX)) for _ in range(1000)]
         for peer in crowd:

@@ -16,7 +16,7 @@ ROOT_ONLY = pytest.mark.skipif(os.geteuid() != 0, reason="becoming another user 
 
 
 def visit(path, kind, outcome):
-    """As nobody: connects, asks, and tells what came of it."""
+    """As the user nobody: connects, sends a request, and reports the outcome."""
     os.setgroups([])
     os.setgid(NOBODY)
     os.setuid(NOBODY)
@@ -73,7 +73,7 @@ def listen_as_nobody(path, outcome):
 
 
 @ROOT_ONLY
-def test_a_control_socket_of_another_user_is_told_nothing(folder):
+def test_a_control_socket_of_another_user_gets_no_data(folder):
     os.chmod(folder, 0o777)
     mine, theirs = multiprocessing.Pipe()
     listener = multiprocessing.get_context("fork").Process(target=listen_as_nobody,
@@ -113,7 +113,7 @@ def test_a_link_to_a_folder_is_not_listened_in(folder):
     assert_is_refused(folder / "link")
 
 
-def test_a_folder_that_is_not_there_is_made_for_this_user_alone(folder):
+def test_a_missing_folder_is_created_for_this_user_only(folder):
     [daemon], ready = start_sims(1, env=in_folder(folder / "run"), umask=0)
     try:
         assert ready

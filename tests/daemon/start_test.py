@@ -32,7 +32,7 @@ def test_bad_arguments_are_one_line_and_status_2(program, arguments):
     refusal(program, *arguments.split(), status=2)
 
 
-def test_a_file_that_is_no_database_is_refused(folder):
+def test_a_file_that_is_not_a_database_is_refused(folder):
     (folder / "text").write_text("no database\n" * 100)
     words = [SIM, "--socket", folder / "s", "--database"]
     assert "file is not a database" in refusal(*words, folder / "text")
@@ -81,7 +81,7 @@ def test_the_socket_of_a_dead_daemon_is_cleared_away(tv):
         assert client.epoch != before
 
 
-def test_what_is_no_socket_stays(folder):
+def test_a_file_that_is_not_a_socket_stays(folder):
     (folder / "s").write_text("mine")
     assert "exists and is no socket" in refusal(SIM, "--socket", folder / "s")
     assert (folder / "s").read_text() == "mine"

@@ -61,7 +61,7 @@ MENUS = [
 
 
 def growth(found, kept=0, idle=0):
-    """What has grown, in words."""
+    """Text about what has grown."""
     times = found["times"]
     grown = []
     if "heap" in found:

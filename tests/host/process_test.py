@@ -108,7 +108,7 @@ def test_a_missing_plug_in_or_entry_is_named():
     assert result.stderr.count("\n") == 1 and EXAMPLE in result.stderr and "no_such_entry" in result.stderr
 
 
-def test_a_file_that_is_no_library_is_named(folder):
+def test_a_file_that_is_not_a_library_is_named(folder):
     (folder / "plugin.so").write_text("text\n")
     assert "plugin.so" in refused(plugin=folder / "plugin.so")
 
@@ -131,14 +131,14 @@ def installed(folder):
     return shutil.copy2(HOST, folder / "bin"), {**os.environ, "LD_LIBRARY_PATH": str(folder / "elsewhere")}
 
 
-def test_the_default_plug_in_stands_beside_the_host(folder, installed):
+def test_the_default_plug_in_is_next_to_the_host(folder, installed):
     host, environment = installed
     shutil.copy2(EXAMPLE, folder / "lib/libzarn-debugmenu.so")
     (folder / "elsewhere/libzarn-debugmenu.so").write_text("not a library\n")
     assert run(host, env=environment).stdout == START
 
 
-def test_without_one_beside_it_the_loader_finds_the_default_plug_in(folder, installed):
+def test_without_one_next_to_it_the_loader_finds_the_default_plug_in(folder, installed):
     host, environment = installed
     shutil.copy2(EXAMPLE, folder / "elsewhere/libzarn-debugmenu.so")
     assert run(host, env=environment).stdout == START

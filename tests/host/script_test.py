@@ -1,4 +1,4 @@
-"""Scripts: words typed, texts waited for, and how a miss is told."""
+"""Scripts: typed words, expected texts, and the report of a missing one."""
 
 import os
 import re

@@ -50,7 +50,7 @@ def test_a_record_that_cannot_be_opened_is_named_before_anything_runs():
 
 
 @pytest.mark.parametrize("words, output", [("one", "got one\ncmd> "), ("99", "example closed\n")])
-def test_a_record_that_cannot_be_written_is_told_at_the_end(words, output):
+def test_a_record_that_cannot_be_written_is_reported_at_the_end(words, output):
     result = run(HOST, EXAMPLE, "--transcript", "/dev/full", input=words, status=1)
     assert result.stdout == START + output
     assert result.stderr.count("\n") == 1 and "/dev/full" in result.stderr

@@ -1,5 +1,5 @@
-"""A visit to a simulated TV whose calls fail: everything that it keeps in its database is asked for, and what may be
-found there afterwards is noted."""
+"""Uses a simulated TV whose calls fail: changes everything that its database keeps, and records what may be
+found there afterwards."""
 
 import os
 import struct
@@ -118,7 +118,7 @@ class Visit:
         return 1
 
     def note(self, status, **wanted):
-        """Of a change that was asked for: above 0 it is done, below 0 it is not, without an answer it may be either."""
+        """Of a requested change: above 0 it is done, below 0 it is not, without an answer it may be either."""
         for name, value in wanted.items():
             if status is None:
                 self.may_be[name].add(value)
@@ -180,7 +180,7 @@ class Visit:
         self.forget()
 
     def reset(self):
-        """Everything as it was when new."""
+        """Restores the initial state."""
         status = self.order(self.tv.reset)
         # Each part by itself.
         self.note(status if status != -1 else None, qos=False, items=(), mode=False, tag=False, key=None, bootup=None,

@@ -1,5 +1,5 @@
-"""A client of the simulated TV's socket that speaks the bytes itself, so that it can also speak nonsense.
-docs/wire-format.md tabulates them."""
+"""A client of the simulated TV's socket that writes the bytes itself, so that it can also send malformed ones.
+See docs/wire-format.md."""
 
 import os
 import re
@@ -46,7 +46,7 @@ def text(tag, content, direction=OUT):
 
 
 def asked_text(tag):
-    """A text that is only out: its length alone."""
+    """An out text: its length."""
     return node(tag, LENGTH, struct.pack("<I", 0))
 
 
@@ -132,7 +132,7 @@ YES_OR_NO = value(0, "B", 0)
 
 
 class Connection:
-    """One connection, with its hello said unless told otherwise."""
+    """One connection, by default with its hello sent."""
 
     def __init__(self, path, token=None, role=ROLE_CALLS, session=None, tag=None, hello=True, limit=10):
         self.token = token or os.urandom(16)

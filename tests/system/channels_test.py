@@ -35,7 +35,7 @@ def scan(console, expected):
     console.answer(("18", PROCESS_PROMPT), ("3", expected))
 
 
-def test_a_channel_is_looked_up_tuned_and_told_once_a_scan_has_subscribed(tv):
+def test_a_channel_is_looked_up_tuned_and_signalled_once_a_scan_has_subscribed(tv):
     tv.set("scan-pace", 0)
     console = enter(tv)
     assert "failed" not in tune(console, 7)

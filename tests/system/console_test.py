@@ -113,7 +113,7 @@ def test_sessions_and_signals_come_back_when_the_tv_is_killed_and_started_again(
     console.leave("99 99 99")
 
 
-def test_what_surrounds_the_tv_changes_what_a_console_is_told(tv):
+def test_the_tvs_environment_changes_what_a_console_sees(tv):
     console = enter(tv)
     console.type("10", " CheckTunerSignalState Success!")
     tv.set("tuner", "air", "off")

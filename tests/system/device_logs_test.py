@@ -29,7 +29,7 @@ def open_on_device(tv):
 
 
 def switch_provider_log(tv, before, word, after):
-    """Enters the provider's log menu anew and switches it."""
+    """Enters the provider's log menu again and switches it."""
     console = tv.open_console()
     console.type("4", f" 0: [{before}] QUARLE_PROVIDER", "cmd> ")
     console.answer(("0", "QUARLE_DAEMON ==> ON[1]/OFF[0]: "), (word, f" 0: [{after}] QUARLE_PROVIDER"))

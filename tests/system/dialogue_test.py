@@ -36,14 +36,14 @@ def test_without_a_process_the_start_fails_with_two_lines_and_the_menu_goes_on(t
     console.leave("99")
 
 
-def test_a_refusal_in_the_reply_is_told_as_a_failed_start(tv):
+def test_a_refusal_in_the_reply_is_reported_as_a_failed_start(tv):
     tv.inject("IDebugPrintControl.Start", "result", 0)
     console = tv.open_console()
     console.type("1", START_FAILED, PROCESS_PROMPT)
     console.leave("99")
 
 
-def test_a_reply_that_is_lost_costs_its_call_alone(tv):
+def test_a_lost_reply_fails_only_its_call(tv):
     tv.environment["NORVEX_CALL_LIMIT_MS"] = "1000"
     console = tv.open_console()
     tv.inject("IDebugPrintControl.Start", "drop")

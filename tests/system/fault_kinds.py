@@ -120,7 +120,7 @@ def header(packets, **changes):
 
 
 class BadAnswer(At):
-    """The TV does its work; what comes back is not what it said."""
+    """The TV executes the call; the reply is changed on its way."""
 
     CHANGES = {
         # An empty packet's like would be the end of the connection: see "closed".

@@ -1,7 +1,7 @@
-"""The long run: everything that the console can be asked for, once; then again with something going wrong at each
-boundary between console and TV in turn.
+"""The long run: every command of the console once; then again with a fault at each boundary between
+console and TV in turn.
 
-As a program (see script/faults) it goes through all of them and tells what it has measured."""
+As a program (see script/faults) it runs all of them and prints the measurements."""
 
 import argparse
 import collections
@@ -109,7 +109,7 @@ class Figures:
 
 
 class FaultyRun:
-    """The recorded run once more, with one fault."""
+    """Repeats the recorded run, with one fault."""
 
     def __init__(self, recording, kind, number, way):
         self.recording = recording

@@ -14,8 +14,7 @@ ANSWERS = {wire.HELLO: wire.WELCOME, wire.CALL: wire.REPLY}
 
 
 class Exchange:
-    """What a client has asked for, from the moment that it was seen until the client has its answer, or waits no
-    longer."""
+    """A request of a client, from its arrival until the client has the answer or no longer waits."""
 
     def __init__(self, number, data):
         self.number = number
@@ -146,7 +145,7 @@ class Relay:
         self.listener = None
 
     def open(self):
-        """In place of whoever has listened there before."""
+        """Replaces an earlier listener."""
         self.stop_listening()
         with contextlib.suppress(FileNotFoundError):
             os.unlink(self.path)
@@ -167,6 +166,6 @@ class Relay:
             self.listener = None
 
     def close(self):
-        """As when the TV ends: nobody listens any more, and every connection is at its end."""
+        """As when the TV ends: nothing listens any more, and all connections are closed."""
         self.stop_listening()
         self.drop_links()

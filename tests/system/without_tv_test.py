@@ -14,7 +14,7 @@ NOBODY = 65534
 
 
 @EACH_TEST
-def test_every_command_comes_back_where_no_tv_is(tv_off, words):
+def test_every_command_returns_without_a_tv(tv_off, words):
     assert tv_off.run_words(f"5 {words} 99 99\n").endswith("cmd> ")
 
 
@@ -43,7 +43,7 @@ def listen_as_nobody(path, pipe):
 
 
 @pytest.mark.skipif(os.geteuid() != 0, reason="becoming another user takes root")
-def test_another_users_process_in_the_tvs_place_is_told_nothing(tv_off):
+def test_another_users_process_in_the_tvs_place_gets_no_data(tv_off):
     os.chmod(tv_off.folder, 0o777)
     mine, theirs = multiprocessing.Pipe()
     listener = multiprocessing.get_context("fork").Process(target=listen_as_nobody, args=(tv_off.socket, theirs))
