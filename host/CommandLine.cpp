@@ -13,7 +13,7 @@ const char kFooter[] =
     "Without -c and --script the plug-in reads standard input. When the plug-in reads and no input\n"
     "is left, the process ends with status 0.\n"
     "\n"
-    "A script's lines are carried out in order:\n"
+    "A script's lines are executed in order:\n"
     "  WORDS                          typed when the plug-in asks for input\n"
     "  expect TEXT [within SECONDS]   waits until TEXT has been printed since the last step\n"
     "                                 (default: 10 seconds; TEXT may be in \"quotes\")\n"

@@ -49,7 +49,7 @@ bool MakeDefaultDirectory(std::string& error) {
     // Under /tmp another user may have created it first.
     if (lstat(path.c_str(), &there) != 0 || !S_ISDIR(there.st_mode) || there.st_uid != geteuid() ||
         (there.st_mode & 0077) != 0) {
-        error = path + ": is no directory of this user alone";
+        error = path + ": not a directory of this user only";
         return false;
     }
     return true;

@@ -293,19 +293,19 @@ void DaemonClient::Report(Failure failure, const std::string& interfaceName,
     case Failure::None:
         break;
     case Failure::Absent:
-        return print("the TV service is absent: nobody listens");
+        return print("the TV service is not running");
     case Failure::Foreign:
-        return print("the TV service is another user's process");
+        return print("the TV service belongs to another user");
     case Failure::Unresponsive:
-        return print("the TV service is mute: no answer within the limit");
+        return print("the TV service is not responding: no answer within the limit");
     case Failure::Stalled:
-        return print("the TV service is mute still: its hello is not answered");
+        return print("the TV service is still not responding: no answer to the hello");
     case Failure::NotSent:
     case Failure::Gone:
-        return print("the TV service is gone: the connection ended before the reply");
+        return print("connection to the TV service lost before the reply");
     case Failure::Malformed:
-        return print("the TV service's answer makes no sense");
+        return print("malformed answer from the TV service");
     case Failure::Refused:
-        return print("the TV service refuses the session");
+        return print("the TV service refused the session");
     }
 }

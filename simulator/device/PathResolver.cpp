@@ -35,7 +35,7 @@ std::string FindBaseDirectory() {
 std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
                                             const std::string& relativePath) {
     if (directory != DEVICE_DIRECTORY_DATA) {
-        devicelog::Print(kTag, "no directory has the number %d, this device knows %d alone",
+        devicelog::Print(kTag, "unknown directory %d, this device has only %d",
                          static_cast<int>(directory), static_cast<int>(DEVICE_DIRECTORY_DATA));
         return {};
     }
@@ -44,7 +44,7 @@ std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
     std::error_code error;
     std::filesystem::create_directories(parent, error);
     if (error)
-        devicelog::Print(kTag, "cannot make the directory %s: %s", parent.c_str(),
+        devicelog::Print(kTag, "cannot create the directory %s: %s", parent.c_str(),
                          error.message().c_str());
     return path;
 }

@@ -166,7 +166,7 @@ int PrintAnswer(Connection& connection) {
             const auto status = answer[name].get<std::uint64_t>();
             return !Flush() || status > kBadArguments ? kFailed : static_cast<int>(status);
         } else {
-            Complain("malformed answer of the TV");
+            Complain("malformed answer from the TV");
             return kFailed;
         }
     }

@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 static_assert(std::endian::native == std::endian::little,
-              "the wire is little-endian, and is written as it stands");
+              "the wire is little-endian, and values are copied from memory");
 
 namespace wire {
 

@@ -69,7 +69,7 @@ TEST_F(ArgumentReaderTest, MissingArgumentIsRefused) {
 TEST_F(ArgumentReaderTest, OneTooManyIsRefused) {
     PutExecute();
     m_tree.PutValue(3, std::int32_t{1});
-    EXPECT_EQ(Read(kExecute).DescribeFault(), "argument 3 is one too many");
+    EXPECT_EQ(Read(kExecute).DescribeFault(), "argument 3 is unexpected");
 }
 
 TEST_F(ArgumentReaderTest, OrderAndDirectionCount) {
@@ -83,10 +83,10 @@ TEST_F(ArgumentReaderTest, OrderAndDirectionCount) {
 TEST_F(ArgumentReaderTest, AnotherTypeIsRefused) {
     m_tree.PutValue(0, std::int32_t{-1});
     m_tree.PutValue(1, std::int32_t{5}, Direction::In);
-    EXPECT_EQ(Read(kExecute).DescribeFault(), "argument 1 (command: text) is of another form");
+    EXPECT_EQ(Read(kExecute).DescribeFault(), "argument 1 (command: text) has the wrong type");
     m_bytes.Clear();
     m_tree.PutValue(0, std::int64_t{-1});
-    EXPECT_EQ(Read(kExecute).DescribeFault(), "argument 0 (status: int) is of another form");
+    EXPECT_EQ(Read(kExecute).DescribeFault(), "argument 0 (status: int) has the wrong type");
 }
 
 TEST_F(ArgumentReaderTest, ATextWithAWrongLengthIsRefused) {
@@ -96,7 +96,7 @@ TEST_F(ArgumentReaderTest, ATextWithAWrongLengthIsRefused) {
     m_tree.PutLeaf(1, wire::NodeKind::Array, "abc", 3);
     m_tree.EndBranch(text);
     PutLength(2);
-    EXPECT_EQ(Read(kExecute).DescribeFault(), "argument 1 (command: text) is of another form");
+    EXPECT_EQ(Read(kExecute).DescribeFault(), "argument 1 (command: text) has the wrong type");
 }
 
 TEST_F(ArgumentReaderTest, EachItemOfAListIsChecked) {

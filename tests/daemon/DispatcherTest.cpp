@@ -70,7 +70,7 @@ TEST_F(DispatcherTest, OnlySessionsOfTheClientAndTheInterfaceCount) {
         EXPECT_TRUE(reply.HasCome() && !reply.Find(0)) << session;
     }
     EXPECT_EQ(fake.events, Events{});
-    EXPECT_TRUE(tv.Logged("norvex", "no session 77 of this client"));
+    EXPECT_TRUE(tv.Logged("norvex", "this client has no session 77"));
 }
 
 TEST_F(DispatcherTest, AnOperationThatFailsIsAnsweredAllTheSame) {

@@ -156,7 +156,7 @@ def test_a_client_that_is_gone_loses_sessions_and_dialogue(tv_off):
     for path, nothing in (("sessions", "[]"), ("clients", "[]")):
         tv_off.wait(f"/daemon/{path} == {nothing}")
     assert tv_off.state("/debug/dialogues") == {}
-    assert "client 1 is gone" in tv_off.log()
+    assert "client 1 released" in tv_off.log()
 
 
 def test_a_client_is_gone_when_its_grace_is_over(tv_off):

@@ -22,7 +22,7 @@ PROMPT = 2.0
 ITEMS = 10000
 GET_ITEMS = ("IDebugPrintControl.GetMenuItems", wire.branch(1, []))
 SIXTY_MIB = wire.header(wire.CALL, serial=1, tree=60 << 20)
-NEVER_READS = "takes nothing of what is sent to it"
+NEVER_READS = "does not read its replies"
 
 
 @pytest.fixture
@@ -105,7 +105,7 @@ def test_another_version_is_refused(tv, client):
         peer.hello(version=2)
     # Its end is seen before the line is written; an answer comes after it.
     assert client.stop() == 0
-    assert "speaks version 2" in tv.log()
+    assert "unsupported version 2" in tv.log()
 
 
 def test_a_hello_may_be_repeated_but_not_with_another_token(client):
@@ -267,7 +267,7 @@ def test_a_thousand_silent_connections_are_evicted(tv, connect, client):
     for connection in reversed(silent):
         connection.assert_closed()
     assert "evicted without a hello" in tv.log()
-    assert "said no hello in time" in tv.log()
+    assert "no hello in time" in tv.log()
 
 
 @pytest.mark.slow
@@ -325,14 +325,14 @@ def test_signals_are_for_the_client_whose_session_it_is(tv, client):
     with tv.connect(token=client.token, role=wire.ROLE_SIGNALS, session=session) as signals:
         tv.signal(193, "serviceId=1")
         assert signals.receive()[0] == wire.SIGNAL
-    assert f"asks for the signals of session {session}, which is not its own" in tv.log()
+    assert f"requested signals of session {session}, which is not its own" in tv.log()
 
 
 def test_a_client_has_4096_sessions_at_most_and_others_have_their_own(tv, client):
     sessions = [client.open_session("IAVControl") for _ in range(4096)]
     assert {status for status, _ in sessions} == {0}
     assert client.open_session("IAVControl")[0] < 0
-    assert "has 4096 sessions: no more" in tv.log()
+    assert "already has 4096 sessions" in tv.log()
     with tv.connect() as other:
         assert other.open_session("IAVControl")[0] == 0
     assert client.close_session(sessions[0][1]) == 1

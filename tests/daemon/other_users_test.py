@@ -52,7 +52,7 @@ def test_another_user_is_refused_even_where_the_sockets_are_open_to_all(tv):
         os.chmod(path, 0o666)
         assert visit_as_nobody(path, kind) in (b"", BrokenPipeError, ConnectionResetError)
         tv.state()
-        assert tv.log().count(f"refused a connection of user {NOBODY}") == number
+        assert tv.log().count(f"refused a connection from user {NOBODY}") == number
     with tv.connect() as client:
         assert client.stop() == 0
     assert tv.calls()[0]["client"] == 1
@@ -91,7 +91,7 @@ def in_folder(folder):
 
 
 def assert_is_refused(folder):
-    assert f"{folder}: is no directory of this user alone" in refusal(SIM, env=in_folder(folder))
+    assert f"{folder}: not a directory of this user only" in refusal(SIM, env=in_folder(folder))
     assert os.listdir(folder) == []
 
 

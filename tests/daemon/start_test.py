@@ -83,7 +83,7 @@ def test_the_socket_of_a_dead_daemon_is_cleared_away(tv):
 
 def test_a_file_that_is_not_a_socket_stays(folder):
     (folder / "s").write_text("mine")
-    assert "exists and is no socket" in refusal(SIM, "--socket", folder / "s")
+    assert "exists and is not a socket" in refusal(SIM, "--socket", folder / "s")
     assert (folder / "s").read_text() == "mine"
 
 

@@ -86,13 +86,13 @@ TEST_F(DevicePaths, ADirectoryThatCannotBeMadeIsLoggedAndThePathIsGivenAllTheSam
     std::ofstream(InFolder("taken")) << "a file";
     const LogWatch log;
     EXPECT_EQ(Resolve("a/file"), InFolder("taken/a/file"));
-    EXPECT_EQ(log.Count("cannot make the directory " + InFolder("taken/a")), 1);
+    EXPECT_EQ(log.Count("cannot create the directory " + InFolder("taken/a")), 1);
 }
 
 TEST_F(DevicePaths, AnUnknownDirectoryHasNoPathAndIsLogged) {
     const LogWatch log;
     EXPECT_EQ(TCPathResolver::GetAbsolutePath(static_cast<EDeviceDirectory>(7), "file"), "");
-    EXPECT_EQ(log.Count("no directory has the number 7"), 1);
+    EXPECT_EQ(log.Count("unknown directory 7"), 1);
 }
 
 TEST_F(LogPaths, TheLogIsWhereItsVariableSays) {

@@ -52,7 +52,7 @@ public:
             Fail(dlerror());
         m_entry = reinterpret_cast<Entry*>(dlsym(m_library, "zarn_startmaindebug"));
         if (m_entry == nullptr)
-            Fail("there is no entry in " + path);
+            Fail("no entry in " + path);
     }
     void Enter() const { m_entry(); }
     void Close() const {

@@ -119,7 +119,7 @@ void CheckReply(const sim::Operation& method, const wire::Message& reply) {
     while (cursor.Next(node)) {
         REQUIRE(node.tag >= 0 && static_cast<std::size_t>(node.tag) < method.arguments.size());
         const sim::Argument& argument = method.arguments[static_cast<std::size_t>(node.tag)];
-        REQUIRE(argument.direction == wire::Direction::Out && argument.form->Fits(node));
+        REQUIRE(argument.direction == wire::Direction::Out && argument.type->Fits(node));
     }
 }
 

@@ -94,8 +94,8 @@ def test_a_stopped_tag_shows_nothing_until_it_is_started(tv):
     for words in ("5 12 1 2 99 99 99\n", "4 0 1 99 99\n", "5 12 1 99 99 99\n"):
         tv.run_words(words)
     # What came first is the line of the last visit.
-    viewer.expect_exact("receives changes")
-    assert "\n" not in viewer.before and "receives no changes" not in viewer.before
+    viewer.expect_exact("registered for changes")
+    assert "\n" not in viewer.before and "unregistered from" not in viewer.before
 
 
 def test_a_missing_viewer_leaves_the_menu_going_on(tv_off):

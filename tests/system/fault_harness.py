@@ -24,7 +24,7 @@ MENU = re.compile(r"\[([^\]\n]+)\][\t ]*\n-{36}\n *([^\n]*)")
 # A signal's line comes when it comes.
 SIGNAL_LINE = re.compile(r"\tSIGNAL_[^\n]*\n")
 # Of the client library's log: an exchange that came to nothing.
-FAILURE = re.compile(r"norvex-client: .*(?:TV service is|makes no sense)")
+FAILURE = re.compile(r"norvex-client: .*(?:TV service is|TV service lost|malformed answer)")
 
 
 class Console:

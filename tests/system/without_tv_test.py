@@ -52,7 +52,7 @@ def test_another_users_process_in_the_tvs_place_gets_no_data(tv_off):
         assert mine.recv() == "ready"
         tv_off.run_words("1 99\n")
         assert mine.recv() == b""
-        assert "IDebugPrintControl.Start: the TV service is another user's process" in tv_off.client_log()
+        assert "IDebugPrintControl.Start: the TV service belongs to another user" in tv_off.client_log()
     finally:
         listener.kill()
         listener.join(LIMIT)

@@ -33,7 +33,7 @@ TEST(Connection, MakingOneReachesNobodyAndWritesNothing) {
     reply.Append("old", 3);
     EXPECT_FALSE(Exchange(connection, reply));
     EXPECT_EQ(reply.GetSize(), 0u);
-    EXPECT_EQ(log.Count(kInterface + "." + kMethod + ": the TV service is absent"), 1);
+    EXPECT_EQ(log.Count(kInterface + "." + kMethod + ": the TV service is not running"), 1);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }

@@ -56,7 +56,7 @@ TEST(CoreLibrary, AssertionsAndMessagesGoToTheLogAlone) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     const std::vector<std::string> lines = log.GetLines();
     ASSERT_EQ(lines.size(), 3u);
-    EXPECT_NE(lines[0].find("\"m_data\" does not hold, a/file:72"), std::string::npos);
+    EXPECT_NE(lines[0].find("\"m_data\" failed, a/file:72"), std::string::npos);
     EXPECT_NE(lines[1].find("with a message"), std::string::npos);
     EXPECT_NE(lines[2].find(": tag 12 has do data"), std::string::npos);
 }

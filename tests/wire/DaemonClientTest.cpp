@@ -249,9 +249,9 @@ TEST_F(DaemonClientTest, EachFailureHasItsOwnLine) {
         daemon->Report(failure, interfaceName, method);
     std::vector<std::string> lines = log.GetLines();
     ASSERT_EQ(lines.size(), 7u);
-    EXPECT_NE(lines[0].find("ITest.Test: the TV service is absent"), std::string::npos);
-    EXPECT_NE(lines[1].find("the TV service is mute"), std::string::npos);
-    EXPECT_NE(lines[3].find("the TV service is gone"), std::string::npos);
+    EXPECT_NE(lines[0].find("ITest.Test: the TV service is not running"), std::string::npos);
+    EXPECT_NE(lines[1].find("the TV service is not responding"), std::string::npos);
+    EXPECT_NE(lines[3].find("connection to the TV service lost"), std::string::npos);
     for (std::string& line : lines)
         line.erase(0, line.find(interfaceName));
     std::sort(lines.begin(), lines.end());

@@ -22,12 +22,12 @@ std::string ControlCommands::DescribeAll(const std::string& beginning) const {
 }
 
 void ControlCommands::Execute(const std::vector<std::string>& arguments,
-                              ControlConnection& asker) const {
+                              ControlConnection& connection) const {
     std::string name;
     for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
         if (*argument == "--help" || *argument == "-h") {
-            asker.Print(DescribeAll(name));
-            return asker.Finish();
+            connection.Print(DescribeAll(name));
+            return connection.Finish();
         }
         name += (name.empty() ? "" : " ") + *argument;
         if (const auto found = m_commands.find(name); found != m_commands.end()) {
@@ -35,18 +35,18 @@ void ControlCommands::Execute(const std::vector<std::string>& arguments,
             const Run run = found->second.command(line);
             const auto ending = line.Parse({argument + 1, arguments.end()});
             if (!ending)
-                return asker.Start(run);
+                return connection.Start(run);
             if (ending->status != 0)
-                return asker.Fail(ending->text, ending->status);
-            asker.Print(ending->text);
-            return asker.Finish();
+                return connection.Fail(ending->text, ending->status);
+            connection.Print(ending->text);
+            return connection.Finish();
         }
         const auto longer = m_commands.lower_bound(name + " ");
         if (longer == m_commands.end() || !longer->first.starts_with(name + " "))
-            return asker.Fail("unknown command '" + *argument + "'; --help lists them",
-                              CommandLine::kBadArguments);
+            return connection.Fail("unknown command '" + *argument + "'; --help lists them",
+                                   CommandLine::kBadArguments);
     }
-    asker.Fail("expected a command; --help lists them", CommandLine::kBadArguments);
+    connection.Fail("expected a command; --help lists them", CommandLine::kBadArguments);
 }
 
 } // namespace sim

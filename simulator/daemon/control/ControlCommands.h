@@ -14,7 +14,7 @@ namespace sim {
 class ControlCommands {
 public:
     // Answers on the connection, at once or later, using the parsed arguments.
-    using Run = std::function<void(ControlConnection& asker)>;
+    using Run = std::function<void(ControlConnection& connection)>;
     // Called for each request. The variables that the command line sets belong to the returned
     // function, which lives as long as the connection.
     using Command = std::function<Run(CommandLine& line)>;
@@ -22,7 +22,7 @@ public:
     // A name may have several words: "lineup load". `help` is one line.
     void Add(const std::string& name, const std::string& help, Command command);
     // What a user typed after "norvex-simctl".
-    void Execute(const std::vector<std::string>& arguments, ControlConnection& asker) const;
+    void Execute(const std::vector<std::string>& arguments, ControlConnection& connection) const;
 
 private:
     struct Entry {

@@ -30,7 +30,10 @@ void ControlServer::Accept(int fd) {
         return;
     }
     m_connections.push_back(std::make_unique<ControlConnection>(
-        fd, [this](const auto& arguments, auto& asker) { m_commands.Execute(arguments, asker); },
+        fd,
+        [this](const auto& arguments, auto& connection) {
+            m_commands.Execute(arguments, connection);
+        },
         [this](auto& connection) { Ended(connection); }));
 }
 

@@ -43,7 +43,7 @@ DebugPrintControl::DebugPrintControl(Context& context, std::uint32_t extraItems)
         {Out("answer", kBool), In("mode", kInt)}, &DebugPrintControl::IsDebugModeEnabled);
 
     context.settings.Add(
-        "items", "NUMBER: debug menu items beside the built-in ones, all off",
+        "items", "NUMBER: debug menu items in addition to the built-in ones, all off",
         [this, &context](const std::vector<std::string>& values, std::string& error) {
             std::uint32_t count = 0;
             if (values.size() != 1 || !ParseNumber(values[0], count) || count > kMaxExtraItems)
@@ -93,8 +93,8 @@ void DebugPrintControl::SetMenuItems(const Call&, const ArgumentReader& in, Repl
     std::vector<std::pair<std::uint32_t, bool>> states;
     for (const values::MenuItem& item : in.Value<std::vector<values::MenuItem>>(1)) {
         if (m_switches.FindItem(item.id) == nullptr)
-            return out.Int(0, m_context.log.Refuse(kUnknown, kOwnTag,
-                                                   "there is no debug menu item %u", item.id));
+            return out.Int(
+                0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug menu item %u", item.id));
         states.emplace_back(item.id, item.on);
     }
     out.Int(0, Answer(m_switches.SetItems(states)));
@@ -105,7 +105,7 @@ void DebugPrintControl::SetMenuItem(const Call&, const ArgumentReader& in, Reply
     DebugSwitches::Item* item = m_switches.FindItem(sent.id);
     if (item == nullptr)
         return out.Int(
-            0, m_context.log.Refuse(kUnknown, kOwnTag, "there is no debug menu item %u", sent.id));
+            0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug menu item %u", sent.id));
     // The name belongs to the daemon; the client's is ignored.
     out.Int(0, Answer(m_switches.SetItem(*item, sent.on)));
 }
@@ -121,8 +121,8 @@ void DebugPrintControl::IsQoSEnabled(const Call&, const ArgumentReader&, ReplyWr
 void DebugPrintControl::SetDebugMode(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     DebugSwitches::Mode* mode = m_switches.FindMode(in.Int(1));
     if (mode == nullptr)
-        return out.Int(
-            0, m_context.log.Refuse(kUnknown, kOwnTag, "there is no debug mode %d", in.Int(1)));
+        return out.Int(0,
+                       m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug mode %d", in.Int(1)));
     out.Int(0, Answer(m_switches.SetMode(*mode, in.Bool(2))));
 }
 
@@ -130,14 +130,14 @@ void DebugPrintControl::IsDebugModeEnabled(const Call&, const ArgumentReader& in
                                            ReplyWriter& out) {
     const DebugSwitches::Mode* mode = m_switches.FindMode(in.Int(1));
     if (mode == nullptr)
-        m_context.log.Write(kOwnTag, "there is no debug mode %d", in.Int(1));
+        m_context.log.Write(kOwnTag, "unknown debug mode %d", in.Int(1));
     out.Bool(0, mode != nullptr && mode->on);
 }
 
 std::int32_t DebugPrintControl::Answer(bool kept) {
     if (kept)
         return kDone;
-    return m_context.log.Refuse(kNotKept, kOwnTag, "the change could not be kept: %s",
+    return m_context.log.Refuse(kNotKept, kOwnTag, "the change could not be stored: %s",
                                 m_context.database.GetError().c_str());
 }
 

@@ -59,8 +59,8 @@ void Device::GetInt(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     const std::string key(in.Text(1));
     const auto found = m_values.find(key);
     if (found == m_values.end())
-        return out.Int(
-            0, m_context.log.Refuse(kUnknown, kOwnTag, "there is no key \"%s\"", key.c_str()));
+        return out.Int(0,
+                       m_context.log.Refuse(kUnknown, kOwnTag, "unknown key \"%s\"", key.c_str()));
     out.Int(0, kDone);
     out.Int(2, found->second);
 }
@@ -81,7 +81,7 @@ std::int32_t Device::SwitchTag(const std::string& tag, bool started) {
     if (!log.GetTags().contains(tag) && log.GetTags().size() >= kMaxTags)
         return kTooMany;
     if (!m_context.numbers.Put(kTagsPart, tag, started))
-        return log.Refuse(kNotKept, kOwnTag, "the log tag \"%s\" could not be kept: %s",
+        return log.Refuse(kNotKept, kOwnTag, "the log tag \"%s\" could not be stored: %s",
                           tag.c_str(), m_context.database.GetError().c_str());
     log.SetTag(tag, started);
     log.Write(kOwnTag, "log tag %s %s", tag.c_str(), started ? "started" : "stopped");

@@ -79,7 +79,7 @@ bool Listener::Open(const std::string& path, int type, Accepted accepted, Told t
     struct stat there {};
     if (lstat(path.c_str(), &there) == 0) {
         if (!S_ISSOCK(there.st_mode)) {
-            error = Describe(path, "exists and is no socket");
+            error = Describe(path, "exists and is not a socket");
             return false;
         }
         unlink(path.c_str());
@@ -129,7 +129,7 @@ void Listener::Accept() {
         ucred peer{};
         socklen_t size = sizeof peer;
         if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0 || peer.uid != geteuid()) {
-            m_told("refused a connection of user " + std::to_string(peer.uid));
+            m_told("refused a connection from user " + std::to_string(peer.uid));
             close(fd);
             continue;
         }

@@ -25,7 +25,7 @@ private:
         Pipeline& pipeline = PipelineOf(call);
         ++pipeline.decoderRestarts;
         m_pipelines.NoteEvent(pipeline, SI_EVENT_DECODER_RESTARTED);
-        m_log.Write("tvvideodec", "pipeline %s: restarted, %" PRIu32 " times so far",
+        m_log.Write("tvvideodec", "pipeline %s: decoder restarted, %" PRIu32 " times so far",
                     pipeline.name.c_str(), pipeline.decoderRestarts);
         out.Int(0, kDone);
     }

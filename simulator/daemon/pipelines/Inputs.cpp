@@ -44,12 +44,14 @@ bool ParseEither(const std::string& word, const char* yes, const char* no, bool&
 
 Inputs::Inputs(Context& context) : m_context(context) {
     context.settings.Add(
-        "tuner", "air|cable|satellite[/FREQUENCY] on|off: the signal of a transponder, or antenna",
+        "tuner",
+        "air|cable|satellite[/FREQUENCY] on|off: the signal of an antenna or a transponder",
         [this](const auto& values, auto& error) { return SetTuner(values, error); });
     context.settings.Add("captions",
-                         "on|off|service: whether captions come, or as the service has them",
+                         "on|off|service: captions on or off, or as the service has them",
                          [this](const auto& values, auto&) { return SetCaptions(values); });
-    context.settings.Add("hdmi", "hdmi1..hdmi8|SOURCE plugged|unplugged: what is at an input",
+    context.settings.Add("hdmi",
+                         "hdmi1..hdmi8|SOURCE plugged|unplugged: whether something is plugged in",
                          [this](const auto& values, auto&) { return SetHdmi(values); });
 }
 
@@ -82,10 +84,10 @@ bool Inputs::SetTuner(const Values& values, std::string& error) {
     } else if (m_state.cut.size() < kMaxCuts) {
         m_state.cut.insert(*transponder);
     } else {
-        error = "too many transponders are cut";
+        error = "too many transponders are off";
         return false;
     }
-    m_context.log.Write(kTunerTag, "signal of %s %s", values[0].c_str(), on ? "is back" : "is cut");
+    m_context.log.Write(kTunerTag, "signal of %s: %s", values[0].c_str(), on ? "on" : "off");
     Tell();
     return true;
 }

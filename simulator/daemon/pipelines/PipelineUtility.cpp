@@ -83,7 +83,7 @@ private:
         const auto type = static_cast<EStateChangeType>(in.Int(1));
         if (type != STATE_CHANGE_SERVICE && type != STATE_CHANGE_SOURCE)
             return out.Int(0, m_log.Refuse(kBadArgument, kOwnTag,
-                                           "CheckPendingState refused: no such kind of change, %d",
+                                           "CheckPendingState refused: unknown kind of change %d",
                                            in.Int(1)));
         out.Int(0, kDone);
         out.Bool(2, m_preparation.IsPending(HandleOf(call), type));

@@ -23,7 +23,7 @@ Pipeline& Pipelines::At(const Handle& handle) {
 
 bool Pipelines::Hold(const Handle& handle) {
     if (!m_pipelines.contains(handle) && m_pipelines.size() >= kMaxPipelines) {
-        m_log.Write(kOwnTag, "pipeline %s refused: there are %zu", handle.ToText().c_str(),
+        m_log.Write(kOwnTag, "pipeline %s refused: there are %zu already", handle.ToText().c_str(),
                     m_pipelines.size());
         return false;
     }
@@ -49,12 +49,13 @@ std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* opera
                             pipeline.name.c_str(), operation);
     const auto facts = m_lineUp.FindFacts(service);
     if (!facts)
-        return m_log.Refuse(kUnknown, kTunerTag, "pipeline %s: %s refused: no service 0x%" PRIx64,
+        return m_log.Refuse(kUnknown, kTunerTag,
+                            "pipeline %s: %s refused: unknown service 0x%" PRIx64,
                             pipeline.name.c_str(), operation, service);
     if (facts->antenna >= 0 && facts->antenna != antenna)
         return m_log.Refuse(kRefused, kTunerTag,
                             "pipeline %s: %s refused: service 0x%" PRIx64
-                            " is of antenna %s, not %s",
+                            " belongs to antenna %s, not %s",
                             pipeline.name.c_str(), operation, service,
                             ToAntennaName(facts->antenna).c_str(), ToAntennaName(antenna).c_str());
     return kDone;
@@ -92,7 +93,7 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     pipeline.service = facts ? service : INVALID_SERVICE_ID;
     if (!facts) {
         // No service has been shown in that TV mode, or the line-up no longer has it.
-        m_log.Write(kTunerTag, "pipeline %s: shows no service", pipeline.name.c_str());
+        m_log.Write(kTunerTag, "pipeline %s: no service", pipeline.name.c_str());
         MoveTuner(pipeline, {pipeline.tvMode.antenna, 0});
         return;
     }
@@ -103,7 +104,8 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
                     pipeline.name.c_str(), service);
         return;
     }
-    m_log.Write(kTunerTag, "pipeline %s: tunes service 0x%" PRIx64, pipeline.name.c_str(), service);
+    m_log.Write(kTunerTag, "pipeline %s: tuned to service 0x%" PRIx64, pipeline.name.c_str(),
+                service);
     MoveTuner(pipeline, {pipeline.tvMode.antenna, facts->frequency});
 }
 
@@ -143,7 +145,7 @@ void Pipelines::UpdateReception(Pipeline& pipeline) {
     if (receives != pipeline.receiving) {
         pipeline.receiving = receives;
         m_log.Write("tvdemuxer", "pipeline %s: service information %s", pipeline.name.c_str(),
-                    receives ? "comes in" : "has stopped");
+                    receives ? "received" : "stopped");
         if (receives) {
             NoteEvent(pipeline, SI_EVENT_STARTED);
             m_subscribers.Emit(SIGNAL_SI_STARTED, pipeline.handle, ToSignalData(pipeline.facts));
@@ -174,7 +176,7 @@ void Pipelines::SurroundingsChanged() {
             return !m_inputs.IsPlugged(source);
         });
         if (ended > 0)
-            m_log.Write("extvideosrc", "pipeline %s: analysis ended with its input",
+            m_log.Write("extvideosrc", "pipeline %s: analysis ended, its input was unplugged",
                         pipeline.name.c_str());
     }
 }

@@ -35,7 +35,7 @@ bool IsKind(EStateChangeType type) {
 Preparation::Preparation(Context& context, Pipelines& pipelines)
     : m_context(context), m_pipelines(pipelines) {
     context.settings.Add("preparation-limit",
-                         "MILLISECONDS: how long a change of service or source is held at most",
+                         "MILLISECONDS: how long receivers can delay a change of service or source",
                          [this](const auto& values, auto&) {
                              std::uint32_t limit = 0;
                              if (values.size() != 1 || !ParseNumber(values[0], limit) ||
@@ -67,11 +67,11 @@ void Preparation::Request(const Handle& handle, const Change& change) {
         return m_pipelines.Perform(handle, change);
     Queue& queue = found->second;
     if (queue.pending)
-        m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " is replaced",
+        m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " replaced",
                             handle.ToText().c_str(), queue.pending->sequence);
     queue.pending = change;
     if (!IsHeld(queue, change))
-        return Perform(handle, queue, "is made");
+        return Perform(handle, queue, "made");
     m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " waits for its receivers",
                         handle.ToText().c_str(), change.sequence);
     queue.limit.Start(m_limit, [this, handle] { LimitPassed(handle); });
@@ -79,7 +79,7 @@ void Preparation::Request(const Handle& handle, const Change& change) {
 
 void Preparation::Check(const Handle& handle, Queue& queue) {
     if (queue.pending && !IsHeld(queue, *queue.pending))
-        Perform(handle, queue, "is made: nobody holds it any more");
+        Perform(handle, queue, "made: no receiver delays it any longer");
 }
 
 void Preparation::Perform(const Handle& handle, Queue& queue, const char* why) {
@@ -97,7 +97,7 @@ void Preparation::Perform(const Handle& handle, Queue& queue, const char* why) {
 
 void Preparation::LimitPassed(const Handle& handle) {
     const Event event(m_context);
-    Perform(handle, m_queues.at(handle), "is made: the limit has passed");
+    Perform(handle, m_queues.at(handle), "made: the limit has passed");
 }
 
 bool Preparation::IsPending(const Handle& handle, EStateChangeType type) const {
@@ -121,16 +121,16 @@ std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type,
                                    const std::string& name, std::int32_t option,
                                    const Client& client) {
     if (!IsKind(type))
-        return Refuse(handle, "no such kind of change", name, kBadArgument);
+        return Refuse(handle, "unknown kind of change", name, kBadArgument);
     if (name.empty() || name.size() > kMaxName)
-        return Refuse(handle, "no name for a receiver", name, kBadArgument);
+        return Refuse(handle, "a receiver needs a name", name, kBadArgument);
     const ReceiverKey key{type, client.GetNumber(), name};
     Queue& queue = m_queues[handle];
     if (!queue.receivers.contains(key) && queue.receivers.size() >= kMaxReceivers)
         return Refuse(handle, "too many receivers", name, kTooMany);
     // A second registration only changes the option.
     queue.receivers[key].option = option;
-    m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives changes of the %s",
+    m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" registered for changes of the %s",
                         handle.ToText().c_str(), name.c_str(), ToText(type));
     return kDone;
 }
@@ -138,12 +138,12 @@ std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type,
 std::int32_t Preparation::Unregister(const Handle& handle, EStateChangeType type,
                                      const std::string& name, const Client& client) {
     if (!IsKind(type))
-        return Refuse(handle, "no such kind of change", name, kBadArgument);
+        return Refuse(handle, "unknown kind of change", name, kBadArgument);
     const auto queue = m_queues.find(handle);
     if (queue == m_queues.end() ||
         queue->second.receivers.erase({type, client.GetNumber(), name}) == 0)
         return Refuse(handle, "is not registered", name, kUnknown);
-    m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" receives no changes of the %s now",
+    m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" unregistered from changes of the %s",
                         handle.ToText().c_str(), name.c_str(), ToText(type));
     Check(handle, queue->second);
     if (queue->second.receivers.empty())
@@ -155,7 +155,7 @@ std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type,
                                    const std::string& name, std::int32_t state,
                                    std::uint64_t service, const Client& client) {
     if (!IsKind(type))
-        return Refuse(handle, "no such kind of change", name, kBadArgument);
+        return Refuse(handle, "unknown kind of change", name, kBadArgument);
     const auto queue = m_queues.find(handle);
     if (queue == m_queues.end())
         return Refuse(handle, "is not registered", name, kUnknown);

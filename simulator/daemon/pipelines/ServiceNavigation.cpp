@@ -105,7 +105,7 @@ private:
         const bool enable = in.Bool(2);
         if (mode < DTV_MODE_DEMUX_ONLY || mode > DTV_MODE_ALL)
             return out.Int(0, m_log.Refuse(kBadArgument, "tvdemuxer",
-                                           "pipeline %s: SetDTVMode refused: no mode %d",
+                                           "pipeline %s: SetDTVMode refused: unknown mode %d",
                                            pipeline.name.c_str(), mode));
         DtvModes& modes = pipeline.dtvModes;
         if (mode == DTV_MODE_DEMUX_ONLY || mode == DTV_MODE_ALL)
@@ -154,7 +154,7 @@ private:
         if (tvMode.antenna >= ANTENNA_AIR && tvMode.antenna <= ANTENNA_SATELLITE &&
             tvMode.serviceMode >= 0)
             return true;
-        m_log.Write(kTunerTag, "pipeline %s: %s refused: no antenna %d, service mode %d",
+        m_log.Write(kTunerTag, "pipeline %s: %s refused: unknown antenna %d or service mode %d",
                     pipeline.name.c_str(), operation, tvMode.antenna, tvMode.serviceMode);
         return false;
     }
@@ -179,7 +179,7 @@ private:
         const auto latest = pipeline.latest.find(tvMode);
         if (latest == pipeline.latest.end() || latest->second.*kind == INVALID_SERVICE_ID)
             return out.Int(0, m_log.Refuse(kUnknown, kTunerTag,
-                                           "pipeline %s: nothing has been shown of antenna %s",
+                                           "pipeline %s: no service of antenna %s has been shown",
                                            pipeline.name.c_str(),
                                            ToAntennaName(tvMode.antenna).c_str()));
         out.Int(0, kDone);
@@ -187,7 +187,7 @@ private:
     }
 
     void RefuseWithoutLineUp(const char* operation, ReplyWriter& out) {
-        m_log.Write(kTunerTag, "%s refused: there is no line-up", operation);
+        m_log.Write(kTunerTag, "%s refused: no line-up", operation);
         out.Int(0, kRefused);
     }
 

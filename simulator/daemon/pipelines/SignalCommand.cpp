@@ -115,7 +115,7 @@ std::string Parse(const std::vector<std::string>& arguments, Order& order) {
         return "unknown signal '" + type + "'";
     for (std::size_t place = 1; place < arguments.size(); ++place) {
         if (!ParseValue(arguments[place], kind, order))
-            return "malformed '" + arguments[place] + "'; expected NAME=VALUE, of " +
+            return "malformed '" + arguments[place] + "'; expected NAME=VALUE, with the names " +
                    DescribeNames(kind);
     }
     return {};
@@ -125,25 +125,25 @@ std::string Parse(const std::vector<std::string>& arguments, Order& order) {
 
 void AddSignalCommand(Context& context, Subscribers& subscribers) {
     context.commands.Add(
-        "signal", "Send a signal to every registered callback; print how many were sent",
+        "signal", "Send a signal to every registered callback; print the number of signals sent",
         [&](CommandLine& line) {
             auto arguments = std::make_shared<std::vector<std::string>>();
             line.Texts(
                 "signal", *arguments, "TYPE NAME=VALUE...",
                 "Its number or name, and its values: profile, screen, data, count, and those of its type");
-            return [&, arguments](ControlConnection& asker) {
+            return [&, arguments](ControlConnection& connection) {
                 Order order;
                 const std::string error = Parse(*arguments, order);
                 if (!error.empty())
-                    return asker.Fail(error);
+                    return connection.Fail(error);
                 std::size_t sent = 0;
                 for (std::uint32_t signal = 0; signal < order.count; ++signal)
                     sent += subscribers.SendToAll(order.signal);
                 const Event event(context);
                 context.log.Write(kOwnTag, "signal %d injected: sent %zu times", order.signal.type,
                                   sent);
-                asker.Print(std::to_string(sent) + "\n");
-                asker.Finish();
+                connection.Print(std::to_string(sent) + "\n");
+                connection.Finish();
             };
         });
 }

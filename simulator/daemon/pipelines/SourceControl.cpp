@@ -87,7 +87,7 @@ private:
         if (status == kDone) {
             const bool started = pipeline.hdmiAnalysis.insert(source).second;
             m_log.Write("extvideosrc", "pipeline %s: analysis of source %d %s",
-                        pipeline.name.c_str(), source, started ? "begins" : "goes on");
+                        pipeline.name.c_str(), source, started ? "started" : "already running");
         }
         out.Int(0, status);
     }
@@ -103,7 +103,7 @@ private:
                         pipeline.name.c_str(), source);
             status = kRefused;
         } else if (status == kDone) {
-            m_log.Write("extvideosrc", "pipeline %s: analysis of source %d ends",
+            m_log.Write("extvideosrc", "pipeline %s: analysis of source %d stopped",
                         pipeline.name.c_str(), source);
         }
         out.Int(0, status);
@@ -143,14 +143,14 @@ private:
     std::int32_t CheckSource(const Pipeline& pipeline, const char* operation, std::int32_t source) {
         if (source >= 0 && source <= kLastSource)
             return kDone;
-        return m_log.Refuse(kUnknown, "extvideosrc", "pipeline %s: %s refused: no source %d",
+        return m_log.Refuse(kUnknown, "extvideosrc", "pipeline %s: %s refused: unknown source %d",
                             pipeline.name.c_str(), operation, source);
     }
 
     std::int32_t CheckHdmi(const Pipeline& pipeline, const char* operation, std::int32_t source) {
         const char* why = nullptr;
         if (!Inputs::IsHdmi(source))
-            why = "is no HDMI input";
+            why = "is not an HDMI input";
         else if (!m_inputs.IsPlugged(source))
             why = "has nothing plugged in";
         if (why == nullptr)

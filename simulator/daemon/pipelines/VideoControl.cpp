@@ -43,7 +43,7 @@ private:
         const std::int32_t windowId = in.Int(1);
         if (windowId < 0)
             return out.Int(0, m_log.Refuse(kBadArgument, "tvvideosink",
-                                           "pipeline %s: SetWindowId refused: %d is no window",
+                                           "pipeline %s: SetWindowId refused: %d is not a window",
                                            pipeline.name.c_str(), windowId));
         pipeline.windowId = windowId;
         m_log.Write("tvvideosink", "pipeline %s: window %d", pipeline.name.c_str(), windowId);

@@ -70,7 +70,7 @@ public:
             &ZoomControl::GetZoomSharingType);
         Add(Method::GetConnectedZoomWindows, {Out("status", kInt), Out("windowIds", kIntList)},
             &ZoomControl::GetConnectedZoomWindows);
-        context.settings.Add("zoom-limit", "NUMBER: how many zoom windows there can be, 0 to 64",
+        context.settings.Add("zoom-limit", "NUMBER: maximum number of zoom windows, 0 to 64",
                              [this](const auto& values, auto&) {
                                  std::uint32_t limit = 0;
                                  if (values.size() != 1 || !ParseNumber(values[0], limit) ||
@@ -107,7 +107,7 @@ public:
                 continue;
             }
             const Handle handle = entry->second.handle;
-            m_log.Write("tvfpaparser", "window %d is gone with client %" PRIu32, entry->first,
+            m_log.Write("tvfpaparser", "window %d removed with client %" PRIu32, entry->first,
                         client.GetNumber());
             entry = m_windows.erase(entry);
             const bool zoomed =
@@ -138,9 +138,10 @@ private:
         if (status != kDone)
             return out.Int(0, status);
         if (m_windows.size() >= m_limit)
-            return out.Int(0, m_log.Refuse(kTooMany, "tvfpaparser",
-                                           "CreateZoomWindow refused: there are %zu windows",
-                                           m_windows.size()));
+            return out.Int(0,
+                           m_log.Refuse(kTooMany, "tvfpaparser",
+                                        "CreateZoomWindow refused: there are %zu windows already",
+                                        m_windows.size()));
         const std::int32_t id = ++m_lastId;
         m_windows[id] = {HandleOf(call), call.client.GetNumber(), source, destination};
         PipelineOf(call).mainPicture = main;
@@ -162,7 +163,7 @@ private:
             PipelineOf(call).mainPicture = main;
             for (const std::int32_t id : ids) {
                 if (m_windows.erase(id) > 0)
-                    m_log.Write("tvfpaparser", "window %d is deleted", id);
+                    m_log.Write("tvfpaparser", "window %d deleted", id);
             }
         }
         out.Int(0, status);
@@ -239,7 +240,7 @@ private:
     // kDone if all of them are the caller's windows of this pipeline, else a refusal.
     std::int32_t CheckOwn(const Call& call, const char* operation, const Ids& ids) {
         if (ids.empty())
-            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: no windows are named",
+            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: no window ids",
                                 operation);
         for (const std::int32_t id : ids) {
             const Window* window = Find(call, operation, id);
@@ -247,8 +248,8 @@ private:
                 return kUnknown;
             if (window->client != call.client.GetNumber())
                 return m_log.Refuse(kRefused, "tvfpaparser",
-                                    "%s refused: window %d is client %" PRIu32 "'s", operation, id,
-                                    window->client);
+                                    "%s refused: window %d belongs to client %" PRIu32, operation,
+                                    id, window->client);
         }
         return kDone;
     }

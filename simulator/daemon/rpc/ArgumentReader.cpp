@@ -11,9 +11,9 @@ namespace {
 
 // The initial value of an out argument is only shown, not used: its kind must match, its content is
 // ignored.
-bool IsPlausibleOut(const ArgumentType& form, const Node& node) {
-    if (form.kind == NodeKind::Value)
-        return node.kind == NodeKind::Value && node.size == form.size;
+bool IsPlausibleOut(const ArgumentType& type, const Node& node) {
+    if (type.kind == NodeKind::Value)
+        return node.kind == NodeKind::Value && node.size == type.size;
     return node.kind == NodeKind::Branch || node.kind == NodeKind::Length ||
            node.kind == NodeKind::Array;
 }
@@ -27,12 +27,12 @@ ArgumentReader::ArgumentReader(std::span<const Argument> arguments, const void* 
     for (std::size_t place = 0; place < arguments.size() && m_fault == nullptr; ++place) {
         m_faultyPlace = place;
         m_fault = cursor.Next(m_nodes.at(place)) ? Check(place)
-                  : cursor.IsMalformed()         ? "is broken"
+                  : cursor.IsMalformed()         ? "is malformed"
                                                  : "is missing";
     }
     if (m_fault == nullptr && !cursor.IsAtEnd()) {
         m_faultyPlace = arguments.size();
-        m_fault = "is one too many";
+        m_fault = "is unexpected";
     }
 }
 
@@ -45,9 +45,9 @@ const char* ArgumentReader::Check(std::size_t place) const {
     if (node.direction != argument.direction)
         return "has the wrong direction";
     if (node.IsBranch() && !wire::IsWellFormed(node.data, node.size))
-        return "is broken inside";
-    if (argument.isRead ? !argument.form->Fits(node) : !IsPlausibleOut(*argument.form, node))
-        return "is of another form";
+        return "has malformed content";
+    if (argument.isRead ? !argument.type->Fits(node) : !IsPlausibleOut(*argument.type, node))
+        return "has the wrong type";
     return nullptr;
 }
 
@@ -57,7 +57,7 @@ std::string ArgumentReader::DescribeFault() const {
     std::string text = "argument " + std::to_string(m_faultyPlace);
     if (m_faultyPlace < m_arguments.size())
         text += std::string(" (") + m_arguments[m_faultyPlace].name + ": " +
-                m_arguments[m_faultyPlace].form->name + ")";
+                m_arguments[m_faultyPlace].type->name + ")";
     return text + " " + m_fault;
 }
 

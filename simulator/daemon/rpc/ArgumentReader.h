@@ -17,19 +17,19 @@ namespace sim {
 struct Argument {
     const char* name;
     wire::Direction direction; // that it travels in
-    const ArgumentType* form;
+    const ArgumentType* type;
     bool isRead; // by the operation
 };
 
-inline Argument Out(const char* name, const ArgumentType& form) {
-    return {name, wire::Direction::Out, &form, false};
+inline Argument Out(const char* name, const ArgumentType& type) {
+    return {name, wire::Direction::Out, &type, false};
 }
-inline Argument In(const char* name, const ArgumentType& form) {
-    return {name, wire::Direction::In, &form, true};
+inline Argument In(const char* name, const ArgumentType& type) {
+    return {name, wire::Direction::In, &type, true};
 }
 // Clients hand it by pointer, so that it travels as if it could come back; it is only read.
-inline Argument InByPointer(const char* name, const ArgumentType& form) {
-    return {name, wire::Direction::Out, &form, true};
+inline Argument InByPointer(const char* name, const ArgumentType& type) {
+    return {name, wire::Direction::Out, &type, true};
 }
 
 // The arguments of one call by place. They are checked against the operation's list before the

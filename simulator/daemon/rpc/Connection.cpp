@@ -16,7 +16,7 @@ constexpr std::size_t kMaxPacket = wire::kPacketHeaderSize + wire::kMaxPacketPay
 constexpr int kPacketsInARow = 16;
 // Fewer rounds for long replies; the kernel caps it at its limit.
 constexpr int kSendBuffer = 4 << 20;
-const char kTooMuch[] = "its messages and the others' take too much memory";
+const char kTooMuch[] = "messages of all connections take too much memory";
 
 } // namespace
 
@@ -91,7 +91,7 @@ bool Connection::ReadPacket() {
         CountHeld();
         // A hello is short: before it, no memory is allocated for more.
         if (client == nullptr)
-            End("begins with a long message");
+            End("long message before the hello");
         else if (!m_owner.HasRoomFor(wire::kMaxPacketPayload))
             End(kTooMuch);
         return IsOpen();
@@ -149,7 +149,7 @@ void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
     }
     if (role != wire::Role::Calls && m_queued > kMaxQueued) {
         tree.Clear();
-        return End("takes nothing of what is sent to it");
+        return End("does not read its replies");
     }
     if (!m_owner.HasRoomFor(tree.GetSize())) {
         tree.Clear();
@@ -160,7 +160,7 @@ void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
     CountHeld();
     if (m_queue.size() == 1) {
         m_watch.SetEvents(EPOLLOUT);
-        m_stuck.Start(kStuckMilliseconds, [this] { End("takes nothing of what is sent to it"); });
+        m_stuck.Start(kStuckMilliseconds, [this] { End("does not read its replies"); });
     }
 }
 
@@ -186,7 +186,7 @@ void Connection::Flush() {
         m_stuck.Stop();
         m_watch.SetEvents(EPOLLIN);
     } else if (progress) {
-        m_stuck.Start(kStuckMilliseconds, [this] { End("takes nothing of what is sent to it"); });
+        m_stuck.Start(kStuckMilliseconds, [this] { End("does not read its replies"); });
     }
 }
 

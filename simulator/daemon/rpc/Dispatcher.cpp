@@ -21,9 +21,9 @@ using interfaces::kNamePrefix;
 void WriteResult(const Operation& method, std::int32_t result, ReplyWriter& out) {
     if (method.arguments.empty() || method.arguments[0].direction != wire::Direction::Out)
         return;
-    if (method.arguments[0].form == &kInt)
+    if (method.arguments[0].type == &kInt)
         out.Int(0, result);
-    else if (method.arguments[0].form == &kBool)
+    else if (method.arguments[0].type == &kBool)
         out.Bool(0, result != 0);
 }
 
@@ -32,7 +32,7 @@ bool HasText(const Operation& method, const wire::Message& message, std::string_
     const ArgumentReader in(method.arguments, message.tree, message.header.treeSize);
     for (std::size_t place = 0; in.IsValid() && place < method.arguments.size(); ++place) {
         const Argument& argument = method.arguments[place];
-        if (argument.form != &kText || argument.direction != wire::Direction::In)
+        if (argument.type != &kText || argument.direction != wire::Direction::In)
             continue;
         std::string_view value = in.Text(place);
         if (value != text && value.starts_with(kNamePrefix))
@@ -143,7 +143,7 @@ std::string Dispatcher::Run(Connection& connection, const wire::Message& message
         call.session = m_sessions.Find(message.header.session);
         if (call.session == nullptr || call.session->client != connection.client ||
             call.session->interface != &interface)
-            return "no session " + std::to_string(message.header.session) + " of this client";
+            return "this client has no session " + std::to_string(message.header.session);
     }
     ReplyWriter out(m_reply);
     try {

@@ -54,11 +54,11 @@ nlohmann::json Injections::Describe() const {
     for (const auto& [method, orders] : m_orders) {
         for (const Order& order : orders)
             described.push_back({{"interface", method->interface->GetName()},
-                             {"method", method->name},
-                             {"kind", order.injection.GetName()},
-                             {"number", order.injection.number},
-                             {"with", order.injection.text},
-                             {"calls", order.calls}});
+                                 {"method", method->name},
+                                 {"kind", order.injection.GetName()},
+                                 {"number", order.injection.number},
+                                 {"with", order.injection.text},
+                                 {"calls", order.calls}});
     }
     return described;
 }

@@ -48,15 +48,15 @@ json DescribeArgument(const Argument* argument, const wire::Node& node) {
     json described{{"place", node.tag}, {"direction", isIn ? "in" : "out"}};
     if (argument != nullptr) {
         described["name"] = argument->name;
-        described["type"] = argument->form->name;
+        described["type"] = argument->type->name;
     }
     // An out text is sent as its length; a malformed one is shown as bytes.
-    const bool known = argument != nullptr && node.kind == argument->form->kind &&
-                       (argument->form->size == 0 || node.size == argument->form->size);
+    const bool known = argument != nullptr && node.kind == argument->type->kind &&
+                       (argument->type->size == 0 || node.size == argument->type->size);
     if (node.kind == wire::NodeKind::Length)
         described["length"] = TreeToJson(node)["length"];
     else
-        described["value"] = known ? argument->form->describe(node) : TreeToJson(node);
+        described["value"] = known ? argument->type->describe(node) : TreeToJson(node);
     return described;
 }
 

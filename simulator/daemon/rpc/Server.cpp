@@ -79,7 +79,7 @@ bool Server::Open(const std::string& path, std::string& error) {
 
 void Server::Accept(int fd) {
     if (m_connections.size() >= kMaxConnections && m_withoutHello.empty()) {
-        m_log.Write(kOwnTag, "refused a connection: there are %zu", m_connections.size());
+        m_log.Write(kOwnTag, "refused a connection: %zu are open", m_connections.size());
         close(fd);
         return;
     }
@@ -90,7 +90,7 @@ void Server::Accept(int fd) {
     Connection& connection = *m_connections.back();
     m_withoutHello.push_back(&connection);
     connection.helloDeadline.Start(kHelloMilliseconds,
-                                   [&connection] { connection.End("said no hello in time"); });
+                                   [&connection] { connection.End("no hello in time"); });
     // The hello has usually arrived already; after it the connection cannot be evicted.
     connection.Read();
 }
@@ -99,9 +99,9 @@ void Server::MessageArrived(Connection& connection, const wire::Message& message
     if (message.header.kind == wire::MessageKind::Hello)
         return Hello(connection, message);
     if (connection.client == nullptr)
-        return connection.End("called without a hello");
+        return connection.End("call before the hello");
     if (message.header.kind != wire::MessageKind::Call || connection.role != wire::Role::Calls)
-        return connection.End("sent what a client does not send");
+        return connection.End("message that clients do not send");
     m_dispatcher.Handle(connection, message);
 }
 
@@ -110,7 +110,7 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
     if (!ReadHello(message, hello))
         return connection.End("malformed hello");
     if (hello.version != wire::kProtocolVersion)
-        return connection.End("speaks version " + std::to_string(hello.version));
+        return connection.End("unsupported version " + std::to_string(hello.version));
     if (connection.client == nullptr) {
         connection.helloDeadline.Stop();
         m_withoutHello.remove(&connection);
@@ -123,8 +123,8 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
             FollowersChanged();
         }
         if (connection.role == wire::Role::Signals && !m_signals.Attach(hello.session, connection))
-            return connection.End("asks for the signals of session " +
-                                  std::to_string(hello.session) + ", which is not its own");
+            return connection.End("requested signals of session " + std::to_string(hello.session) +
+                                  ", which is not its own");
         m_changes.Tell();
     } else if (connection.client->GetToken() != hello.token) {
         // A client repeats its hello to find out whether a stalled daemon responds again.

@@ -34,10 +34,10 @@ void SessionInterface::Open(const Call& call, const ArgumentReader& in, ReplyWri
     if (interface == nullptr || interface->GetCalls() != Calls::ToSession)
         return out.Int(0, m_log.Refuse(kUnknown, kOwnTag, "unknown interface %s", name.c_str()));
     if (screen < 0 || screen > UINT16_MAX)
-        return out.Int(0, m_log.Refuse(kBadArgument, kOwnTag, "%s: there is no screen %d",
-                                       name.c_str(), screen));
+        return out.Int(
+            0, m_log.Refuse(kBadArgument, kOwnTag, "%s: unknown screen %d", name.c_str(), screen));
     if (call.client.GetSessionCount() >= kMaxSessions)
-        return out.Int(0, m_log.Refuse(kTooMany, kOwnTag, "client %u has %zu sessions: no more",
+        return out.Int(0, m_log.Refuse(kTooMany, kOwnTag, "client %u already has %zu sessions",
                                        call.client.GetNumber(), call.client.GetSessionCount()));
     std::int32_t status = 0;
     const Session* session = m_sessions.Open(

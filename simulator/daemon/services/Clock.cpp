@@ -47,10 +47,10 @@ std::string ToText(std::int64_t seconds) {
 } // namespace
 
 Clock::Clock(Context& context) : m_context(context) {
-    context.settings.Add("clock",
-                         "TIME|machine: the TV's time, as 2026-03-01T20:15:00Z or in seconds "
-                         "since 1970; or the machine's again",
-                         [this](const auto& values, auto& error) { return Set(values, error); });
+    context.settings.Add(
+        "clock",
+        "TIME|machine: the TV's time, such as 2026-03-01T20:15:00Z or seconds since 1970; or the machine's time again",
+        [this](const auto& values, auto& error) { return Set(values, error); });
 }
 
 std::int64_t Clock::Now() const {
@@ -67,7 +67,7 @@ bool Clock::Set(const std::vector<std::string>& values, std::string&) {
         m_offset = seconds - std::time(nullptr);
     else
         return false;
-    m_context.log.Write(kOwnTag, "it is %s", ToText(Now()).c_str());
+    m_context.log.Write(kOwnTag, "the time is %s", ToText(Now()).c_str());
     return true;
 }
 

@@ -14,16 +14,16 @@ namespace {
 constexpr double kLoadSeconds = 300;
 
 void Load(Context& context, ServiceLineUp& lineUp, const std::string& file,
-          ControlConnection& asker) {
-    asker.SetLimit(kLoadSeconds);
+          ControlConnection& connection) {
+    connection.SetLimit(kLoadSeconds);
     const Event event(context);
     LineUpSource source{file, {}};
     std::string error;
-    if (ReadLineUpFile(asker.GetPath(file), source.name, source.text, error) &&
+    if (ReadLineUpFile(connection.GetPath(file), source.name, source.text, error) &&
         lineUp.Load(source, error))
-        asker.Finish();
+        connection.Finish();
     else
-        asker.Fail(error);
+        connection.Fail(error);
 }
 
 // The line-up as a text, a few hundred services at a time.
@@ -35,7 +35,7 @@ public:
     // Empty after the last piece, or on failure, with the reason in `error`.
     std::string Next(std::string& error) {
         if (m_lineUp.GetLoads() != m_loads)
-            error = "another line-up was loaded in the meantime";
+            error = "another line-up has been loaded meanwhile";
         else if (m_lineUp.GetTables().WriteNext(m_place, m_writer))
             return m_writer.Take();
         else if (m_place.hasFailed)
@@ -52,43 +52,43 @@ private:
 };
 
 // The status; nothing while there is more.
-std::optional<int> End(const std::string& error, ControlConnection& asker) {
+std::optional<int> End(const std::string& error, ControlConnection& connection) {
     if (error.empty())
         return 0;
-    asker.Complain(error);
+    connection.Complain(error);
     return 1;
 }
 
-void Show(Context& context, ServiceLineUp& lineUp, ControlConnection& asker) {
-    asker.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp),
-                     &asker]() -> std::optional<int> {
+void Show(Context& context, ServiceLineUp& lineUp, ControlConnection& connection) {
+    connection.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp),
+                          &connection]() -> std::optional<int> {
         std::string error;
         const std::string text = pieces->Next(error);
         if (text.empty())
-            return End(error, asker);
-        asker.Print(text);
+            return End(error, connection);
+        connection.Print(text);
         return {};
     });
 }
 
 // The file replaces an existing one once it is complete.
 void Save(Context& context, ServiceLineUp& lineUp, const std::string& name,
-          ControlConnection& asker) {
+          ControlConnection& connection) {
     auto file = std::make_shared<NewFile>();
-    if (std::string error; !file->Open(asker.GetPath(name), error))
-        return asker.Fail(name + ": " + error);
-    asker.SetLimit(kLoadSeconds);
-    asker.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp), file, name,
-                     &asker]() -> std::optional<int> {
+    if (std::string error; !file->Open(connection.GetPath(name), error))
+        return connection.Fail(name + ": " + error);
+    connection.SetLimit(kLoadSeconds);
+    connection.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp), file, name,
+                          &connection]() -> std::optional<int> {
         std::string error;
         const std::string text = pieces->Next(error);
         if (!error.empty())
-            return End(error, asker);
+            return End(error, connection);
         if (text.empty() ? !file->Commit(error) : !file->Write(text, error))
-            return End(name + ": " + error, asker);
+            return End(name + ": " + error, connection);
         if (text.empty())
             return 0;
-        asker.Wake();
+        connection.Wake();
         return {};
     });
 }
@@ -100,15 +100,15 @@ void AddLineUpCommands(Context& context, ServiceLineUp& lineUp) {
         context.commands.Add(name, help, [&context, &lineUp, act](CommandLine& line) {
             auto file = std::make_shared<std::string>();
             line.Text("file", *file, "FILE", "The line-up's file");
-            return [&context, &lineUp, act, file](ControlConnection& asker) {
-                act(context, lineUp, *file, asker);
+            return [&context, &lineUp, act, file](ControlConnection& connection) {
+                act(context, lineUp, *file, connection);
             };
         });
     };
     add("lineup load", "Replace the TV's services with a file's", Load);
     add("lineup save", "Write the TV's services to a file", Save);
     context.commands.Add("lineup show", "Print the TV's services", [&](CommandLine&) {
-        return [&](ControlConnection& asker) { Show(context, lineUp, asker); };
+        return [&](ControlConnection& connection) { Show(context, lineUp, connection); };
     });
 }
 

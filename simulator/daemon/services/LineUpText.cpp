@@ -183,14 +183,14 @@ private:
             return ExpectEnd();
         if (m_hasProgramme && programme.start < m_end)
             return Expect(
-                "a start at or after " + ToTime(m_end) + ", where the programme before ends", 1);
+                "a start at or after " + ToTime(m_end) + ", when the previous programme ends", 1);
         if (!m_hasProgramme)
             m_firstStart = programme.start;
         m_hasProgramme = true;
         m_end = programme.start + programme.duration;
         if (m_end - kSecondsOfDay > m_firstStart)
             return Expect("an end before " + ToTime(m_firstStart) +
-                              " of the next day, where the first programme begins",
+                              " of the next day, when the first programme begins",
                           2);
         return m_sink.AddProgramme(m_service, programme);
     }

@@ -46,7 +46,7 @@ private:
     }
 
     void StartTuneAround(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-        m_log.Write(kTunerTag, "tune around asked for by \"%.*s\"",
+        m_log.Write(kTunerTag, "tune around requested by \"%.*s\"",
                     static_cast<int>(in.Text(2).size()), in.Text(2).data());
         out.Int(0, m_scans.StartTuneAround(ReadServiceIds(in)));
     }
@@ -85,7 +85,7 @@ private:
             return m_pipelines.At(kMainPipeline).tvMode.antenna;
         if (antenna >= ANTENNA_AIR && antenna <= ANTENNA_SATELLITE)
             return antenna;
-        m_log.Write(kTunerTag, "barker channel scan refused: no antenna %d", antenna);
+        m_log.Write(kTunerTag, "barker channel scan refused: unknown antenna %d", antenna);
         return ANTENNA_NONE;
     }
 

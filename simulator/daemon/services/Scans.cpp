@@ -26,7 +26,7 @@ Scans::Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pi
              const Inputs& inputs, Subscribers& subscribers)
     : m_context(context), m_lineUp(lineUp), m_programmes(programmes), m_pipelines(pipelines),
       m_inputs(inputs), m_subscribers(subscribers) {
-    context.settings.Add("scan-pace", "MILLISECONDS: how long a scan stays with a service",
+    context.settings.Add("scan-pace", "MILLISECONDS: how long a scan stays on a service",
                          [this](const auto& values, auto&) {
                              std::uint32_t pace = 0;
                              if (values.size() != 1 || !ParseNumber(values[0], pace) ||
@@ -56,8 +56,7 @@ std::int32_t Scans::StartTuneAround(std::vector<std::uint64_t> services) {
         m_context.log.Write(kTunerTag, "tune around: %zu services are not in the line-up",
                             given - services.size());
     if (services.empty())
-        return m_context.log.Refuse(kBadArgument, kTunerTag,
-                                    "tune around refused: no service to visit");
+        return m_context.log.Refuse(kBadArgument, kTunerTag, "tune around refused: no services");
     const std::int32_t status = Start(Running::TuneAround, std::move(services));
     if (status == kDone)
         After(0, &Scans::BeginVisit);
@@ -75,7 +74,7 @@ std::int32_t Scans::StartBarker(std::int32_t antenna) {
 
 std::int32_t Scans::Start(Running what, std::vector<std::uint64_t> services) {
     if (m_state.running != Running::Nothing)
-        return m_context.log.Refuse(kRefused, kTunerTag, "%s refused: %s runs", ToText(what),
+        return m_context.log.Refuse(kRefused, kTunerTag, "%s refused: %s is running", ToText(what),
                                     ToText(m_state.running));
     m_state.running = what;
     m_state.services = std::move(services);
@@ -103,8 +102,8 @@ std::int32_t Scans::StopBarker() {
 std::int32_t Scans::Stop(Running what) {
     if (m_state.running == what)
         return kDone;
-    return m_context.log.Refuse(kRefused, kTunerTag, "%s cannot be stopped: %s runs", ToText(what),
-                                ToText(m_state.running));
+    return m_context.log.Refuse(kRefused, kTunerTag, "%s cannot be stopped: %s is running",
+                                ToText(what), ToText(m_state.running));
 }
 
 void Scans::After(std::uint32_t milliseconds, void (Scans::*step)()) {
@@ -121,14 +120,14 @@ bool Scans::HasSignal(const ServiceFacts& facts) const {
 void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
     m_state.visited = service;
     m_state.facts = facts;
-    m_context.log.Write(kTunerTag, "%s visits service 0x%" PRIx64, ToText(m_state.running),
+    m_context.log.Write(kTunerTag, "%s: tuning to service 0x%" PRIx64, ToText(m_state.running),
                         service);
     if (!facts.streamed)
         m_pipelines.MoveTuner(m_pipelines.At(kMainPipeline), {facts.antenna, facts.frequency});
     if (HasSignal(facts))
         m_subscribers.Emit(SIGNAL_SI_STARTED, kMainPipeline, ToSignalData(facts));
     else
-        m_context.log.Write(kTunerTag, "no signal of service 0x%" PRIx64, service);
+        m_context.log.Write(kTunerTag, "no signal for service 0x%" PRIx64, service);
 }
 
 void Scans::BeginVisit() {
@@ -145,7 +144,8 @@ void Scans::BeginVisit() {
 void Scans::EndVisit() {
     if (HasSignal(m_state.facts)) {
         if (!m_programmes.Collect(m_state.visited))
-            m_context.log.Write(kTunerTag, "programmes of service 0x%" PRIx64 " were not kept: %s",
+            m_context.log.Write(kTunerTag,
+                                "programmes of service 0x%" PRIx64 " could not be stored: %s",
                                 m_state.visited, m_context.database.GetError().c_str());
         m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_state.visited);
     }

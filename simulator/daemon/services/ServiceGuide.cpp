@@ -30,10 +30,10 @@ private:
         const auto programme = m_programmes.FindPresent(service);
         if (m_programmes.HasFailed())
             return out.Int(0, m_log.Refuse(kNotKept, kTunerTag,
-                                           "GetCurrentProgram refused: the database fails"));
+                                           "GetCurrentProgram refused: the database failed"));
         if (!programme && !m_lineUp.FindFacts(service))
             return out.Int(0, m_log.Refuse(kUnknown, kTunerTag,
-                                           "GetCurrentProgram refused: no service 0x%" PRIx64,
+                                           "GetCurrentProgram refused: unknown service 0x%" PRIx64,
                                            service));
         // An unknown present programme is not a refusal.
         if (!programme)

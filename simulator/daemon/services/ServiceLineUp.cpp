@@ -109,15 +109,15 @@ std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode
         return result;
     };
     if (service == INVALID_SERVICE_ID)
-        return refuse(kBadArgument, "is the invalid one");
+        return refuse(kBadArgument, "is the invalid service");
     const auto facts = FindFacts(service);
     if (!facts)
         return refuse(kUnknown, "is not in the line-up");
     if (tvMode.antenna < ANTENNA_NONE || tvMode.antenna > ANTENNA_SATELLITE ||
         tvMode.serviceMode < SERVICE_MODE_NONE)
-        return refuse(kBadArgument, "is of no such TV mode");
+        return refuse(kBadArgument, "with an invalid TV mode");
     if (tvMode.antenna != ANTENNA_NONE && tvMode.antenna != facts->antenna)
-        return refuse(kRefused, "is of another antenna");
+        return refuse(kRefused, "belongs to another antenna");
 
     Bootup bootup{service, tvMode, option};
     bootup.tvMode.antenna = facts->antenna;

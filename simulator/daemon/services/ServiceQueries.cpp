@@ -101,7 +101,7 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
     const auto isKnown = [&](std::int32_t field) {
         if (values::FindServiceField(field) != nullptr)
             return true;
-        m_log.Write(kTunerTag, "query refused: no service has a field %d", field);
+        m_log.Write(kTunerTag, "query refused: unknown field %d", field);
         return false;
     };
     result = kBadArgument;
@@ -159,7 +159,7 @@ void ServiceQueries::List(const Criteria& criteria, const Page& page, ReplyWrite
 std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t count,
                                         wire::TreeWriter& tree) {
     if (count <= 0)
-        return m_log.Refuse(kBadArgument, kTunerTag, "FindService refused: %d services asked for",
+        return m_log.Refuse(kBadArgument, kTunerTag, "FindService refused: %d services requested",
                             count);
     std::int32_t result = 0;
     Statement* statement = Prepare(Kind::Find, criteria, result);
@@ -186,8 +186,8 @@ std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page
                                       wire::TreeWriter& tree) {
     if (page.first < 0 || page.count < 0)
         return m_log.Refuse(kBadArgument, kTunerTag,
-                            "GetServiceList refused: no page of %d services behind %d", page.count,
-                            page.first);
+                            "GetServiceList refused: invalid page of %d services after %d",
+                            page.count, page.first);
     std::int32_t result = 0;
     Statement* statement = Prepare(Kind::List, criteria, result);
     if (statement == nullptr)

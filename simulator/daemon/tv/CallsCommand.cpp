@@ -58,21 +58,21 @@ std::string ToReadableLine(const json& call) {
     return line;
 }
 
-// Prints as fast as the asker reads; calls that the journal has dropped in the meantime are counted instead.
+// Prints as fast as the client reads; calls that the journal has dropped in the meantime are counted instead.
 class Calls {
 public:
     explicit Calls(const Journal& journal) : m_journal(journal), m_next(journal.GetBegin()) {}
 
     void Take(CommandLine& line) {
-        line.Flag("--follow", m_follow, "Go on with the calls to come");
-        line.Flag("--json", m_asJson, "One JSON object per line, with all arguments whole");
+        line.Flag("--follow", m_follow, "Continue with new calls");
+        line.Flag("--json", m_asJson, "One JSON object per line, with all arguments in full");
     }
     bool IsFollowing() const { return m_follow; }
 
-    std::optional<int> PrintSome(ControlConnection& asker) {
+    std::optional<int> PrintSome(ControlConnection& connection) {
         if (m_next < m_journal.GetBegin()) {
-            asker.Complain(std::to_string(m_journal.GetBegin() - m_next) +
-                           " calls are no longer kept");
+            connection.Complain(std::to_string(m_journal.GetBegin() - m_next) +
+                                " calls were dropped from the journal");
             m_next = m_journal.GetBegin();
         }
         std::string lines;
@@ -81,7 +81,7 @@ public:
             lines += (m_asJson ? ToText(call) : ToReadableLine(call)) + "\n";
         }
         if (!lines.empty())
-            asker.Print(lines);
+            connection.Print(lines);
         if (m_follow || m_next < m_journal.GetEnd())
             return {};
         return 0;
@@ -102,15 +102,16 @@ void AddCallsCommand(Context& context) {
     context.commands.Add("calls", "Show the journal, one line per call", [&](CommandLine& line) {
         auto calls = std::make_shared<Calls>(context.journal);
         calls->Take(line);
-        return [&context, calls](ControlConnection& asker) {
+        return [&context, calls](ControlConnection& connection) {
             if (calls->IsFollowing()) {
-                asker.SetEndless();
+                connection.SetEndless();
                 // Notified from the loop, so that no call waits for a follower.
-                const std::uint64_t id = context.changes.AddListener([&asker] { asker.Wake(); });
-                asker.Keep(std::shared_ptr<void>(
+                const std::uint64_t id =
+                    context.changes.AddListener([&connection] { connection.Wake(); });
+                connection.Keep(std::shared_ptr<void>(
                     nullptr, [&context, id](void*) { context.changes.RemoveListener(id); }));
             }
-            asker.SetSource([calls, &asker] { return calls->PrintSome(asker); });
+            connection.SetSource([calls, &connection] { return calls->PrintSome(connection); });
         };
     });
 }

@@ -25,7 +25,7 @@ Context::~Context() {
 
 void Context::Release(Client& client) {
     const Event event(*this);
-    log.Write(kOwnTag, "client %" PRIu32 " is gone", client.GetNumber());
+    log.Write(kOwnTag, "client %" PRIu32 " released", client.GetNumber());
     sessions.CloseAll(client);
     for (Component* part : m_components)
         part->ReleaseClient(client);

@@ -38,18 +38,18 @@ std::optional<Injection> ToInjection(const Order& order) {
     return Injection{kind, order.result.value_or(order.delay.value_or(0)), order.text};
 }
 
-void Inject(Context& context, const Order& order, ControlConnection& asker) {
+void Inject(Context& context, const Order& order, ControlConnection& connection) {
     const auto injection = ToInjection(order);
     if (!injection)
-        return asker.Fail("expected one of --result, --delay, --drop, --close and --die",
-                          CommandLine::kBadArguments);
+        return connection.Fail("expected one of --result, --delay, --drop, --close and --die",
+                               CommandLine::kBadArguments);
     const std::vector<Operation*> operations = context.dispatcher.FindOperations(order.operation);
     if (operations.empty())
-        return asker.Fail("unknown operation '" + order.operation + "'");
+        return connection.Fail("unknown operation '" + order.operation + "'");
     for (const Operation* each : operations)
         context.injections.Add(*each, *injection, static_cast<unsigned>(order.count));
     context.changes.Tell();
-    asker.Finish();
+    connection.Finish();
 }
 
 } // namespace
@@ -58,19 +58,22 @@ void AddInjectCommand(Context& context) {
     context.commands.Add("inject", "Make the next calls of an operation fail", [&](CommandLine& line) {
         auto order = std::make_shared<Order>();
         line.Text("operation", order->operation, "INTERFACE.METHOD",
-                  "Which operation, as IAVControl.MuteVideo");
+                  "The operation, such as IAVControl.MuteVideo");
         line.Integer("--result", order->result, "N",
-                     "It does not happen; this result is its only answer");
+                     "The operation is not executed and returns only this result");
         line.Integer("--delay", order->delay, 0, kMaxDelayMilliseconds, "MS",
-                     "It happens, its reply comes late");
-        line.Flag("--drop", order->drop, "It happens, its reply never comes");
-        line.Flag("--close", order->close, "It does not happen, the connection is closed");
-        line.Flag("--die", order->die, "It does not happen, the TV ends on the spot");
-        line.Integer("--count", order->count, 1, kMaxCount, "N", "For so many calls (1)");
+                     "The operation is executed, its reply is delayed");
+        line.Flag("--drop", order->drop, "The operation is executed, its reply is not sent");
+        line.Flag("--close", order->close,
+                  "The operation is not executed, the connection is closed");
+        line.Flag("--die", order->die, "The operation is not executed, the TV ends at once");
+        line.Integer("--count", order->count, 1, kMaxCount, "N", "Number of calls (1)");
         line.Text(
             "--with", order->text, "TEXT",
-            "Only calls with this text among their arguments, as INorvexSession.Open --with IAVControl");
-        return [&context, order](ControlConnection& asker) { Inject(context, *order, asker); };
+            "Only calls with this text among their arguments, such as INorvexSession.Open --with IAVControl");
+        return [&context, order](ControlConnection& connection) {
+            Inject(context, *order, connection);
+        };
     });
 }
 

@@ -12,7 +12,7 @@ std::string Describe(const Interface& interface, const Operation& operation) {
     for (const Argument& argument : operation.arguments) {
         std::string& list = argument.isRead ? in : out;
         list +=
-            (list.empty() ? "" : ", ") + std::string(argument.name) + ": " + argument.form->name;
+            (list.empty() ? "" : ", ") + std::string(argument.name) + ": " + argument.type->name;
     }
     const std::string name = interface.GetName().substr(interfaces::kNamePrefix.size());
     return name + "." + operation.name + "(" + in + ") = " + out + "\n";
@@ -22,15 +22,15 @@ std::string Describe(const Interface& interface, const Operation& operation) {
 
 void AddOperationsCommand(Context& context) {
     context.commands.Add(
-        "operations", "List the operations that calls, inject and wait know", [&](CommandLine&) {
-            return [&context](ControlConnection& asker) {
+        "operations", "List the operations that calls, inject and wait accept", [&](CommandLine&) {
+            return [&context](ControlConnection& connection) {
                 std::string lines;
                 for (const Interface* interface : context.dispatcher.GetInterfaces()) {
                     for (const auto& operation : interface->GetOperations())
                         lines += Describe(*interface, *operation);
                 }
-                asker.Print(lines);
-                asker.Finish();
+                connection.Print(lines);
+                connection.Finish();
             };
         });
 }

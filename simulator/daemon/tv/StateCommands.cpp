@@ -28,32 +28,32 @@ void AddStateCommands(Context& context) {
                          [&](CommandLine& line) {
                              auto asJson = std::make_shared<bool>(false);
                              line.Flag("--json", *asJson, "One JSON object");
-                             return [&context, asJson](ControlConnection& asker) {
-                                 asker.Print(Describe(context.DescribeState(), *asJson));
-                                 asker.Finish();
+                             return [&context, asJson](ControlConnection& connection) {
+                                 connection.Print(Describe(context.DescribeState(), *asJson));
+                                 connection.Finish();
                              };
                          });
     context.commands.Add(
-        "reset", "Make the TV as it was when new; empty the journal, forget injected failures",
+        "reset", "Restore the TV's initial state; empty the journal, remove injected failures",
         [&](CommandLine&) {
-            return [&context](ControlConnection& asker) {
+            return [&context](ControlConnection& connection) {
                 const Event event(context);
                 context.log.Write(kOwnTag, "reset");
                 const std::string error = context.Reset();
-                error.empty() ? asker.Finish() : asker.Fail(error);
+                error.empty() ? connection.Finish() : connection.Fail(error);
             };
         });
     context.commands.Add("set", "Change the TV's environment", [&](CommandLine& line) {
         auto values = std::make_shared<std::vector<std::string>>();
         line.Texts("setting", *values, "NAME VALUE...",
-                   "Its name and its new value; an unknown name lists them all");
-        return [&context, values](ControlConnection& asker) {
+                   "The setting and its new value; an unknown name lists all settings");
+        return [&context, values](ControlConnection& connection) {
             const Event event(context);
             std::string error;
             if (context.settings.Set(values->front(), {values->begin() + 1, values->end()}, error))
-                asker.Finish();
+                connection.Finish();
             else
-                asker.Fail(error);
+                connection.Fail(error);
         };
     });
 }

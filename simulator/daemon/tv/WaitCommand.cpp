@@ -103,12 +103,13 @@ std::string Join(const std::vector<std::string>& tokens, std::size_t first) {
 
 class Wait {
 public:
-    Wait(Changes& changes, Condition condition, ControlConnection& asker, unsigned milliseconds)
-        : m_changes(changes), m_condition(std::move(condition)), m_asker(asker) {
+    Wait(Changes& changes, Condition condition, ControlConnection& connection,
+         unsigned milliseconds)
+        : m_changes(changes), m_condition(std::move(condition)), m_connection(connection) {
         m_listener = m_changes.AddListener([this] { Look(); });
         m_limit.Start(milliseconds, [this] {
             m_changes.RemoveListener(m_listener);
-            m_asker.Fail("timed out");
+            m_connection.Fail("timed out");
         });
     }
     ~Wait() { m_changes.RemoveListener(m_listener); }
@@ -121,12 +122,12 @@ private:
             return;
         m_changes.RemoveListener(m_listener);
         m_limit.Stop();
-        m_asker.Finish();
+        m_connection.Finish();
     }
 
     Changes& m_changes;
     Condition m_condition;
-    ControlConnection& m_asker;
+    ControlConnection& m_connection;
     std::uint64_t m_listener = 0;
     Timer m_limit;
 };
@@ -136,7 +137,7 @@ struct Wanted {
     double seconds = 10;
 };
 
-void StartWait(Context& context, const Wanted& wanted, ControlConnection& asker) {
+void StartWait(Context& context, const Wanted& wanted, ControlConnection& connection) {
     const std::vector<std::string> tokens = Split(wanted.condition);
     std::uint64_t calls = 0;
     Condition condition;
@@ -147,17 +148,17 @@ void StartWait(Context& context, const Wanted& wanted, ControlConnection& asker)
         condition =
             MakeStateCondition(context, tokens[0], tokens[1], ToValue(Join(tokens, 2)), error);
     else
-        return asker.Fail("expected \"/PATH == VALUE\" or \"calls INTERFACE.METHOD N\"",
-                          CommandLine::kBadArguments);
+        return connection.Fail("expected \"/PATH == VALUE\" or \"calls INTERFACE.METHOD N\"",
+                               CommandLine::kBadArguments);
     if (!condition)
-        return asker.Fail(error);
+        return connection.Fail(error);
     if (condition())
-        return asker.Finish();
+        return connection.Finish();
     // A busy TV may report the timeout late.
     constexpr double kMargin = 10;
-    asker.SetLimit(wanted.seconds + kMargin);
-    asker.Keep(std::make_shared<Wait>(context.changes, std::move(condition), asker,
-                                      static_cast<unsigned>(wanted.seconds * 1000)));
+    connection.SetLimit(wanted.seconds + kMargin);
+    connection.Keep(std::make_shared<Wait>(context.changes, std::move(condition), connection,
+                                           static_cast<unsigned>(wanted.seconds * 1000)));
 }
 
 } // namespace
@@ -171,9 +172,9 @@ void AddWaitCommand(Context& context) {
                 "condition", wanted->condition, "CONDITION",
                 "\"/PATH == VALUE\" (or !=, >, >=, <, <=), or \"calls INTERFACE.METHOD N\": called N times "
                 "or more");
-            line.Number("--timeout", wanted->seconds, 0, 86400, "SECONDS", "How long at most (10)");
-            return [&context, wanted](ControlConnection& asker) {
-                StartWait(context, *wanted, asker);
+            line.Number("--timeout", wanted->seconds, 0, 86400, "SECONDS", "Timeout (10)");
+            return [&context, wanted](ControlConnection& connection) {
+                StartWait(context, *wanted, connection);
             };
         });
 }

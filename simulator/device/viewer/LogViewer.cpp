@@ -73,8 +73,8 @@ int LogViewer::Run() {
     Failure failure = Failure::None;
     const std::unique_ptr<DaemonConnection> connection = Follow(m_tag, failure);
     if (connection == nullptr) {
-        std::cerr << "dlogutil: no TV to follow: "
-                  << (failure == Failure::Absent ? "nobody listens at " : "no answer from ")
+        std::cerr << "dlogutil: "
+                  << (failure == Failure::Absent ? "no TV is running at " : "no answer from ")
                   << FindSocketPath() << "\n";
         return EXIT_FAILURE;
     }

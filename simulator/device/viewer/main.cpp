@@ -27,11 +27,10 @@ void TakeUsualSignals() {
 int main(int argc, char** argv) {
     TakeUsualSignals();
 
-    CLI::App app("Shows the lines of one tag of the simulated TV's log as they are written.",
+    CLI::App app("Prints the lines of one tag of the simulated TV's log as they are written.",
                  "dlogutil");
     app.footer(
-        "Follows the TV behind NORVEX_SOCKET until it ends, or until interrupted. A tag that "
-        "nobody writes shows nothing.");
+        "Follows the TV at NORVEX_SOCKET until the TV ends, or until interrupted. An unused tag shows nothing.");
     std::string tag;
     app.add_option("TAG", tag, "the tag, for example tvvideosink")
         ->required()

@@ -11,16 +11,15 @@
 
 namespace {
 
-const char kHelp[] =
-    "Looks at a simulated TV (norvex-sim), waits for it, makes it fail.\n"
-    "Usage: norvex-simctl [--socket PATH] COMMAND [ARGUMENT...]\n"
-    "\n"
-    "Options:\n"
-    "  -h,--help       Print this help message, or that of a command, and exit\n"
-    "  --socket PATH   The TV's socket (NORVEX_SOCKET)\n"
-    "\n"
-    "The commands are those of the TV at the socket: they are listed while it runs.\n"
-    "\n";
+const char kHelp[] = "Inspects a simulated TV (norvex-sim), waits for it, makes it fail.\n"
+                     "Usage: norvex-simctl [--socket PATH] COMMAND [ARGUMENT...]\n"
+                     "\n"
+                     "Options:\n"
+                     "  -h,--help       Print this help message, or that of a command, and exit\n"
+                     "  --socket PATH   The TV's socket (NORVEX_SOCKET)\n"
+                     "\n"
+                     "The TV at the socket defines the commands: they are listed while it runs.\n"
+                     "\n";
 constexpr int kFailed = 1;
 constexpr int kBadArguments = 2;
 

@@ -43,7 +43,7 @@ TEST_F(NavigationTest, GivesBackTheTvModeThatWasSet) {
     EXPECT_EQ(GetTvMode(), (TvMode{1, 0}));
     for (const std::int32_t antenna : {3, -2, INT32_MAX}) {
         EXPECT_LT(client.SetTvMode({antenna, 0}), 0);
-        EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "SetTvMode refused: no antenna"));
+        EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "SetTvMode refused: unknown antenna"));
     }
     EXPECT_LT(client.SetTvMode({0, -2}), 0);
     EXPECT_EQ(GetTvMode(), (TvMode{1, 0}));
@@ -55,7 +55,7 @@ TEST_F(NavigationTest, SetsAModeWithAServiceOfItsAntenna) {
     EXPECT_EQ(tv.MainState("service"), "0x11");
     EXPECT_EQ(tv.MainState("tuner/at"), "cable/330000");
     EXPECT_LT(client.SetTvMode({1, 0}, kAirService), 0);
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "is of antenna air, not cable"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "belongs to antenna air, not cable"));
     EXPECT_LT(client.SetTvMode({0, 0}, kInvalidService), 0);
     EXPECT_LT(client.SetTvMode({7, 0}, kAirService), 0);
     EXPECT_EQ(tv.MainState("tvMode/antenna"), 1);
@@ -96,7 +96,7 @@ TEST_F(NavigationTest, KnowsTheLatestServiceOfEachKind) {
     constexpr auto kLatest = ServiceNavigationMethod::GetLatestServiceId;
     constexpr auto kLatestVelda = ServiceNavigationMethod::GetLatestVeldaServiceId;
     EXPECT_FALSE(GetLatest(kLatest, 0));
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "nothing has been shown of antenna air"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "no service of antenna air has been shown"));
     client.SetService(kAirService);
     client.SetService(kStreamedService);
     EXPECT_TRUE(tv.Logged("quarle-provider", "streams service 0x22"));
@@ -128,7 +128,7 @@ TEST_F(NavigationTest, SwitchesDtvModesOneByOneAndAllAtOnce) {
         EXPECT_EQ(modes(), expected);
     }
     EXPECT_LT(set(4, true), 0);
-    EXPECT_TRUE(tv.Logged("tvdemuxer", "SetDTVMode refused: no mode 4"));
+    EXPECT_TRUE(tv.Logged("tvdemuxer", "SetDTVMode refused: unknown mode 4"));
     EXPECT_LT(set(-1, true), 0);
     EXPECT_EQ(modes(), "");
 }

@@ -160,7 +160,7 @@ TEST_F(PreparationTest, ANewerChangeTakesThePlaceOfOneThatWaits) {
     app.Register(kService, "one");
     viewer.SetService(kAirService);
     viewer.SetService(kOtherAirService);
-    EXPECT_TRUE(tv.Logged("quarle-daemon", "is replaced"));
+    EXPECT_TRUE(tv.Logged("quarle-daemon", " replaced"));
     app.NotifyReady("one", kAirService); // too late
     EXPECT_TRUE(app.IsPending(kService));
     app.NotifyReady("one", kOtherAirService);
@@ -212,7 +212,7 @@ TEST_F(PreparationTest, ReceiversBelongToOnePipeline) {
 
 TEST_F(PreparationTest, RefusesInvalidArguments) {
     EXPECT_LT(app.Register(2, "one"), 0);
-    EXPECT_TRUE(tv.Logged("norvex", "no such kind of change"));
+    EXPECT_TRUE(tv.Logged("norvex", "unknown kind of change"));
     EXPECT_LT(app.Register(kService, ""), 0);
     EXPECT_LT(app.Register(kService, std::string(256, 'x')), 0);
     EXPECT_LT(app.Unregister(kService, "one"), 0);

@@ -39,10 +39,10 @@ TEST_F(SourceControlTest, RefusesAnUnknownSource) {
     client.SetSource(13);
     for (const std::int32_t source : {-1, 48, INT32_MAX, INT32_MIN}) {
         EXPECT_LT(client.SetSource(source), 0);
-        EXPECT_TRUE(tv.Logged("extvideosrc", "SetSource refused: no source"));
+        EXPECT_TRUE(tv.Logged("extvideosrc", "SetSource refused: unknown source"));
         EXPECT_LT(client.SetSource(source, kAirService), 0);
         EXPECT_LT(Preview(source), 0);
-        EXPECT_TRUE(tv.Logged("extvideosrc", "SetPreviewSource refused: no source"));
+        EXPECT_TRUE(tv.Logged("extvideosrc", "SetPreviewSource refused: unknown source"));
         EXPECT_LT(Preview(source, kAirService), 0);
     }
     EXPECT_EQ(tv.MainState("source"), 13);
@@ -58,7 +58,7 @@ TEST_F(SourceControlTest, TunesAService) {
     EXPECT_EQ(tv.MainState("tuner/at"), "air/474000");
     EXPECT_EQ(tv.MainState("receiving"), true);
     EXPECT_TRUE(tv.MainState("events").contains("started"));
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "tunes service 0xfa0000000002002d"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "tuned to service 0xfa0000000002002d"));
 }
 
 TEST_F(SourceControlTest, RefusesServicesThatItCannotShow) {
@@ -68,7 +68,7 @@ TEST_F(SourceControlTest, RefusesServicesThatItCannotShow) {
     EXPECT_LT(client.SetSource(0, 0x999), 0);
     EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "no service 0x999"));
     EXPECT_LT(client.SetSource(0, kCableService), 0);
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "is of antenna cable, not air"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "belongs to antenna cable, not air"));
     EXPECT_LT(Preview(0, kInvalidService), 0);
     EXPECT_LT(Preview(0, kCableService), 0);
     EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
@@ -116,7 +116,7 @@ TEST_F(SourceControlTest, AnalysesHdmiInputs) {
         EXPECT_EQ(StartAnalysis(source), kDone);
     EXPECT_EQ(tv.MainState("hdmiAnalysis"), nlohmann::json({13, 14, 15, 16, 38, 39, 46, 47}));
     EXPECT_EQ(StartAnalysis(13), kDone); // already running
-    EXPECT_TRUE(tv.Logged("extvideosrc", "analysis of source 13 goes on"));
+    EXPECT_TRUE(tv.Logged("extvideosrc", "analysis of source 13 already running"));
     EXPECT_EQ(StopAnalysis(13), kDone);
     EXPECT_EQ(tv.MainState("hdmiAnalysis"), nlohmann::json({14, 15, 16, 38, 39, 46, 47}));
     EXPECT_LT(StopAnalysis(13), 0);
@@ -126,7 +126,7 @@ TEST_F(SourceControlTest, AnalysesHdmiInputs) {
 TEST_F(SourceControlTest, AnalysesOnlyWhatIsPluggedIntoAnHdmiInput) {
     for (const std::int32_t source : {0, 7, 12, 17, 37, 40, 45, 48, -1}) {
         EXPECT_LT(StartAnalysis(source), 0);
-        EXPECT_TRUE(tv.Logged("extvideosrc", "is no HDMI input"));
+        EXPECT_TRUE(tv.Logged("extvideosrc", "is not an HDMI input"));
     }
     EXPECT_EQ(StartAnalysis(14), kDone);
     EXPECT_EQ(tv.Set("hdmi", {"hdmi2", "unplugged"}), "");

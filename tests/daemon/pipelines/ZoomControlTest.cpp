@@ -192,7 +192,7 @@ TEST(ZoomControl, WindowsVanishWithTheirClient) {
     owner.Die();
     EXPECT_EQ(other.Connected(), Ids{kept});
     EXPECT_EQ(tv.State("/pipelines/1:0/mainPicture/width"), 960);
-    EXPECT_TRUE(tv.Logged("tvfpaparser", "is gone with client"));
+    EXPECT_TRUE(tv.Logged("tvfpaparser", "removed with client"));
 }
 
 TEST(ZoomControl, TheMainPictureIsWholeAgainWhenTheLastClientIsGone) {

@@ -123,11 +123,11 @@ TEST(LineUpText, TakesProgrammesInOrderOnly) {
     const std::string first = "programme 20:00 60\n";
     EXPECT_EQ(ErrorOfLine(first + "programme 21:00 60"), "");
     EXPECT_EQ(ErrorOfLine(first + "programme 20:59 60"),
-              "my.lineup:4: expected a start at or after 21:00, where the programme before ends, "
+              "my.lineup:4: expected a start at or after 21:00, when the previous programme ends, "
               "found \"20:59\"");
     EXPECT_EQ(ErrorOfLine(first + "programme 23:00 1260"), "");
     EXPECT_EQ(ErrorOfLine(first + "programme 23:00 1261"),
-              "my.lineup:4: expected an end before 20:00 of the next day, where the first "
+              "my.lineup:4: expected an end before 20:00 of the next day, when the first "
               "programme begins, found \"1261\"");
     // Another service starts again.
     EXPECT_EQ(ErrorOfLine(first + "service 0x2 2 \"Two\"\nprogramme 19:00 60"), "");

@@ -83,7 +83,7 @@ TEST_F(ProgrammesTest, GoOnBeyondMidnight) {
 TEST_F(ProgrammesTest, OfAServiceWithoutAnyAreNoRefusal) {
     EXPECT_EQ(At("06:00", 2).status, 0);
     EXPECT_LT(At("06:00", 3).status, 0);
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "GetCurrentProgram refused: no service 0x3"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "GetCurrentProgram refused: unknown service 0x3"));
     EXPECT_LT(At("06:00", kInvalidService).status, 0);
 }
 

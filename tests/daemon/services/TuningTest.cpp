@@ -36,7 +36,7 @@ TEST_F(TuningTest, RefusesWhatATvRefuses) {
     EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "SetService refused: the invalid service"));
     EXPECT_EQ(client.SetService(0x999), -2);
     EXPECT_EQ(client.SetService(0x2001), -1); // cable
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "is of antenna cable, not air"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "belongs to antenna cable, not air"));
     EXPECT_EQ(client.SetSource(0, kInvalidService), -3);
     EXPECT_EQ(client.SetSource(0, 0x999), -2);
     EXPECT_EQ(client.SetSource(0, 0x3001), -1);

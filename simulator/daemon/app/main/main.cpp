@@ -45,24 +45,23 @@ int Fail(const std::string& line, int status = kFailed) {
 
 // The program's status; nothing if it continues.
 std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, Given& given) {
-    sim::CommandLine line(
-        "norvex-sim", "The simulated TV: serves the TV service's clients on a socket until it is "
-                      "told to end (SIGTERM, SIGINT).");
+    sim::CommandLine line("norvex-sim",
+                          "The simulated TV. Serves clients on a socket until SIGTERM or SIGINT.");
     line.Text(
         "--socket", given.socket, "PATH",
-        "Where clients connect (NORVEX_SOCKET); the control socket is beside it, with .ctl at the end");
+        "Where clients connect (NORVEX_SOCKET); the control socket has the same path with .ctl appended");
     line.Text("--database", given.database, "FILE",
-              "Keep the TV's state in this file; without it, the state ends with the TV");
+              "Keep the TV's state in this file; without it the state is lost when the TV ends");
     line.Text("--lineup", given.lineUp, "FILE",
-              "The TV's services; without it, those in the database, or built-in ones");
+              "The TV's services; without it those in the database, or the built-in ones");
     line.Text("--log", given.log, "FILE", "Append the log to this file");
     line.Integer("--ready-fd", given.readyDescriptor, 0, kMaxDescriptor, "N",
-                 "Write a line to this descriptor, and close it, when clients can connect");
+                 "When clients can connect, write a line to this descriptor and close it");
     line.Integer("--items", given.items, 0, kMaxItems, "N",
-                 "So many debug menu items beside the built-in ones");
+                 "Number of debug menu items in addition to the built-in ones");
     line.Integer(
         "--client-grace", given.clientGraceMilliseconds, 0, kMaxGraceMilliseconds, "MS",
-        "Release a client's sessions so many milliseconds after its last connection has ended (2000)");
+        "Milliseconds from the end of a client's last connection to the release of its sessions (2000)");
     if (const auto ending = line.Parse(arguments)) {
         if (ending->status != 0)
             return Fail(ending->text, ending->status);
