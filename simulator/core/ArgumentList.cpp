@@ -64,8 +64,8 @@ bool ArgumentList::Encode(const Argument& argument, int place) {
     }
     unsigned long length = 0;
     if (direction == wire::Direction::Out && argument.object->GetSizeOfMarshalled(length)) {
-        const auto told = static_cast<std::uint32_t>(length);
-        writer.PutLeaf(tag, wire::NodeKind::Length, &told, sizeof told, direction);
+        const auto announced = static_cast<std::uint32_t>(length);
+        writer.PutLeaf(tag, wire::NodeKind::Length, &announced, sizeof announced, direction);
         return true;
     }
     return WriteObject(*argument.object, tag, direction, 0, m_scratch);

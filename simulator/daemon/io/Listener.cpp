@@ -69,7 +69,7 @@ Listener::~Listener() {
     close(m_socket);
 }
 
-bool Listener::Open(const std::string& path, int type, Accepted accepted, Told told,
+bool Listener::Open(const std::string& path, int type, Accepted accepted, Report report,
                     std::string& error) {
     sockaddr_un address{};
     if (path.size() > kMaxPath) {
@@ -103,7 +103,7 @@ bool Listener::Open(const std::string& path, int type, Accepted accepted, Told t
     m_path = path;
     m_socket = fd;
     m_accepted = std::move(accepted);
-    m_told = std::move(told);
+    m_report = std::move(report);
     m_watch.Start(m_socket, EPOLLIN, [this](std::uint32_t) { Accept(); });
     return true;
 }
@@ -118,25 +118,25 @@ void Listener::Accept() {
         if (fd < 0) {
             // Out of descriptors or memory: the socket stays readable, so it is not watched for a
             // while.
-            if (!m_toldOfShortage)
-                m_told(std::string("cannot accept: ") + std::generic_category().message(errno));
-            m_toldOfShortage = true;
+            if (!m_shortageReported)
+                m_report(std::string("cannot accept: ") + std::generic_category().message(errno));
+            m_shortageReported = true;
             m_watch.SetEvents(0);
             m_pause.Start(kPauseMilliseconds, [this] { m_watch.SetEvents(EPOLLIN); });
             return;
         }
-        m_toldOfShortage = false;
+        m_shortageReported = false;
         ucred peer{};
         socklen_t size = sizeof peer;
         if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0 || peer.uid != geteuid()) {
-            m_told("refused a connection from user " + std::to_string(peer.uid));
+            m_report("refused a connection from user " + std::to_string(peer.uid));
             close(fd);
             continue;
         }
         try {
             m_accepted(fd);
         } catch (const std::system_error& failure) {
-            m_told(failure.what());
+            m_report(failure.what());
             close(fd);
         }
     }

@@ -31,15 +31,16 @@ public:
     // Takes ownership of the descriptor, unless it throws std::system_error; non-blocking,
     // close-on-exec.
     using Accepted = std::function<void(int fd)>;
-    using Told = std::function<void(const std::string& line)>;
+    using Report = std::function<void(const std::string& line)>;
 
     Listener() = default;
     ~Listener();
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
-    // `type` is SOCK_SEQPACKET or SOCK_STREAM. `told` gets a line for each rejected connection.
-    bool Open(const std::string& path, int type, Accepted accepted, Told told, std::string& error);
+    // `type` is SOCK_SEQPACKET or SOCK_STREAM. `report` gets a line for each rejected connection.
+    bool Open(const std::string& path, int type, Accepted accepted, Report report,
+              std::string& error);
 
     // Maximum length of a socket's path.
     static const std::size_t kMaxPath;
@@ -52,8 +53,8 @@ private:
     FdWatch m_watch;
     Timer m_pause;
     Accepted m_accepted;
-    Told m_told;
-    bool m_toldOfShortage = false;
+    Report m_report;
+    bool m_shortageReported = false;
 };
 
 } // namespace sim

@@ -71,12 +71,12 @@ std::string ServiceQueries::ToFindText(const Criteria& criteria) {
 }
 
 std::string ServiceQueries::ToListText(const Criteria& criteria) {
-    const std::size_t behind = criteria.conditions.size() + 3;
+    const std::size_t next = criteria.conditions.size() + 3;
     // The table's key is the antenna followed by the line-up's order. The plus keeps SQLite from
     // using an index on the profile instead.
     return ToSelect(criteria) + " WHERE antenna = ?1 AND +profile = ?2" +
-           ToConditions(criteria, 3, " AND ") + kOrder + std::to_string(behind) + " OFFSET ?" +
-           std::to_string(behind + 1);
+           ToConditions(criteria, 3, " AND ") + kOrder + std::to_string(next) + " OFFSET ?" +
+           std::to_string(next + 1);
 }
 
 Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int32_t& result) {
