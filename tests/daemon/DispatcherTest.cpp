@@ -56,7 +56,7 @@ TEST_F(DispatcherTest, NumberAndNameBelongTogether) {
     EXPECT_EQ(DescribeLastCall()["fault"], "unknown operation");
     // As text: the operation of the same name with a number.
     EXPECT_TRUE(isRefused(name, "Set", 1));
-    EXPECT_TRUE(tv.Logged("norvex", name + ".Set (1): argument 1 (text: text) is of another"));
+    EXPECT_TRUE(tv.Logged("norvex", name + ".Set (1): argument 1 (text: text) has the wrong type"));
     EXPECT_EQ(fake.events, Events{"set 7"});
 }
 
