@@ -66,7 +66,7 @@ TEST_F(SourceControlTest, RefusesServicesThatItCannotShow) {
     EXPECT_LT(client.SetSource(0, kInvalidService), 0);
     EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "SetSource refused: the invalid service"));
     EXPECT_LT(client.SetSource(0, 0x999), 0);
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "no service 0x999"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "unknown service 0x999"));
     EXPECT_LT(client.SetSource(0, kCableService), 0);
     EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "belongs to antenna cable, not air"));
     EXPECT_LT(Preview(0, kInvalidService), 0);

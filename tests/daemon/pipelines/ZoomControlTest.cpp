@@ -169,7 +169,7 @@ TEST(ZoomControl, WindowsBelongToTheirPipelineAndClient) {
     EXPECT_EQ(other.IsStarted(window), true);
     EXPECT_EQ(other.Connected(), Ids{window});
     EXPECT_LT(other.Delete({window}), 0);
-    EXPECT_TRUE(tv.Logged("tvfpaparser", "window 1 is client"));
+    EXPECT_TRUE(tv.Logged("tvfpaparser", "window 1 belongs to client"));
     EXPECT_LT(other.Mute({window}, true), 0);
     EXPECT_LT(other.SetRect(window, kPart, kPlace, kMain), 0);
     EXPECT_FALSE(elsewhere.IsStarted(window));

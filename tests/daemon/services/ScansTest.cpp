@@ -134,7 +134,7 @@ TEST_F(ScansTest, OneRunsAtATime) {
     EXPECT_EQ(client.StartTuneAround({1}), kDone);
     EXPECT_LT(client.StartTuneAround({2}), 0);
     EXPECT_LT(client.StartBarkerChannelScan(-1), 0);
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "barker channel refused: tune around runs"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "barker channel refused: tune around is running"));
     EXPECT_LT(client.StopBarkerChannelScan(), 0);
     EXPECT_EQ(client.StopManualScan(), kDone);
     EXPECT_EQ(client.StartBarkerChannelScan(-1), kDone);
