@@ -74,6 +74,13 @@ TEST_F(DevicePaths, TheHomesStateIsTheLastThatIsAsked) {
     EXPECT_EQ(Resolve("file"), InFolder("home/.local/state/norvex/device/file"));
 }
 
+TEST_F(DevicePaths, AnEmptyVariableNamesNoDirectory) {
+    Set("NORVEX_DEVICE_DIR", "");
+    Set("XDG_STATE_HOME", "");
+    Set("HOME", InFolder("home"));
+    EXPECT_EQ(Resolve("file"), InFolder("home/.local/state/norvex/device/file"));
+}
+
 TEST_F(DevicePaths, DirectoriesAreMadeAndTheFileIsNot) {
     Set("NORVEX_DEVICE_DIR", InFolder("device"));
     Resolve("a/b/file");

@@ -51,6 +51,13 @@ TEST(OutputWatch, AMissIsReportedOnTimeout) {
     EXPECT_GE(std::chrono::steady_clock::now() - before, 20ms);
 }
 
+TEST(OutputWatch, AMissedTextIsLookedForNoLonger) {
+    host::OutputWatch watch;
+    EXPECT_FALSE(watch.WaitFor("no", std::chrono::milliseconds(0)));
+    watch.Append("yes");
+    EXPECT_TRUE(watch.WaitFor("yes", std::chrono::milliseconds(0)));
+}
+
 TEST(OutputWatch, AFoundTextAndAllBeforeItAreUsedUp) {
     host::OutputWatch watch;
     watch.Append("first second first");

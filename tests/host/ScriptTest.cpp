@@ -74,8 +74,9 @@ TEST(Script, BadLinesAreRefusedWithTheirNumber) {
     for (const char* line :
          {"expect", "expect \"\"", "expect \"open", "expect \"open\\\"", "expect \"a\\x\"",
           "expect \"a\" soon", "expect \"a\" within", "expect \"a\" within soon",
-          "expect \"a\" within 0", "expect \"a\" within -1", "expect \"a\" within 3601",
-          "expect \"a\" within 1 2", "expect \"a\" within nan", "expect \"a\\"}) {
+          "expect \"a\" within 0", "expect \"a\" within 0.0009", "expect \"a\" within -1",
+          "expect \"a\" within 3601", "expect \"a\" within 1 2", "expect \"a\" within nan",
+          "expect \"a\\"}) {
         EXPECT_EQ(Parse("5\n# comment\n" + std::string(line) + "\n99\n"), Steps{"error 3"}) << line;
     }
 }

@@ -54,3 +54,9 @@ def test_a_record_that_cannot_be_written_is_reported_at_the_end(words, output):
     result = run(HOST, EXAMPLE, "--transcript", "/dev/full", input=words, status=1)
     assert result.stdout == START + output
     assert result.stderr.count("\n") == 1 and "/dev/full" in result.stderr
+
+
+def test_a_missed_expectation_is_the_status_also_where_the_transcript_cannot_be_written(folder):
+    (folder / "script").write_text('expect "no such text" within 0.01\n')
+    result = run(HOST, EXAMPLE, "--transcript", "/dev/full", "--script", folder / "script", status=3)
+    assert "no such text" in result.stderr and "/dev/full" in result.stderr

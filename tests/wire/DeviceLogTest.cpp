@@ -91,6 +91,14 @@ TEST_F(LogFileTest, ItsSizeIsBounded) {
     EXPECT_GE(Read(path + ".1").size(), 100u) << "exchanged by one of the two, not by both";
 }
 
+TEST_F(LogFileTest, OneThatSomebodyRemovesIsMadeAnew) {
+    devicelog::LogFile file(path, 100);
+    EXPECT_TRUE(file.Append("gone\n"));
+    ASSERT_EQ(unlink(path.c_str()), 0);
+    EXPECT_TRUE(file.Append("new\n"));
+    EXPECT_EQ(Read(path), "new\n");
+}
+
 TEST_F(LogFileTest, ItIsForItsUserAlone) {
     devicelog::LogFile file(path, 100);
     ASSERT_TRUE(file.Append("line\n"));

@@ -432,15 +432,3 @@ TEST_F(ProxyTest, AFailedCallLeavesItsOutArgumentsAsTheyWere) {
     EXPECT_EQ(windows.size(), 2u);
     NorvexAPI::Destroy(zoom);
 }
-
-TEST_F(ProxyTest, AReplyThatCanOnlyBeReadInPartIsAFailure) {
-    int type = 6;
-    const auto use = [&] {
-        IZoomControl* zoom = nullptr;
-        ASSERT_EQ(NorvexAPI::CreateZoomControl(PROFILE_MAIN, 0, &zoom), 0);
-        EXPECT_EQ(zoom->GetZoomSharingType(type), -1);
-        NorvexAPI::Destroy(zoom);
-    };
-    CallsOf(use, {[](wire::TreeWriter& writer) { writer.PutValue(1, std::int64_t{1}); }});
-    EXPECT_EQ(type, 6);
-}
