@@ -253,12 +253,169 @@ mutate("simulator/client/SignalSubscriber.cpp", "            return m_delivering
 mutate("simulator/client/SignalSubscriber.cpp", "connection == nullptr || connection->generation != m_session->GetGeneration()",
        "connection == nullptr",
        "signals of a newer TV are watched with an older one's session", "client-test")
-mutate("simulator/client/RemoteCall.cpp", "return exchanged ? m_status : -1;", "return m_status;",
+mutate("simulator/client/RemoteCall.cpp", "return exchanged ? m_status : -1;", "return exchanged || m_status > 0 ? m_status : -1;",
        "a call whose reply was read in part is a success", "client-test")
 mutate("simulator/client/RemoteCall.h", "byte(flagTarget ? 1 : 0)", "byte(0)",
        "a flag that a refusal does not bring becomes false", "client-test")
 mutate("simulator/client/SessionProxy.h", "return session->GetStatus();", "return -session->GetStatus();",
        "a factory that is refused answers a success", "client-test")
+
+# The device
+mutate("simulator/device/DeviceService.cpp", "if (status <= 0", "if (status < 0",
+       "a status of 0 from the TV is a success", "device-test")
+mutate("simulator/device/DeviceService.cpp", "bool hasAnswer = false;", "bool hasAnswer = true;",
+       "a value that the reply does not bring is 0", "device-test")
+mutate("simulator/device/PathResolver.cpp", "std::filesystem::create_directories(parent, error);",
+       "std::filesystem::create_directory(parent, error);",
+       "the data directory is not made where the one above it is missing", "device-test")
+mutate("simulator/device/PathResolver.cpp", "!directory.empty())\n        return directory;", "std::getenv(\"NORVEX_DEVICE_DIR\"))\n        return directory;",
+       "an empty NORVEX_DEVICE_DIR is the root directory", "device-test")
+mutate("simulator/device/viewer/LogViewer.cpp", "        if (sources[1].revents != 0)\n            return EXIT_SUCCESS;\n", "",
+       "a viewer stays after its reader has gone", "tests/system/device_logs_test.py")
+mutate("simulator/device/viewer/main.cpp", "    pthread_sigmask(SIG_SETMASK, &none, nullptr);\n", "",
+       "a viewer keeps the blocked signals of whoever started it", "tests/system/device_logs_test.py")
+mutate("simulator/device/viewer/main.cpp", "{SIGTERM, SIGINT, SIGHUP}", "{SIGTERM, SIGINT}",
+       "a viewer that was started by nohup survives its terminal", "tests/system/device_logs_test.py")
+
+# Shared by the programs
+mutate("simulator/base/LogFile.cpp", "mine.st_ino == named.st_ino && mine.st_dev == named.st_dev", "mine.st_dev == named.st_dev",
+       "a second process moves the new log away in place of the full one", "wire-test")
+mutate("simulator/base/LogFile.cpp", " || status.st_nlink == 0", "",
+       "a log that somebody removed is written on without a name", "wire-test")
+mutate("simulator/base/NewFile.cpp", '? "./" :', '? "/" :',
+       "a file with a relative path is made in the root directory", "tests/daemon/control_test.py")
+mutate("simulator/base/NewFile.cpp", "(replaces && fchmod(m_file, old.st_mode & 0777) != 0)", "false",
+       "a file that takes another's place has a mode of its own", "tests/daemon/control_test.py")
+mutate("simulator/base/Path.cpp", "(there.st_mode & 0077) != 0", "(there.st_mode & 0007) != 0",
+       "a runtime directory that is open to a group is used", "tests/daemon/start_test.py", "tests/daemon/other_users_test.py")
+mutate("simulator/interfaces/include/interfaces/Interfaces.h", "StartLogTag, StopLogTag", "StopLogTag, StartLogTag",
+       "starting a log tag has the number of stopping one, on both sides", "wire-test", "device-test")
+mutate("simulator/interfaces/include/interfaces/InterfaceTable.h", "method.substr(0, method.find('_'))", "method",
+       "an overload travels under the name that tells it apart here", "wire-test", "client-test")
+
+# The host
+mutate("host/ConsoleOutput.cpp", "O_CREAT | O_TRUNC", "O_CREAT",
+       "a transcript ends with what is left of a longer one", "host-unit-tests", "tests/host/transcript_test.py")
+mutate("host/ScriptRun.cpp", "m_printed.erase(0, m_printed.size() - m_wanted.size() + 1);", "m_printed.erase(0, m_printed.size() - m_wanted.size() + 2);",
+       "an expected text whose last byte comes by itself is missed", "host-unit-tests")
+mutate("host/ScriptRun.cpp", "    m_wanted.clear();\n    return m_found;", "    return m_found;",
+       "output that was searched for an expectation is dropped before the next one", "host-unit-tests")
+mutate("host/ConsoleRun.cpp", 'm_transcript.Error()));\n        status = status == ExitStatus::Done ? ExitStatus::Unavailable : status;',
+       'm_transcript.Error()));\n        status = ExitStatus::Unavailable;',
+       "a missed expectation and a transcript that cannot be written are status 1", "tests/host/script_test.py", "tests/host/transcript_test.py")
+mutate("host/Script.cpp", "!(seconds >= 0.001)", "!(seconds > 0)",
+       "a limit that is rounded to no time is taken", "host-unit-tests")
+mutate("host/Process.cpp", "    static_cast<void>(std::signal(SIGPIPE, SIG_DFL));\n", "",
+       "a host whose caller ignores SIGPIPE prints on after its reader has gone", "tests/host/process_test.py")
+mutate("host/Process.cpp", "{SIGINT, SIGQUIT, SIGTERM, SIGHUP}", "{SIGINT, SIGQUIT, SIGTERM}",
+       "a terminal that hangs up keeps the console's modes", "tests/host/terminal_test.py")
+mutate("host/Plugin.cpp", "program.parent_path().parent_path()", "program.parent_path()",
+       "the plug-in beside the host is not found", "tests/host/process_test.py", "tests/system/console_test.py")
+
+# The daemon: store
+mutate("simulator/daemon/store/Database.cpp", "    if (m_hasFailed)\n        return Step::Failed;\n", "",
+       "a statement with a value that could not be bound runs with the last one's", "tests/resources/daemon_resources_test.py")
+mutate("simulator/daemon/store/Database.cpp", "    sqlite3_reset(m_statement);\n    m_hasFailed = false;", "    sqlite3_reset(m_statement);",
+       "a statement that failed once fails for ever", "daemon_tests")
+mutate("simulator/daemon/store/Database.cpp", '        m_database.Execute("ROLLBACK");', "        static_cast<void>(m_database);",
+       "a transaction that is given up stays open", "daemon_services_tests")
+mutate("simulator/daemon/store/Database.cpp", '"PRAGMA locking_mode = EXCLUSIVE;"\n                   ', "",
+       "two TVs run on one database", "tests/daemon/start_test.py")
+mutate("simulator/daemon/store/NumberStore.cpp", '"DELETE FROM setting WHERE part = ?1"', '"DELETE FROM setting WHERE part >= ?1"',
+       "resetting one component forgets what others keep", "daemon_tests")
+mutate("simulator/daemon/store/NumberStore.cpp", "DO UPDATE SET value = ?3", "DO NOTHING",
+       "a number that is kept again stays as it was first", "daemon_tests")
+
+# The daemon: io
+mutate("simulator/daemon/io/Listener.cpp", "umask(0177)", "umask(0077)",
+       "the sockets have a mode of 0700", "tests/daemon/start_test.py", "tests/daemon/other_users_test.py")
+mutate("simulator/daemon/io/Listener.cpp", "[this] { m_watch.SetEvents(EPOLLIN); }", "[] {}",
+       "after descriptors ran out no connection is ever accepted again", "tests/daemon/hostile_test.py")
+
+# The daemon: rpc
+mutate("simulator/daemon/rpc/Clients.cpp", "    client->m_grace.Stop();\n", "",
+       "a client that came back in time is released all the same", "daemon_tests")
+mutate("simulator/daemon/rpc/Clients.cpp", "if (--client.m_connections == 0)", "if (client.m_connections-- <= 2)",
+       "a client is released when it has one connection left", "daemon_tests", "tests/daemon/clients_test.py")
+mutate("simulator/daemon/rpc/Dispatcher.cpp", "            method->calls = 0;", "            static_cast<void>(method->calls);",
+       "a reset leaves the operations' counts", "daemon_tests")
+mutate("simulator/daemon/rpc/Dispatcher.cpp", " || call.session->client != connection.client", "",
+       "a client calls another one's session", "daemon_tests")
+mutate("simulator/daemon/rpc/Dispatcher.cpp", "    m_log.SetSequence(0);\n", "",
+       "what the log says after a call has the call's number",
+       "tests/daemon/hostile_test.py::test_another_version_is_refused")
+mutate("simulator/daemon/rpc/Injections.cpp", "    if (--order->calls == 0)\n        found->second.erase(order);", "    --order->calls;",
+       "an injected fault is never used up", "daemon_tests")
+mutate("simulator/daemon/rpc/Journal.cpp", "if (m_head > tail) {", "if (m_head >= tail) {",
+       "a journal that is full to the last byte overwrites its oldest call without evicting it", "daemon_tests")
+mutate("simulator/daemon/rpc/Journal.cpp", "    if (m_end - m_begin == m_entryCount)\n        ++m_begin;\n", "",
+       "the journal keeps one more call than it has places for", "daemon_tests")
+mutate("simulator/daemon/rpc/Sessions.cpp", "for (auto id = ids.rbegin(); id != ids.rend(); ++id)", "for (auto id = ids.begin(); id != ids.end(); ++id)",
+       "a client's sessions are ended oldest first", "daemon_tests")
+mutate("simulator/daemon/rpc/SessionInterface.cpp", "screen < 0 || screen > UINT16_MAX", "screen > UINT16_MAX",
+       "screen -1 is screen 65535", "tests/daemon/clients_test.py")
+mutate("simulator/daemon/rpc/Signals.cpp", " || served->client != connection.client", "",
+       "a client gets the signals of another one's session", "tests/daemon/hostile_test.py::test_signals_are_for_the_client_whose_session_it_is")
+mutate("simulator/daemon/rpc/Connection.cpp", "            m_queued -= first.tree.GetSize();\n", "",
+       "what has been sent counts as waiting for ever",
+       "tests/daemon/hostile_test.py::test_signals_that_are_read_late_are_all_there_in_their_order")
+mutate("simulator/daemon/rpc/Server.cpp", "    if (m_followers.remove(&connection) > 0)\n        FollowersChanged();", "    m_followers.remove(&connection);",
+       "the state counts log viewers that are gone", "tests/system/device_logs_test.py")
+mutate("simulator/daemon/rpc/Server.cpp", "        connection.helloDeadline.Stop();\n", "",
+       "a client is dropped two seconds after its hello",
+       "tests/daemon/hostile_test.py::test_running_out_of_descriptors_is_survived")
+
+# The daemon: device, debug menu
+mutate("simulator/daemon/device/Device.cpp", " || (tag == kOwnTag && !started)", "",
+       "the TV's own tag can be stopped", "tests/daemon/clients_test.py")
+mutate("simulator/daemon/device/Device.cpp", "        !m_context.numbers.Clear(kTagsPart) || ", "        ",
+       "log tags of before a reset are back after the next start", "tests/daemon/start_test.py", "tests/system/device_logs_test.py")
+mutate("simulator/daemon/device/Device.cpp", "!m_values.contains(key) && m_values.size() >= kMaxKeys", "m_values.size() >= kMaxKeys",
+       "a full key-value store refuses a new value of a key that it has", "tests/daemon/hostile_test.py", "tests/daemon/control_test.py")
+mutate("simulator/daemon/debug/DebugSwitches.cpp", "return SetExtraItems(m_extraAtStart);", "return SetExtraItems(m_extraItems);",
+       "a reset keeps the number of items that was set since the start", "daemon_tests", "tests/daemon/control_test.py")
+mutate("simulator/daemon/debug/DebugPrintControl.cpp", "    m_dialogues.erase(client.GetNumber());\n", "    static_cast<void>(client);\n",
+       "the dialogue of a client that is gone stays", "tests/daemon/clients_test.py")
+mutate("simulator/daemon/debug/DebugPrintControl.cpp", "m_dialogues.erase(call.client.GetNumber()) > 0 ? kDone : 0", "m_dialogues.erase(call.client.GetNumber()) > 0 ? 0 : kDone",
+       "stopping a dialogue that was never started is the success", "tests/daemon/clients_test.py")
+
+# The daemon: pipelines
+mutate("simulator/daemon/pipelines/Pipelines.cpp", "    --pipeline.sessions;\n", "",
+       "a pipeline's reference count is never lowered", "daemon_pipelines_tests")
+mutate("simulator/daemon/pipelines/Pipelines.cpp", "std::exchange(pipeline.preparedNext, {})", "pipeline.preparedNext",
+       "what was prepared for one source is there for the next as well", "daemon_pipelines_tests")
+mutate("simulator/daemon/pipelines/Preparation.cpp", "            receiver.state = 0;", "            static_cast<void>(receiver);",
+       "a receiver that was ready once is ready for each later change", "daemon_pipelines_tests")
+mutate("simulator/daemon/pipelines/Preparation.cpp", "        Check(handle, queue);\n    }", "    }",
+       "a change waits for a client that is gone", "daemon_pipelines_tests")
+mutate("simulator/daemon/pipelines/ZoomControl.cpp", "            if (!zoomed)\n                m_pipelines.ResetMainPicture(handle);", "            if (zoomed)\n                m_pipelines.ResetMainPicture(handle);",
+       "the main picture stays small after the last window's client is gone", "daemon_pipelines_tests")
+mutate("simulator/daemon/pipelines/ZoomControl.cpp", "m_windows.size() < m_limit);", "m_windows.size() <= m_limit);",
+       "one more zoom window is available than the limit allows", "daemon_pipelines_tests")
+mutate("simulator/daemon/pipelines/Subscribers.cpp", "    if (left == 0)\n        counts.erase(found);\n", "",
+       "a session whose subscriptions are all undone gets the signal still", "daemon_pipelines_tests")
+mutate("simulator/daemon/pipelines/SourceControl.cpp", "source >= 0 && source <= kLastSource", "source <= kLastSource",
+       "source -1 is a source", "daemon_pipelines_tests")
+
+# The daemon: services
+mutate("simulator/daemon/services/Programmes.cpp", "second < m_last.Int(0) + m_last.Int(1))", "second <= m_last.Int(0) + m_last.Int(1))",
+       "a programme is on for a second after its end", "daemon_services_tests")
+mutate("simulator/daemon/services/Programmes.cpp", " - midnights * kSecondsOfDay", "",
+       "a programme that began before midnight begins in the coming evening", "daemon_services_tests")
+mutate("simulator/daemon/services/ServiceComponents.cpp", "    lineUp.SetListener([&parts = parts.pipelines] { parts.LineUpChanged(); });\n", "",
+       "pipelines do not learn of a new line-up", "daemon_services_tests")
+mutate("simulator/daemon/services/ServiceComponents.cpp", "    pipelines.Perform(kMainPipeline, change);\n", "    static_cast<void>(pipelines);\n",
+       "the boot-up service is kept, and not shown at the next start", "daemon_services_tests")
+mutate("simulator/daemon/services/LineUpText.cpp", '        m_text += " unlisted";', '        m_text += " hidden";',
+       "an unlisted service is written as a hidden one", "daemon_services_tests")
+mutate("simulator/daemon/services/LineUpText.cpp", "programme.duration / 60", "programme.duration",
+       "programmes are written with their length in seconds", "daemon_services_tests")
+mutate("simulator/daemon/services/Scans.cpp", "    m_timer.Stop();\n    m_state = {};", "    m_state = {};",
+       "a scan goes on through a reset", "daemon_services_tests")
+mutate("simulator/daemon/services/Scans.cpp", 'Finish(SIGNAL_TUNE_AROUND_FINISHED, 1, "stopped")', 'Finish(SIGNAL_TUNE_AROUND_FINISHED, 0, "stopped")',
+       "the signal at the end of a stopped scan says that it was completed", "daemon_services_tests")
+mutate("simulator/daemon/services/ServiceQueries.cpp", "page.count == 0 ? -1 : page.count", "page.count == 0 ? 1 : page.count",
+       "a page of 0 services is not all of them", "daemon_services_tests")
 
 # What people type
 mutate("script/console", "[[ -n ${NORVEX_SOCKET:-} ]] || start_tv", "start_tv",

@@ -1,5 +1,6 @@
 """The provider log switch, the media log viewers and the sibling library, at the device's fixed paths."""
 
+import contextlib
 import os
 import pathlib
 import signal
@@ -113,9 +114,19 @@ def test_a_viewer_ends_with_the_tv_that_it_follows(tv):
     assert viewer.end() == (0, None)
 
 
+@contextlib.contextmanager
+def started_viewer(tv, **options):
+    """One that follows the TV."""
+    with subprocess.Popen([VIEWER, "tvvideosink"], env=tv.environment, **options) as viewer:
+        try:
+            tv.wait("/daemon/viewers == 1")
+            yield viewer
+        finally:
+            viewer.kill()
+
+
 def test_a_viewer_ends_with_its_reader_although_nothing_is_logged(tv):
-    with subprocess.Popen([VIEWER, "tvvideosink"], env=tv.environment, stdout=subprocess.PIPE) as viewer:
-        tv.wait("/daemon/viewers == 1")
+    with started_viewer(tv, stdout=subprocess.PIPE) as viewer:
         viewer.stdout.close()
         assert viewer.wait(LIMIT) == 0
     tv.wait("/daemon/viewers == 0")
@@ -127,8 +138,7 @@ def test_a_viewer_ends_by_the_usual_signals_also_where_its_starter_blocks_and_ig
         signal.signal(number, signal.SIG_IGN)
         signal.pthread_sigmask(signal.SIG_BLOCK, [number])
 
-    with subprocess.Popen([VIEWER, "tvvideosink"], env=tv.environment, preexec_fn=shield) as viewer:
-        tv.wait("/daemon/viewers == 1")
+    with started_viewer(tv, preexec_fn=shield) as viewer:
         viewer.send_signal(number)
         assert viewer.wait(LIMIT) == -number
 

@@ -130,6 +130,15 @@ TEST_F(ScansTest, StoppedSaysSo) {
     EXPECT_TRUE(client.TakeSignals().empty());
 }
 
+TEST_F(ScansTest, AResetEndsOneWithoutASignal) {
+    EXPECT_EQ(client.StartTuneAround({1}), kDone);
+    ASSERT_EQ(tv.context.Reset(), "");
+    while (sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::Never)) {
+    }
+    EXPECT_TRUE(client.TakeSignals().empty());
+    EXPECT_TRUE(tv.State("/scan/last").is_null());
+}
+
 TEST_F(ScansTest, OneRunsAtATime) {
     EXPECT_EQ(client.StartTuneAround({1}), kDone);
     EXPECT_LT(client.StartTuneAround({2}), 0);
