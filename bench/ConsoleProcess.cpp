@@ -1,7 +1,5 @@
 #include "ConsoleProcess.h"
 
-#include "Figure.h"
-
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -10,6 +8,8 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "Figure.h"
 
 namespace bench {
 
@@ -29,8 +29,7 @@ ConsoleProcess::ConsoleProcess(const std::vector<std::string>& words) {
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-    const int error =
-        posix_spawn(&m_process, pointers[0], &actions, nullptr, pointers.data(), environ);
+    const int error = posix_spawn(&m_process, pointers[0], &actions, nullptr, pointers.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
         GiveUp(std::strerror(error));
@@ -74,8 +73,7 @@ void ConsoleProcess::Await(std::string_view text, std::size_t times) {
 
 std::size_t ConsoleProcess::Count(std::string_view text) const {
     std::size_t count = 0;
-    for (std::size_t place = m_read.find(text); place < m_seen;
-         place = m_read.find(text, place + 1))
+    for (std::size_t place = m_read.find(text); place < m_seen; place = m_read.find(text, place + 1))
         ++count;
     return count;
 }

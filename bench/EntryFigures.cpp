@@ -1,13 +1,13 @@
 // Growth of the host with entries of the test console: memory, descriptors and threads.
 
-#include "ConsoleProcess.h"
-#include "Figure.h"
-#include "SimulatedTv.h"
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include "ConsoleProcess.h"
+#include "Figure.h"
+#include "SimulatedTv.h"
 
 namespace {
 
@@ -73,12 +73,10 @@ int main() {
     };
     // Each entry keeps one main loop: 32 bytes, and what the allocator adds.
     bench::Figure memory =
-        growth("entry_memory", "bytes/entry",
-               (after.bytes - before.bytes) / static_cast<double>(kEntries), 1.5);
+        growth("entry_memory", "bytes/entry", (after.bytes - before.bytes) / static_cast<double>(kEntries), 1.5);
     memory.peers = {{"main loop kept on purpose", 48}};
     memory.ratio = memory.value / 48;
-    bench::Figure descriptors =
-        growth("entry_descriptors", "descriptors", after.descriptors - before.descriptors, 0);
+    bench::Figure descriptors = growth("entry_descriptors", "descriptors", after.descriptors - before.descriptors, 0);
     descriptors.ratio = descriptors.value;
     bench::Figure threads = growth("entry_threads", "threads", after.threads - before.threads, 0);
     threads.ratio = threads.value;

@@ -21,8 +21,7 @@ bool PrintFigures(const std::vector<Figure>& figures) {
         nlohmann::ordered_json& one = all[figure.name];
         one["value"] = figure.value;
         one["unit"] = figure.unit;
-        one["peers"] = figure.peers.empty() ? nlohmann::ordered_json(nullptr)
-                                            : nlohmann::ordered_json(figure.peers);
+        one["peers"] = figure.peers.empty() ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(figure.peers);
         one["ratio"] = NumberOrNull(figure.ratio);
         one["limit"] = NumberOrNull(figure.limit);
         if (figure.atLeast)

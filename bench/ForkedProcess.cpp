@@ -1,7 +1,5 @@
 #include "ForkedProcess.h"
 
-#include "Figure.h"
-
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -11,6 +9,8 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "Figure.h"
 
 namespace bench {
 

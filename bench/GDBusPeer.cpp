@@ -1,10 +1,10 @@
 #include "GDBusPeer.h"
 
-#include "Figure.h"
-
 #include <climits>
 
 #include <sys/socket.h>
+
+#include "Figure.h"
 
 namespace bench {
 
@@ -31,14 +31,14 @@ GVariant* ItemList(const std::vector<TSMenuItem>& items) {
     GVariantBuilder builder;
     g_variant_builder_init(&builder, G_VARIANT_TYPE("a(sbu)"));
     for (const TSMenuItem& item : items) {
-        g_variant_builder_add(&builder, "(sbu)", item.getName().c_str(),
-                              static_cast<gboolean>(item.getState()), item.getID());
+        g_variant_builder_add(&builder, "(sbu)", item.getName().c_str(), static_cast<gboolean>(item.getState()),
+                              item.getID());
     }
     return g_variant_builder_end(&builder);
 }
 
-void Answer(GDBusConnection*, const char*, const char*, const char*, const char* method,
-            GVariant* arguments, GDBusMethodInvocation* invocation, void* data) {
+void Answer(GDBusConnection*, const char*, const char*, const char*, const char* method, GVariant* arguments,
+            GDBusMethodInvocation* invocation, void* data) {
     const Answers& answers = *static_cast<Answers*>(data);
     if (method == kExecute) {
         const char* word = nullptr;
@@ -46,8 +46,7 @@ void Answer(GDBusConnection*, const char*, const char*, const char*, const char*
         const std::string screen = answers.answer ? answers.answer(word) : answers.screen;
         g_dbus_method_invocation_return_value(invocation, g_variant_new("(is)", 1, screen.c_str()));
     } else {
-        g_dbus_method_invocation_return_value(
-            invocation, g_variant_new("(i@a(sbu))", 1, ItemList(answers.items)));
+        g_dbus_method_invocation_return_value(invocation, g_variant_new("(i@a(sbu))", 1, ItemList(answers.items)));
     }
 }
 
@@ -64,16 +63,13 @@ GDBusConnection* Open(int descriptor, const char* guid, GDBusConnectionFlags fla
 
 void Serve(int descriptor, Answers answers) {
     char* guid = g_dbus_generate_guid();
-    GDBusConnection* connection =
-        Open(descriptor, guid, G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_SERVER);
+    GDBusConnection* connection = Open(descriptor, guid, G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_SERVER);
     g_free(guid);
 
     GError* error = nullptr;
-    GDBusNodeInfo* node =
-        Demand(g_dbus_node_info_new_for_xml(MakeDescription().c_str(), &error), error);
+    GDBusNodeInfo* node = Demand(g_dbus_node_info_new_for_xml(MakeDescription().c_str(), &error), error);
     const GDBusInterfaceVTable operations = {Answer, nullptr, nullptr, {}};
-    g_dbus_connection_register_object(connection, kPath, node->interfaces[0], &operations, &answers,
-                                      nullptr, nullptr);
+    g_dbus_connection_register_object(connection, kPath, node->interfaces[0], &operations, &answers, nullptr, nullptr);
     GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
     g_signal_connect_swapped(connection, "closed", G_CALLBACK(g_main_loop_quit), loop);
     g_main_loop_run(loop);
@@ -92,17 +88,16 @@ GDBusPeer::~GDBusPeer() {
 }
 
 void GDBusPeer::Connect() {
-    m_connection =
-        Open(m_process.ReleaseDescriptor(), nullptr, G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT);
+    m_connection = Open(m_process.ReleaseDescriptor(), nullptr, G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT);
     // The process registers its object only after the authentication. The word is one that
     // Answers::answer can read as a number.
     GError* error = nullptr;
     GVariant* reply = nullptr;
     while (reply == nullptr) {
         g_clear_error(&error);
-        reply = g_dbus_connection_call_sync(m_connection, nullptr, kPath, kInterface.c_str(),
-                                            kExecute.c_str(), g_variant_new("(s)", "0"), nullptr,
-                                            G_DBUS_CALL_FLAGS_NONE, INT_MAX, nullptr, &error);
+        reply = g_dbus_connection_call_sync(m_connection, nullptr, kPath, kInterface.c_str(), kExecute.c_str(),
+                                            g_variant_new("(s)", "0"), nullptr, G_DBUS_CALL_FLAGS_NONE, INT_MAX,
+                                            nullptr, &error);
         if (reply == nullptr && !g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD))
             Demand(reply, error);
     }
@@ -111,9 +106,9 @@ void GDBusPeer::Connect() {
 
 GVariant* GDBusPeer::Call(const std::string& method, GVariant* arguments, const char* replyType) {
     GError* error = nullptr;
-    GVariant* reply = g_dbus_connection_call_sync(
-        m_connection, nullptr, kPath, kInterface.c_str(), method.c_str(), arguments,
-        G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE, INT_MAX, nullptr, &error);
+    GVariant* reply =
+        g_dbus_connection_call_sync(m_connection, nullptr, kPath, kInterface.c_str(), method.c_str(), arguments,
+                                    G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE, INT_MAX, nullptr, &error);
     return Demand(reply, error);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <gio/gio.h>
+
 #include "ForkedProcess.h"
 #include "Peer.h"
-
-#include <gio/gio.h>
 
 namespace bench {
 

@@ -1,7 +1,5 @@
 #include "IdleClients.h"
 
-#include "Figure.h"
-
 #include <cstdlib>
 #include <cstring>
 
@@ -11,6 +9,8 @@
 
 #include <wire/Packet.h>
 #include <wire/Tree.h>
+
+#include "Figure.h"
 
 namespace bench {
 

@@ -1,6 +1,8 @@
 // A long reply: 10,000 menu items with names of 24 bytes, plus the daemon's own, from vector to
 // vector.
 
+#include <norvex/core/MessageBuffer.h>
+
 #include "DebugPrintControlProxy.h"
 #include "Figure.h"
 #include "GDBusPeer.h"
@@ -8,8 +10,6 @@
 #include "Rounds.h"
 #include "SdBusPeer.h"
 #include "SimulatedTv.h"
-
-#include <norvex/core/MessageBuffer.h>
 
 namespace {
 
@@ -65,11 +65,10 @@ int main() {
                                       }) /
                1000;
     };
-    const std::vector<double> calls =
-        bench::MedianOfRounds({{"GetMenuItems", [&] { return call(control); }},
-                               {"sd-bus", [&] { return call(sdBus); }},
-                               {"GDBus", [&] { return call(gdBus); }}},
-                              kRounds);
+    const std::vector<double> calls = bench::MedianOfRounds({{"GetMenuItems", [&] { return call(control); }},
+                                                             {"sd-bus", [&] { return call(sdBus); }},
+                                                             {"GDBus", [&] { return call(gdBus); }}},
+                                                            kRounds);
 
     bench::Figure reply;
     reply.name = "menu_items_10000";
@@ -83,9 +82,7 @@ int main() {
     Write(answers.items, buffer);
     sd_bus_message* message = SdBusMessage(sdBus.GetBus(), answers.items);
     const auto perItem = [count](auto&& what) {
-        return [count, what] {
-            return bench::NanosecondsEach(kCalls, what) / static_cast<double>(count);
-        };
+        return [count, what] { return bench::NanosecondsEach(kCalls, what) / static_cast<double>(count); };
     };
     const std::vector<double> codec = bench::MedianOfRounds(
         {{"encode", perItem([&] {
@@ -96,11 +93,9 @@ int main() {
               Items items;
               Read(items, buffer);
           })},
-         {"sd-bus encodes",
-          perItem([&] { sd_bus_message_unref(SdBusMessage(sdBus.GetBus(), answers.items)); })},
+         {"sd-bus encodes", perItem([&] { sd_bus_message_unref(SdBusMessage(sdBus.GetBus(), answers.items)); })},
          {"sd-bus decodes", perItem([&] {
-              if (sd_bus_message_rewind(message, 1) < 0 ||
-                  bench::ReadItems(message).size() != count)
+              if (sd_bus_message_rewind(message, 1) < 0 || bench::ReadItems(message).size() != count)
                   bench::GiveUp("sd-bus did not read the items");
           })}},
         kRounds);

@@ -1,7 +1,5 @@
 #include "LineUp.h"
 
-#include "Figure.h"
-
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -9,13 +7,14 @@
 #include <fstream>
 #include <iterator>
 
-#include <unistd.h>
-
 #include <Database.h>
 #include <LineUpTables.h>
 #include <ServiceQueries.h>
+#include <unistd.h>
 
 #include <norvex/client/CriteriaHelper.h>
+
+#include "Figure.h"
 
 namespace bench {
 
@@ -47,8 +46,7 @@ sim::Criteria Broadcast() {
 } // namespace
 
 LineUp::LineUp(int services, bool programmes)
-    : m_services(services),
-      m_path((std::filesystem::temp_directory_path() / "zarn-bench-lineup.XXXXXX").string()) {
+    : m_services(services), m_path((std::filesystem::temp_directory_path() / "zarn-bench-lineup.XXXXXX").string()) {
     const int descriptor = mkstemp(m_path.data());
     if (descriptor < 0)
         GiveUp(std::strerror(errno));
@@ -56,8 +54,8 @@ LineUp::LineUp(int services, bool programmes)
     std::ofstream file(m_path);
     file << "transponder air 474000\n";
     for (int i = 0; i < services; ++i) {
-        file << "service 0x" << std::hex << i + 1 << std::dec << ' ' << i % kMajors << '-'
-             << i / kMajors + 1 << " \"Service " << i << "\"\n";
+        file << "service 0x" << std::hex << i + 1 << std::dec << ' ' << i % kMajors << '-' << i / kMajors + 1
+             << " \"Service " << i << "\"\n";
         if (programmes)
             file << "programme 00:00 1440 \"All day long\"\n";
     }
@@ -87,12 +85,10 @@ LineUpDatabase::LineUpDatabase(const LineUp& lineUp) : m_queries(std::make_uniqu
         GiveUp(queries.database.GetError().c_str());
     if (!queries.tables.Replace(text, lineUp.GetPath(), error))
         GiveUp(error.c_str());
-    if (!queries.findByMajor.Prepare(queries.database,
-                                     sim::ServiceQueries::ToFindText(ByMajor())) ||
+    if (!queries.findByMajor.Prepare(queries.database, sim::ServiceQueries::ToFindText(ByMajor())) ||
         !queries.list.Prepare(queries.database, sim::ServiceQueries::ToListText(Broadcast())) ||
-        !queries.findTitle.Prepare(queries.database,
-                                   "SELECT start, duration, title FROM programme WHERE"
-                                   " service = ?1 AND start <= ?2 ORDER BY start DESC LIMIT 1"))
+        !queries.findTitle.Prepare(queries.database, "SELECT start, duration, title FROM programme WHERE"
+                                                     " service = ?1 AND start <= ?2 ORDER BY start DESC LIMIT 1"))
         GiveUp(queries.database.GetError().c_str());
 }
 

@@ -14,10 +14,8 @@ double LoadOnce(const char* library) {
 } // namespace
 
 int main() {
-    const std::vector<double> medians =
-        bench::MedianOfRounds({{"plug-in", [] { return LoadOnce(PLUGIN); }},
-                               {"empty library", [] { return LoadOnce(EMPTY_LIBRARY); }}},
-                              101);
+    const std::vector<double> medians = bench::MedianOfRounds(
+        {{"plug-in", [] { return LoadOnce(PLUGIN); }}, {"empty library", [] { return LoadOnce(EMPTY_LIBRARY); }}}, 101);
 
     bench::Figure figure;
     figure.name = "plugin_load";

@@ -2,13 +2,6 @@
 // new query each time, compared with a small call plus SQLite's look-up, and with the same look-up
 // over GDBus from a process with the same database.
 
-#include "Figure.h"
-#include "GDBusPeer.h"
-#include "LineUp.h"
-#include "RoundProcess.h"
-#include "Rounds.h"
-#include "SimulatedTv.h"
-
 #include <algorithm>
 #include <random>
 
@@ -16,6 +9,13 @@
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/Service.h>
 #include <norvex/client/ServiceNavigation.h>
+
+#include "Figure.h"
+#include "GDBusPeer.h"
+#include "LineUp.h"
+#include "RoundProcess.h"
+#include "Rounds.h"
+#include "SimulatedTv.h"
 
 namespace {
 
@@ -37,13 +37,11 @@ private:
 
 void Lookup(IService& service, int major) {
     TCCriteriaHelper query;
-    TCNavigationModeHelper::GetNavigationCriteria(NAVIGATION_BY_MAJOR, query,
-                                                  NAVIGATION_SORT_DEFAULT);
+    TCNavigationModeHelper::GetNavigationCriteria(NAVIGATION_BY_MAJOR, query, NAVIGATION_SORT_DEFAULT);
     query.Where(SERVICE_FIELD_MAJOR, major);
     query.Fetch(SERVICE_FIELD_ID);
     TCServiceData record;
-    if (service.FindService(query, record, 1) != 1 ||
-        record.GetFieldTable()->Find(SERVICE_FIELD_ID) == nullptr)
+    if (service.FindService(query, record, 1) != 1 || record.GetFieldTable()->Find(SERVICE_FIELD_ID) == nullptr)
         bench::GiveUp("a service was not found");
 }
 
@@ -95,23 +93,23 @@ int main() {
     Majors ownMajors(kMany);
     Majors peerMajors(kMany);
     std::string service;
-    const std::vector<double> medians = bench::MedianOfRounds(
-        {{"FindService among many", [&] { return amongMany.Run(kFindService); }},
-         {"FindService among few", [&] { return amongFew.Run(kFindService); }},
-         {"small call", [&] { return amongMany.Run(kSmallCall); }},
-         {"SQLite",
-          [&] {
-              return bench::NanosecondsEach(kLookups, [&] {
-                  if (database.FindByMajor(ownMajors.Next()) == 0)
-                      bench::GiveUp("SQLite did not find a service");
-              });
-          }},
-         {"GDBus",
-          [&] {
-              return bench::NanosecondsEach(
-                  kLookups, [&] { gdBus.Execute(std::to_string(peerMajors.Next()), service); });
-          }}},
-        kRounds);
+    const std::vector<double> medians =
+        bench::MedianOfRounds({{"FindService among many", [&] { return amongMany.Run(kFindService); }},
+                               {"FindService among few", [&] { return amongFew.Run(kFindService); }},
+                               {"small call", [&] { return amongMany.Run(kSmallCall); }},
+                               {"SQLite",
+                                [&] {
+                                    return bench::NanosecondsEach(kLookups, [&] {
+                                        if (database.FindByMajor(ownMajors.Next()) == 0)
+                                            bench::GiveUp("SQLite did not find a service");
+                                    });
+                                }},
+                               {"GDBus",
+                                [&] {
+                                    return bench::NanosecondsEach(
+                                        kLookups, [&] { gdBus.Execute(std::to_string(peerMajors.Next()), service); });
+                                }}},
+                              kRounds);
 
     bench::Figure lookup;
     lookup.name = "lookup_by_major";

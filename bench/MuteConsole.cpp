@@ -1,13 +1,13 @@
 // The mute test of the console as it ships, with a control of sound and picture that answers at
 // once: what remains is the console's own work.
 
-#include "TPMSDebugMenu.h"
-
 #include <fstream>
 #include <iostream>
 
 #include <norvex/client/AVControl.h>
 #include <norvex/client/NorvexAPI.h>
+
+#include "TPMSDebugMenu.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // A round through the mute test: four words, two calls. The console's own time, compared with a
 // loop that reads, converts and writes the same; the round with its calls is also shown.
 
+#include <string>
+
 #include "Figure.h"
 #include "Program.h"
 #include "Rounds.h"
 #include "SimulatedTv.h"
-
-#include <string>
 
 namespace {
 
@@ -52,11 +52,10 @@ int main() {
         return bench::RunPiped(program, words).seconds * 1e9 / kTurns;
     };
     const std::string whole = "5 2 " + input + "99 99\n";
-    const std::vector<double> medians =
-        bench::MedianOfRounds({{"console", [&] { return each(console, input); }},
-                               {"bare loop", [&] { return each(loop, Turns(kTurns)); }},
-                               {"with calls", [&] { return each(host, whole); }}},
-                              kRounds);
+    const std::vector<double> medians = bench::MedianOfRounds({{"console", [&] { return each(console, input); }},
+                                                               {"bare loop", [&] { return each(loop, Turns(kTurns)); }},
+                                                               {"with calls", [&] { return each(host, whole); }}},
+                                                              kRounds);
 
     bench::Figure figure;
     figure.name = "mute_round_without_calls";

@@ -14,8 +14,7 @@ namespace bench {
 using interfaces::DebugPrintControlMethod;
 inline const std::string kInterface{interfaces::kTable<DebugPrintControlMethod>.name};
 inline const std::string kExecute{interfaces::GetMethodName(DebugPrintControlMethod::Execute)};
-inline const std::string kGetMenuItems{
-    interfaces::GetMethodName(DebugPrintControlMethod::GetMenuItems)};
+inline const std::string kGetMenuItems{interfaces::GetMethodName(DebugPrintControlMethod::GetMenuItems)};
 // NOLINTEND(cert-err58-cpp)
 
 // The answers of a peer's process.

@@ -1,7 +1,5 @@
 #include "Program.h"
 
-#include "Figure.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -13,6 +11,8 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "Figure.h"
 
 namespace bench {
 
@@ -42,8 +42,7 @@ pid_t Spawn(const std::vector<std::string>& words, int input, int output) {
     posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
     pid_t process = -1;
-    const int error =
-        posix_spawn(&process, pointers[0], &actions, nullptr, pointers.data(), environ);
+    const int error = posix_spawn(&process, pointers[0], &actions, nullptr, pointers.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
         GiveUp(std::strerror(error));
@@ -63,8 +62,7 @@ void Feed(int descriptor, const std::string& input) {
 
 } // namespace
 
-PipedRun RunPiped(const std::vector<std::string>& words, const std::string& input,
-                  std::size_t kept) {
+PipedRun RunPiped(const std::vector<std::string>& words, const std::string& input, std::size_t kept) {
     if (std::signal(SIGPIPE, SIG_IGN) == SIG_ERR)
         GiveUp(std::strerror(errno));
     PipedRun run;

@@ -17,7 +17,6 @@ struct PipedRun {
     std::string output; // the kept bytes
     std::size_t outputSize = 0;
 };
-PipedRun RunPiped(const std::vector<std::string>& words, const std::string& input,
-                  std::size_t kept = 0);
+PipedRun RunPiped(const std::vector<std::string>& words, const std::string& input, std::size_t kept = 0);
 
 } // namespace bench

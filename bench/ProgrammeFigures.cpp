@@ -3,13 +3,13 @@
 // and lines are in one loop: each line wakes the reader of the pipe during the next call, unlike
 // lines written at once.
 
+#include <string>
+
 #include "Figure.h"
 #include "LineUp.h"
 #include "Program.h"
 #include "Rounds.h"
 #include "SimulatedTv.h"
-
-#include <string>
 
 namespace {
 
@@ -52,15 +52,15 @@ int main() {
     const auto run = [](const std::vector<std::string>& words, const std::string& input) {
         return bench::RunPiped(words, input).seconds * 1e3;
     };
-    const std::vector<double> medians = bench::MedianOfRounds(
-        {{"check", [&] { return run(host, Words("1 ")); }},
-         {"entering and leaving", [&] { return run(host, Words("")); }},
-         {"calls and lines", [&] { return run(loop(CALL_LOOP, kServices + 1), ""); }},
-         {"no calls", [&] { return run(loop(CALL_LOOP, 0), ""); }},
-         {"SQLite", [&] { return bench::NanosecondsEach(1, lookups) / 1e6; }},
-         {"lines", [&] { return run(loop(LINE_LOOP, kServices + 1), ""); }},
-         {"no lines", [&] { return run(loop(LINE_LOOP, 0), ""); }}},
-        kRounds);
+    const std::vector<double> medians =
+        bench::MedianOfRounds({{"check", [&] { return run(host, Words("1 ")); }},
+                               {"entering and leaving", [&] { return run(host, Words("")); }},
+                               {"calls and lines", [&] { return run(loop(CALL_LOOP, kServices + 1), ""); }},
+                               {"no calls", [&] { return run(loop(CALL_LOOP, 0), ""); }},
+                               {"SQLite", [&] { return bench::NanosecondsEach(1, lookups) / 1e6; }},
+                               {"lines", [&] { return run(loop(LINE_LOOP, kServices + 1), ""); }},
+                               {"no lines", [&] { return run(loop(LINE_LOOP, 0), ""); }}},
+                              kRounds);
     const double calls = medians[2] - medians[3];
 
     bench::Figure figure;

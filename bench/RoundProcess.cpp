@@ -1,9 +1,9 @@
 #include "RoundProcess.h"
 
-#include "Figure.h"
-
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include "Figure.h"
 
 namespace bench {
 

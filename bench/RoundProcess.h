@@ -1,9 +1,9 @@
 #pragma once
 
-#include "ForkedProcess.h"
-
 #include <functional>
 #include <vector>
+
+#include "ForkedProcess.h"
 
 namespace bench {
 

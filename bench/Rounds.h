@@ -25,8 +25,7 @@ template <class What> double NanosecondsEach(int count, What&& what) {
     const auto begin = std::chrono::steady_clock::now();
     for (int i = 0; i < count; ++i)
         what();
-    const std::chrono::duration<double, std::nano> passed =
-        std::chrono::steady_clock::now() - begin;
+    const std::chrono::duration<double, std::nano> passed = std::chrono::steady_clock::now() - begin;
     return passed.count() / count;
 }
 

@@ -1,10 +1,10 @@
 #include "SdBusPeer.h"
 
-#include "Figure.h"
-
 #include <cstring>
 
 #include <sys/socket.h>
+
+#include "Figure.h"
 
 namespace bench {
 
@@ -64,8 +64,7 @@ void Serve(int descriptor, Answers answers) {
 void AppendItems(sd_bus_message* message, const std::vector<TSMenuItem>& items) {
     Demand(sd_bus_message_open_container(message, 'a', "(sbu)"));
     for (const TSMenuItem& item : items) {
-        Demand(sd_bus_message_append(message, "(sbu)", item.getName().c_str(), item.getState(),
-                                     item.getID()));
+        Demand(sd_bus_message_append(message, "(sbu)", item.getName().c_str(), item.getState(), item.getID()));
     }
     Demand(sd_bus_message_close_container(message));
 }
@@ -101,8 +100,8 @@ void SdBusPeer::Connect() {
 
 int SdBusPeer::Execute(const std::string& word, std::string& screen) {
     sd_bus_message* reply = nullptr;
-    Demand(sd_bus_call_method(m_bus, nullptr, kPath, kInterface.c_str(), kExecute.c_str(), nullptr,
-                              &reply, "s", word.c_str()));
+    Demand(sd_bus_call_method(m_bus, nullptr, kPath, kInterface.c_str(), kExecute.c_str(), nullptr, &reply, "s",
+                              word.c_str()));
     int status = 0;
     const char* text = nullptr;
     Demand(sd_bus_message_read(reply, "is", &status, &text));
@@ -113,8 +112,8 @@ int SdBusPeer::Execute(const std::string& word, std::string& screen) {
 
 std::vector<TSMenuItem> SdBusPeer::GetMenuItems() {
     sd_bus_message* reply = nullptr;
-    Demand(sd_bus_call_method(m_bus, nullptr, kPath, kInterface.c_str(), kGetMenuItems.c_str(),
-                              nullptr, &reply, nullptr));
+    Demand(
+        sd_bus_call_method(m_bus, nullptr, kPath, kInterface.c_str(), kGetMenuItems.c_str(), nullptr, &reply, nullptr));
     int status = 0;
     Demand(sd_bus_message_read(reply, "i", &status));
     std::vector<TSMenuItem> items = ReadItems(reply);

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <systemd/sd-bus.h>
+
 #include "ForkedProcess.h"
 #include "Peer.h"
-
-#include <systemd/sd-bus.h>
 
 namespace bench {
 

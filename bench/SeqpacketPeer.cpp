@@ -1,10 +1,10 @@
 #include "SeqpacketPeer.h"
 
-#include "Figure.h"
-
 #include <cstring>
 
 #include <sys/socket.h>
+
+#include "Figure.h"
 
 namespace bench {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ForkedProcess.h"
-
 #include <string>
+
+#include "ForkedProcess.h"
 
 namespace bench {
 

@@ -1,14 +1,6 @@
 // The console's list of all services of a TV mode, of a hundred thousand and of a million, compared
 // with SQLite's scan of the same query into a vector, and the growth of both processes.
 
-#include "Figure.h"
-#include "LineUp.h"
-#include "RoundProcess.h"
-#include "Rounds.h"
-#include "ServiceRecord.h"
-#include "SimulatedTv.h"
-#include "TPMSDebugMenu.h"
-
 #include <fstream>
 #include <list>
 #include <utility>
@@ -17,6 +9,14 @@
 
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/ServiceNavigation.h>
+
+#include "Figure.h"
+#include "LineUp.h"
+#include "RoundProcess.h"
+#include "Rounds.h"
+#include "ServiceRecord.h"
+#include "SimulatedTv.h"
+#include "TPMSDebugMenu.h"
 
 namespace {
 
@@ -51,8 +51,7 @@ enum Round : std::size_t { kList, kHeap, kFillJournal };
 // list.
 std::vector<std::function<double()>> RoundsOf(int services) {
     const auto list = [services] {
-        return bench::NanosecondsEach(1, [&] { List(static_cast<std::size_t>(services)); }) /
-               services;
+        return bench::NanosecondsEach(1, [&] { List(static_cast<std::size_t>(services)); }) / services;
     };
     const auto heap = [services] {
         const double before = BytesInUse();
@@ -123,18 +122,16 @@ int main() {
     const auto scan = [](bench::LineUpDatabase& database, int services) {
         return bench::NanosecondsEach(1,
                                       [&] {
-                                          if (database.List().size() !=
-                                              static_cast<std::size_t>(services))
+                                          if (database.List().size() != static_cast<std::size_t>(services))
                                               bench::GiveUp("SQLite did not list all services");
                                       }) /
                services;
     };
-    const std::vector<double> medians =
-        bench::MedianOfRounds({{"list of few", [&] { return fewLists.Run(kList); }},
-                               {"list of many", [&] { return manyLists.Run(kList); }},
-                               {"scan of few", [&] { return scan(fewOwn, kFew); }},
-                               {"scan of many", [&] { return scan(manyOwn, kMany); }}},
-                              kRounds);
+    const std::vector<double> medians = bench::MedianOfRounds({{"list of few", [&] { return fewLists.Run(kList); }},
+                                                               {"list of many", [&] { return manyLists.Run(kList); }},
+                                                               {"scan of few", [&] { return scan(fewOwn, kFew); }},
+                                                               {"scan of many", [&] { return scan(manyOwn, kMany); }}},
+                                                              kRounds);
 
     // After all those lists. `status` would count this only roughly.
     manyLists.Run(kFillJournal);
@@ -176,8 +173,8 @@ int main() {
     daemonPeak.limit = 1.5;
 
     return bench::PrintFigures({TimeFigure("service_list_100000", medians[0], medians[2]),
-                                TimeFigure("service_list_1000000", medians[1], medians[3]), growth,
-                                clientHeap, daemonMemory, daemonPeak})
+                                TimeFigure("service_list_1000000", medians[1], medians[3]), growth, clientHeap,
+                                daemonMemory, daemonPeak})
                ? 0
                : 1;
 }

@@ -1,14 +1,14 @@
 // Signals from the daemon to the console's output, while its menu keeps answering: how many per
 // second, and whether all of them arrive. For comparison a loop that writes the same lines.
 
+#include <chrono>
+#include <string>
+
 #include "ConsoleProcess.h"
 #include "Figure.h"
 #include "Program.h"
 #include "Rounds.h"
 #include "SimulatedTv.h"
-
-#include <chrono>
-#include <string>
 
 namespace {
 
@@ -34,8 +34,7 @@ int main() {
     // The test console subscribes before its first menu.
     bench::OutputOf({SIMCTL, "wait", "/subscribers/0/client >= 1"});
 
-    const std::vector<std::string> send = {SIMCTL, "signal", "193",
-                                           "serviceId=18014398509482147885",
+    const std::vector<std::string> send = {SIMCTL, "signal", "193", "serviceId=18014398509482147885",
                                            "count=" + std::to_string(kSignals)};
     const auto consoleRound = [&] {
         const std::size_t before = console.Count("SERVICE_DONE");

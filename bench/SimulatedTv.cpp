@@ -1,7 +1,5 @@
 #include "SimulatedTv.h"
 
-#include "Figure.h"
-
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -12,6 +10,8 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "Figure.h"
 
 namespace bench {
 
@@ -24,8 +24,7 @@ std::string MakeDirectory() {
     return name;
 }
 
-[[noreturn]] void BecomeDaemon(const std::vector<std::string>& arguments, int ready,
-                               const std::string& log) {
+[[noreturn]] void BecomeDaemon(const std::vector<std::string>& arguments, int ready, const std::string& log) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int output = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
     dup2(output, STDOUT_FILENO);

@@ -1,10 +1,10 @@
 // How fast the process menu reads words: an unknown number, repeated.
 
+#include <string>
+
 #include "Figure.h"
 #include "Program.h"
 #include "Rounds.h"
-
-#include <string>
 
 namespace {
 
@@ -36,8 +36,7 @@ int main() {
 
     const std::string input = Repeated("8\n", kWords);
     const std::vector<std::string> loop = {WORD_LOOP, answer};
-    if (bench::RunPiped(host, input).outputSize !=
-        none.size() + bench::RunPiped(loop, input).outputSize)
+    if (bench::RunPiped(host, input).outputSize != none.size() + bench::RunPiped(loop, input).outputSize)
         bench::GiveUp("the bare loop does not write as many bytes as the console");
 
     const std::vector<double> medians =

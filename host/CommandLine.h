@@ -24,7 +24,6 @@ struct CommandLine {
 
 // Reads the command line. When nothing is left to do (help or an error), prints the help on
 // standard output or one line on standard error and returns the exit status.
-std::optional<ExitStatus> ReadCommandLine(int argc, const char* const* argv,
-                                          CommandLine& commandLine);
+std::optional<ExitStatus> ReadCommandLine(int argc, const char* const* argv, CommandLine& commandLine);
 
 } // namespace host

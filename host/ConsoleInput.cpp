@@ -32,8 +32,7 @@ std::string_view DescriptorInput::Next() {
     }
 }
 
-InputBuffer::InputBuffer(InputSource& source, Hooks hooks)
-    : m_source(source), m_hooks(std::move(hooks)) {}
+InputBuffer::InputBuffer(InputSource& source, Hooks hooks) : m_source(source), m_hooks(std::move(hooks)) {}
 
 InputBuffer::int_type InputBuffer::underflow() {
     if (m_rest.empty() && !Fill()) {

@@ -1,11 +1,11 @@
 #include "ConsoleOutput.h"
 
-#include "ScriptRun.h"
-
 #include <cerrno>
 
 #include <fcntl.h>
 #include <unistd.h>
+
+#include "ScriptRun.h"
 
 namespace host {
 

@@ -1,9 +1,5 @@
 #include "ConsoleRun.h"
 
-#include "ConsoleInput.h"
-#include "Plugin.h"
-#include "Process.h"
-
 #include <cerrno>
 #include <cstdio>
 #include <exception>
@@ -13,6 +9,10 @@
 #include <system_error>
 
 #include <unistd.h>
+
+#include "ConsoleInput.h"
+#include "Plugin.h"
+#include "Process.h"
 
 namespace host {
 
@@ -26,8 +26,7 @@ void Report(const std::string& line) {
 // Replaces the buffer of a standard stream for its lifetime.
 class BufferReplacement {
 public:
-    BufferReplacement(std::ios& stream, std::streambuf& buffer)
-        : m_stream(stream), m_before(stream.rdbuf(&buffer)) {}
+    BufferReplacement(std::ios& stream, std::streambuf& buffer) : m_stream(stream), m_before(stream.rdbuf(&buffer)) {}
     ~BufferReplacement() { m_stream.rdbuf(m_before); }
     BufferReplacement(const BufferReplacement&) = delete;
     BufferReplacement& operator=(const BufferReplacement&) = delete;
@@ -107,8 +106,7 @@ ExitStatus ConsoleRun::RunConsole(InputSource& source, ScriptInput* script) {
     const bool recorded = m_commandLine.transcriptFile.has_value();
 
     // Without a transcript or script std::cout stays as it is: 100,000 words a second pass here.
-    OutputTee tee(*std::cout.rdbuf(), recorded ? &m_transcript : nullptr,
-                  script ? &m_watch : nullptr);
+    OutputTee tee(*std::cout.rdbuf(), recorded ? &m_transcript : nullptr, script ? &m_watch : nullptr);
     std::optional<BufferReplacement> output;
     if (recorded || script) {
         output.emplace(std::cout, tee);
@@ -116,9 +114,8 @@ ExitStatus ConsoleRun::RunConsole(InputSource& source, ScriptInput* script) {
 
     std::optional<ScriptRun> run;
     if (script) {
-        run.emplace(m_script, *script, m_watch, [this](const Step& step, const ExpectStep& expect) {
-            ReportMissed(step, expect);
-        });
+        run.emplace(m_script, *script, m_watch,
+                    [this](const Step& step, const ExpectStep& expect) { ReportMissed(step, expect); });
     }
 
     InputBuffer::Hooks hooks;
@@ -166,8 +163,7 @@ ExitStatus ConsoleRun::RunConsole(InputSource& source, ScriptInput* script) {
 
 void ConsoleRun::ReportMissed(const Step& step, const ExpectStep& expect) {
     Report(*m_commandLine.scriptFile + ":" + std::to_string(step.lineNumber) +
-           ": the expected text did not come within " + InSeconds(expect.limit) +
-           " s: " + Quoted(expect.text));
+           ": the expected text did not come within " + InSeconds(expect.limit) + " s: " + Quoted(expect.text));
     EndProcess(ExitStatus::Missed);
 }
 

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "CommandLine.h"
-#include "ConsoleOutput.h"
-#include "Script.h"
-#include "ScriptRun.h"
-
 #include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "CommandLine.h"
+#include "ConsoleOutput.h"
+#include "Script.h"
+#include "ScriptRun.h"
 
 namespace host {
 

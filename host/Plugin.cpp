@@ -16,8 +16,7 @@ const char kDefaultLibrary[] = "libzarn-debugmenu.so";
 std::string DefaultLibrary() {
     std::error_code failure;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
-    const std::filesystem::path installed =
-        program.parent_path().parent_path() / "lib" / kDefaultLibrary;
+    const std::filesystem::path installed = program.parent_path().parent_path() / "lib" / kDefaultLibrary;
     if (!failure && std::filesystem::exists(installed, failure)) {
         return installed.string();
     }

@@ -61,9 +61,8 @@ int savedTerminal = -1;
 termios savedModes;
 
 bool SameModes(const termios& left, const termios& right) {
-    return left.c_iflag == right.c_iflag && left.c_oflag == right.c_oflag &&
-           left.c_cflag == right.c_cflag && left.c_lflag == right.c_lflag &&
-           std::memcmp(left.c_cc, right.c_cc, sizeof left.c_cc) == 0;
+    return left.c_iflag == right.c_iflag && left.c_oflag == right.c_oflag && left.c_cflag == right.c_cflag &&
+           left.c_lflag == right.c_lflag && std::memcmp(left.c_cc, right.c_cc, sizeof left.c_cc) == 0;
 }
 
 void RestoreAndDie(int signal) {
@@ -91,8 +90,7 @@ void PrepareStandardDescriptors() {
 }
 
 void SaveTerminalModes() {
-    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO && savedTerminal == -1;
-         ++descriptor) {
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO && savedTerminal == -1; ++descriptor) {
         if (::tcgetattr(descriptor, &savedModes) == 0) {
             savedTerminal = descriptor;
         }

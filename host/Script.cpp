@@ -32,8 +32,7 @@ std::optional<std::chrono::milliseconds> ParseSeconds(std::string_view text) {
     double seconds = 0;
     const auto [end, failure] =
         std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
-    if (failure != std::errc() || end != text.data() + text.size() || !(seconds >= 0.001) ||
-        seconds > kLongestLimit) {
+    if (failure != std::errc() || end != text.data() + text.size() || !(seconds >= 0.001) || seconds > kLongestLimit) {
         return std::nullopt;
     }
     return std::chrono::milliseconds(std::llround(seconds * 1000));

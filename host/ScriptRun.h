@@ -1,8 +1,5 @@
 #pragma once
 
-#include "ConsoleInput.h"
-#include "Script.h"
-
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -11,6 +8,9 @@
 #include <string_view>
 #include <thread>
 #include <vector>
+
+#include "ConsoleInput.h"
+#include "Script.h"
 
 namespace host {
 

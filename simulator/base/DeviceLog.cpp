@@ -1,13 +1,13 @@
-#include <base/DeviceLog.h>
-
 #include <cerrno>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
 #include <mutex>
 #include <string>
+
 #include <unistd.h>
 
+#include <base/DeviceLog.h>
 #include <base/LogFile.h>
 #include <base/LogLine.h>
 

@@ -1,6 +1,3 @@
-#include <base/Log.h>
-#include <base/LogLine.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
@@ -8,6 +5,9 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <base/Log.h>
+#include <base/LogLine.h>
 
 namespace sim {
 
@@ -58,8 +58,7 @@ void Log::WriteLine(const char* tag, const char* format, va_list arguments) {
         return;
     char line[kMaxLine];
     std::size_t used = WriteLogPrefix(line, sizeof line, tag);
-    int size = std::snprintf(line + used, sizeof line - used, "#%llu ",
-                             static_cast<unsigned long long>(m_sequence));
+    int size = std::snprintf(line + used, sizeof line - used, "#%llu ", static_cast<unsigned long long>(m_sequence));
     used += static_cast<std::size_t>(size);
     size = std::vsnprintf(line + used, sizeof line - used, format, arguments);
     if (size < 0)

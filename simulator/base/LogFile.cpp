@@ -1,13 +1,14 @@
-#include <base/LogFile.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
+
+#include <base/LogFile.h>
 
 namespace devicelog {
 
@@ -15,8 +16,7 @@ namespace {
 
 // Creates `path` and its parents.
 void MakeDirectories(const std::string& path) {
-    for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
-         slash = path.find('/', slash + 1))
+    for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
         mkdir(path.substr(0, slash).c_str(), 0700);
     mkdir(path.c_str(), 0700);
 }
@@ -52,8 +52,7 @@ std::string LogFile::FindPath() {
 }
 
 bool LogFile::Open() {
-    m_file = open(m_path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK,
-                  0600);
+    m_file = open(m_path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600);
     return m_file >= 0;
 }
 
@@ -63,8 +62,8 @@ void LogFile::Rotate() {
     flock(m_file, LOCK_EX);
     struct stat mine {};
     struct stat named {};
-    if (fstat(m_file, &mine) == 0 && stat(m_path.c_str(), &named) == 0 &&
-        mine.st_ino == named.st_ino && mine.st_dev == named.st_dev)
+    if (fstat(m_file, &mine) == 0 && stat(m_path.c_str(), &named) == 0 && mine.st_ino == named.st_ino &&
+        mine.st_dev == named.st_dev)
         // A file that cannot be renamed keeps being written.
         static_cast<void>(std::rename(m_path.c_str(), (m_path + ".1").c_str()));
     close(m_file);
@@ -75,8 +74,7 @@ bool LogFile::Append(std::string_view line) {
     if (m_path.empty() || (m_file < 0 && !Open()))
         return false;
     struct stat status {};
-    if (fstat(m_file, &status) == 0 && S_ISREG(status.st_mode) &&
-        (status.st_size >= m_limit || status.st_nlink == 0)) {
+    if (fstat(m_file, &status) == 0 && S_ISREG(status.st_mode) && (status.st_size >= m_limit || status.st_nlink == 0)) {
         Rotate();
         if (!Open())
             return false;

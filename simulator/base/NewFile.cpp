@@ -1,5 +1,3 @@
-#include <base/NewFile.h>
-
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -9,6 +7,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <base/NewFile.h>
 
 namespace sim {
 

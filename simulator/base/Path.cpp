@@ -1,11 +1,11 @@
-#include <base/Path.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <system_error>
 
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <base/Path.h>
 
 namespace sim {
 

@@ -1,7 +1,7 @@
-#include <base/Printed.h>
-
 #include <cstdarg>
 #include <cstdio>
+
+#include <base/Printed.h>
 
 namespace sim {
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <glib.h>
 #include <memory>
+
+#include <glib.h>
 
 // Keeps a source attached to GLib's default main context. The destructor does not wait for a
 // callback that is running on the iterating thread.

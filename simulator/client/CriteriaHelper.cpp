@@ -1,5 +1,4 @@
 #include <norvex/client/CriteriaHelper.h>
-
 #include <values/Values.h>
 
 #include "MarshalableValue.h"

@@ -15,8 +15,7 @@ template <class T> bool WriteValue(TCTreeBranch& branch, const T& value) {
     wire::TreeWriter tree(bytes);
     values::WriteArgument(tree, 0, value);
     wire::Node node;
-    return wire::NodeCursor(bytes.GetData(), bytes.GetSize()).Next(node) &&
-           AppendNodes(node, branch);
+    return wire::NodeCursor(bytes.GetData(), bytes.GetSize()).Next(node) && AppendNodes(node, branch);
 }
 
 // Reads them; a missing field stays unchanged. False, with `value` unchanged, if one does not

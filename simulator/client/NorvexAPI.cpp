@@ -1,12 +1,11 @@
-#include <norvex/client/NorvexAPI.h>
-
 #include <memory>
+
+#include <norvex/client/NorvexAPI.h>
 
 #include "SignalRegistry.h"
 #include "SignalSubscriber.h"
 
-int NorvexAPI::CreateSignalSubscriber(NorvexSignalCallbackFunction callback,
-                                      ISignalSubscriber** subscriber) {
+int NorvexAPI::CreateSignalSubscriber(NorvexSignalCallbackFunction callback, ISignalSubscriber** subscriber) {
     if (callback == nullptr || subscriber == nullptr)
         return -1;
     *subscriber = nullptr;

@@ -1,7 +1,6 @@
-#include <norvex/client/NorvexAPIConnection.h>
-
 #include <memory>
 
+#include <norvex/client/NorvexAPIConnection.h>
 #include <norvex/core/MessageBuffer.h>
 
 #include "DaemonClient.h"
@@ -24,17 +23,15 @@ NorvexAPIConnection::~NorvexAPIConnection() {
     delete static_cast<ConnectionState*>(m_pState);
 }
 
-bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::string& method,
-                                   short methodId, bool, const TCMessageBuffer& arguments,
-                                   TCMessageBuffer& reply) {
+bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::string& method, short methodId, bool,
+                                   const TCMessageBuffer& arguments, TCMessageBuffer& reply) {
     auto& state = *static_cast<ConnectionState*>(m_pState);
     reply.Clear();
     if (!state.makesCalls)
         return false;
     if (state.client == nullptr)
         state.client = DaemonClient::Find();
-    const Failure failure =
-        state.client->Call({interfaceName, method, methodId}, nullptr, arguments, reply);
+    const Failure failure = state.client->Call({interfaceName, method, methodId}, nullptr, arguments, reply);
     state.client->Report(failure, interfaceName, method);
     return failure == Failure::None;
 }

@@ -5,23 +5,16 @@
 
 namespace {
 
-class PipelineUtilityProxy final
-    : public SessionProxy<IPipelineUtility, interfaces::PipelineUtilityMethod> {
+class PipelineUtilityProxy final : public SessionProxy<IPipelineUtility, interfaces::PipelineUtilityMethod> {
 public:
     using SessionProxy::SessionProxy;
 
     int NotifyReceiverState(EStateChangeType type, const std::string& receiver, int state,
                             const std::uint64_t& serviceId) override {
-        return Call(Method::NotifyReceiverState)
-            .In(type)
-            .In(receiver)
-            .In(state)
-            .In(serviceId)
-            .Make();
+        return Call(Method::NotifyReceiverState).In(type).In(receiver).In(state).In(serviceId).Make();
     }
 
-    int RegisterForStateChange(EStateChangeType type, const std::string& receiver,
-                               int option) override {
+    int RegisterForStateChange(EStateChangeType type, const std::string& receiver, int option) override {
         return Call(Method::RegisterForStateChange).In(type).In(receiver).In(option).Make();
     }
 
@@ -43,18 +36,12 @@ public:
 
     int NotifyReadyForSetService(int type, const std::string& application, int state,
                                  const std::uint64_t& serviceId) override {
-        return Call(Method::NotifyReadyForSetService)
-            .In(type)
-            .In(application)
-            .In(state)
-            .In(serviceId)
-            .Make();
+        return Call(Method::NotifyReadyForSetService).In(type).In(application).In(state).In(serviceId).Make();
     }
 };
 
 } // namespace
 
-int NorvexAPI::CreatePipelineUtility(EProfile profile, int screen,
-                                     IPipelineUtility** pipelineUtility) {
+int NorvexAPI::CreatePipelineUtility(EProfile profile, int screen, IPipelineUtility** pipelineUtility) {
     return CreateSession<PipelineUtilityProxy>(profile, screen, pipelineUtility);
 }

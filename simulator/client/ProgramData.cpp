@@ -1,7 +1,6 @@
-#include <norvex/client/ProgramData.h>
-
 #include <algorithm>
 
+#include <norvex/client/ProgramData.h>
 #include <values/Values.h>
 
 #include "MarshalableValue.h"

@@ -7,8 +7,7 @@
 TSRectInfo::TSRectInfo() : TSRectInfo(0, 0, 0, 0) {}
 
 // NOLINTNEXTLINE(bugprone-easily-swappable-parameters): a rectangle's usual order.
-TSRectInfo::TSRectInfo(int x, int y, int width, int height)
-    : m_x(x), m_y(y), m_width(width), m_height(height) {}
+TSRectInfo::TSRectInfo(int x, int y, int width, int height) : m_x(x), m_y(y), m_width(width), m_height(height) {}
 
 TSRectInfo::TSRectInfo(const TSRectInfo& other) = default;
 

@@ -5,8 +5,7 @@
 
 namespace {
 
-class ReferenceCountProxy final
-    : public SessionProxy<IReferenceCount, interfaces::ReferenceCountMethod> {
+class ReferenceCountProxy final : public SessionProxy<IReferenceCount, interfaces::ReferenceCountMethod> {
 public:
     using SessionProxy::SessionProxy;
 
@@ -19,7 +18,6 @@ public:
 
 } // namespace
 
-int NorvexAPI::CreateReferenceCount(EProfile profile, int screen,
-                                    IReferenceCount** referenceCount) {
+int NorvexAPI::CreateReferenceCount(EProfile profile, int screen, IReferenceCount** referenceCount) {
     return CreateSession<ReferenceCountProxy>(profile, screen, referenceCount);
 }

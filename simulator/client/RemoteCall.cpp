@@ -8,7 +8,6 @@ RemoteCall::RemoteCall(SessionConnection& session, std::string_view method, shor
 }
 
 int RemoteCall::Make() {
-    const bool exchanged =
-        m_helper.Run(&m_session, m_session.GetInterfaceName(), m_method, m_methodId, false);
+    const bool exchanged = m_helper.Run(&m_session, m_session.GetInterfaceName(), m_method, m_methodId, false);
     return exchanged ? m_status : -1;
 }

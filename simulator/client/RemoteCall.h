@@ -27,9 +27,7 @@ public:
 
     // A number, one of the client library's objects, or a value (values/Layout.h). Writing does not
     // change it.
-    template <class T> RemoteCall& In(const T& value) {
-        return Push(MARSHALLING_IN, const_cast<T&>(value));
-    }
+    template <class T> RemoteCall& In(const T& value) { return Push(MARSHALLING_IN, const_cast<T&>(value)); }
     template <class T> RemoteCall& Out(T& value) { return Push(MARSHALLING_OUT, value); }
     RemoteCall& Out(bool& value) { return Out(m_flags.emplace_back(value).byte); }
 

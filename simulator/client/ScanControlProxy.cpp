@@ -6,8 +6,7 @@
 
 namespace {
 
-std::vector<values::ServiceCode>
-ToCodes(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) {
+std::vector<values::ServiceCode> ToCodes(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) {
     std::vector<values::ServiceCode> codes;
     for (const auto& [service, code] : services)
         codes.push_back({service, code});
@@ -18,8 +17,7 @@ class ScanControlProxy final : public SessionProxy<IScanControl, interfaces::Sca
 public:
     using SessionProxy::SessionProxy;
 
-    int IsTuneAroundNeeded(
-        const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) override {
+    int IsTuneAroundNeeded(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) override {
         return Call(Method::IsTuneAroundNeeded).In(ToCodes(services)).Make();
     }
 

@@ -1,8 +1,7 @@
-#include <norvex/client/ServiceData.h>
-
 #include <cstdint>
 #include <new>
 
+#include <norvex/client/ServiceData.h>
 #include <norvex/core/ClassToTreeFormatter.h>
 #include <norvex/core/TreeBranch.h>
 #include <values/ServiceFields.h>
@@ -26,24 +25,19 @@ public:
 
     static std::size_t Count(TCTreeBranch& branch) {
         std::size_t count = 0;
-        for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr;
-             node = branch.GetNextChild())
+        for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr; node = branch.GetNextChild())
             ++count;
         return count;
     }
-    static std::size_t GetSize(std::size_t count) {
-        return sizeof(FieldBlock) + count * sizeof(Field);
-    }
+    static std::size_t GetSize(std::size_t count) { return sizeof(FieldBlock) + count * sizeof(Field); }
     // Reads the branch's fields, `count` by Count, into memory of that size. Null when one of them
     // is malformed.
     static FieldBlock* Read(TCTreeBranch& branch, std::size_t count, void* memory) {
         auto* fields = new (memory) FieldBlock(count);
         auto* place = reinterpret_cast<Field*>(fields + 1);
-        for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr;
-             node = branch.GetNextChild()) {
+        for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr; node = branch.GetNextChild()) {
             auto* field = new (place++) Field{node->GetTag(), node->GetSize(), {0}};
-            if (field->size != 0 &&
-                field->size != static_cast<int>(values::SizeOfServiceField(field->tag)))
+            if (field->size != 0 && field->size != static_cast<int>(values::SizeOfServiceField(field->tag)))
                 return nullptr;
             node->CopyTo(&field->value, field->size);
         }

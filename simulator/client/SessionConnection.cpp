@@ -26,12 +26,10 @@ Failure SessionConnection::Open() {
     return failure;
 }
 
-bool SessionConnection::Exchange(const std::string& interfaceName, const std::string& method,
-                                 short methodId, bool, const TCMessageBuffer& arguments,
-                                 TCMessageBuffer& reply) {
+bool SessionConnection::Exchange(const std::string& interfaceName, const std::string& method, short methodId, bool,
+                                 const TCMessageBuffer& arguments, TCMessageBuffer& reply) {
     reply.Clear();
-    const Failure failure =
-        m_daemon->Call({interfaceName, method, methodId}, &m_key, arguments, reply);
+    const Failure failure = m_daemon->Call({interfaceName, method, methodId}, &m_key, arguments, reply);
     m_daemon->Report(failure, interfaceName, method);
     return failure == Failure::None;
 }

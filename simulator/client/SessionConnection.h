@@ -32,8 +32,8 @@ public:
     std::string& GetInterfaceName() { return m_key.interfaceName; }
     const std::shared_ptr<DaemonClient>& GetDaemon() const { return m_daemon; }
 
-    bool Exchange(const std::string& interfaceName, const std::string& method, short methodId,
-                  bool flag, const TCMessageBuffer& arguments, TCMessageBuffer& reply) override;
+    bool Exchange(const std::string& interfaceName, const std::string& method, short methodId, bool flag,
+                  const TCMessageBuffer& arguments, TCMessageBuffer& reply) override;
 
 private:
     std::shared_ptr<DaemonClient> m_daemon;

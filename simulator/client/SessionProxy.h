@@ -15,8 +15,7 @@ template <class Interface, class MethodOfInterface> class SessionProxy : public 
 public:
     using Method = MethodOfInterface;
 
-    explicit SessionProxy(std::unique_ptr<SessionConnection> session)
-        : m_session(std::move(session)) {}
+    explicit SessionProxy(std::unique_ptr<SessionConnection> session) : m_session(std::move(session)) {}
 
     static std::string GetInterfaceName() { return std::string(interfaces::kTable<Method>.name); }
 
@@ -29,8 +28,7 @@ private:
 
 // For factories: returns 0 and an object, which is also created without a daemon and finds one
 // later. If a running daemon refuses the session, returns the daemon's result without an object.
-template <class Proxy, class Interface>
-int CreateSession(int profile, int screen, Interface** object) {
+template <class Proxy, class Interface> int CreateSession(int profile, int screen, Interface** object) {
     if (object == nullptr)
         return -1;
     *object = nullptr;

@@ -24,9 +24,8 @@ std::shared_ptr<SignalSubscriber> SignalRegistry::Add(NorvexSignalCallbackFuncti
 
 std::shared_ptr<SignalSubscriber> SignalRegistry::Remove(NorvexSignalCallbackFunction callback) {
     const std::lock_guard lock(m_mutex);
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const auto& each) {
-        return each.second.callback == callback;
-    });
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&](const auto& each) { return each.second.callback == callback; });
     if (found == m_entries.end())
         return nullptr;
     std::shared_ptr<SignalSubscriber> subscriber = std::move(found->second.subscriber);

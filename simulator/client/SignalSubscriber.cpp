@@ -1,8 +1,9 @@
 #include "SignalSubscriber.h"
 
 #include <algorithm>
-#include <glib-unix.h>
 #include <utility>
+
+#include <glib-unix.h>
 
 #include <interfaces/Interfaces.h>
 #include <wire/Tree.h>
@@ -25,8 +26,7 @@ struct Arrived {
 
 // False if the message is not a signal.
 bool ReadSignal(const wire::Message& message, Arrived& signal) {
-    if (message.header.kind != wire::MessageKind::Signal ||
-        !wire::IsWellFormed(message.tree, message.header.treeSize))
+    if (message.header.kind != wire::MessageKind::Signal || !wire::IsWellFormed(message.tree, message.header.treeSize))
         return false;
     bool hasType = false;
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
@@ -81,8 +81,7 @@ void SignalSubscriber::End() {
     {
         std::unique_lock lock(m_deliveryMutex);
         m_delivered.wait(lock, [this] {
-            return m_deliveringThread == std::thread::id() ||
-                   m_deliveringThread == std::this_thread::get_id();
+            return m_deliveringThread == std::thread::id() || m_deliveringThread == std::this_thread::get_id();
         });
     }
     // Restoring takes no longer than a call.
@@ -127,11 +126,9 @@ int SignalSubscriber::Unsubscribe(ESignalType type, int filter, int profile, int
     if (!CatchUp())
         StartTimer();
     // Removes the latest of them even if the call fails, so that it is not restored later.
-    const auto found = std::find_if(m_subscriptions.rbegin(), m_subscriptions.rend(),
-                                    [&](const Subscription& each) {
-                                        return each.type == type && each.filter == filter &&
-                                               each.profile == profile && each.screen == screen;
-                                    });
+    const auto found = std::find_if(m_subscriptions.rbegin(), m_subscriptions.rend(), [&](const Subscription& each) {
+        return each.type == type && each.filter == filter && each.profile == profile && each.screen == screen;
+    });
     if (found != m_subscriptions.rend())
         m_subscriptions.erase(std::next(found).base());
     return RemoteCall(*m_session, interfaces::SignalSubscriberMethod::Unsubscribe)
@@ -155,8 +152,7 @@ bool SignalSubscriber::CatchUp() {
     if (m_session->GetGeneration() == m_watchedUnder && IsWatching())
         return true;
     Failure failure = Failure::None;
-    std::unique_ptr<DaemonConnection> connection =
-        m_daemon->OpenSignals(m_session->GetSession(), failure);
+    std::unique_ptr<DaemonConnection> connection = m_daemon->OpenSignals(m_session->GetSession(), failure);
     if (connection == nullptr || connection->generation != m_session->GetGeneration())
         return false;
     m_watchedUnder = connection->generation;
@@ -183,8 +179,8 @@ void SignalSubscriber::Watch(std::unique_ptr<DaemonConnection> connection) {
     const std::lock_guard lock(m_deliveryMutex);
     m_watch.Reset();
     m_connection = std::move(connection);
-    GSource* source = g_unix_fd_source_new(
-        m_connection->GetDescriptor(), static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
+    GSource* source =
+        g_unix_fd_source_new(m_connection->GetDescriptor(), static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
     g_source_set_callback(source, G_SOURCE_FUNC(OnReadable), GUINT_TO_POINTER(m_number), nullptr);
     m_watch = ContextSource(source);
 }
@@ -236,8 +232,8 @@ bool SignalSubscriber::Deliver() {
             continue;
         m_deliveringThread = std::this_thread::get_id();
         lock.unlock();
-        m_callback(static_cast<ESignalType>(signal.type), static_cast<EProfile>(signal.profile),
-                   signal.screen, TSSignalData{signal.data}, nullptr);
+        m_callback(static_cast<ESignalType>(signal.type), static_cast<EProfile>(signal.profile), signal.screen,
+                   TSSignalData{signal.data}, nullptr);
         lock.lock();
         m_deliveringThread = std::thread::id();
         m_delivered.notify_all();

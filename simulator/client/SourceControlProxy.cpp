@@ -5,8 +5,7 @@
 
 namespace {
 
-class SourceControlProxy final
-    : public SessionProxy<ISourceControl, interfaces::SourceControlMethod> {
+class SourceControlProxy final : public SessionProxy<ISourceControl, interfaces::SourceControlMethod> {
 public:
     using SessionProxy::SessionProxy;
 
@@ -20,13 +19,9 @@ public:
 
     int PreSetSourceA() override { return Call(Method::PreSetSourceA).Make(); }
 
-    int StartHDMIAnalysis(ESource source) override {
-        return Call(Method::StartHDMIAnalysis).In(source).Make();
-    }
+    int StartHDMIAnalysis(ESource source) override { return Call(Method::StartHDMIAnalysis).In(source).Make(); }
 
-    int StopHDMIAnalysis(ESource source) override {
-        return Call(Method::StopHDMIAnalysis).In(source).Make();
-    }
+    int StopHDMIAnalysis(ESource source) override { return Call(Method::StopHDMIAnalysis).In(source).Make(); }
 
     int PreSetSourceC() override { return Call(Method::PreSetSourceC).Make(); }
 

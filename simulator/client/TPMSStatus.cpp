@@ -1,8 +1,7 @@
-#include <norvex/client/TPMSStatus.h>
-
 #include <memory>
 #include <utility>
 
+#include <norvex/client/TPMSStatus.h>
 #include <values/Values.h>
 
 #include "MarshalableValue.h"
@@ -41,8 +40,7 @@ EventTimes& GetTimes(void* state) {
 
 TCPipelineInfo::TCPipelineInfo() : m_pState(new EventTimes) {}
 
-TCPipelineInfo::TCPipelineInfo(const TCPipelineInfo& other)
-    : m_pState(new EventTimes(GetTimes(other.m_pState))) {}
+TCPipelineInfo::TCPipelineInfo(const TCPipelineInfo& other) : m_pState(new EventTimes(GetTimes(other.m_pState))) {}
 
 TCPipelineInfo& TCPipelineInfo::operator=(const TCPipelineInfo& other) {
     if (this != &other)
@@ -86,8 +84,7 @@ bool TCTPMSStatus::ClassToTree(TCTreeBranch& branch) {
     for (const auto& [handle, info] : snapshot.pipelines) {
         status.pipelines.push_back({handle.profile, handle.screenId, {}});
         for (const auto& [event, milliseconds] : info.GetEventTimes())
-            status.pipelines.back().events.push_back(
-                {event, static_cast<std::int64_t>(milliseconds)});
+            status.pipelines.back().events.push_back({event, static_cast<std::int64_t>(milliseconds)});
     }
     for (const TCTPMSStatusEntry* entry : snapshot.entries) {
         const NorvexHandle handle = entry->GetHandle();
@@ -102,11 +99,9 @@ bool TCTPMSStatus::TreeToClass(TCTreeBranch& branch) {
         return false;
     Snapshot snapshot;
     for (const values::PipelineEvents& pipeline : status.pipelines) {
-        TCPipelineInfo& info =
-            snapshot.pipelines[{static_cast<EProfile>(pipeline.profile), pipeline.screen}];
+        TCPipelineInfo& info = snapshot.pipelines[{static_cast<EProfile>(pipeline.profile), pipeline.screen}];
         for (const values::EventTime& time : pipeline.events)
-            info.SetEventTime(static_cast<ESIEvent>(time.event),
-                              static_cast<unsigned long long>(time.milliseconds));
+            info.SetEventTime(static_cast<ESIEvent>(time.event), static_cast<unsigned long long>(time.milliseconds));
     }
     for (values::StatusEntry& entry : status.entries) {
         const NorvexHandle handle{static_cast<EProfile>(entry.profile), entry.screen};

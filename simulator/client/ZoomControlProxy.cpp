@@ -11,12 +11,7 @@ public:
 
     int CreateZoomWindow(int& windowId, const TSRectInfo& source, const TSRectInfo& destination,
                          const TSRectInfo& main) override {
-        return Call(Method::CreateZoomWindow)
-            .Out(windowId)
-            .In(source)
-            .In(destination)
-            .In(main)
-            .Make();
+        return Call(Method::CreateZoomWindow).Out(windowId).In(source).In(destination).In(main).Make();
     }
 
     int DeleteZoomWindow(const std::vector<int>& windowIds, const TSRectInfo& main) override {
@@ -41,21 +36,12 @@ public:
 
     int SetZoomWindowRect(int windowId, const TSRectInfo& source, const TSRectInfo& destination,
                           const TSRectInfo& main) override {
-        return Call(Method::SetZoomWindowRect)
-            .In(windowId)
-            .In(source)
-            .In(destination)
-            .In(main)
-            .Make();
+        return Call(Method::SetZoomWindowRect).In(windowId).In(source).In(destination).In(main).Make();
     }
 
-    int IsZoomAvailable(bool& available) override {
-        return Call(Method::IsZoomAvailable).Out(available).Make();
-    }
+    int IsZoomAvailable(bool& available) override { return Call(Method::IsZoomAvailable).Out(available).Make(); }
 
-    int GetZoomSharingType(int& type) override {
-        return Call(Method::GetZoomSharingType).Out(type).Make();
-    }
+    int GetZoomSharingType(int& type) override { return Call(Method::GetZoomSharingType).Out(type).Make(); }
 
     int GetConnectedZoomWindows(std::vector<int>& windowIds) override {
         return Call(Method::GetConnectedZoomWindows).Out(windowIds).Make();

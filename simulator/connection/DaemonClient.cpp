@@ -47,8 +47,7 @@ DaemonClient::DaemonClient(std::string path) : m_path(std::move(path)), m_limits
 
 // Records which run of the daemon has welcomed the connection. With the lock held.
 void DaemonClient::Adopt(DaemonConnection& connection) {
-    if (m_generation == 0 || connection.GetEpoch() != m_epoch ||
-        connection.GetClient() != m_client) {
+    if (m_generation == 0 || connection.GetEpoch() != m_epoch || connection.GetClient() != m_client) {
         m_epoch = connection.GetEpoch();
         m_client = connection.GetClient();
         ++m_generation;
@@ -124,14 +123,11 @@ std::unique_ptr<DaemonConnection> DaemonClient::TakeProbed(Failure& failure) {
 }
 
 // Connects and waits for the welcome, both within the connect limit.
-std::unique_ptr<DaemonConnection> DaemonClient::Connect(const DaemonConnection::Purpose& purpose,
-                                                        Failure& failure) {
+std::unique_ptr<DaemonConnection> DaemonClient::Connect(const DaemonConnection::Purpose& purpose, Failure& failure) {
     const Deadline deadline(m_limits.connect);
-    std::unique_ptr<DaemonConnection> connection =
-        DaemonConnection::Open(m_path, purpose, m_limits.connect, failure);
+    std::unique_ptr<DaemonConnection> connection = DaemonConnection::Open(m_path, purpose, m_limits.connect, failure);
     if (connection != nullptr) {
-        failure = deadline.HasPassed() ? Failure::Unresponsive
-                                       : connection->AwaitWelcome(deadline.GetLeft());
+        failure = deadline.HasPassed() ? Failure::Unresponsive : connection->AwaitWelcome(deadline.GetLeft());
         if (failure == Failure::None) {
             const std::lock_guard lock(m_mutex);
             Adopt(*connection);
@@ -143,8 +139,7 @@ std::unique_ptr<DaemonConnection> DaemonClient::Connect(const DaemonConnection::
     return nullptr;
 }
 
-std::unique_ptr<DaemonConnection> DaemonClient::OpenSignals(std::uint32_t session,
-                                                            Failure& failure) {
+std::unique_ptr<DaemonConnection> DaemonClient::OpenSignals(std::uint32_t session, Failure& failure) {
     {
         const std::lock_guard lock(m_mutex);
         if (m_isStalled) {
@@ -172,10 +167,8 @@ template <class Step> Failure DaemonClient::WithConnection(Step step) {
         connection.reset();
         if (failure == Failure::Unresponsive) {
             Failure probing = Failure::None;
-            std::unique_ptr<DaemonConnection> probe =
-                DaemonConnection::Open(m_path, {}, milliseconds::zero(), probing);
-            const bool answers =
-                probe != nullptr && probe->AwaitWelcome(kProbeLimit) == Failure::None;
+            std::unique_ptr<DaemonConnection> probe = DaemonConnection::Open(m_path, {}, milliseconds::zero(), probing);
+            const bool answers = probe != nullptr && probe->AwaitWelcome(kProbeLimit) == Failure::None;
             if (answers) {
                 {
                     const std::lock_guard lock(m_mutex);
@@ -193,8 +186,8 @@ template <class Step> Failure DaemonClient::WithConnection(Step step) {
     return Failure::Gone;
 }
 
-Failure DaemonClient::Call(const Target& target, SessionKey* session,
-                           const TCMessageBuffer& arguments, TCMessageBuffer& reply) {
+Failure DaemonClient::Call(const Target& target, SessionKey* session, const TCMessageBuffer& arguments,
+                           TCMessageBuffer& reply) {
     return WithConnection([&](DaemonConnection& connection) {
         milliseconds limit = m_limits.call;
         if (session != nullptr && session->generation != connection.generation) {
@@ -212,8 +205,7 @@ Failure DaemonClient::Call(const Target& target, SessionKey* session,
 }
 
 Failure DaemonClient::Open(SessionKey& session) {
-    return WithConnection(
-        [&](DaemonConnection& connection) { return OpenOn(connection, session); });
+    return WithConnection([&](DaemonConnection& connection) { return OpenOn(connection, session); });
 }
 
 namespace {
@@ -242,9 +234,8 @@ Failure DaemonClient::OpenOn(DaemonConnection& connection, SessionKey& session) 
     writer.PutValue(3, std::int32_t{session.profile}, wire::Direction::In);
     writer.PutValue(4, std::int32_t{session.screen}, wire::Direction::In);
     TCMessageBuffer reply;
-    const Failure failure =
-        connection.Call(MakeSessionHeader(NorvexSessionMethod::Open, ++m_serial), tree.GetData(),
-                        tree.GetSize(), m_limits.call, reply);
+    const Failure failure = connection.Call(MakeSessionHeader(NorvexSessionMethod::Open, ++m_serial), tree.GetData(),
+                                            tree.GetSize(), m_limits.call, reply);
     if (failure != Failure::None)
         return failure;
     if (!wire::IsWellFormed(reply.GetData(), reply.GetSize()))
@@ -277,17 +268,16 @@ void DaemonClient::Close(SessionKey& session) {
         writer.PutValue(0, std::int32_t{-1});
         writer.PutValue(1, session.id, wire::Direction::In);
         TCMessageBuffer reply;
-        return connection.Call(MakeSessionHeader(NorvexSessionMethod::Close, ++m_serial),
-                               tree.GetData(), tree.GetSize(), m_limits.call, reply);
+        return connection.Call(MakeSessionHeader(NorvexSessionMethod::Close, ++m_serial), tree.GetData(),
+                               tree.GetSize(), m_limits.call, reply);
     });
     session.generation = 0;
 }
 
-void DaemonClient::Report(Failure failure, const std::string& interfaceName,
-                          const std::string& method) const {
+void DaemonClient::Report(Failure failure, const std::string& interfaceName, const std::string& method) const {
     const auto print = [&](const char* what) {
-        devicelog::Print("norvex-client", "%s.%s: %s (%s)", interfaceName.c_str(), method.c_str(),
-                         what, m_path.c_str());
+        devicelog::Print("norvex-client", "%s.%s: %s (%s)", interfaceName.c_str(), method.c_str(), what,
+                         m_path.c_str());
     };
     switch (failure) {
     case Failure::None:

@@ -47,8 +47,7 @@ public:
     };
     // Makes a call; with a session, a call of that session, which is opened first if the daemon
     // does not know it (any more). Only one call with the same session at a time.
-    Failure Call(const Target& target, SessionKey* session, const TCMessageBuffer& arguments,
-                 TCMessageBuffer& reply);
+    Failure Call(const Target& target, SessionKey* session, const TCMessageBuffer& arguments, TCMessageBuffer& reply);
     // Opens the session if needed, without a call.
     Failure Open(SessionKey& session);
     // Closes the session if it is open in the daemon's current run. The result is ignored.
@@ -69,8 +68,7 @@ public:
 private:
     template <class Step> Failure WithConnection(Step step);
     std::unique_ptr<DaemonConnection> Take(Failure& failure);
-    std::unique_ptr<DaemonConnection> Connect(const DaemonConnection::Purpose& purpose,
-                                              Failure& failure);
+    std::unique_ptr<DaemonConnection> Connect(const DaemonConnection::Purpose& purpose, Failure& failure);
     std::unique_ptr<DaemonConnection> TakeProbed(Failure& failure);
     void GiveBack(std::unique_ptr<DaemonConnection> connection);
     void BecomeStalled(std::unique_ptr<DaemonConnection> probe);

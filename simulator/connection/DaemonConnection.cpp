@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -57,8 +58,7 @@ Failure Connect(int socket, const sockaddr_un& address, milliseconds limit) {
 bool IsOwnProcess(int socket) {
     ucred client{};
     socklen_t size = sizeof client;
-    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &client, &size) == 0 &&
-           client.uid == geteuid();
+    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &client, &size) == 0 && client.uid == geteuid();
 }
 
 } // namespace
@@ -70,9 +70,8 @@ DaemonConnection::~DaemonConnection() {
     close(m_socket);
 }
 
-std::unique_ptr<DaemonConnection> DaemonConnection::Open(const std::string& path,
-                                                         const Purpose& purpose, milliseconds limit,
-                                                         Failure& failure) {
+std::unique_ptr<DaemonConnection> DaemonConnection::Open(const std::string& path, const Purpose& purpose,
+                                                         milliseconds limit, Failure& failure) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     failure = Failure::Absent;
@@ -102,8 +101,7 @@ Failure DaemonConnection::SayHello(const Purpose& purpose) {
     wire::Buffer tree;
     wire::TreeWriter writer(tree);
     writer.PutValue(wire::kHelloVersion, wire::kProtocolVersion);
-    writer.PutLeaf(wire::kHelloToken, wire::NodeKind::Array, ClientToken::Get().bytes,
-                   wire::kTokenSize);
+    writer.PutLeaf(wire::kHelloToken, wire::NodeKind::Array, ClientToken::Get().bytes, wire::kTokenSize);
     writer.PutValue(wire::kHelloRole, purpose.role);
     if (purpose.role == wire::Role::Signals)
         writer.PutValue(wire::kHelloSession, purpose.session);
@@ -173,8 +171,8 @@ Failure DaemonConnection::Receive(const Deadline& deadline, std::size_t& size) {
     }
 }
 
-Failure DaemonConnection::Call(const CallHeader& call, const void* tree, std::size_t treeSize,
-                               milliseconds limit, TCMessageBuffer& reply) {
+Failure DaemonConnection::Call(const CallHeader& call, const void* tree, std::size_t treeSize, milliseconds limit,
+                               TCMessageBuffer& reply) {
     const Deadline deadline(limit);
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Call;
@@ -191,8 +189,7 @@ Failure DaemonConnection::Call(const CallHeader& call, const void* tree, std::si
     return failure;
 }
 
-Failure DaemonConnection::ReceiveReply(std::uint32_t serial, const Deadline& deadline,
-                                       TCMessageBuffer& reply) {
+Failure DaemonConnection::ReceiveReply(std::uint32_t serial, const Deadline& deadline, TCMessageBuffer& reply) {
     while (true) {
         std::size_t size = 0;
         if (const Failure failure = Receive(deadline, size); failure != Failure::None)
@@ -209,14 +206,11 @@ Failure DaemonConnection::ReceiveReply(std::uint32_t serial, const Deadline& dea
         if (here != std::min(whole, wire::kMaxPacketPayload) || more != (here < whole))
             return Failure::Malformed;
         // An answer to an earlier call is skipped, one to a later call is malformed.
-        if (header.kind != wire::MessageKind::Reply ||
-            static_cast<std::int32_t>(header.serial - serial) > 0)
+        if (header.kind != wire::MessageKind::Reply || static_cast<std::int32_t>(header.serial - serial) > 0)
             return Failure::Malformed;
-        const std::size_t before =
-            wire::kMessageHeaderSize + header.interfaceSize + header.methodSize;
+        const std::size_t before = wire::kMessageHeaderSize + header.interfaceSize + header.methodSize;
         reply.Append(payload + before, here - before);
-        if (const Failure failure = ReceiveRest(deadline, whole - here, reply);
-            failure != Failure::None)
+        if (const Failure failure = ReceiveRest(deadline, whole - here, reply); failure != Failure::None)
             return failure;
         if (header.serial == serial)
             return Failure::None;
@@ -226,8 +220,7 @@ Failure DaemonConnection::ReceiveReply(std::uint32_t serial, const Deadline& dea
 
 // Further packets of a long message are received in place. Memory is allocated as they arrive, not
 // as the header announces.
-Failure DaemonConnection::ReceiveRest(const Deadline& deadline, std::size_t size,
-                                      TCMessageBuffer& reply) {
+Failure DaemonConnection::ReceiveRest(const Deadline& deadline, std::size_t size, TCMessageBuffer& reply) {
     while (size > 0) {
         const auto left = deadline.GetLeft();
         if (left == milliseconds::zero())
@@ -266,15 +259,13 @@ Failure DaemonConnection::AwaitWelcome(milliseconds limit) {
     if (const Failure failure = Receive(Deadline(limit), size); failure != Failure::None)
         return failure;
     if (m_assembler.Feed(m_packet.get(), size) != wire::PacketAssembler::Result::Complete ||
-        !wire::ParseMessage(m_assembler.GetMessage().GetData(), m_assembler.GetMessage().GetSize(),
-                            message))
+        !wire::ParseMessage(m_assembler.GetMessage().GetData(), m_assembler.GetMessage().GetSize(), message))
         return Failure::Malformed;
     return ReadWelcome(message);
 }
 
 Failure DaemonConnection::ReadWelcome(const wire::Message& message) {
-    if (message.header.kind != wire::MessageKind::Welcome ||
-        !wire::IsWellFormed(message.tree, message.header.treeSize))
+    if (message.header.kind != wire::MessageKind::Welcome || !wire::IsWellFormed(message.tree, message.header.treeSize))
         return Failure::Malformed;
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
     wire::Node node;
@@ -312,7 +303,6 @@ Failure DaemonConnection::TakePushed(wire::Message& message) {
             break;
         }
         const wire::Buffer& bytes = m_assembler.GetMessage();
-        return wire::ParseMessage(bytes.GetData(), bytes.GetSize(), message) ? Failure::None
-                                                                             : Failure::Malformed;
+        return wire::ParseMessage(bytes.GetData(), bytes.GetSize(), message) ? Failure::None : Failure::Malformed;
     }
 }

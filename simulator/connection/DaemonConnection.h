@@ -42,8 +42,7 @@ public:
     // Connects and sends the hello, without waiting for the answer. A limit of zero never blocks.
     // Null on failure.
     static std::unique_ptr<DaemonConnection> Open(const std::string& path, const Purpose& purpose,
-                                                  std::chrono::milliseconds limit,
-                                                  Failure& failure);
+                                                  std::chrono::milliseconds limit, Failure& failure);
     ~DaemonConnection();
     DaemonConnection(const DaemonConnection&) = delete;
     DaemonConnection& operator=(const DaemonConnection&) = delete;
@@ -64,8 +63,8 @@ public:
     };
     // Sends a call, waits for its reply and copies its tree to `reply`. Blocks for at most `limit`.
     // After any failure the connection must not be used again.
-    Failure Call(const CallHeader& header, const void* tree, std::size_t treeSize,
-                 std::chrono::milliseconds limit, TCMessageBuffer& reply);
+    Failure Call(const CallHeader& header, const void* tree, std::size_t treeSize, std::chrono::milliseconds limit,
+                 TCMessageBuffer& reply);
 
     // Takes the next message of a signal or log connection, without waiting. None: `message` is a
     // view, valid until the next call; Unresponsive: there is none yet.

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <random>
+
 #include <sys/random.h>
 
 #include <base/Number.h>
@@ -14,8 +15,7 @@ std::chrono::milliseconds FindLimit(const char* name, int usual) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
     const char* text = std::getenv(name);
     int number = 0;
-    const bool isGiven =
-        text != nullptr && sim::ParseNumber(text, number) && number >= 1 && number <= kLongest;
+    const bool isGiven = text != nullptr && sim::ParseNumber(text, number) && number >= 1 && number <= kLongest;
     return std::chrono::milliseconds(isGiven ? number : usual);
 }
 

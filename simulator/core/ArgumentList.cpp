@@ -51,15 +51,13 @@ void ArgumentList::Clear() {
 
 bool ArgumentList::Encode(const Argument& argument, int place) {
     const auto tag = static_cast<std::int16_t>(place);
-    const auto direction =
-        argument.direction == MARSHALLING_IN ? wire::Direction::In : wire::Direction::Out;
+    const auto direction = argument.direction == MARSHALLING_IN ? wire::Direction::In : wire::Direction::Out;
     wire::TreeWriter writer(m_scratch);
     if (argument.object == nullptr) {
         if (argument.size < 0 || (argument.data == nullptr && argument.size > 0) ||
             static_cast<std::size_t>(argument.size) > wire::kMaxTreeSize)
             return false;
-        writer.PutLeaf(tag, wire::NodeKind::Value, argument.data,
-                       static_cast<std::size_t>(argument.size), direction);
+        writer.PutLeaf(tag, wire::NodeKind::Value, argument.data, static_cast<std::size_t>(argument.size), direction);
         return true;
     }
     unsigned long length = 0;
@@ -86,8 +84,7 @@ bool ArgumentList::Encode() {
 }
 
 bool ArgumentList::Decode() {
-    if (m_reply.GetSize() > wire::kMaxTreeSize ||
-        !wire::IsWellFormed(m_reply.GetData(), m_reply.GetSize()))
+    if (m_reply.GetSize() > wire::kMaxTreeSize || !wire::IsWellFormed(m_reply.GetData(), m_reply.GetSize()))
         return false;
     wire::Node tree;
     tree.kind = wire::NodeKind::Branch;
@@ -104,8 +101,7 @@ bool ArgumentList::Decode() {
         if (argument.object != nullptr) {
             if (!ReadObject(node, *argument.object))
                 return false;
-        } else if (node.kind != wire::NodeKind::Value ||
-                   static_cast<long long>(node.size) != argument.size) {
+        } else if (node.kind != wire::NodeKind::Value || static_cast<long long>(node.size) != argument.size) {
             return false;
         } else {
             wire::CopyContent(argument.data, node.data, node.size);

@@ -58,8 +58,7 @@ bool BranchState::Find(int wanted, wire::Node& node) {
     return false;
 }
 
-bool BranchState::AppendLeaf(int childTag, wire::NodeKind childKind, const void* content,
-                             std::size_t contentSize) {
+bool BranchState::AppendLeaf(int childTag, wire::NodeKind childKind, const void* content, std::size_t contentSize) {
     if (buffer == nullptr || isChildOpen ||
         contentSize + wire::kNodeHeaderSize > wire::kMaxTreeSize - buffer->GetSize())
         return false;

@@ -39,15 +39,10 @@ struct BranchState : NodeState {
     bool Find(int tag, wire::Node& node);
     // Appends a leaf. False if the branch is not being written or the message has reached its
     // limit.
-    bool AppendLeaf(int childTag, wire::NodeKind childKind, const void* content,
-                    std::size_t contentSize);
+    bool AppendLeaf(int childTag, wire::NodeKind childKind, const void* content, std::size_t contentSize);
 
-    const unsigned char* GetContent() const {
-        return buffer != nullptr ? buffer->GetData() + contentBegin : data;
-    }
-    std::size_t GetContentSize() const {
-        return buffer != nullptr ? buffer->GetSize() - contentBegin : size;
-    }
+    const unsigned char* GetContent() const { return buffer != nullptr ? buffer->GetData() + contentBegin : data; }
+    std::size_t GetContentSize() const { return buffer != nullptr ? buffer->GetSize() - contentBegin : size; }
 };
 
 // The branches that this library returns, mostly on its own stack.

@@ -1,5 +1,4 @@
 #include <norvex/core/ClassToTreeFormatter.h>
-
 #include <norvex/core/LengthInfoContainer.h>
 #include <norvex/core/Marshalable.h>
 #include <wire/Message.h>
@@ -19,29 +18,25 @@ bool IsContent(int count, int elementSize, const void* data) {
 
 } // namespace
 
-TCClassToTreeFormatter::TCClassToTreeFormatter(TCTreeBranch& branch)
-    : m_pState(FormatterState::For(branch)) {}
+TCClassToTreeFormatter::TCClassToTreeFormatter(TCTreeBranch& branch) : m_pState(FormatterState::For(branch)) {}
 
 TCClassToTreeFormatter::~TCClassToTreeFormatter() = default;
 
 bool TCClassToTreeFormatter::PushValue(short tag, int size, void* data) {
     FormatterState state(m_pState);
     return state.Note(IsContent(1, size, data) &&
-                      state.GetBranch().AppendLeaf(tag, wire::NodeKind::Value, data,
-                                                   static_cast<std::size_t>(size)));
+                      state.GetBranch().AppendLeaf(tag, wire::NodeKind::Value, data, static_cast<std::size_t>(size)));
 }
 
 bool TCClassToTreeFormatter::PushArray(short tag, int count, int elementSize, void* data) {
     FormatterState state(m_pState);
     if (!IsContent(count, elementSize, data))
         return state.Note(false);
-    const std::size_t size =
-        static_cast<std::size_t>(count) * static_cast<std::size_t>(elementSize);
+    const std::size_t size = static_cast<std::size_t>(count) * static_cast<std::size_t>(elementSize);
     return state.Note(state.GetBranch().AppendLeaf(tag, wire::NodeKind::Array, data, size));
 }
 
-bool TCClassToTreeFormatter::PushLengthArray(short tag, int count, void* data,
-                                             TILengthInfoContainer* info) {
+bool TCClassToTreeFormatter::PushLengthArray(short tag, int count, void* data, TILengthInfoContainer* info) {
     if (info != nullptr)
         info->SetLength(count);
     return PushArray(tag, count, 1, data);
@@ -53,8 +48,7 @@ bool TCClassToTreeFormatter::PushMarshalableClass(short tag, TIMarshalable* obje
     if (object == nullptr || branch.buffer == nullptr || branch.isChildOpen)
         return state.Note(false);
     branch.isChildOpen = true;
-    const bool written =
-        WriteObject(*object, tag, wire::Direction::Out, branch.depth, *branch.buffer);
+    const bool written = WriteObject(*object, tag, wire::Direction::Out, branch.depth, *branch.buffer);
     branch.isChildOpen = false;
     branch.childCount += written ? 1 : 0;
     return state.Note(written);

@@ -1,14 +1,13 @@
-#include <norvex/core/DebugMenuUtility.h>
-
 #include <algorithm>
+
 #include <dlfcn.h>
 
 #include <base/DeviceLog.h>
+#include <norvex/core/DebugMenuUtility.h>
 
 bool TCDebugMenuUtility::IsNumber(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](char character) {
-        return character >= '0' && character <= '9';
-    });
+    return !text.empty() &&
+           std::all_of(text.begin(), text.end(), [](char character) { return character >= '0' && character <= '9'; });
 }
 
 bool TCDebugMenuUtility::OpenLibrary(const char* path, const char* entry) {

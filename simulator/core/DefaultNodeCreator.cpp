@@ -1,5 +1,4 @@
 #include <norvex/core/NodeCreator.h>
-
 #include <wire/Message.h>
 
 #include "KeptNode.h"
@@ -35,13 +34,11 @@ TCTreeNode* DefaultNodeCreator::CreateNode(void* element, int elementSize, int t
         return nullptr;
     KeptNode& kept = GetKept(m_pState);
     kept.bytes.Clear();
-    kept.bytes.Append(element,
-                      static_cast<std::size_t>(elementSize) * static_cast<unsigned>(count));
+    kept.bytes.Append(element, static_cast<std::size_t>(elementSize) * static_cast<unsigned>(count));
     return kept.Show(tag, wire::NodeKind::Array, 0);
 }
 
 bool DefaultNodeCreator::FillElement(void* element, int, int byteCount, TCTreeNode* node) {
-    return element != nullptr && node != nullptr &&
-           GetNodeState(*node).kind == wire::NodeKind::Array && node->GetSize() == byteCount &&
-           node->CopyTo(element, byteCount);
+    return element != nullptr && node != nullptr && GetNodeState(*node).kind == wire::NodeKind::Array &&
+           node->GetSize() == byteCount && node->CopyTo(element, byteCount);
 }

@@ -14,9 +14,7 @@ public:
 
     static void* For(TCTreeBranch& branch) { return &GetBranchState(branch); }
 
-    BranchState& GetBranch() const {
-        return *static_cast<BranchState*>(HasFailed() ? Moved(-kFailed) : m_state);
-    }
+    BranchState& GetBranch() const { return *static_cast<BranchState*>(HasFailed() ? Moved(-kFailed) : m_state); }
     bool HasFailed() const { return (reinterpret_cast<std::uintptr_t>(m_state) & kFailed) != 0; }
     // Returns `worked`, and remembers if it is false.
     bool Note(bool worked) {

@@ -1,5 +1,4 @@
 #include <norvex/core/Marshalable.h>
-
 #include <norvex/core/MessageBuffer.h>
 #include <wire/Buffer.h>
 #include <wire/Tree.h>

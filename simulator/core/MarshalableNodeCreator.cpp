@@ -39,8 +39,7 @@ TCTreeNode* TCMarshalableNodeCreator::CreateNode(void* element, int, int tag, in
     return kept.Show(tag, wire::NodeKind::Branch, wire::kNodeHeaderSize);
 }
 
-bool TCMarshalableNodeCreator::FillElement(void* element, int elementSize, int byteCount,
-                                           TCTreeNode* node) {
+bool TCMarshalableNodeCreator::FillElement(void* element, int elementSize, int byteCount, TCTreeNode* node) {
     if (element == nullptr || node == nullptr || byteCount != elementSize)
         return false;
     const NodeState& state = GetNodeState(*node);

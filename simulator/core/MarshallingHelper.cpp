@@ -12,7 +12,6 @@ void TCMarshallingHelper::PushValue(EMarshallingDirection direction, int size, v
     static_cast<ArgumentList*>(m_pState)->Add({direction, size, data, nullptr});
 }
 
-void TCMarshallingHelper::PushMarshalableClass(EMarshallingDirection direction,
-                                               TIMarshalable* object) {
+void TCMarshallingHelper::PushMarshalableClass(EMarshallingDirection direction, TIMarshalable* object) {
     static_cast<ArgumentList*>(m_pState)->Add({direction, 0, nullptr, object});
 }

@@ -1,5 +1,4 @@
 #include <norvex/core/MessageBuffer.h>
-
 #include <wire/Buffer.h>
 
 namespace {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+
 #include <wire/Tree.h>
 
 // The state behind a node's opaque pointer. It is stored in the object that created the node, so

@@ -7,8 +7,7 @@
 
 #include "BranchView.h"
 
-bool WriteObject(TIMarshalable& object, int tag, wire::Direction direction, int depth,
-                 wire::Buffer& buffer) {
+bool WriteObject(TIMarshalable& object, int tag, wire::Direction direction, int depth, wire::Buffer& buffer) {
     const std::size_t before = buffer.GetSize();
     if (depth >= wire::kMaxDepth || before + wire::kNodeHeaderSize > wire::kMaxTreeSize)
         return false;

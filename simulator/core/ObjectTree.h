@@ -10,8 +10,7 @@ class TIMarshalable;
 // Writes `object` as a branch at the end of `buffer`. `depth` is the number of enclosing branches.
 // False if the object could not be written completely or is nested too deep; the buffer is then
 // unchanged.
-bool WriteObject(TIMarshalable& object, int tag, wire::Direction direction, int depth,
-                 wire::Buffer& buffer);
+bool WriteObject(TIMarshalable& object, int tag, wire::Direction direction, int depth, wire::Buffer& buffer);
 
 // Reads `object` from `node`, a view of well-formed bytes. False when it could not be read.
 //

@@ -1,9 +1,8 @@
-#include <norvex/core/PrintMessage.h>
-
 #include <cstdarg>
 #include <cstdio>
 
 #include <base/DeviceLog.h>
+#include <norvex/core/PrintMessage.h>
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the device's declaration.
 void TCApiPrintMessage(const char* format, ...) {

@@ -1,6 +1,6 @@
-#include <norvex/core/TreeBranch.h>
-
 #include <cstdint>
+
+#include <norvex/core/TreeBranch.h>
 
 #include "BranchView.h"
 
@@ -38,10 +38,9 @@ bool TCTreeBranch::AppendChild(TCTreeNode* child) {
     const NodeState& node = GetNodeState(*child);
     const int tag = node.tag == -1 ? TagOfPlace(branch.childCount) : node.tag;
     // A branch that is still being written has no content to copy yet.
-    const bool isWhole = node.kind != wire::NodeKind::Branch ||
-                         static_cast<const BranchState&>(node).buffer == nullptr;
-    const bool appended = isWhole && tag >= INT16_MIN && tag <= INT16_MAX &&
-                          branch.AppendLeaf(tag, node.kind, node.data, node.size);
+    const bool isWhole = node.kind != wire::NodeKind::Branch || static_cast<const BranchState&>(node).buffer == nullptr;
+    const bool appended =
+        isWhole && tag >= INT16_MIN && tag <= INT16_MAX && branch.AppendLeaf(tag, node.kind, node.data, node.size);
     if (node.isOwnedByTaker)
         delete child;
     return appended;

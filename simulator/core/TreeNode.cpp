@@ -1,8 +1,8 @@
-#include <norvex/core/TreeNode.h>
-
 #include <climits>
 #include <cstring>
 #include <memory>
+
+#include <norvex/core/TreeNode.h>
 
 #include "BranchView.h"
 #include "NodeState.h"
@@ -10,14 +10,11 @@
 namespace {
 
 const unsigned char* GetContent(const NodeState& node) {
-    return node.kind == wire::NodeKind::Branch ? static_cast<const BranchState&>(node).GetContent()
-                                               : node.data;
+    return node.kind == wire::NodeKind::Branch ? static_cast<const BranchState&>(node).GetContent() : node.data;
 }
 
 std::size_t GetContentSize(const NodeState& node) {
-    return node.kind == wire::NodeKind::Branch
-               ? static_cast<const BranchState&>(node).GetContentSize()
-               : node.size;
+    return node.kind == wire::NodeKind::Branch ? static_cast<const BranchState&>(node).GetContentSize() : node.size;
 }
 
 // A leaf's copy of its content follows its state.

@@ -1,7 +1,6 @@
-#include <norvex/core/TreeToClassFormatter.h>
-
 #include <norvex/core/LengthInfoContainer.h>
 #include <norvex/core/Marshalable.h>
+#include <norvex/core/TreeToClassFormatter.h>
 
 #include "FormatterState.h"
 #include "ObjectTree.h"
@@ -18,16 +17,14 @@ bool CopyLeaf(const wire::Node& node, wire::NodeKind kind, long long size, void*
 
 } // namespace
 
-TCTreeToClassFormatter::TCTreeToClassFormatter(TCTreeBranch& branch)
-    : m_pState(FormatterState::For(branch)) {}
+TCTreeToClassFormatter::TCTreeToClassFormatter(TCTreeBranch& branch) : m_pState(FormatterState::For(branch)) {}
 
 TCTreeToClassFormatter::~TCTreeToClassFormatter() = default;
 
 bool TCTreeToClassFormatter::PushValue(short tag, int size, void* data) {
     FormatterState state(m_pState);
     wire::Node node;
-    return !state.GetBranch().Find(tag, node) ||
-           state.Note(CopyLeaf(node, wire::NodeKind::Value, size, data));
+    return !state.GetBranch().Find(tag, node) || state.Note(CopyLeaf(node, wire::NodeKind::Value, size, data));
 }
 
 bool TCTreeToClassFormatter::PushArray(short tag, int count, int elementSize, void* data) {
@@ -36,12 +33,11 @@ bool TCTreeToClassFormatter::PushArray(short tag, int count, int elementSize, vo
     if (!state.GetBranch().Find(tag, node))
         return true;
     const bool isSize = count >= 0 && elementSize >= 0;
-    return state.Note(isSize && CopyLeaf(node, wire::NodeKind::Array,
-                                         static_cast<long long>(count) * elementSize, data));
+    return state.Note(isSize &&
+                      CopyLeaf(node, wire::NodeKind::Array, static_cast<long long>(count) * elementSize, data));
 }
 
-bool TCTreeToClassFormatter::PushLengthArray(short tag, int count, void* data,
-                                             TILengthInfoContainer* info) {
+bool TCTreeToClassFormatter::PushLengthArray(short tag, int count, void* data, TILengthInfoContainer* info) {
     const int length = info != nullptr ? info->GetLength() : count;
     if (length > count)
         return FormatterState(m_pState).Note(false);

@@ -1,12 +1,11 @@
 // The TV's log tags and key-value store. Each call is one exchange. Any thread.
-#include <norvex/device/LogTags.h>
-#include <norvex/device/Vconf.h>
-
 #include <mutex>
 
 #include <interfaces/Interfaces.h>
 #include <norvex/client/NorvexAPIConnection.h>
 #include <norvex/core/MessageBuffer.h>
+#include <norvex/device/LogTags.h>
+#include <norvex/device/Vconf.h>
 #include <wire/Tree.h>
 
 namespace {
@@ -23,8 +22,7 @@ constexpr std::int16_t kValue = 2;
 // The process's connection to the device's services.
 struct Line {
     std::mutex mutex;
-    NorvexAPIConnection connection{"com.holvi.Norvex.SignalIFace", "/com/holvi/Norvex/SignalObject",
-                                   true};
+    NorvexAPIConnection connection{"com.holvi.Norvex.SignalIFace", "/com/holvi/Norvex/SignalObject", true};
 };
 
 // Never closed: further calls follow, and the process may be ending.
@@ -51,8 +49,8 @@ int Call(Method method, const char* text, int* value = nullptr) {
         Line& line = GetLine();
         const std::lock_guard lock(line.mutex);
         if (!line.connection.Exchange(std::string(interfaces::kTable<Method>.name),
-                                      std::string(interfaces::GetMethodName(method)),
-                                      static_cast<short>(method), false, arguments, reply))
+                                      std::string(interfaces::GetMethodName(method)), static_cast<short>(method), false,
+                                      arguments, reply))
             return kFailed;
     }
     // A tree that is malformed anywhere is not used.

@@ -1,11 +1,11 @@
-#include <norvex/device/PathResolver.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+
 #include <unistd.h>
 
 #include <base/DeviceLog.h>
+#include <norvex/device/PathResolver.h>
 
 namespace {
 
@@ -32,11 +32,10 @@ std::string FindBaseDirectory() {
 } // namespace
 
 // A TV has its directories; this one creates them on demand.
-std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
-                                            const std::string& relativePath) {
+std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory, const std::string& relativePath) {
     if (directory != DEVICE_DIRECTORY_DATA) {
-        devicelog::Print(kTag, "unknown directory %d, this device has only %d",
-                         static_cast<int>(directory), static_cast<int>(DEVICE_DIRECTORY_DATA));
+        devicelog::Print(kTag, "unknown directory %d, this device has only %d", static_cast<int>(directory),
+                         static_cast<int>(DEVICE_DIRECTORY_DATA));
         return {};
     }
     std::string path = FindBaseDirectory() + "/" + relativePath;
@@ -44,7 +43,6 @@ std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
     std::error_code error;
     std::filesystem::create_directories(parent, error);
     if (error)
-        devicelog::Print(kTag, "cannot create the directory %s: %s", parent.c_str(),
-                         error.message().c_str());
+        devicelog::Print(kTag, "cannot create the directory %s: %s", parent.c_str(), error.message().c_str());
     return path;
 }

@@ -9,12 +9,13 @@
 #include <cstring>
 #include <system_error>
 
-#include <base/Path.h>
-#include <nlohmann/json.hpp>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include <base/Path.h>
+#include <nlohmann/json.hpp>
 
 namespace simctl {
 
@@ -33,8 +34,7 @@ std::string Escape(const std::string& text, bool isOneLine) {
     std::string escaped;
     for (const char character : text) {
         const auto code = static_cast<unsigned char>(character);
-        if ((code >= 0x20 && code != 0x7f) || character == '\t' ||
-            (character == '\n' && !isOneLine)) {
+        if ((code >= 0x20 && code != 0x7f) || character == '\t' || (character == '\n' && !isOneLine)) {
             escaped += character;
             continue;
         }
@@ -150,8 +150,7 @@ int PrintAnswer(Connection& connection) {
     bool isEndless = false;
     for (std::string line; connection.ReadLine(line);) {
         const json answer = json::parse(line, nullptr, false);
-        const std::string name =
-            answer.is_object() && answer.size() == 1 ? answer.begin().key() : "";
+        const std::string name = answer.is_object() && answer.size() == 1 ? answer.begin().key() : "";
         if (name == "print" && answer[name].is_string()) {
             if (!Print(answer[name].get<std::string>()))
                 return Flush() ? 0 : kFailed;
@@ -172,8 +171,7 @@ int PrintAnswer(Connection& connection) {
     }
     if (isEndless && Flush())
         return 0;
-    Complain(errno == EAGAIN ? "the TV is not responding"
-                             : "the TV ended before its answer was complete");
+    Complain(errno == EAGAIN ? "the TV is not responding" : "the TV ended before its answer was complete");
     return kFailed;
 }
 

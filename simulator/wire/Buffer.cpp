@@ -1,10 +1,10 @@
-#include <wire/Buffer.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
 #include <utility>
+
+#include <wire/Buffer.h>
 
 namespace wire {
 

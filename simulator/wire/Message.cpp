@@ -1,6 +1,6 @@
-#include <wire/Message.h>
-
 #include <cstring>
+
+#include <wire/Message.h>
 
 namespace wire {
 
@@ -29,8 +29,7 @@ bool DecodeMessageHeader(const void* data, std::size_t size, MessageHeader& head
     std::memcpy(&header.interfaceSize, bytes + 12, 2);
     std::memcpy(&header.methodSize, bytes + 14, 2);
     std::memcpy(&header.treeSize, bytes + 16, 4);
-    return header.interfaceSize <= kMaxNameSize && header.methodSize <= kMaxNameSize &&
-           header.treeSize <= kMaxTreeSize;
+    return header.interfaceSize <= kMaxNameSize && header.methodSize <= kMaxNameSize && header.treeSize <= kMaxTreeSize;
 }
 
 bool ParseMessage(const void* data, std::size_t size, Message& message) {

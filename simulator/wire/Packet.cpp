@@ -1,7 +1,7 @@
-#include <wire/Packet.h>
-
 #include <algorithm>
 #include <cstring>
+
+#include <wire/Packet.h>
 
 namespace wire {
 
@@ -23,15 +23,14 @@ bool DecodePacketHeader(const void* data, std::size_t size, bool& more) {
     if (size < kPacketHeaderSize)
         return false;
     const auto* bytes = static_cast<const unsigned char*>(data);
-    if (std::memcmp(bytes, &kPacketMagic, 2) != 0 || bytes[2] != kPacketVersion ||
-        (bytes[3] & ~kPacketMore) != 0)
+    if (std::memcmp(bytes, &kPacketMagic, 2) != 0 || bytes[2] != kPacketVersion || (bytes[3] & ~kPacketMore) != 0)
         return false;
     more = bytes[3] == kPacketMore;
     return true;
 }
 
-PacketSender::PacketSender(MessageHeader header, std::string_view interfaceName,
-                           std::string_view method, const void* tree, std::size_t treeSize) {
+PacketSender::PacketSender(MessageHeader header, std::string_view interfaceName, std::string_view method,
+                           const void* tree, std::size_t treeSize) {
     header.interfaceSize = static_cast<std::uint16_t>(interfaceName.size());
     header.methodSize = static_cast<std::uint16_t>(method.size());
     header.treeSize = static_cast<std::uint32_t>(treeSize);

@@ -1,7 +1,7 @@
-#include <wire/Tree.h>
-
 #include <bit>
 #include <stdexcept>
+
+#include <wire/Tree.h>
 
 static_assert(std::endian::native == std::endian::little,
               "the wire is little-endian, and values are copied from memory");
@@ -49,8 +49,7 @@ bool GetText(const Node& node, std::string_view& text) {
         text = {};
         return cursor.IsAtEnd();
     }
-    if (!cursor.Next(child) || child.tag != 1 || child.kind != NodeKind::Array ||
-        child.size != length)
+    if (!cursor.Next(child) || child.tag != 1 || child.kind != NodeKind::Array || child.size != length)
         return false;
     text = child.GetBytes();
     return cursor.IsAtEnd();

@@ -74,8 +74,7 @@ void RunDialogue(TSDialogue& dialogue) {
 }
 
 // Opens the dialogue with the process that has this number in the process menu.
-void RunProcess(const std::map<int, IDebugPrintControl*>& debugPrintControls, int number,
-                TSDialogue& dialogue) {
+void RunProcess(const std::map<int, IDebugPrintControl*>& debugPrintControls, int number, TSDialogue& dialogue) {
     const auto entry = debugPrintControls.find(number);
     if (entry == debugPrintControls.end() || entry->second == nullptr) {
         std::cout << "Command not implemented" << std::endl;
@@ -132,9 +131,7 @@ void zarn_startmaindebug(void) {
             RunDialogue(dialogue);
             break;
         case 5: debugMenuTPMS.Enter(); break;
-        case 6:
-            TCDebugMenuUtility::OpenLibrary("/usr/lib64/liblumo-debugmenu.so", "lumo_subdebugmenu");
-            break;
+        case 6: TCDebugMenuUtility::OpenLibrary("/usr/lib64/liblumo-debugmenu.so", "lumo_subdebugmenu"); break;
         case 7: debugMenuSimple.Enter(); break;
         default: RunProcess(debugPrintControls, number, dialogue); break;
         }

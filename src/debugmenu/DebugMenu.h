@@ -2,10 +2,10 @@
 
 #include <string>
 
+#include <zarn/DebugMenu.h>
+
 #include "DebugMenuSimple.h"
 #include "TPMSDebugMenu.h"
-
-#include <zarn/DebugMenu.h>
 
 // The consoles that live as long as the library is loaded, constructed in this order. Only the
 // simple menu is destroyed, at unload.

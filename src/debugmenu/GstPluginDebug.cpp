@@ -49,9 +49,8 @@ std::string CreateGstDebugUtilMenu() {
 
 bool isNumberGst(const std::string& text) {
     const std::locale locale;
-    return !text.empty() && std::all_of(text.begin(), text.end(), [&locale](char character) {
-        return std::isdigit(character, locale);
-    });
+    return !text.empty() &&
+           std::all_of(text.begin(), text.end(), [&locale](char character) { return std::isdigit(character, locale); });
 }
 
 int ExecuteLogOn(const std::string& element, int /*index*/) {

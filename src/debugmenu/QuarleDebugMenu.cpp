@@ -22,8 +22,7 @@ constexpr char kProviderTag[] = "quarle-provider";
 // The file whose presence means "on", so that the switch survives a restart. Its content does not
 // matter.
 std::string MarkerFile() {
-    return TCPathResolver::GetAbsolutePath(DEVICE_DIRECTORY_DATA,
-                                           "quarle-provider/data/FCdebug.conf");
+    return TCPathResolver::GetAbsolutePath(DEVICE_DIRECTORY_DATA, "quarle-provider/data/FCdebug.conf");
 }
 
 // Switching off is switching on in reverse order. Failures are ignored: the tags follow the switch
@@ -53,8 +52,8 @@ std::string GetQuarleDebugMenu() {
     currentMenu = kListScreen;
 
     char row[256];
-    static_cast<void>(std::snprintf(row, sizeof(row), "%2d: [%-3s] %-17s", 0,
-                                    QuarleLogonOff ? "ON" : "OFF", "QUARLE_PROVIDER"));
+    static_cast<void>(
+        std::snprintf(row, sizeof(row), "%2d: [%-3s] %-17s", 0, QuarleLogonOff ? "ON" : "OFF", "QUARLE_PROVIDER"));
 
     std::string menu = "\n";
     menu += kDoubleRule;

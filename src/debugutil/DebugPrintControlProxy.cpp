@@ -21,9 +21,8 @@ constexpr int kNoAnswer = -1;
 } // namespace
 
 TCDebugPrintControlProxy::TCDebugPrintControlProxy(const std::string& interfaceName)
-    : m_InterfaceName(interfaceName),
-      m_pNorvexConnection(new (std::nothrow) NorvexAPIConnection(
-          "com.holvi.Norvex.SignalIFace", "/com/holvi/Norvex/SignalObject", true)) {
+    : m_InterfaceName(interfaceName), m_pNorvexConnection(new (std::nothrow) NorvexAPIConnection(
+                                          "com.holvi.Norvex.SignalIFace", "/com/holvi/Norvex/SignalObject", true)) {
     if (m_pNorvexConnection == nullptr) {
         _TCApiAssert("m_pNorvexConnection", "src/debugutil/DebugPrintControlProxy", 20, nullptr);
         std::cout << "ASSERT!!! - function TCDebugPrintControlProxy, line 20";
@@ -52,8 +51,7 @@ int TCDebugPrintControlProxy::Execute(const std::string& command, std::string& s
     helper.PushMarshalableClass(MARSHALLING_IN, &commandText);
     TCMarshalableString screenText(&screen);
     helper.PushMarshalableClass(MARSHALLING_OUT, &screenText);
-    return helper.Run(m_pNorvexConnection, m_InterfaceName, "Execute", 1, false) ? status
-                                                                                 : kNoAnswer;
+    return helper.Run(m_pNorvexConnection, m_InterfaceName, "Execute", 1, false) ? status : kNoAnswer;
 }
 
 int TCDebugPrintControlProxy::Check(int& value) {
@@ -82,8 +80,7 @@ bool TCDebugPrintControlProxy::SetMenuItems(const std::vector<TSMenuItem>& items
     TCMarshallingHelperProxy helper;
     int status = kNoAnswer;
     helper.PushValue(MARSHALLING_OUT, sizeof(status), &status);
-    MarshalableItems itemList(const_cast<std::vector<TSMenuItem>*>(&items),
-                              new TCMarshalableNodeCreator, false);
+    MarshalableItems itemList(const_cast<std::vector<TSMenuItem>*>(&items), new TCMarshalableNodeCreator, false);
     helper.PushMarshalableClass(MARSHALLING_IN, &itemList);
     return helper.Run(m_pNorvexConnection, m_InterfaceName, "SetMenuItems", 5, false);
 }

@@ -17,17 +17,14 @@
 //
 // Container needs begin, end, size, clear and push_back; Element a default constructor, and copies
 // or moves.
-template <class Container, class Element>
-class TCMarshalableOneDimensionContainer : public TCMarshalable {
+template <class Container, class Element> class TCMarshalableOneDimensionContainer : public TCMarshalable {
 public:
     // The container is not owned and must outlive the wrapper. `nodeCreator` must not be null and
     // is owned by the wrapper. With `clearOnDestroy` the wrapper's destructor empties the
     // container.
-    TCMarshalableOneDimensionContainer(Container* container, TINodeCreator* nodeCreator,
-                                       bool clearOnDestroy)
+    TCMarshalableOneDimensionContainer(Container* container, TINodeCreator* nodeCreator, bool clearOnDestroy)
         : m_bClearOnDestroy(clearOnDestroy), m_pContainer(container), m_pNodeCreator(nodeCreator),
-          m_bPlainElements(nodeCreator->GetKind() == kKindOfPlainValues &&
-                           std::is_trivially_copyable_v<Element>) {}
+          m_bPlainElements(nodeCreator->GetKind() == kKindOfPlainValues && std::is_trivially_copyable_v<Element>) {}
 
     ~TCMarshalableOneDimensionContainer() override {
         if (m_bClearOnDestroy && m_pContainer != nullptr)
@@ -36,8 +33,7 @@ public:
     }
 
     TCMarshalableOneDimensionContainer(const TCMarshalableOneDimensionContainer&) = delete;
-    TCMarshalableOneDimensionContainer&
-    operator=(const TCMarshalableOneDimensionContainer&) = delete;
+    TCMarshalableOneDimensionContainer& operator=(const TCMarshalableOneDimensionContainer&) = delete;
 
     // Always true; an element for which the creator makes no node is left out silently.
     bool ClassToTree(TCTreeBranch& branch) override {
@@ -66,8 +62,7 @@ public:
         }
         MakeRoom(branch);
         const bool counted = m_pNodeCreator->HasElementCount();
-        for (TCTreeNode* child = branch.GetFirstChild(); child != nullptr;
-             child = branch.GetNextChild()) {
+        for (TCTreeNode* child = branch.GetFirstChild(); child != nullptr; child = branch.GetNextChild()) {
             const int count = counted ? child->GetElementCount(kElementSize) : 1;
             Element element{};
             m_pNodeCreator->FillElement(&element, kElementSize, count * kElementSize, child);
@@ -98,8 +93,7 @@ private:
     void MakeRoom(TCTreeBranch& branch) {
         if constexpr (requires { m_pContainer->reserve(std::size_t{}); }) {
             std::size_t count = 0;
-            for (TCTreeNode* child = branch.GetFirstChild(); child != nullptr;
-                 child = branch.GetNextChild())
+            for (TCTreeNode* child = branch.GetFirstChild(); child != nullptr; child = branch.GetNextChild())
                 ++count;
             m_pContainer->reserve(count);
         }

@@ -1,7 +1,6 @@
-#include <zarn/MenuItem.h>
-
 #include <norvex/core/ClassToTreeFormatter.h>
 #include <norvex/core/TreeToClassFormatter.h>
+#include <zarn/MenuItem.h>
 
 #include "MarshalableString.h"
 

@@ -66,8 +66,8 @@ void TCDebugMenuSimple::m_PrintMainMenu() {
 
 std::string TCDebugMenuSimple::m_MenuItem(TSMenuItem& item, int index) {
     std::ostringstream row;
-    row << std::left << std::setw(2) << index << ": [" << std::setw(3)
-        << (item.getState() ? "ON" : "OFF") << "] " << std::setw(17) << item.getName();
+    row << std::left << std::setw(2) << index << ": [" << std::setw(3) << (item.getState() ? "ON" : "OFF") << "] "
+        << std::setw(17) << item.getName();
     return row.str();
 }
 

@@ -11,9 +11,8 @@
 namespace {
 
 constexpr char kTitle[] = "\t[Test17 List - SetPreviewSource]\t\n";
-constexpr char kItems[] =
-    " 1. call [Main Handle] ISourceControl::SetPreviewSource(ESource)  \n"
-    " 2. call [Main Handle] ISourceControl::SetPreviewSource(ESource, Major)  \n";
+constexpr char kItems[] = " 1. call [Main Handle] ISourceControl::SetPreviewSource(ESource)  \n"
+                          " 2. call [Main Handle] ISourceControl::SetPreviewSource(ESource, Major)  \n";
 
 constexpr unsigned int kFirstSource = 0;
 constexpr unsigned int kLastSource = 47;
@@ -39,8 +38,8 @@ void TCDebugMenuTPMS::m_Start_Test17_SetPrevieSource() {
             continue;
         }
         if (static_cast<unsigned int>(source) > kLastSource) {
-            std::cout << "Invalid source " << source << ". Valid values (" << kFirstSource << ", "
-                      << kLastSource << ")" << std::endl;
+            std::cout << "Invalid source " << source << ". Valid values (" << kFirstSource << ", " << kLastSource << ")"
+                      << std::endl;
             continue;
         }
 
@@ -56,8 +55,7 @@ void TCDebugMenuTPMS::m_Start_Test17_SetPrevieSource() {
             if (major == -1) {
                 continue;
             }
-            const std::uint64_t serviceId =
-                m_GetServiceId(ANTENNA_AIR, static_cast<std::uint16_t>(major));
+            const std::uint64_t serviceId = m_GetServiceId(ANTENNA_AIR, static_cast<std::uint16_t>(major));
             if (serviceId == INVALID_SERVICE_ID) {
                 // Ends the line that the look-up began.
                 std::cout << " for major=" << major << std::endl;
@@ -65,8 +63,7 @@ void TCDebugMenuTPMS::m_Start_Test17_SetPrevieSource() {
             }
             TCSessionOwner<ISourceControl> sourceControl;
             NorvexAPI::CreateSourceControl(PROFILE_MAIN, 0, sourceControl.out());
-            const int result =
-                sourceControl->SetPreviewSource(static_cast<ESource>(source), serviceId, text);
+            const int result = sourceControl->SetPreviewSource(static_cast<ESource>(source), serviceId, text);
             sourceControl.reset();
             printCallResult("SetPreviewSource", result);
         }

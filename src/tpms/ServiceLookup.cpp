@@ -50,9 +50,8 @@ std::uint64_t TCDebugMenuTPMS::m_GetServiceId(EAntennaMode antennaMode, std::uin
 
     TSTvMode tvMode;
     navigation->GetTvMode(tvMode);
-    const EServiceProfile profile = tvMode.m_serviceMode != SERVICE_MODE_DEFAULT
-                                        ? SERVICE_PROFILE_OPERATOR
-                                        : SERVICE_PROFILE_DEFAULT;
+    const EServiceProfile profile =
+        tvMode.m_serviceMode != SERVICE_MODE_DEFAULT ? SERVICE_PROFILE_OPERATOR : SERVICE_PROFILE_DEFAULT;
     // The TV mode of the wanted service; only the TV mode menu also sets it.
     tvMode.m_antennaMode = antennaMode;
     tvMode.m_serviceMode = TCServiceUtility::ServiceProfileToServiceMode(profile);
@@ -64,8 +63,7 @@ std::uint64_t TCDebugMenuTPMS::m_GetServiceId(EAntennaMode antennaMode, std::uin
     query.Where(SERVICE_FIELD_MAJOR, major);
     query.Fetch(SERVICE_FIELD_ID);
     // After the fetched field on purpose: the order is part of the query.
-    query.Where(SERVICE_FIELD_CHANNEL_TYPE,
-                TCServiceUtility::AntennaModeToDigitalChannelType(antennaMode));
+    query.Where(SERVICE_FIELD_CHANNEL_TYPE, TCServiceUtility::AntennaModeToDigitalChannelType(antennaMode));
 
     TCServiceData record;
     if (service->FindService(query, record, 1) <= 0) {
@@ -81,8 +79,7 @@ std::uint64_t TCDebugMenuTPMS::m_GetServiceId(std::uint16_t major) {
     NorvexAPI::CreateService(service.out());
 
     TCCriteriaHelper query;
-    TCNavigationModeHelper::GetNavigationCriteria(NAVIGATION_BY_MAJOR, query,
-                                                  NAVIGATION_SORT_DEFAULT);
+    TCNavigationModeHelper::GetNavigationCriteria(NAVIGATION_BY_MAJOR, query, NAVIGATION_SORT_DEFAULT);
     query.Where(SERVICE_FIELD_MAJOR, major);
     query.Fetch(SERVICE_FIELD_ID);
 

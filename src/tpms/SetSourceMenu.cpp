@@ -10,14 +10,13 @@
 namespace {
 
 constexpr char kTitle[] = "\t[Test7 List - SetSource]\t\n";
-constexpr char kItems[] =
-    " 1. call [Main Handle] ISourceControl::SetSource(TV Source)  \n"
-    " 2. call [Main Handle] ISourceControl::SetSource(HDMI1 Source)  \n"
-    " 3. call [PIP Handle] ISourceControl::SetSource(TV Source) \n"
-    " 4. call [Main Handle] ISourceControl::SetSource(Component1Source) \n"
-    " 5. call [Main Handle] ISourceControl::SetSource(TV Source, 0xfa0000000002002d) \n"
-    " 6. call [Clone Handle] ISourceControl::SetSource(TV Source) \n"
-    " 7. call [Clone Handle] ISourceControl::SetSource(HDMI Source) \n";
+constexpr char kItems[] = " 1. call [Main Handle] ISourceControl::SetSource(TV Source)  \n"
+                          " 2. call [Main Handle] ISourceControl::SetSource(HDMI1 Source)  \n"
+                          " 3. call [PIP Handle] ISourceControl::SetSource(TV Source) \n"
+                          " 4. call [Main Handle] ISourceControl::SetSource(Component1Source) \n"
+                          " 5. call [Main Handle] ISourceControl::SetSource(TV Source, 0xfa0000000002002d) \n"
+                          " 6. call [Clone Handle] ISourceControl::SetSource(TV Source) \n"
+                          " 7. call [Clone Handle] ISourceControl::SetSource(HDMI Source) \n";
 
 constexpr std::uint64_t kFixedServiceId = 0xfa0000000002002d;
 

@@ -62,8 +62,7 @@ void TCDebugMenuTPMS::m_Start_Test14_SetTvModeTest() {
     }
 }
 
-void TCDebugMenuTPMS::m_RunSetTvModeTest(EAntennaMode antennaMode, std::uint16_t major,
-                                         bool virtualChannel) {
+void TCDebugMenuTPMS::m_RunSetTvModeTest(EAntennaMode antennaMode, std::uint16_t major, bool virtualChannel) {
     // Created, and so destroyed, in the opposite order to the look-ups.
     TCSessionOwner<IServiceNavigation> navigation;
     NorvexAPI::CreateServiceNavigation(PROFILE_MAIN, 0, navigation.out());
@@ -72,9 +71,8 @@ void TCDebugMenuTPMS::m_RunSetTvModeTest(EAntennaMode antennaMode, std::uint16_t
 
     TSTvMode tvMode;
     navigation->GetTvMode(tvMode);
-    const EServiceProfile profile = tvMode.m_serviceMode != SERVICE_MODE_DEFAULT
-                                        ? SERVICE_PROFILE_OPERATOR
-                                        : SERVICE_PROFILE_DEFAULT;
+    const EServiceProfile profile =
+        tvMode.m_serviceMode != SERVICE_MODE_DEFAULT ? SERVICE_PROFILE_OPERATOR : SERVICE_PROFILE_DEFAULT;
     tvMode.m_antennaMode = antennaMode;
     tvMode.m_serviceMode = TCServiceUtility::ServiceProfileToServiceMode(profile);
 
@@ -91,8 +89,7 @@ void TCDebugMenuTPMS::m_RunSetTvModeTest(EAntennaMode antennaMode, std::uint16_t
         query.Where(SERVICE_FIELD_CHANNEL_TYPE, CHANNEL_TYPE_VIRTUAL);
         query.Where(SERVICE_FIELD_VIRTUAL_ANTENNA, antennaMode);
     } else {
-        query.Where(SERVICE_FIELD_CHANNEL_TYPE,
-                    TCServiceUtility::AntennaModeToDigitalChannelType(antennaMode));
+        query.Where(SERVICE_FIELD_CHANNEL_TYPE, TCServiceUtility::AntennaModeToDigitalChannelType(antennaMode));
     }
 
     if (service->FindService(query, record, 1) <= 0) {

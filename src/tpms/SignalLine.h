@@ -6,5 +6,4 @@
 
 // The line, with its end, that the console prints for a signal; empty for a signal that it does not
 // print.
-std::string signalLine(ESignalType type, EProfile profile, unsigned short screenId,
-                       TSSignalData data);
+std::string signalLine(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data);

@@ -11,22 +11,21 @@ namespace {
 
 // Its rules are wider than those of the other menus. The title says Test18, like that of the
 // programme guide menu.
-constexpr char kMenu[] =
-    " ======================================================================================\n"
-    "\t      [Test18 List - SignalTunePreparationMechanism (AIR/CABLE/SAT)]\n"
-    " --------------------------------------------------------------------------------------\n"
-    " 1. call [Main Handle] RegisterForStateChange(STATE_CHANGE_SERVICE) (App1)\n"
-    " 2. call [Main Handle] NotifyReadyForSetService(STATE_CHANGE_SERVICE) (App1)\n"
-    " 3. call [Main Handle] UnregisterFromStateChange(STATE_CHANGE_SERVICE) (App1)\n"
-    " ======================================================================================\n"
-    " 4. call [Main Handle] RegisterForStateChange(STATE_CHANGE_SERVICE) (App2)\n"
-    " 5. call [Main Handle] NotifyReadyForSetService(STATE_CHANGE_SERVICE) (App2)\n"
-    " 6. call [Main Handle] UnregisterFromStateChange(STATE_CHANGE_SERVICE) (App2)\n"
-    " ======================================================================================\n"
-    " 7. call [Main Handle] CheckPendingState(STATE_CHANGE_SERVICE) \n"
-    " --------------------------------------------------------------------------------------\n"
-    " 99 : Exit\n"
-    " ======================================================================================\n";
+constexpr char kMenu[] = " ======================================================================================\n"
+                         "\t      [Test18 List - SignalTunePreparationMechanism (AIR/CABLE/SAT)]\n"
+                         " --------------------------------------------------------------------------------------\n"
+                         " 1. call [Main Handle] RegisterForStateChange(STATE_CHANGE_SERVICE) (App1)\n"
+                         " 2. call [Main Handle] NotifyReadyForSetService(STATE_CHANGE_SERVICE) (App1)\n"
+                         " 3. call [Main Handle] UnregisterFromStateChange(STATE_CHANGE_SERVICE) (App1)\n"
+                         " ======================================================================================\n"
+                         " 4. call [Main Handle] RegisterForStateChange(STATE_CHANGE_SERVICE) (App2)\n"
+                         " 5. call [Main Handle] NotifyReadyForSetService(STATE_CHANGE_SERVICE) (App2)\n"
+                         " 6. call [Main Handle] UnregisterFromStateChange(STATE_CHANGE_SERVICE) (App2)\n"
+                         " ======================================================================================\n"
+                         " 7. call [Main Handle] CheckPendingState(STATE_CHANGE_SERVICE) \n"
+                         " --------------------------------------------------------------------------------------\n"
+                         " 99 : Exit\n"
+                         " ======================================================================================\n";
 
 } // namespace
 
@@ -53,9 +52,8 @@ void TCDebugMenuTPMS::m_Start_Test18_SignalTunePreparationMechanism() {
         // The result lines of 2 and 5 name another operation than the menu; that is meant.
         case 2:
             if (m_AskServiceId(serviceId)) {
-                printCallResult(
-                    "NotifyReceiverState (App1)",
-                    utility->NotifyReadyForSetService(STATE_CHANGE_SERVICE, app1, 1, serviceId));
+                printCallResult("NotifyReceiverState (App1)",
+                                utility->NotifyReadyForSetService(STATE_CHANGE_SERVICE, app1, 1, serviceId));
             }
             break;
         case 3:
@@ -68,9 +66,8 @@ void TCDebugMenuTPMS::m_Start_Test18_SignalTunePreparationMechanism() {
             break;
         case 5:
             if (m_AskServiceId(serviceId)) {
-                printCallResult(
-                    "NotifyReceiverState (App2)",
-                    utility->NotifyReadyForSetService(STATE_CHANGE_SERVICE, app2, 1, serviceId));
+                printCallResult("NotifyReceiverState (App2)",
+                                utility->NotifyReadyForSetService(STATE_CHANGE_SERVICE, app2, 1, serviceId));
             }
             break;
         case 6:

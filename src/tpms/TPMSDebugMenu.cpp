@@ -41,8 +41,8 @@ constexpr char kMainItems[] = " 1. Reference Count Test\n"
 
 // Called by the middleware on the thread that Enter() starts. Takes no lock: a line is written in
 // one piece, but may appear in the middle of a menu.
-int NorvexSignalCallback(ESignalType type, EProfile profile, unsigned short screenId,
-                         TSSignalData data, void* /*userData*/) {
+int NorvexSignalCallback(ESignalType type, EProfile profile, unsigned short screenId, TSSignalData data,
+                         void* /*userData*/) {
     const std::string line = signalLine(type, profile, screenId, data);
     if (!line.empty()) {
         std::cout << line << std::flush;

@@ -77,8 +77,7 @@ public:
     // Appends the services of the current channel list, virtual channels left out, to `services`,
     // each with code 5. False, and a line printed, when there is none. The caller owns
     // `navigation`.
-    bool m_GetServiceList(std::list<std::pair<std::uint64_t, std::uint32_t>>& services,
-                          IServiceNavigation* navigation);
+    bool m_GetServiceList(std::list<std::pair<std::uint64_t, std::uint32_t>>& services, IServiceNavigation* navigation);
     // The broadcast service with channel number `major` on that antenna, in the current service
     // profile. INVALID_SERVICE_ID, and words without a line end printed, when there is none.
     std::uint64_t m_GetServiceId(EAntennaMode antennaMode, std::uint16_t major);

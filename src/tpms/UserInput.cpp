@@ -47,8 +47,8 @@ void TCDebugMenuTPMS::m_GetNorvexHandleByUserInput(NorvexHandle* handle, bool as
         }
     }
     handle->profile = profile;
-    std::cout << "User Input : screenId:" << handle->screenId
-              << " profile:" << static_cast<int>(handle->profile) << std::endl;
+    std::cout << "User Input : screenId:" << handle->screenId << " profile:" << static_cast<int>(handle->profile)
+              << std::endl;
 }
 
 int TCDebugMenuTPMS::m_GetVconfInt(const char* key, int* value) {

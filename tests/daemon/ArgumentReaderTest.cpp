@@ -9,8 +9,8 @@ namespace {
 using sim::ArgumentReader;
 using wire::Direction;
 
-const std::vector<sim::Argument> kExecute{
-    sim::Out("status", sim::kInt), sim::In("command", sim::kText), sim::Out("screen", sim::kText)};
+const std::vector<sim::Argument> kExecute{sim::Out("status", sim::kInt), sim::In("command", sim::kText),
+                                          sim::Out("screen", sim::kText)};
 
 class ArgumentReaderTest : public testing::Test {
 protected:
@@ -33,9 +33,8 @@ protected:
 
 TEST_F(ArgumentReaderTest, ArgumentsAreReadByPlace) {
     const std::vector<sim::Argument> all{
-        sim::In("a", sim::kInt),      sim::In("b", sim::kUInt),     sim::In("c", sim::kUShort),
-        sim::In("d", sim::kNumber64), sim::In("e", sim::kBool),     sim::In("f", sim::kText),
-        sim::In("g", sim::kIntList),  sim::In("h", sim::kAnything),
+        sim::In("a", sim::kInt),  sim::In("b", sim::kUInt), sim::In("c", sim::kUShort),  sim::In("d", sim::kNumber64),
+        sim::In("e", sim::kBool), sim::In("f", sim::kText), sim::In("g", sim::kIntList), sim::In("h", sim::kAnything),
     };
     m_tree.PutValue(0, std::int32_t{-7}, Direction::In);
     m_tree.PutValue(1, std::uint32_t{0xFFFFFFFF}, Direction::In);

@@ -2,8 +2,9 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "Database.h"
 #include "DebugDialogue.h"
@@ -109,8 +110,7 @@ TEST_F(DebugMenuTest, AnUnknownCommandIsAnsweredOnTheSameScreen) {
     Type("modes");
     for (const char* command : {"foo", "on", "all", "-1", "1x", "99999999999"}) {
         const std::string screen = Type(command);
-        EXPECT_TRUE(Holds(screen, "Unknown word \"" + std::string(command) + "\", try help"))
-            << command;
+        EXPECT_TRUE(Holds(screen, "Unknown word \"" + std::string(command) + "\", try help")) << command;
         EXPECT_TRUE(Holds(screen, "\t[Norvex modes]\n"));
     }
     // Commands that would move the cursor or fill the screen are not shown literally.

@@ -21,9 +21,7 @@ public:
             tv.context.injections.Add(*operation, {kind, number}, calls);
     }
     std::int32_t Set(std::int32_t value) { return client.Do(FakeMethod::Set, value); }
-    nlohmann::json DescribeLastCall() {
-        return tv.context.journal.Describe(tv.context.journal.GetEnd() - 1);
-    }
+    nlohmann::json DescribeLastCall() { return tv.context.journal.Describe(tv.context.journal.GetEnd() - 1); }
 
     TestTv tv;
     FakeInterface& fake = tv.context.Register<FakeInterface>();
@@ -42,8 +40,7 @@ TEST_F(DispatcherTest, NumberAndNameBelongTogether) {
     const std::uint32_t session = client.Open<FakeMethod>();
     const std::string name = fake.GetName();
     fake.events.clear();
-    const auto isRefused = [&](std::string_view interface, std::string_view method,
-                               std::int16_t id) {
+    const auto isRefused = [&](std::string_view interface, std::string_view method, std::int16_t id) {
         const Reply reply = client.Exchange(interface, session, method, id, CallTree(7));
         return reply.HasCome() && !reply.Find(0);
     };

@@ -14,8 +14,7 @@ NORVEX_INTERFACE(Fake, Set, Set_Text)
 class FakeInterface : public sim::Interface {
 public:
     FakeInterface() : Interface(interfaces::kTable<FakeMethod>, Calls::ToSession) {
-        Add(FakeMethod::Set, {sim::Out("status", sim::kInt), sim::In("value", sim::kInt)},
-            &FakeInterface::Set);
+        Add(FakeMethod::Set, {sim::Out("status", sim::kInt), sim::In("value", sim::kInt)}, &FakeInterface::Set);
         Add(FakeMethod::Set_Text, {sim::Out("status", sim::kInt), sim::In("text", sim::kText)},
             &FakeInterface::SetText);
     }
@@ -26,9 +25,7 @@ public:
         events.push_back("open " + std::to_string(session.profile));
         return 0;
     }
-    void CloseSession(sim::Session& session) override {
-        events.push_back("close " + std::to_string(session.profile));
-    }
+    void CloseSession(sim::Session& session) override { events.push_back("close " + std::to_string(session.profile)); }
 
     std::vector<std::string> events;
 

@@ -19,8 +19,8 @@ class FakeInterface : public sim::Interface {
 public:
     FakeInterface() : Interface(interfaces::kTable<FakeMethod>, Calls::ToInterface) {
         Add(FakeMethod::Do,
-            {sim::Out("status", sim::kInt), sim::In("service", sim::kNumber64),
-             sim::In("text", sim::kText), sim::Out("screen", sim::kText)},
+            {sim::Out("status", sim::kInt), sim::In("service", sim::kNumber64), sim::In("text", sim::kText),
+             sim::Out("screen", sim::kText)},
             &FakeInterface::Do);
     }
 
@@ -30,8 +30,7 @@ private:
 
 class JournalTest : public testing::Test {
 protected:
-    void Add(sim::Journal& journal, const std::string& text = "text",
-             const std::string& screen = "screen") {
+    void Add(sim::Journal& journal, const std::string& text = "text", const std::string& screen = "screen") {
         m_arguments.Clear();
         m_results.Clear();
         wire::TreeWriter arguments(m_arguments);

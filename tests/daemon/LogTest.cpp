@@ -1,8 +1,7 @@
-#include <base/Log.h>
-
 #include <string>
 #include <vector>
 
+#include <base/Log.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -40,9 +39,8 @@ TEST_F(LogTest, AStoppedTagWritesNothing) {
 }
 
 TEST_F(LogTest, TheMediaElementsTagsAreStartedFromTheBeginning) {
-    for (const char* tag :
-         {"tvvideosink", "tvvideodec", "tvtunerinfosrc", "tvaudiosink", "tvaudiodec", "tvdemuxer",
-          "tvdrmsink", "extaudiosrc", "extvideosrc", "tvfpaparser", "norvex"})
+    for (const char* tag : {"tvvideosink", "tvvideodec", "tvtunerinfosrc", "tvaudiosink", "tvaudiodec", "tvdemuxer",
+                            "tvdrmsink", "extaudiosrc", "extvideosrc", "tvfpaparser", "norvex"})
         EXPECT_TRUE(m_log.IsStarted(tag)) << tag;
     for (const char* tag : {"quarle-daemon", "quarle-provider"})
         EXPECT_FALSE(m_log.IsStarted(tag)) << tag;

@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "EventSources.h"
 

@@ -1,9 +1,9 @@
-#include "NumberStore.h"
-
 #include <map>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "NumberStore.h"
 
 namespace {
 
@@ -13,9 +13,7 @@ protected:
 
     std::map<std::string, std::int64_t> Read(const char* part) {
         std::map<std::string, std::int64_t> numbers;
-        m_numbers.ForEach(part, [&](std::string_view key, std::int64_t value) {
-            numbers[std::string(key)] = value;
-        });
+        m_numbers.ForEach(part, [&](std::string_view key, std::int64_t value) { numbers[std::string(key)] = value; });
         return numbers;
     }
 

@@ -96,8 +96,7 @@ TEST_F(ValuesTest, AnArrayHoldsWholeElements) {
     EXPECT_EQ(Shown(sim::kServiceCodes), json::array());
     tree.PutLeaf(0, NodeKind::Array, bytes, sizeof bytes);
     EXPECT_TRUE(Fits(sim::kServiceCodes));
-    EXPECT_EQ(Shown(sim::kServiceCodes),
-              json::parse(R"([{"service": "0xfa0000000002002d", "code": 5},
+    EXPECT_EQ(Shown(sim::kServiceCodes), json::parse(R"([{"service": "0xfa0000000002002d", "code": 5},
                               {"service": "0xffffffffffffffff", "code": 6}])"));
     m_bytes.Clear();
     tree.PutLeaf(0, NodeKind::Array, bytes, sizeof bytes - 1);

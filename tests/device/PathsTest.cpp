@@ -3,15 +3,16 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <map>
 #include <string>
+
 #include <unistd.h>
 
+#include <base/LogFile.h>
+#include <gtest/gtest.h>
 #include <norvex/device/PathResolver.h>
 
 #include "LogWatch.h"
-#include <base/LogFile.h>
 
 namespace {
 

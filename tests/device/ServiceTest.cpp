@@ -1,11 +1,11 @@
 // The log tags and the key-value store, as the console asks the TV for them.
 
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <optional>
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <norvex/device/LogTags.h>
 #include <norvex/device/Vconf.h>
 
@@ -45,6 +45,5 @@ TEST(DeviceService, SucceedsByAStatusAboveZeroAndWithTheValueThatWasAskedFor) {
     EXPECT_EQ(startdlogtagbydefault("quarle-daemon"), 0);
     EXPECT_EQ(stopdlogtagbydefault("quarle-daemon"), -1) << "status 0";
     daemon.join();
-    EXPECT_EQ(methods, (std::vector<std::string>{"GetInt", "GetInt", "GetInt", "GetInt",
-                                                 "StartLogTag", "StopLogTag"}));
+    EXPECT_EQ(methods, (std::vector<std::string>{"GetInt", "GetInt", "GetInt", "GetInt", "StartLogTag", "StopLogTag"}));
 }

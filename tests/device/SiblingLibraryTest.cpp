@@ -1,12 +1,14 @@
 // The sibling library's menu, through the function that the console calls.
 
 #include <cstdlib>
-#include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <iostream>
 #include <sstream>
 #include <string>
+
+#include <dlfcn.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -77,6 +79,6 @@ TEST(SiblingLibrary, ShowsWhichTvServiceIsMeant) {
 }
 
 TEST(SiblingLibrary, OtherWordsAreNotImplemented) {
-    EXPECT_EQ(PrintedFor("3 01 99"), kScreen + "Command not implemented\n" + kScreen +
-                                         "Command not implemented\n" + kScreen);
+    EXPECT_EQ(PrintedFor("3 01 99"),
+              kScreen + "Command not implemented\n" + kScreen + "Command not implemented\n" + kScreen);
 }

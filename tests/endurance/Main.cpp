@@ -72,8 +72,7 @@ void Report(const Measures& before, const Measures& after, long times, std::size
     std::printf("{\"times\": %ld, \"heap\": %ld, \"resident\": %ld, \"descriptors\": %ld, "
                 "\"threads\": %ld, \"output\": %zu}\n",
                 times, change(before.heap, after.heap), change(before.resident, after.resident),
-                change(before.descriptors, after.descriptors),
-                change(before.threads, after.threads), bytes);
+                change(before.descriptors, after.descriptors), change(before.threads, after.threads), bytes);
 }
 
 void RunEntries(const std::string& path, long times, const std::string& words) {
@@ -115,8 +114,7 @@ void RunLoads(const std::string& path, long times, const std::string& words) {
         }
         console.Close();
         if (void* still = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD); still != nullptr)
-            Fail("the plug-in is still loaded after it was closed for time " +
-                 std::to_string(load + 1));
+            Fail("the plug-in is still loaded after it was closed for time " + std::to_string(load + 1));
     }
     Report(before, Measures::Take(), times, output.GetCount());
 }

@@ -17,8 +17,7 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((
 namespace {
 
 std::size_t CountIn(const char* directory) {
-    return static_cast<std::size_t>(
-        std::distance(std::filesystem::directory_iterator(directory), {}));
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(directory), {}));
 }
 
 std::size_t GetHeap() {

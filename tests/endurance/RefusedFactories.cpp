@@ -22,8 +22,7 @@ template <class Function> Function* FindNext(const char* symbol) {
 
 } // namespace
 
-int NorvexAPI::CreateServiceNavigation(EProfile profile, int screen,
-                                       IServiceNavigation** navigation) {
+int NorvexAPI::CreateServiceNavigation(EProfile profile, int screen, IServiceNavigation** navigation) {
     if (IsRefused("CreateServiceNavigation")) {
         *navigation = nullptr;
         return -1;
@@ -48,7 +47,7 @@ int NorvexAPI::CreateServiceGuide(IServiceGuide** serviceGuide) {
         *serviceGuide = nullptr;
         return -1;
     }
-    static auto* const next = FindNext<decltype(NorvexAPI::CreateServiceGuide)>(
-        "_ZN9NorvexAPI18CreateServiceGuideEPP13IServiceGuide");
+    static auto* const next =
+        FindNext<decltype(NorvexAPI::CreateServiceGuide)>("_ZN9NorvexAPI18CreateServiceGuideEPP13IServiceGuide");
     return next(serviceGuide);
 }

@@ -18,8 +18,7 @@ int tvEnd = -1;
 } // namespace
 
 // In place of the C library's: whoever connects finds the answer there already, and its end.
-extern "C" __attribute__((visibility("default"))) int connect(int socket, const sockaddr*,
-                                                              socklen_t) {
+extern "C" __attribute__((visibility("default"))) int connect(int socket, const sockaddr*, socklen_t) {
     int ends[2];
     REQUIRE(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0);
     REQUIRE(dup2(ends[0], socket) == socket);

@@ -21,8 +21,7 @@ namespace {
 bool EndsWaiting(const wire::Buffer& bytes, const wire::Message& asked) {
     wire::Message answer;
     return wire::ParseMessage(bytes.GetData(), bytes.GetSize(), answer) &&
-           (answer.header.kind == wire::MessageKind::Welcome ||
-            answer.header.serial == asked.header.serial);
+           (answer.header.kind == wire::MessageKind::Welcome || answer.header.serial == asked.header.serial);
 }
 
 // What the daemon does with a message, from the input's next byte.
@@ -36,8 +35,7 @@ void Answer(Input& input, FakeDaemon::Connection& connection, const wire::Messag
     for (int count = order >> 1 & 3; count >= 0 && !input.IsEmpty(); --count) {
         for (const Packet& packet : TakePackets(input, message.header.serial)) {
             isAnswer = connection.SendPacket(packet) &&
-                       sent.Feed(packet.data(), packet.size()) ==
-                           wire::PacketAssembler::Result::Complete &&
+                       sent.Feed(packet.data(), packet.size()) == wire::PacketAssembler::Result::Complete &&
                        EndsWaiting(sent.GetMessage(), message);
         }
     }
@@ -74,10 +72,9 @@ void CallSession() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input input(data, size);
     const bool hasSession = (input.Byte() & 1) != 0;
-    FakeDaemon::Get().SetAnswer(
-        [&input](FakeDaemon::Connection& connection, const wire::Message& message) {
-            Answer(input, connection, message);
-        });
+    FakeDaemon::Get().SetAnswer([&input](FakeDaemon::Connection& connection, const wire::Message& message) {
+        Answer(input, connection, message);
+    });
     NorvexAPIConnection client("", "", true);
     for (int call = 0; call < 3; ++call)
         if (hasSession)

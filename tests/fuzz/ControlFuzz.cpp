@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <string>
 
-#include <nlohmann/json.hpp>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <nlohmann/json.hpp>
 
 #include "FuzzedTv.h"
 #include "Require.h"
@@ -22,9 +23,7 @@ bool Tame(std::string& line) {
     if (!request.is_object() || !request.contains("arguments") || !request["arguments"].is_array())
         return true;
     json& arguments = request["arguments"];
-    const auto has = [&](const char* text) {
-        return std::count(arguments.begin(), arguments.end(), text) > 0;
-    };
+    const auto has = [&](const char* text) { return std::count(arguments.begin(), arguments.end(), text) > 0; };
     if (has("items") && arguments.dump().size() > 24)
         return false;
     if (!has("lineup"))
@@ -90,8 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     line += '\n';
     static const json fresh = DescribeState();
     const int socket = tv.ConnectControl();
-    REQUIRE(send(socket, line.data(), line.size(), MSG_NOSIGNAL) ==
-            static_cast<ssize_t>(line.size()));
+    REQUIRE(send(socket, line.data(), line.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(line.size()));
     tv.Settle();
     const bool refused = CheckAnswer(Take(socket));
     close(socket);

@@ -14,8 +14,7 @@
 
 namespace {
 
-constexpr int kOperations =
-    static_cast<int>(interfaces::kTable<interfaces::DebugPrintControlMethod>.methodCount);
+constexpr int kOperations = static_cast<int>(interfaces::kTable<interfaces::DebugPrintControlMethod>.methodCount);
 
 void Call(TCDebugPrintControlProxy& control, int operation, bool isReply, std::size_t size) {
     const std::string before = "before";
@@ -71,13 +70,11 @@ void Call(TCDebugPrintControlProxy& control, int operation, bool isReply, std::s
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static TCDebugPrintControlProxy control(
-        std::string(interfaces::kTable<interfaces::DebugPrintControlMethod>.name));
+    static TCDebugPrintControlProxy control(std::string(interfaces::kTable<interfaces::DebugPrintControlMethod>.name));
     Input input(data, size);
     const int operation = input.Byte() % kOperations;
     ReplyWith(input.Rest());
-    Call(control, operation, wire::IsWellFormed(input.Rest().data(), input.Rest().size()),
-         input.Rest().size());
+    Call(control, operation, wire::IsWellFormed(input.Rest().data(), input.Rest().size()), input.Rest().size());
     REQUIRE(GetReplyCount() == 1);
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/socket.h>
@@ -29,12 +30,11 @@ void FakeDaemon::Connection::Close() {
 }
 
 bool FakeDaemon::Connection::SendPacket(std::span<const unsigned char> packet) {
-    return m_socket >= 0 && (packet.empty() || send(m_socket, packet.data(), packet.size(),
-                                                    MSG_NOSIGNAL | MSG_DONTWAIT) >= 0);
+    return m_socket >= 0 &&
+           (packet.empty() || send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT) >= 0);
 }
 
-void FakeDaemon::Connection::Send(const wire::MessageHeader& header, const void* tree,
-                                  std::size_t treeSize) {
+void FakeDaemon::Connection::Send(const wire::MessageHeader& header, const void* tree, std::size_t treeSize) {
     for (const Packet& packet : ToPackets(header, {}, {}, tree, treeSize))
         SendPacket(packet);
 }
@@ -80,8 +80,7 @@ bool FakeDaemon::Serve(int socket) {
     Connection& connection = *found->second;
     static unsigned char packet[kMaxPacket];
     ssize_t size = 0;
-    while (connection.m_socket >= 0 &&
-           (size = recv(connection.m_socket, packet, sizeof packet, MSG_DONTWAIT)) > 0) {
+    while (connection.m_socket >= 0 && (size = recv(connection.m_socket, packet, sizeof packet, MSG_DONTWAIT)) > 0) {
         const auto result = connection.m_assembler.Feed(packet, static_cast<std::size_t>(size));
         // The client itself sends nothing malformed.
         REQUIRE(result != wire::PacketAssembler::Result::Malformed);
@@ -104,19 +103,15 @@ bool FakeDaemon::Serve(int socket) {
 }
 
 // In place of the C library's, also for the shared libraries of the program.
-extern "C" __attribute__((visibility("default"))) int connect(int socket, const sockaddr* address,
-                                                              socklen_t size) {
+extern "C" __attribute__((visibility("default"))) int connect(int socket, const sockaddr* address, socklen_t size) {
     if (FakeDaemon::Get().Connect(socket))
         return 0;
-    static const auto really =
-        reinterpret_cast<int (*)(int, const sockaddr*, socklen_t)>(dlsym(RTLD_NEXT, "connect"));
+    static const auto really = reinterpret_cast<int (*)(int, const sockaddr*, socklen_t)>(dlsym(RTLD_NEXT, "connect"));
     return really(socket, address, size);
 }
 
-extern "C" __attribute__((visibility("default"))) ssize_t sendmsg(int socket, const msghdr* packet,
-                                                                  int flags) {
-    static const auto really =
-        reinterpret_cast<ssize_t (*)(int, const msghdr*, int)>(dlsym(RTLD_NEXT, "sendmsg"));
+extern "C" __attribute__((visibility("default"))) ssize_t sendmsg(int socket, const msghdr* packet, int flags) {
+    static const auto really = reinterpret_cast<ssize_t (*)(int, const msghdr*, int)>(dlsym(RTLD_NEXT, "sendmsg"));
     const ssize_t sent = really(socket, packet, flags);
     const int error = errno;
     if (sent >= 0)

@@ -61,17 +61,14 @@ FuzzedTv& FuzzedTv::Get() {
 
 FuzzedTv::FuzzedTv()
     : m_directory(MakeDirectory()), m_context(Open(m_database), m_log),
-      m_server(m_context.clients, m_context.dispatcher, m_context.signals, m_context.changes,
-               m_log),
+      m_server(m_context.clients, m_context.dispatcher, m_context.signals, m_context.changes, m_log),
       m_control(m_context.commands, m_log) {
     std::string error;
     sim::Options options;
     options.lineUp = sim::LineUpSource{"small", kLineUp};
     REQUIRE(m_context.numbers.Prepare() && sim::RegisterComponents(m_context, options, error));
-    m_log.SetSink(
-        [this](std::string_view tag, std::string_view line) { m_server.PushLine(tag, line); });
-    REQUIRE(m_control.Open(GetFile("socket.ctl"), error) &&
-            m_server.Open(GetFile("socket"), error));
+    m_log.SetSink([this](std::string_view tag, std::string_view line) { m_server.PushLine(tag, line); });
+    REQUIRE(m_control.Open(GetFile("socket.ctl"), error) && m_server.Open(GetFile("socket"), error));
     std::ofstream(GetFile("lineup")) << kLineUp;
 }
 

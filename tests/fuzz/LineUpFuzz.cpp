@@ -18,8 +18,7 @@ public:
         services.push_back(service);
         return {};
     }
-    std::string AddProgramme(std::uint64_t service,
-                             const sim::ProgrammeRecord& programme) override {
+    std::string AddProgramme(std::uint64_t service, const sim::ProgrammeRecord& programme) override {
         REQUIRE(!services.empty() && services.back().id == service);
         programmes.emplace_back(services.size(), programme);
         return {};

@@ -13,15 +13,14 @@ namespace {
 void SendAgain(const wire::Message& message) {
     wire::PacketAssembler assembler;
     auto result = wire::PacketAssembler::Result::NeedMore;
-    for (const Packet& packet : ToPackets(message.header, message.interfaceName, message.method,
-                                          message.tree, message.header.treeSize)) {
+    for (const Packet& packet :
+         ToPackets(message.header, message.interfaceName, message.method, message.tree, message.header.treeSize)) {
         REQUIRE(result == wire::PacketAssembler::Result::NeedMore);
         result = assembler.Feed(packet.data(), packet.size());
     }
     REQUIRE(result == wire::PacketAssembler::Result::Complete);
     wire::Message again;
-    REQUIRE(wire::ParseMessage(assembler.GetMessage().GetData(), assembler.GetMessage().GetSize(),
-                               again));
+    REQUIRE(wire::ParseMessage(assembler.GetMessage().GetData(), assembler.GetMessage().GetSize(), again));
     REQUIRE(again.header.kind == message.header.kind);
     REQUIRE(again.header.methodId == message.header.methodId);
     REQUIRE(again.header.serial == message.header.serial);

@@ -156,11 +156,7 @@ const std::vector<std::function<void()>> operations{
     [] { Status(Made().pipelines->NotifyReceiverState(EStateChangeType(1), text, 1, service)); },
     [] { Status(Made().pipelines->RegisterForStateChange(EStateChangeType(1), text, 1)); },
     [] { Status(Made().pipelines->UnregisterFromStateChange(EStateChangeType(1), text)); },
-    [] {
-        Value(false, [](bool& value) {
-            return Made().pipelines->CheckPendingState(EStateChangeType(1), &value);
-        });
-    },
+    [] { Value(false, [](bool& value) { return Made().pipelines->CheckPendingState(EStateChangeType(1), &value); }); },
     Snapshot,
     [] { Status(Made().pipelines->NotifyReadyForSetService(1, text, 1, service)); },
     [] { Value(5, [](int& value) { return Made().references->GetReferenceCount(&value); }); },
@@ -184,14 +180,11 @@ const std::vector<std::function<void()>> operations{
     [] { Status(Made().navigation->SetService(service, 0, 0, text)); },
     [] { Status(Made().navigation->SetBootupService(service, tvMode, 0)); },
     [] {
-        Value(9ULL, [](unsigned long long& value) {
-            return Made().navigation->GetLatestVeldaServiceId(&value, tvMode);
-        });
+        Value(9ULL,
+              [](unsigned long long& value) { return Made().navigation->GetLatestVeldaServiceId(&value, tvMode); });
     },
     [] {
-        Value(9ULL, [](unsigned long long& value) {
-            return Made().navigation->GetLatestServiceId(&value, tvMode);
-        });
+        Value(9ULL, [](unsigned long long& value) { return Made().navigation->GetLatestServiceId(&value, tvMode); });
     },
     [] { Status(Made().subscriber->Subscribe(SIGNAL_SI_STARTED, 0, 702, 0, 0)); },
     [] { Status(Made().subscriber->Unsubscribe(SIGNAL_SI_STARTED, 702, 0, 0)); },
@@ -207,9 +200,7 @@ const std::vector<std::function<void()>> operations{
     [] { Status(Made().tuner->CheckTunerSignalState()); },
     [] { Status(Made().video->SetCropVideo(rect, rect)); },
     [] { Value(5, [](int& value) { return Made().video->SetWindowId(&value); }); },
-    [] {
-        Value(5, [](int& value) { return Made().zoom->CreateZoomWindow(value, rect, rect, rect); });
-    },
+    [] { Value(5, [](int& value) { return Made().zoom->CreateZoomWindow(value, rect, rect, rect); }); },
     [] { Status(Made().zoom->DeleteZoomWindow({1}, rect)); },
     [] { Status(Made().zoom->SetZoomWindow({1}, true)); },
     [] { Status(Made().zoom->MuteZoomWindow({1}, true)); },

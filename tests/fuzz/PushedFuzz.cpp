@@ -8,9 +8,10 @@
 
 #include <fcntl.h>
 #include <glib.h>
-#include <norvex/client/NorvexAPI.h>
 #include <sys/mman.h>
 #include <unistd.h>
+
+#include <norvex/client/NorvexAPI.h>
 #include <wire/Tree.h>
 
 #include "FakeDaemon.h"
@@ -102,15 +103,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     const bool isLog = (input.Byte() & 1) != 0;
     signalCount = signalMessages = logMessages = treeBytes = 0;
-    FakeDaemon::Get().SetAnswer(
-        [&input](FakeDaemon::Connection& connection, const wire::Message& message) {
-            if (FakeDaemon::Welcome(connection, message)) {
-                if (connection.role != wire::Role::Calls)
-                    Push(input, connection);
-                return;
-            }
-            AnswerCall(connection, message, {});
-        });
+    FakeDaemon::Get().SetAnswer([&input](FakeDaemon::Connection& connection, const wire::Message& message) {
+        if (FakeDaemon::Welcome(connection, message)) {
+            if (connection.role != wire::Role::Calls)
+                Push(input, connection);
+            return;
+        }
+        AnswerCall(connection, message, {});
+    });
     if (isLog)
         Follow();
     else

@@ -23,8 +23,7 @@ void Answer(FakeDaemon::Connection& connection, const wire::Message& message) {
 
 } // namespace
 
-void AnswerCall(FakeDaemon::Connection& connection, const wire::Message& message,
-                std::span<const std::uint8_t> tree) {
+void AnswerCall(FakeDaemon::Connection& connection, const wire::Message& message, std::span<const std::uint8_t> tree) {
     wire::MessageHeader header;
     header.kind = wire::MessageKind::Reply;
     header.methodId = message.header.methodId;

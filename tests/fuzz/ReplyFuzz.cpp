@@ -27,8 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     helper.PushMarshalableClass(MARSHALLING_OUT, &mixed);
     std::string interfaceName = "fuzz";
     const bool wasRead = helper.Run(&connection, interfaceName, "Reply", 0, false);
-    if (text.size() > size || mixed.name.size() > size ||
-        groups.size() > size / wire::kNodeHeaderSize)
+    if (text.size() > size || mixed.name.size() > size || groups.size() > size / wire::kNodeHeaderSize)
         std::abort();
     // A tree with a bad node anywhere is not used at all.
     if (!wire::IsWellFormed(data, size) && (wasRead || status != -1 || !text.empty()))

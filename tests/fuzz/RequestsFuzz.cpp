@@ -6,8 +6,9 @@
 #include <memory>
 #include <optional>
 
-#include <nlohmann/json.hpp>
 #include <sys/socket.h>
+
+#include <nlohmann/json.hpp>
 #include <wire/Packet.h>
 
 #include "FuzzedTv.h"
@@ -34,8 +35,7 @@ public:
         wire::Buffer tree;
         wire::TreeWriter writer(tree);
         writer.PutValue(wire::kHelloVersion, wire::kProtocolVersion);
-        writer.PutLeaf(wire::kHelloToken, wire::NodeKind::Array, "0123456789abcdef",
-                       wire::kTokenSize);
+        writer.PutLeaf(wire::kHelloToken, wire::NodeKind::Array, "0123456789abcdef", wire::kTokenSize);
         writer.PutValue(wire::kHelloRole, wire::Role::Calls);
         Send(wire::MessageKind::Hello, {}, {}, 0, {tree.GetData(), tree.GetSize()});
         REQUIRE(Take().header.kind == wire::MessageKind::Welcome);
@@ -60,10 +60,10 @@ public:
         writer.PutValue(3, std::int32_t{1}, wire::Direction::In);
         writer.PutValue(4, std::int32_t{0}, wire::Direction::In);
         m_session = 0;
-        const wire::Message reply = Call(std::string(interfaces::kTable<NorvexSessionMethod>.name),
-                                         std::string(GetMethodName(NorvexSessionMethod::Open)),
-                                         static_cast<std::int16_t>(NorvexSessionMethod::Open),
-                                         {tree.GetData(), tree.GetSize()});
+        const wire::Message reply =
+            Call(std::string(interfaces::kTable<NorvexSessionMethod>.name),
+                 std::string(GetMethodName(NorvexSessionMethod::Open)),
+                 static_cast<std::int16_t>(NorvexSessionMethod::Open), {tree.GetData(), tree.GetSize()});
         wire::NodeCursor cursor(reply.tree, reply.header.treeSize);
         wire::Node node;
         while (cursor.Next(node))
@@ -80,8 +80,8 @@ public:
     }
 
 private:
-    void Send(wire::MessageKind kind, std::string_view interface, std::string_view method,
-              std::int16_t id, std::span<const std::uint8_t> tree) {
+    void Send(wire::MessageKind kind, std::string_view interface, std::string_view method, std::int16_t id,
+              std::span<const std::uint8_t> tree) {
         wire::MessageHeader header;
         header.kind = kind;
         header.methodId = id;
@@ -102,8 +102,7 @@ private:
             FuzzedTv::Get().Settle();
         }
         wire::Message message;
-        REQUIRE(wire::ParseMessage(m_assembler.GetMessage().GetData(),
-                                   m_assembler.GetMessage().GetSize(), message));
+        REQUIRE(wire::ParseMessage(m_assembler.GetMessage().GetData(), m_assembler.GetMessage().GetSize(), message));
         return message;
     }
 
@@ -149,15 +148,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!isCall && size % 16 == 0)
         before = DescribeState();
 
-    const wire::Message reply =
-        caller.Call(method.interface->GetName(), method.name, method.id, tree);
+    const wire::Message reply = caller.Call(method.interface->GetName(), method.name, method.id, tree);
     CheckReply(method, reply);
     REQUIRE(isCall || reply.header.treeSize == 0);
     REQUIRE(!before || *before == DescribeState());
     REQUIRE(journal.GetEnd() > journal.GetBegin());
-    REQUIRE(!journal.Describe(journal.GetEnd() - 1)
-                 .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)
-                 .empty());
+    REQUIRE(
+        !journal.Describe(journal.GetEnd() - 1).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace).empty());
     caller.Reset();
     return 0;
 }

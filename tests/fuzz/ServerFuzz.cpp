@@ -7,6 +7,7 @@
 
 #include <sys/socket.h>
 #include <unistd.h>
+
 #include <wire/Packet.h>
 #include <wire/Tree.h>
 
@@ -29,8 +30,7 @@ public:
         send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         wire::Message message;
         if (m_sent.Feed(packet.data(), packet.size()) == wire::PacketAssembler::Result::Complete &&
-            wire::ParseMessage(m_sent.GetMessage().GetData(), m_sent.GetMessage().GetSize(),
-                               message) &&
+            wire::ParseMessage(m_sent.GetMessage().GetData(), m_sent.GetMessage().GetSize(), message) &&
             message.header.kind == wire::MessageKind::Hello &&
             wire::IsWellFormed(message.tree, message.header.treeSize))
             ++m_hellos;
@@ -49,10 +49,9 @@ public:
             if (result == wire::PacketAssembler::Result::NeedMore)
                 continue;
             wire::Message message;
-            REQUIRE(wire::ParseMessage(m_assembler.GetMessage().GetData(),
-                                       m_assembler.GetMessage().GetSize(), message));
-            REQUIRE(message.header.kind != wire::MessageKind::Hello &&
-                    message.header.kind != wire::MessageKind::Call);
+            REQUIRE(
+                wire::ParseMessage(m_assembler.GetMessage().GetData(), m_assembler.GetMessage().GetSize(), message));
+            REQUIRE(message.header.kind != wire::MessageKind::Hello && message.header.kind != wire::MessageKind::Call);
             REQUIRE(wire::IsWellFormed(message.tree, message.header.treeSize));
             if (message.header.kind == wire::MessageKind::Welcome)
                 REQUIRE(--m_hellos >= 0);

@@ -46,8 +46,7 @@ public:
         TCMarshalableNodeCreator objects;
         DefaultNodeCreator plain;
         int sum = 0;
-        for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr;
-             node = branch.GetNextChild()) {
+        for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr; node = branch.GetNextChild()) {
             const int size = node->GetSize();
             sum += size;
             REQUIRE(sum <= branch.GetSize());
@@ -86,8 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool isWhole = Rewrite(wire::NodeCursor(data, size), 0, writer);
     REQUIRE(isWhole == wire::IsWellFormed(data, size));
     if (isWhole)
-        REQUIRE(written.GetSize() == size &&
-                (size == 0 || std::memcmp(written.GetData(), data, size) == 0));
+        REQUIRE(written.GetSize() == size && (size == 0 || std::memcmp(written.GetData(), data, size) == 0));
 
     TCMessageBuffer buffer;
     buffer.Append(data, size);

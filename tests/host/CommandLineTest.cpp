@@ -16,8 +16,7 @@ ReadResult Read(std::vector<const char*> arguments) {
     ReadResult read;
     testing::internal::CaptureStderr();
     testing::internal::CaptureStdout();
-    read.status = host::ReadCommandLine(static_cast<int>(arguments.size()), arguments.data(),
-                                        read.commandLine);
+    read.status = host::ReadCommandLine(static_cast<int>(arguments.size()), arguments.data(), read.commandLine);
     read.output = testing::internal::GetCapturedStdout();
     read.error = testing::internal::GetCapturedStderr();
     return read;
@@ -38,8 +37,7 @@ TEST(CommandLine, WithoutArgumentsTheDefaultsHold) {
 }
 
 TEST(CommandLine, EveryOptionIsTaken) {
-    const ReadResult read =
-        Read({"./plugin.so", "--entry", "other", "--script", "s", "--transcript", "t"});
+    const ReadResult read = Read({"./plugin.so", "--entry", "other", "--script", "s", "--transcript", "t"});
     EXPECT_FALSE(read.status);
     EXPECT_EQ(read.commandLine.plugin, "./plugin.so");
     EXPECT_EQ(read.commandLine.entry, "other");

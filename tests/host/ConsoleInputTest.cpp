@@ -1,7 +1,5 @@
 #include "ConsoleInput.h"
 
-#include <gtest/gtest.h>
-
 #include <istream>
 #include <memory>
 #include <string>
@@ -10,6 +8,8 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -76,8 +76,7 @@ public:
     explicit Blocks(std::vector<std::string> blocks) : m_blocks(std::move(blocks)) {}
 
     std::string_view Next() override {
-        return m_asked < m_blocks.size() ? std::string_view(m_blocks[m_asked++])
-                                         : (++m_asked, std::string_view());
+        return m_asked < m_blocks.size() ? std::string_view(m_blocks[m_asked++]) : (++m_asked, std::string_view());
     }
 
     std::size_t Asked() const { return m_asked; }
@@ -167,8 +166,7 @@ TEST_F(InputBuffer, TypedWordsAreReportedOneByOneAsTheyAreRead) {
     host::InputBuffer buffer(blocks, Hooks(true));
     std::istream in(&buffer);
     std::string word;
-    const std::vector<std::string> reported = {"5\n", "5\n1\n", "5\n1\n99\n", "5\n1\n99\n8\n",
-                                               "5\n1\n99\n8\n7\n"};
+    const std::vector<std::string> reported = {"5\n", "5\n1\n", "5\n1\n99\n", "5\n1\n99\n8\n", "5\n1\n99\n8\n7\n"};
     for (const std::string& soFar : reported) {
         in >> word;
         EXPECT_EQ(m_typed, soFar);
@@ -179,8 +177,7 @@ TEST_F(InputBuffer, ReportingTheWordsChangesNoByte) {
     const std::vector<std::string> given = {" a bc\n\n d", "ef \t", " \r\n", "g\n", "h"};
     Blocks blocks(given);
     host::InputBuffer buffer(blocks, Hooks(true));
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(&buffer), {}),
-              " a bc\n\n def \t \r\ng\nh\n");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(&buffer), {}), " a bc\n\n def \t \r\ng\nh\n");
 }
 
 TEST_F(InputBuffer, ZeroBytesAndBytesAbove127AreOrdinary) {

@@ -1,9 +1,5 @@
 #include "ConsoleOutput.h"
 
-#include "ScriptRun.h"
-
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -11,6 +7,10 @@
 #include <sstream>
 #include <string>
 #include <thread>
+
+#include <gtest/gtest.h>
+
+#include "ScriptRun.h"
 
 namespace {
 
@@ -35,8 +35,8 @@ protected:
         return std::string(std::istreambuf_iterator<char>(file), {});
     }
 
-    std::string m_file = testing::TempDir() + "host-tee-" +
-                         testing::UnitTest::GetInstance()->current_test_info()->name();
+    std::string m_file =
+        testing::TempDir() + "host-tee-" + testing::UnitTest::GetInstance()->current_test_info()->name();
     Sink m_sink;
     host::Transcript m_transcript;
     host::OutputWatch m_watch;

@@ -1,11 +1,11 @@
 #include "ScriptRun.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <future>
 #include <optional>
 #include <thread>
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -44,8 +44,7 @@ TEST(Script, AnEmptyScriptHasNoSteps) {
 }
 
 TEST(Script, AnExpectedTextRunsToTheEndOfTheLine) {
-    EXPECT_EQ(Parse("expect  Command not implemented  \n"),
-              (Steps{"1: expect Command not implemented|10000"}));
+    EXPECT_EQ(Parse("expect  Command not implemented  \n"), (Steps{"1: expect Command not implemented|10000"}));
 }
 
 TEST(Script, ALimitMayFollowTheText) {
@@ -54,10 +53,9 @@ TEST(Script, ALimitMayFollowTheText) {
 }
 
 TEST(Script, WithinIsPartOfTheTextWhereNoNumberFollowsIt) {
-    EXPECT_EQ(
-        Parse("expect within reach\nexpect came within\nexpect within 5\nexpect a within 5 s"),
-        (Steps{"1: expect within reach|10000", "2: expect came within|10000",
-               "3: expect within 5|10000", "4: expect a within 5 s|10000"}));
+    EXPECT_EQ(Parse("expect within reach\nexpect came within\nexpect within 5\nexpect a within 5 s"),
+              (Steps{"1: expect within reach|10000", "2: expect came within|10000", "3: expect within 5|10000",
+                     "4: expect a within 5 s|10000"}));
 }
 
 TEST(Script, QuotesKeepBlanksLineEndsAndWithin) {
@@ -72,10 +70,9 @@ TEST(Script, ABackslashTypesALineThatWouldMeanSomethingElse) {
 
 TEST(Script, BadLinesAreRefusedWithTheirNumber) {
     for (const char* line :
-         {"expect", "expect \"\"", "expect \"open", "expect \"open\\\"", "expect \"a\\x\"",
-          "expect \"a\" soon", "expect \"a\" within", "expect \"a\" within soon",
-          "expect \"a\" within 0", "expect \"a\" within 0.0009", "expect \"a\" within -1",
-          "expect \"a\" within 3601", "expect \"a\" within 1 2", "expect \"a\" within nan",
+         {"expect", "expect \"\"", "expect \"open", "expect \"open\\\"", "expect \"a\\x\"", "expect \"a\" soon",
+          "expect \"a\" within", "expect \"a\" within soon", "expect \"a\" within 0", "expect \"a\" within 0.0009",
+          "expect \"a\" within -1", "expect \"a\" within 3601", "expect \"a\" within 1 2", "expect \"a\" within nan",
           "expect \"a\\"}) {
         EXPECT_EQ(Parse("5\n# comment\n" + std::string(line) + "\n99\n"), Steps{"error 3"}) << line;
     }

@@ -26,12 +26,17 @@ def say(text):
     print(f"mutations: {text}", file=sys.stderr, flush=True)
 
 
+def find_old(text, mutation):
+    """Where the mutation's text stands; how a formatter breaks its lines makes no difference."""
+    return list(re.finditer(r"\s*".join(map(re.escape, mutation.old.split())), text))
+
+
 def find_stale(root, mutations):
     """Lines about those whose text does not stand in its file exactly once."""
     stale = []
     for number, mutation in mutations:
         path = root / mutation.file
-        count = path.read_text(encoding="utf-8").count(mutation.old) if path.exists() else 0
+        count = len(find_old(path.read_text(encoding="utf-8"), mutation)) if path.exists() else 0
         if count != 1:
             stale.append(f"{number} ({mutation.wrong}): stale, its text stands {count} times in {mutation.file}")
     return stale
@@ -98,7 +103,8 @@ def try_mutation(folder, mutation):
     path = folder / mutation.file
     text = path.read_text(encoding="utf-8")
     try:
-        path.write_text(text.replace(mutation.old, mutation.new), encoding="utf-8")
+        old = find_old(text, mutation)[0]
+        path.write_text(text[:old.start()] + mutation.new.strip() + text[old.end():], encoding="utf-8")
         if output := build(folder, get_targets([(0, mutation)])):
             raise RuntimeError(output)
         return find_notice(folder, mutation.tests)

@@ -81,8 +81,7 @@ void WriteNote(const Order& order, long number, const char* caller) {
         return;
     char line[256];
     const int size = std::snprintf(line, sizeof line, "%s %ld %s\n", order.kind, number, caller);
-    const long file =
-        syscall(SYS_open, order.note, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    const long file = syscall(SYS_open, order.note, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
     if (file >= 0) {
         syscall(SYS_write, file, line, size);
         syscall(SYS_close, file);
@@ -130,37 +129,37 @@ mode_t GetMode(int flags, va_list arguments) {
 #define NEXT(name) (FindNext<decltype(name)>(#name))
 
 // A function that fails with `failed` and errno, or goes on to the next library's.
-#define MAY_FAIL(kind, result, failed, name, parameters, arguments)                                \
-    extern "C" __attribute__((visibility("default"))) result name parameters {                     \
-        if (IsToFail(kind, CALLER))                                                                \
-            return failed;                                                                         \
-        return NEXT(name) arguments;                                                               \
+#define MAY_FAIL(kind, result, failed, name, parameters, arguments)                                                    \
+    extern "C" __attribute__((visibility("default"))) result name parameters {                                         \
+        if (IsToFail(kind, CALLER))                                                                                    \
+            return failed;                                                                                             \
+        return NEXT(name) arguments;                                                                                   \
     }
 
 // The same for one that returns the error itself.
-#define MAY_RETURN_ERROR(kind, name, parameters, arguments)                                        \
-    extern "C" __attribute__((visibility("default"))) int name parameters {                        \
-        if (IsToFail(kind, CALLER))                                                                \
-            return errno;                                                                          \
-        return NEXT(name) arguments;                                                               \
+#define MAY_RETURN_ERROR(kind, name, parameters, arguments)                                                            \
+    extern "C" __attribute__((visibility("default"))) int name parameters {                                            \
+        if (IsToFail(kind, CALLER))                                                                                    \
+            return errno;                                                                                              \
+        return NEXT(name) arguments;                                                                                   \
     }
 
-#define MAY_REFUSE(kind, name, parameters, arguments)                                              \
-    extern "C" __attribute__((visibility("default"))) int name parameters {                        \
-        if (IsSqliteToFail(kind, CALLER))                                                          \
-            return GetOrder().error;                                                               \
-        return NEXT(name) arguments;                                                               \
+#define MAY_REFUSE(kind, name, parameters, arguments)                                                                  \
+    extern "C" __attribute__((visibility("default"))) int name parameters {                                            \
+        if (IsSqliteToFail(kind, CALLER))                                                                              \
+            return GetOrder().error;                                                                                   \
+        return NEXT(name) arguments;                                                                                   \
     }
 
-#define MAY_FAIL_TO_OPEN(name)                                                                     \
-    extern "C" __attribute__((visibility("default"))) int name(const char* path, int flags, ...) { \
-        va_list arguments;                                                                         \
-        va_start(arguments, flags);                                                                \
-        const mode_t mode = GetMode(flags, arguments);                                             \
-        va_end(arguments);                                                                         \
-        if (IsToFail("open", CALLER))                                                              \
-            return -1;                                                                             \
-        return NEXT(name)(path, flags, mode);                                                      \
+#define MAY_FAIL_TO_OPEN(name)                                                                                         \
+    extern "C" __attribute__((visibility("default"))) int name(const char* path, int flags, ...) {                     \
+        va_list arguments;                                                                                             \
+        va_start(arguments, flags);                                                                                    \
+        const mode_t mode = GetMode(flags, arguments);                                                                 \
+        va_end(arguments);                                                                                             \
+        if (IsToFail("open", CALLER))                                                                                  \
+            return -1;                                                                                                 \
+        return NEXT(name)(path, flags, mode);                                                                          \
     }
 
 // NOLINTEND(bugprone-macro-parentheses)
@@ -171,11 +170,9 @@ MAY_FAIL("open", FILE*, nullptr, fopen, (const char* path, const char* mode), (p
 MAY_FAIL("open", FILE*, nullptr, fopen64, (const char* path, const char* mode), (path, mode))
 
 MAY_FAIL("read", ssize_t, -1, read, (int fd, void* to, size_t size), (fd, to, size))
-MAY_FAIL("read", ssize_t, -1, pread64, (int fd, void* to, size_t size, off64_t at),
-         (fd, to, size, at))
+MAY_FAIL("read", ssize_t, -1, pread64, (int fd, void* to, size_t size, off64_t at), (fd, to, size, at))
 MAY_FAIL("write", ssize_t, -1, write, (int fd, const void* from, size_t size), (fd, from, size))
-MAY_FAIL("write", ssize_t, -1, pwrite64, (int fd, const void* from, size_t size, off64_t at),
-         (fd, from, size, at))
+MAY_FAIL("write", ssize_t, -1, pwrite64, (int fd, const void* from, size_t size, off64_t at), (fd, from, size, at))
 MAY_FAIL("sync", int, -1, fsync, (int fd), (fd))
 MAY_FAIL("sync", int, -1, fdatasync, (int fd), (fd))
 MAY_FAIL("truncate", int, -1, ftruncate64, (int fd, off64_t size), (fd, size))
@@ -188,25 +185,18 @@ MAY_FAIL("unlink", int, -1, unlink, (const char* path), (path))
 MAY_FAIL("lock", int, -1, flock, (int fd, int operation), (fd, operation))
 
 MAY_FAIL("socket", int, -1, socket, (int domain, int type, int protocol), (domain, type, protocol))
-MAY_FAIL("bind", int, -1, bind, (int fd, const sockaddr* address, socklen_t size),
-         (fd, address, size))
+MAY_FAIL("bind", int, -1, bind, (int fd, const sockaddr* address, socklen_t size), (fd, address, size))
 MAY_FAIL("listen", int, -1, listen, (int fd, int backlog), (fd, backlog))
-MAY_FAIL("connect", int, -1, connect, (int fd, const sockaddr* address, socklen_t size),
-         (fd, address, size))
+MAY_FAIL("connect", int, -1, connect, (int fd, const sockaddr* address, socklen_t size), (fd, address, size))
 MAY_FAIL("accept", int, -1, accept4, (int fd, sockaddr* address, socklen_t* size, int flags),
          (fd, address, size, flags))
-MAY_FAIL("send", ssize_t, -1, send, (int fd, const void* from, size_t size, int flags),
-         (fd, from, size, flags))
-MAY_FAIL("send", ssize_t, -1, sendmsg, (int fd, const msghdr* message, int flags),
-         (fd, message, flags))
-MAY_FAIL("receive", ssize_t, -1, recv, (int fd, void* to, size_t size, int flags),
-         (fd, to, size, flags))
-MAY_FAIL("receive", ssize_t, -1, recvmsg, (int fd, msghdr* message, int flags),
-         (fd, message, flags))
+MAY_FAIL("send", ssize_t, -1, send, (int fd, const void* from, size_t size, int flags), (fd, from, size, flags))
+MAY_FAIL("send", ssize_t, -1, sendmsg, (int fd, const msghdr* message, int flags), (fd, message, flags))
+MAY_FAIL("receive", ssize_t, -1, recv, (int fd, void* to, size_t size, int flags), (fd, to, size, flags))
+MAY_FAIL("receive", ssize_t, -1, recvmsg, (int fd, msghdr* message, int flags), (fd, message, flags))
 MAY_FAIL("option", int, -1, getsockopt, (int fd, int level, int name, void* value, socklen_t* size),
          (fd, level, name, value, size))
-MAY_FAIL("option", int, -1, setsockopt,
-         (int fd, int level, int name, const void* value, socklen_t size),
+MAY_FAIL("option", int, -1, setsockopt, (int fd, int level, int name, const void* value, socklen_t size),
          (fd, level, name, value, size))
 MAY_FAIL("epoll", int, -1, epoll_create1, (int flags), (flags))
 MAY_FAIL("epoll", int, -1, epoll_ctl, (int epoll, int operation, int fd, epoll_event* event),
@@ -215,13 +205,10 @@ MAY_FAIL("epoll", int, -1, epoll_wait, (int epoll, epoll_event* ready, int count
          (epoll, ready, count, limit))
 MAY_FAIL("poll", int, -1, poll, (pollfd * of, nfds_t count, int limit), (of, count, limit))
 MAY_FAIL("eventfd", int, -1, eventfd, (unsigned count, int flags), (count, flags))
-MAY_FAIL("signalfd", int, -1, signalfd, (int fd, const sigset_t* signals, int flags),
-         (fd, signals, flags))
-MAY_FAIL("random", ssize_t, -1, getrandom, (void* to, size_t size, unsigned flags),
-         (to, size, flags))
+MAY_FAIL("signalfd", int, -1, signalfd, (int fd, const sigset_t* signals, int flags), (fd, signals, flags))
+MAY_FAIL("random", ssize_t, -1, getrandom, (void* to, size_t size, unsigned flags), (to, size, flags))
 MAY_RETURN_ERROR("thread", pthread_create,
-                 (pthread_t * thread, const pthread_attr_t* attributes, void* (*run)(void*),
-                  void* argument),
+                 (pthread_t * thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument),
                  (thread, attributes, run, argument))
 
 // A function that returns twice cannot be stood in front of. The child of the one that is called
@@ -230,8 +217,8 @@ extern "C" __attribute__((visibility("default"))) pid_t vfork() {
     return IsToFail("fork", CALLER) ? -1 : fork();
 }
 
-extern "C" __attribute__((visibility("default"))) int
-sqlite3_open_v2(const char* name, sqlite3** database, int flags, const char* system) {
+extern "C" __attribute__((visibility("default"))) int sqlite3_open_v2(const char* name, sqlite3** database, int flags,
+                                                                      const char* system) {
     if (!IsSqliteToFail("sqlite-open", CALLER))
         return NEXT(sqlite3_open_v2)(name, database, flags, system);
     // As SQLite does it: without memory there is nothing to ask for the error.
@@ -240,9 +227,9 @@ sqlite3_open_v2(const char* name, sqlite3** database, int flags, const char* sys
         NEXT(sqlite3_open_v2)(name, database, flags, system);
     return GetOrder().error;
 }
-extern "C" __attribute__((visibility("default"))) int
-sqlite3_prepare_v3(sqlite3* database, const char* text, int size, unsigned flags,
-                   sqlite3_stmt** statement, const char** rest) {
+extern "C" __attribute__((visibility("default"))) int sqlite3_prepare_v3(sqlite3* database, const char* text, int size,
+                                                                         unsigned flags, sqlite3_stmt** statement,
+                                                                         const char** rest) {
     if (!IsSqliteToFail("sqlite-prepare", CALLER))
         return NEXT(sqlite3_prepare_v3)(database, text, size, flags, statement, rest);
     *statement = nullptr;
@@ -250,43 +237,36 @@ sqlite3_prepare_v3(sqlite3* database, const char* text, int size, unsigned flags
 }
 MAY_REFUSE("sqlite-step", sqlite3_step, (sqlite3_stmt * statement), (statement))
 MAY_REFUSE("sqlite-exec", sqlite3_exec,
-           (sqlite3 * database, const char* text, int (*row)(void*, int, char**, char**),
-            void* data, char** error),
+           (sqlite3 * database, const char* text, int (*row)(void*, int, char**, char**), void* data, char** error),
            (database, text, row, data, error))
-MAY_REFUSE("sqlite-bind", sqlite3_bind_int64,
-           (sqlite3_stmt * statement, int place, sqlite3_int64 value), (statement, place, value))
-MAY_REFUSE("sqlite-bind", sqlite3_bind_null, (sqlite3_stmt * statement, int place),
-           (statement, place))
+MAY_REFUSE("sqlite-bind", sqlite3_bind_int64, (sqlite3_stmt * statement, int place, sqlite3_int64 value),
+           (statement, place, value))
+MAY_REFUSE("sqlite-bind", sqlite3_bind_null, (sqlite3_stmt * statement, int place), (statement, place))
 MAY_REFUSE("sqlite-bind", sqlite3_bind_text64,
-           (sqlite3_stmt * statement, int place, const char* text, sqlite3_uint64 size,
-            void (*release)(void*), unsigned char encoding),
+           (sqlite3_stmt * statement, int place, const char* text, sqlite3_uint64 size, void (*release)(void*),
+            unsigned char encoding),
            (statement, place, text, size, release, encoding))
 
 // A text that there was no memory for.
-extern "C" __attribute__((visibility("default"))) const unsigned char*
-sqlite3_column_text(sqlite3_stmt* statement, int column) {
-    return IsSqliteToFail("sqlite-text", CALLER) ? nullptr
-                                                 : NEXT(sqlite3_column_text)(statement, column);
+extern "C" __attribute__((visibility("default"))) const unsigned char* sqlite3_column_text(sqlite3_stmt* statement,
+                                                                                           int column) {
+    return IsSqliteToFail("sqlite-text", CALLER) ? nullptr : NEXT(sqlite3_column_text)(statement, column);
 }
-extern "C" __attribute__((visibility("default"))) const void*
-sqlite3_column_text16(sqlite3_stmt* statement, int column) {
-    return IsSqliteToFail("sqlite-text", CALLER) ? nullptr
-                                                 : NEXT(sqlite3_column_text16)(statement, column);
+extern "C" __attribute__((visibility("default"))) const void* sqlite3_column_text16(sqlite3_stmt* statement,
+                                                                                    int column) {
+    return IsSqliteToFail("sqlite-text", CALLER) ? nullptr : NEXT(sqlite3_column_text16)(statement, column);
 }
 
 // It has no length either.
-extern "C" __attribute__((visibility("default"))) int sqlite3_column_bytes(sqlite3_stmt* statement,
-                                                                           int column) {
+extern "C" __attribute__((visibility("default"))) int sqlite3_column_bytes(sqlite3_stmt* statement, int column) {
     return injectedError != SQLITE_OK ? 0 : NEXT(sqlite3_column_bytes)(statement, column);
 }
-extern "C" __attribute__((visibility("default"))) int
-sqlite3_column_bytes16(sqlite3_stmt* statement, int column) {
+extern "C" __attribute__((visibility("default"))) int sqlite3_column_bytes16(sqlite3_stmt* statement, int column) {
     return injectedError != SQLITE_OK ? 0 : NEXT(sqlite3_column_bytes16)(statement, column);
 }
 
 extern "C" __attribute__((visibility("default"))) const char* sqlite3_errmsg(sqlite3* database) {
-    return injectedError != SQLITE_OK ? sqlite3_errstr(injectedError)
-                                      : NEXT(sqlite3_errmsg)(database);
+    return injectedError != SQLITE_OK ? sqlite3_errstr(injectedError) : NEXT(sqlite3_errmsg)(database);
 }
 extern "C" __attribute__((visibility("default"))) int sqlite3_errcode(sqlite3* database) {
     return injectedError != SQLITE_OK ? injectedError : NEXT(sqlite3_errcode)(database);

@@ -30,8 +30,8 @@ std::string CallText::Text(const TSTvMode& value) {
 }
 
 std::string CallText::Text(const TSRectInfo& value) {
-    return "{" + Text(value.m_x) + ", " + Text(value.m_y) + ", " + Text(value.m_width) + ", " +
-           Text(value.m_height) + "}";
+    return "{" + Text(value.m_x) + ", " + Text(value.m_y) + ", " + Text(value.m_width) + ", " + Text(value.m_height) +
+           "}";
 }
 
 std::string CallText::Text(const std::vector<int>& values) {

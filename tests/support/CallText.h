@@ -31,8 +31,7 @@ requires std::is_enum_v<Number> std::string Text(Number value) {
     return Text(static_cast<int>(value));
 }
 
-template <typename... Arguments>
-std::string Call(const std::string& name, const Arguments&... arguments) {
+template <typename... Arguments> std::string Call(const std::string& name, const Arguments&... arguments) {
     std::string list;
     ((list += (list.empty() ? "" : ", ") + Text(arguments)), ...);
     return name + "(" + list + ")";

@@ -108,8 +108,7 @@ private:
 
     void Fail(const Step& step) {
         std::lock_guard lock(m_mutex);
-        Timeline::Now().Typed(step.fault == std::ios_base::badbit ? "broken input"
-                                                                  : "end of input");
+        Timeline::Now().Typed(step.fault == std::ios_base::badbit ? "broken input" : "end of input");
         m_faulty = step;
         m_faultyFlushes = 0;
         m_sinceFlush.clear();
@@ -132,8 +131,7 @@ private:
             return;
         // A console that repeats something else would do so forever.
         if (++m_faultyFlushes > kMostFlushes) {
-            ADD_FAILURE() << "without input, the console does not come back to \""
-                          << m_faulty.prompt << "\"";
+            ADD_FAILURE() << "without input, the console does not come back to \"" << m_faulty.prompt << "\"";
             m_faulty.prompts = 1;
         } else if (!prompted) {
             return;
@@ -176,14 +174,12 @@ Console& Console::Meanwhile(std::function<void()> action) {
 }
 
 Console& Console::EndInput(int prompts, const std::string& prompt) {
-    m_streams->steps.push_back(
-        {.fault = std::ios_base::eofbit, .prompts = prompts, .prompt = prompt});
+    m_streams->steps.push_back({.fault = std::ios_base::eofbit, .prompts = prompts, .prompt = prompt});
     return *this;
 }
 
 Console& Console::BreakInput(int prompts, const std::string& prompt) {
-    m_streams->steps.push_back(
-        {.fault = std::ios_base::badbit, .prompts = prompts, .prompt = prompt});
+    m_streams->steps.push_back({.fault = std::ios_base::badbit, .prompts = prompts, .prompt = prompt});
     return *this;
 }
 

@@ -5,6 +5,7 @@
 #include <set>
 
 #include <dlfcn.h>
+
 #include <norvex/core/Assert.h>
 #include <norvex/core/DebugMenuUtility.h>
 #include <norvex/core/MarshallingHelperProxy.h>
@@ -49,9 +50,8 @@ void CoreWatch::Reset() {
 }
 
 void _TCApiAssert(const char* expression, const char* file, int line, const char* message) {
-    Timeline::Now().Call(std::string("_TCApiAssert(") + expression + ", " + file + ", " +
-                         std::to_string(line) + ", " + (message == nullptr ? "null" : message) +
-                         ")");
+    Timeline::Now().Call(std::string("_TCApiAssert(") + expression + ", " + file + ", " + std::to_string(line) + ", " +
+                         (message == nullptr ? "null" : message) + ")");
     if (script.asserted)
         script.asserted();
 }
@@ -68,8 +68,7 @@ void TCApiPrintMessage(const char* format, ...) {
 }
 
 bool TCDebugMenuUtility::OpenLibrary(const char* path, const char* entry) {
-    Timeline::Now().Call(std::string("TCDebugMenuUtility::OpenLibrary(") + path + ", " + entry +
-                         ")");
+    Timeline::Now().Call(std::string("TCDebugMenuUtility::OpenLibrary(") + path + ", " + entry + ")");
     return script.open ? script.open() : true;
 }
 
@@ -81,9 +80,9 @@ bool TCDebugMenuUtility::IsNumber(const std::string& text) {
 
 bool TCMarshallingHelperProxy::Run(NorvexAPIConnection* connection, std::string& interfaceName,
                                    const std::string& method, short methodId, bool flag) {
-    static auto* const real = GetReal<bool(TCMarshallingHelperProxy*, NorvexAPIConnection*,
-                                           std::string&, const std::string&, short, bool)>(
-        "_ZN24TCMarshallingHelperProxy3RunEP19NorvexAPIConnectionRNSt7__cxx1112basic_stringIcSt11"
-        "char_traitsIcESaIcEEERKS7_sb");
+    static auto* const real =
+        GetReal<bool(TCMarshallingHelperProxy*, NorvexAPIConnection*, std::string&, const std::string&, short, bool)>(
+            "_ZN24TCMarshallingHelperProxy3RunEP19NorvexAPIConnectionRNSt7__cxx1112basic_stringIcSt11"
+            "char_traitsIcESaIcEEERKS7_sb");
     return real(this, connection, interfaceName, method, methodId, flag) && !script.failsRuns;
 }

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <map>
+
 #include <unistd.h>
 
 #include <norvex/client/NorvexAPIConnection.h>
@@ -64,13 +65,12 @@ void FakeConnection::TellEnd() {
 }
 
 // cppcheck-suppress passedByValue ; so the constructor is declared.
-NorvexAPIConnection::NorvexAPIConnection(std::string interfaceName, std::string objectPath,
-                                         bool flag)
+NorvexAPIConnection::NorvexAPIConnection(std::string interfaceName, std::string objectPath, bool flag)
     : m_pState(nullptr) {
     static_cast<void>(m_pState);
     ++connections;
-    Timeline::Now().Call("NorvexAPIConnection(" + interfaceName + ", " + objectPath + ", " +
-                         (flag ? "true" : "false") + ")");
+    Timeline::Now().Call("NorvexAPIConnection(" + interfaceName + ", " + objectPath + ", " + (flag ? "true" : "false") +
+                         ")");
 }
 
 NorvexAPIConnection::~NorvexAPIConnection() {
@@ -82,12 +82,11 @@ NorvexAPIConnection::~NorvexAPIConnection() {
         tellsEnd = false;
 }
 
-bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::string& method,
-                                   short methodId, bool flag, const TCMessageBuffer& arguments,
-                                   TCMessageBuffer& reply) {
-    Timeline::Now().Call("Exchange(" + interfaceName + ", " + method + ", " +
-                         std::to_string(methodId) + ", " + (flag ? "true" : "false") + "; " +
-                         Describe(arguments.GetData(), arguments.GetSize(), true) + ")");
+bool NorvexAPIConnection::Exchange(const std::string& interfaceName, const std::string& method, short methodId,
+                                   bool flag, const TCMessageBuffer& arguments, TCMessageBuffer& reply) {
+    Timeline::Now().Call("Exchange(" + interfaceName + ", " + method + ", " + std::to_string(methodId) + ", " +
+                         (flag ? "true" : "false") + "; " + Describe(arguments.GetData(), arguments.GetSize(), true) +
+                         ")");
     std::deque<Reply>& replies = script[method];
     if (replies.empty())
         return false;

@@ -42,10 +42,8 @@ int stopdlogtagbydefault(const char* tag) {
     return logTagResult;
 }
 
-std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory,
-                                            const std::string& relativePath) {
-    Timeline::Now().Call("TCPathResolver::GetAbsolutePath(" + std::to_string(directory) + ", " +
-                         relativePath + ")");
+std::string TCPathResolver::GetAbsolutePath(EDeviceDirectory directory, const std::string& relativePath) {
+    Timeline::Now().Call("TCPathResolver::GetAbsolutePath(" + std::to_string(directory) + ", " + relativePath + ")");
     return deviceDirectory + "/" + relativePath;
 }
 

@@ -30,8 +30,7 @@ public:
     }
 
 private:
-    template <typename... Arguments>
-    static int Answer(const std::string& operation, Arguments... arguments) {
+    template <typename... Arguments> static int Answer(const std::string& operation, Arguments... arguments) {
         FakeNorvexAPI::Current().NoteCall(operation, Call(operation, arguments...));
         return FakeNorvexAPI::Current().TakeResult(operation);
     }
@@ -113,9 +112,8 @@ int FakeNorvexAPI::Create(const std::string& kind, const std::string& arguments,
 
 int FakeNorvexAPI::Destroy(INorvexSession* session) {
     std::string name = session ? "an object that does not exist" : "null";
-    const auto owned =
-        std::find_if(m_sessions.begin(), m_sessions.end(),
-                     [session](const Owned& each) { return each.session.get() == session; });
+    const auto owned = std::find_if(m_sessions.begin(), m_sessions.end(),
+                                    [session](const Owned& each) { return each.session.get() == session; });
     if (owned != m_sessions.end()) {
         name = owned->name;
         m_sessions.erase(owned);
@@ -124,8 +122,7 @@ int FakeNorvexAPI::Destroy(INorvexSession* session) {
     return TakeResult("Destroy");
 }
 
-int FakeNorvexAPI::CreateSubscriber(NorvexSignalCallbackFunction callback,
-                                    ISignalSubscriber** subscriber) {
+int FakeNorvexAPI::CreateSubscriber(NorvexSignalCallbackFunction callback, ISignalSubscriber** subscriber) {
     m_subscriber = std::make_unique<FakeSignalSubscriber>();
     *subscriber = m_subscriber.get();
     m_callback = m_registered = callback;

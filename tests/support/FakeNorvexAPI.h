@@ -68,9 +68,7 @@ public:
     void GiveServiceList(std::vector<FakeRecord> records) { m_serviceList = std::move(records); }
     // The next ServiceGuide.GetCurrentProgram stores this programme; without one there is none and
     // the answer is 0.
-    void GiveProgram(std::optional<unsigned int> titleLength) {
-        m_programs.push_back({titleLength});
-    }
+    void GiveProgram(std::optional<unsigned int> titleLength) { m_programs.push_back({titleLength}); }
     // What ZoomControl.GetConnectedZoomWindows appends.
     void GiveZoomWindows(std::vector<int> windowIds) { m_zoomWindows = std::move(windowIds); }
     // Done within the next call of an operation or factory, after it was recorded.

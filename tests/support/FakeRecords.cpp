@@ -1,5 +1,3 @@
-#include "FakeNorvexAPI.h"
-
 #include <algorithm>
 #include <cstdint>
 
@@ -13,17 +11,18 @@
 #include <norvex/client/TvMode.h>
 
 #include "CallText.h"
+#include "FakeNorvexAPI.h"
 #include "Timeline.h"
 
 using CallText::Call;
 
 // Nothing here travels.
-#define EMPTY_TREE(Class)                                                                          \
-    bool Class::ClassToTree(TCTreeBranch&) {                                                       \
-        return true;                                                                               \
-    }                                                                                              \
-    bool Class::TreeToClass(TCTreeBranch&) {                                                       \
-        return true;                                                                               \
+#define EMPTY_TREE(Class)                                                                                              \
+    bool Class::ClassToTree(TCTreeBranch&) {                                                                           \
+        return true;                                                                                                   \
+    }                                                                                                                  \
+    bool Class::TreeToClass(TCTreeBranch&) {                                                                           \
+        return true;                                                                                                   \
     }
 
 TSTvMode::TSTvMode() : TSTvMode(ANTENNA_NONE, SERVICE_MODE_NONE) {}
@@ -36,8 +35,7 @@ EMPTY_TREE(TSTvMode)
 
 TSRectInfo::TSRectInfo() : TSRectInfo(0, 0, 0, 0) {}
 // NOLINTNEXTLINE(bugprone-easily-swappable-parameters): a rectangle's usual order.
-TSRectInfo::TSRectInfo(int x, int y, int width, int height)
-    : m_x(x), m_y(y), m_width(width), m_height(height) {}
+TSRectInfo::TSRectInfo(int x, int y, int width, int height) : m_x(x), m_y(y), m_width(width), m_height(height) {}
 TSRectInfo::TSRectInfo(const TSRectInfo& other) = default;
 TSRectInfo& TSRectInfo::operator=(const TSRectInfo& other) = default;
 TSRectInfo::~TSRectInfo() = default;
@@ -120,8 +118,7 @@ const void* TCServiceField::GetData() const {
 const TCServiceField* TCServiceFieldTable::Find(int tag) const {
     const auto* table = reinterpret_cast<const Table*>(this);
     const auto field = table->find(tag);
-    return field == table->end() ? nullptr
-                                 : reinterpret_cast<const TCServiceField*>(&field->second);
+    return field == table->end() ? nullptr : reinterpret_cast<const TCServiceField*>(&field->second);
 }
 
 TCServiceData::TCServiceData() {
@@ -159,8 +156,7 @@ TCProgramData::~TCProgramData() {
 bool TCProgramData::Title(unsigned short* buffer, unsigned int* length) const {
     constexpr int kUnits = 256;
     const auto zeros = std::count(buffer, buffer + kUnits, 0);
-    Timeline::Now().Call(
-        Call("ProgramData.Title", static_cast<int>(zeros), static_cast<int>(*length)));
+    Timeline::Now().Call(Call("ProgramData.Title", static_cast<int>(zeros), static_cast<int>(*length)));
     const auto* program = static_cast<const FakeProgram*>(m_pState);
     if (!program || !program->titleLength)
         return false;

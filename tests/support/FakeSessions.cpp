@@ -32,19 +32,16 @@ FakeNorvexAPI& Fake() {
 // What all sessions of the fake are: a kind, under which they are scripted, and a name.
 template <typename Interface> class FakeSession : public Interface {
 public:
-    FakeSession(std::string kind, std::string name)
-        : m_kind(std::move(kind)), m_name(std::move(name)) {}
+    FakeSession(std::string kind, std::string name) : m_kind(std::move(kind)), m_name(std::move(name)) {}
 
 protected:
     // Records the call and gives the script's result, or 1.
-    template <typename... Arguments>
-    int Called(const std::string& operation, const Arguments&... arguments) {
+    template <typename... Arguments> int Called(const std::string& operation, const Arguments&... arguments) {
         return CalledOr(1, operation, arguments...);
     }
     template <typename... Arguments>
     int CalledOr(int otherwise, const std::string& operation, const Arguments&... arguments) {
-        Fake().NoteCall(m_kind + "." + operation,
-                        CallText::Call(m_name + "." + operation, arguments...));
+        Fake().NoteCall(m_kind + "." + operation, CallText::Call(m_name + "." + operation, arguments...));
         return Fake().TakeResult(m_kind + "." + operation, otherwise);
     }
     // The same for an operation with an out argument: stores what the script gives for it, if it
@@ -93,9 +90,7 @@ public:
 class FakeDataControl : public FakeSession<IDataControl> {
 public:
     using FakeSession::FakeSession;
-    int CheckCaptionExist(bool* exists) override {
-        return Stored(*exists, "CheckCaptionExist", *exists);
-    }
+    int CheckCaptionExist(bool* exists) override { return Stored(*exists, "CheckCaptionExist", *exists); }
 };
 
 class FakePipelineUtility : public FakeSession<IPipelineUtility> {
@@ -105,8 +100,7 @@ public:
                             const std::uint64_t& serviceId) override {
         return Called("NotifyReceiverState", type, receiver, state, serviceId);
     }
-    int RegisterForStateChange(EStateChangeType type, const std::string& receiver,
-                               int option) override {
+    int RegisterForStateChange(EStateChangeType type, const std::string& receiver, int option) override {
         return Called("RegisterForStateChange", type, receiver, option);
     }
     int UnregisterFromStateChange(EStateChangeType type, const std::string& receiver) override {
@@ -127,18 +121,14 @@ public:
 class FakeReferenceCount : public FakeSession<IReferenceCount> {
 public:
     using FakeSession::FakeSession;
-    int GetReferenceCount(int* count) override {
-        return Stored(*count, "GetReferenceCount", *count);
-    }
+    int GetReferenceCount(int* count) override { return Stored(*count, "GetReferenceCount", *count); }
 };
 
 class FakeScanControl : public FakeSession<IScanControl> {
 public:
     using FakeSession::FakeSession;
     using Services = std::list<std::pair<std::uint64_t, std::uint32_t>>;
-    int IsTuneAroundNeeded(const Services& services) override {
-        return Called("IsTuneAroundNeeded", services);
-    }
+    int IsTuneAroundNeeded(const Services& services) override { return Called("IsTuneAroundNeeded", services); }
     int StartTuneAround(const Services& services, const std::string& caller) override {
         return Called("StartTuneAround", services, caller);
     }
@@ -158,8 +148,7 @@ public:
     // "true" where the record is fresh.
     int FindService(const TCCriteriaHelper&, TCServiceData& record, int count) override {
         const auto found = Fake().TakeFound();
-        const int result =
-            CalledOr(found ? 1 : 0, "FindService", FakeRecords::IsFresh(record), count);
+        const int result = CalledOr(found ? 1 : 0, "FindService", FakeRecords::IsFresh(record), count);
         if (found)
             FakeRecords::Fill(record, *found);
         return result;
@@ -172,8 +161,7 @@ public:
     // "true" where the programme is fresh.
     int GetCurrentProgram(const std::uint64_t& serviceId, TCProgramData& program) override {
         const auto next = Fake().TakeProgram();
-        const int result =
-            CalledOr(next ? 1 : 0, "GetCurrentProgram", serviceId, FakeRecords::IsFresh(program));
+        const int result = CalledOr(next ? 1 : 0, "GetCurrentProgram", serviceId, FakeRecords::IsFresh(program));
         if (next)
             FakeRecords::Fill(program, *next);
         return result;
@@ -187,16 +175,14 @@ public:
         const int result = Called("GetTvMode", tvMode);
         if (result > 0) {
             const auto [antennaMode, serviceMode] = Fake().GetTvMode();
-            tvMode = {static_cast<EAntennaMode>(antennaMode),
-                      static_cast<EServiceMode>(serviceMode)};
+            tvMode = {static_cast<EAntennaMode>(antennaMode), static_cast<EServiceMode>(serviceMode)};
         }
         return result;
     }
     // The first number is that of the records in the list as it came.
-    int GetServiceList(const TCCriteriaHelper&, std::list<TCServiceData*>& records,
-                       const TSTvMode& tvMode, int first, int count) override {
-        const int result =
-            Called("GetServiceList", static_cast<int>(records.size()), tvMode, first, count);
+    int GetServiceList(const TCCriteriaHelper&, std::list<TCServiceData*>& records, const TSTvMode& tvMode, int first,
+                       int count) override {
+        const int result = Called("GetServiceList", static_cast<int>(records.size()), tvMode, first, count);
         for (const FakeRecord& record : Fake().GetServiceList()) {
             auto data = std::make_unique<TCServiceData>();
             FakeRecords::Fill(*data, record);
@@ -204,22 +190,15 @@ public:
         }
         return result;
     }
-    int SetTvMode(const TSTvMode& tvMode, std::string& text) override {
-        return Told(text, "SetTvMode", tvMode);
-    }
-    int SetTvMode(const TSTvMode& tvMode, const std::uint64_t& serviceId,
-                  std::string& text) override {
+    int SetTvMode(const TSTvMode& tvMode, std::string& text) override { return Told(text, "SetTvMode", tvMode); }
+    int SetTvMode(const TSTvMode& tvMode, const std::uint64_t& serviceId, std::string& text) override {
         return Told(text, "SetTvMode", tvMode, serviceId);
     }
-    int SetDTVMode(EDTVMode mode, bool enable) override {
-        return Called("SetDTVMode", mode, enable);
-    }
-    int SetService(const std::uint64_t& serviceId, int option, int flags,
-                   std::string& text) override {
+    int SetDTVMode(EDTVMode mode, bool enable) override { return Called("SetDTVMode", mode, enable); }
+    int SetService(const std::uint64_t& serviceId, int option, int flags, std::string& text) override {
         return Told(text, "SetService", serviceId, option, flags);
     }
-    int SetBootupService(const std::uint64_t& serviceId, const TSTvMode& tvMode,
-                         int option) override {
+    int SetBootupService(const std::uint64_t& serviceId, const TSTvMode& tvMode, int option) override {
         return Called("SetBootupService", serviceId, tvMode, option);
     }
     int GetLatestVeldaServiceId(unsigned long long* serviceId, TSTvMode tvMode) override {
@@ -233,9 +212,7 @@ public:
 class FakeSourceControl : public FakeSession<ISourceControl> {
 public:
     using FakeSession::FakeSession;
-    int SetSource(ESource source, std::string& text) override {
-        return Told(text, "SetSource", source);
-    }
+    int SetSource(ESource source, std::string& text) override { return Told(text, "SetSource", source); }
     int SetSource(ESource source, std::uint64_t serviceId, std::string& text) override {
         return Told(text, "SetSource", source, serviceId);
     }
@@ -244,9 +221,7 @@ public:
     int StopHDMIAnalysis(ESource source) override { return Called("StopHDMIAnalysis", source); }
     int PreSetSourceC() override { return Called("PreSetSourceC"); }
     int PreSetSourceB() override { return Called("PreSetSourceB"); }
-    int SetPreviewSource(ESource source, std::string& text) override {
-        return Told(text, "SetPreviewSource", source);
-    }
+    int SetPreviewSource(ESource source, std::string& text) override { return Told(text, "SetPreviewSource", source); }
     int SetPreviewSource(ESource source, std::uint64_t serviceId, std::string& text) override {
         return Told(text, "SetPreviewSource", source, serviceId);
     }
@@ -261,9 +236,7 @@ public:
 class FakeVideoControl : public FakeSession<IVideoControl> {
 public:
     using FakeSession::FakeSession;
-    int SetCropVideo(TSRectInfo first, TSRectInfo second) override {
-        return Called("SetCropVideo", first, second);
-    }
+    int SetCropVideo(TSRectInfo first, TSRectInfo second) override { return Called("SetCropVideo", first, second); }
     int SetWindowId(int* windowId) override { return Called("SetWindowId", *windowId); }
 };
 
@@ -277,9 +250,7 @@ public:
     int DeleteZoomWindow(const std::vector<int>& windowIds, const TSRectInfo& main) override {
         return Called("DeleteZoomWindow", windowIds, main);
     }
-    int SetZoomWindow(std::vector<int> windowIds, bool on) override {
-        return Called("SetZoomWindow", windowIds, on);
-    }
+    int SetZoomWindow(std::vector<int> windowIds, bool on) override { return Called("SetZoomWindow", windowIds, on); }
     int MuteZoomWindow(std::vector<int> windowIds, bool mute) override {
         return Called("MuteZoomWindow", windowIds, mute);
     }
@@ -293,9 +264,7 @@ public:
                           const TSRectInfo& main) override {
         return Called("SetZoomWindowRect", windowId, source, destination, main);
     }
-    int IsZoomAvailable(bool& available) override {
-        return Stored(available, "IsZoomAvailable", available);
-    }
+    int IsZoomAvailable(bool& available) override { return Stored(available, "IsZoomAvailable", available); }
     int GetZoomSharingType(int& type) override { return Stored(type, "GetZoomSharingType", type); }
     int GetConnectedZoomWindows(std::vector<int>& windowIds) override {
         const int result = Called("GetConnectedZoomWindows", windowIds);
@@ -307,21 +276,20 @@ public:
 
 } // namespace
 
-int NorvexAPI::CreateSignalSubscriber(NorvexSignalCallbackFunction callback,
-                                      ISignalSubscriber** subscriber) {
+int NorvexAPI::CreateSignalSubscriber(NorvexSignalCallbackFunction callback, ISignalSubscriber** subscriber) {
     return Fake().CreateSubscriber(callback, subscriber);
 }
 int NorvexAPI::DestroySignalSubscriber(NorvexSignalCallbackFunction callback) {
     return Fake().DestroySubscriber(callback);
 }
 
-#define FACTORY(Kind)                                                                              \
-    int NorvexAPI::Create##Kind(I##Kind** out) {                                                   \
-        return Create<Fake##Kind>(#Kind, out);                                                     \
+#define FACTORY(Kind)                                                                                                  \
+    int NorvexAPI::Create##Kind(I##Kind** out) {                                                                       \
+        return Create<Fake##Kind>(#Kind, out);                                                                         \
     }
-#define FACTORY_OF_A_PIPELINE(Kind)                                                                \
-    int NorvexAPI::Create##Kind(EProfile profile, int screen, I##Kind** out) {                     \
-        return Create<Fake##Kind>(#Kind, out, profile, screen);                                    \
+#define FACTORY_OF_A_PIPELINE(Kind)                                                                                    \
+    int NorvexAPI::Create##Kind(EProfile profile, int screen, I##Kind** out) {                                         \
+        return Create<Fake##Kind>(#Kind, out, profile, screen);                                                        \
     }
 FACTORY(Service)
 FACTORY(ScanControl)

@@ -142,8 +142,7 @@ static gboolean CallBack(gpointer) {
         GetWatch().signals.pop_front();
     }
     const auto& [type, profile, screenId, data] = sent->signal;
-    const int result =
-        FakeNorvexAPI::Current().GetLastCallback()(type, profile, screenId, data, nullptr);
+    const int result = FakeNorvexAPI::Current().GetLastCallback()(type, profile, screenId, data, nullptr);
     const std::lock_guard lock(GetWatch().mutex);
     --GetWatch().underWay;
     sent->delivery = {true, result, std::this_thread::get_id()};

@@ -16,14 +16,13 @@ inline std::string Framed(const std::string& title, const std::string& items) {
     return kRule + title + kLine + items + kLine + " 99 : Exit\n" + kRule;
 }
 
-inline const std::string kProcessMenu =
-    Framed("\t[Process Debug List]\t\n", " 1. Norvex\n"
-                                         " 2. TV Player\n"
-                                         " 3. TV Plug in\n"
-                                         " 4. Quarle-Provider\n"
-                                         " 5. Norvex Debug\n"
-                                         " 6. Norvex LUMO Debug\n"
-                                         " 7. Simple Debug\n");
+inline const std::string kProcessMenu = Framed("\t[Process Debug List]\t\n", " 1. Norvex\n"
+                                                                             " 2. TV Player\n"
+                                                                             " 3. TV Plug in\n"
+                                                                             " 4. Quarle-Provider\n"
+                                                                             " 5. Norvex Debug\n"
+                                                                             " 6. Norvex LUMO Debug\n"
+                                                                             " 7. Simple Debug\n");
 
 inline const std::string kMediaMenu = Framed("\t[GST Debug Log ON]\t\n", "  0. GST_VIDEO_SINK\n"
                                                                          "  1. GST_VIDEO_DEC\n"
@@ -40,15 +39,14 @@ inline const std::string kMediaMenu = Framed("\t[GST Debug Log ON]\t\n", "  0. G
 
 // The provider log switch, whose list and prompt are the whole screen.
 inline std::string ProviderList(const std::string& state) {
-    return "\n" + kRule + "     [Quarle-Provider Module]\n" + kLine + " 0: [" + state +
-           "] QUARLE_PROVIDER  \n" + kRule + "99 : Exit\n" + kRule + "cmd> ";
+    return "\n" + kRule + "     [Quarle-Provider Module]\n" + kLine + " 0: [" + state + "] QUARLE_PROVIDER  \n" +
+           kRule + "99 : Exit\n" + kRule + "cmd> ";
 }
 inline const std::string kProviderPrompt = "QUARLE_DAEMON ==> ON[1]/OFF[0]: ";
 
 // The simple menu with these rows, each with its line end.
 inline std::string SimpleMenu(const std::string& qos, const std::string& rows) {
-    return "\n" + kRule + "     [Simple menu]\n" + kLine + qos + rows + kRule + "99 : Exit\n" +
-           kRule;
+    return "\n" + kRule + "     [Simple menu]\n" + kLine + qos + rows + kRule + "99 : Exit\n" + kRule;
 }
 
 // The pipeline test console. The title is the process menu's.
@@ -78,25 +76,23 @@ inline const std::string kTestConsole =
 inline const std::string kReferenceCount =
     Framed("\t[Test1 List - Reference Count]\t\n", " 1. Call GetReferenceCount() \n");
 
-inline const std::string kMute =
-    Framed("\t[Test1 List - Video Mute Control]\t\n", " 1. call IAVControl::MuteVudio \n"
-                                                      " 2. call IAVControl::MuteAudio \n");
+inline const std::string kMute = Framed("\t[Test1 List - Video Mute Control]\t\n", " 1. call IAVControl::MuteVudio \n"
+                                                                                   " 2. call IAVControl::MuteAudio \n");
 
 // The title is that of the mute test.
-inline const std::string kHdmiAnalysis = Framed("\t[Test1 List - Video Mute Control]\t\n",
-                                                " 1. call ISourceControl::StartHDMIAnalysis \n"
-                                                " 2. call ISourceControl::StopHDMIAnalysis \n");
+inline const std::string kHdmiAnalysis =
+    Framed("\t[Test1 List - Video Mute Control]\t\n", " 1. call ISourceControl::StartHDMIAnalysis \n"
+                                                      " 2. call ISourceControl::StopHDMIAnalysis \n");
 
 inline const std::string kDtvMode =
-    Framed("\t[Test6 List - DTV Mode Test]\t\n",
-           " 1. call IServiceNavigation::SetDTVMode(DTV_MODE_DEMUX_ONLY,true) \n"
-           " 2. call IServiceNavigation::SetDTVMode(DTV_MODE_DEMUX_ONLY,false) \n"
-           " 3. call IServiceNavigation::SetDTVMode(DTV_MODE_AUDIO_ONLY,true) \n"
-           " 4. call IServiceNavigation::SetDTVMode(DTV_MODE_AUDIO_ONLY,false) \n"
-           " 5. call IServiceNavigation::SetDTVMode(DTV_MODE_VIDEO_ONLY,true) \n"
-           " 6. call IServiceNavigation::SetDTVMode(DTV_MODE_VIDEO_ONLY,false) \n"
-           " 7. call IServiceNavigation::SetDTVMode(DTV_MODE_ALL,true) \n"
-           " 8. call IServiceNavigation::SetDTVMode(DTV_MODE_ALL,false) \n");
+    Framed("\t[Test6 List - DTV Mode Test]\t\n", " 1. call IServiceNavigation::SetDTVMode(DTV_MODE_DEMUX_ONLY,true) \n"
+                                                 " 2. call IServiceNavigation::SetDTVMode(DTV_MODE_DEMUX_ONLY,false) \n"
+                                                 " 3. call IServiceNavigation::SetDTVMode(DTV_MODE_AUDIO_ONLY,true) \n"
+                                                 " 4. call IServiceNavigation::SetDTVMode(DTV_MODE_AUDIO_ONLY,false) \n"
+                                                 " 5. call IServiceNavigation::SetDTVMode(DTV_MODE_VIDEO_ONLY,true) \n"
+                                                 " 6. call IServiceNavigation::SetDTVMode(DTV_MODE_VIDEO_ONLY,false) \n"
+                                                 " 7. call IServiceNavigation::SetDTVMode(DTV_MODE_ALL,true) \n"
+                                                 " 8. call IServiceNavigation::SetDTVMode(DTV_MODE_ALL,false) \n");
 
 inline const std::string kSetSource =
     Framed("\t[Test7 List - SetSource]\t\n",
@@ -142,8 +138,7 @@ inline const std::string kPreviewSource =
 inline const std::string kWideRule = " " + std::string(86, '=') + "\n";
 inline const std::string kWideLine = " " + std::string(86, '-') + "\n";
 inline const std::string kSignalTunePreparation =
-    kWideRule + "\t      [Test18 List - SignalTunePreparationMechanism (AIR/CABLE/SAT)]\n" +
-    kWideLine +
+    kWideRule + "\t      [Test18 List - SignalTunePreparationMechanism (AIR/CABLE/SAT)]\n" + kWideLine +
     " 1. call [Main Handle] RegisterForStateChange(STATE_CHANGE_SERVICE) (App1)\n"
     " 2. call [Main Handle] NotifyReadyForSetService(STATE_CHANGE_SERVICE) (App1)\n"
     " 3. call [Main Handle] UnregisterFromStateChange(STATE_CHANGE_SERVICE) (App1)\n" +
@@ -151,8 +146,8 @@ inline const std::string kSignalTunePreparation =
     " 4. call [Main Handle] RegisterForStateChange(STATE_CHANGE_SERVICE) (App2)\n"
     " 5. call [Main Handle] NotifyReadyForSetService(STATE_CHANGE_SERVICE) (App2)\n"
     " 6. call [Main Handle] UnregisterFromStateChange(STATE_CHANGE_SERVICE) (App2)\n" +
-    kWideRule + " 7. call [Main Handle] CheckPendingState(STATE_CHANGE_SERVICE) \n" + kWideLine +
-    " 99 : Exit\n" + kWideRule;
+    kWideRule + " 7. call [Main Handle] CheckPendingState(STATE_CHANGE_SERVICE) \n" + kWideLine + " 99 : Exit\n" +
+    kWideRule;
 
 inline const std::string kEpgDataFeeding =
     Framed("\t[Test18 List - Epg Data Feeding]\t\n", " 1. Check if programs available\n"
@@ -185,8 +180,7 @@ using Names = std::vector<std::pair<std::string, std::string>>;
 // `dialogue` with each text that has a name replaced by it, in the order of `names`.
 inline std::string Abbreviated(std::string dialogue, const Names& names) {
     for (const auto& [text, name] : names) {
-        for (std::size_t at = 0; (at = dialogue.find(text, at)) != std::string::npos;
-             at += name.size())
+        for (std::size_t at = 0; (at = dialogue.find(text, at)) != std::string::npos; at += name.size())
             dialogue.replace(at, text.size(), name);
     }
     return dialogue;

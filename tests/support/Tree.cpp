@@ -36,8 +36,7 @@ std::string Content(const wire::Node& node) {
 
 std::string Leaf(int tag, wire::NodeKind kind, const std::string& bytes) {
     wire::Buffer buffer;
-    wire::TreeWriter(buffer).PutLeaf(static_cast<std::int16_t>(tag), kind, bytes.data(),
-                                     bytes.size());
+    wire::TreeWriter(buffer).PutLeaf(static_cast<std::int16_t>(tag), kind, bytes.data(), bytes.size());
     return {reinterpret_cast<const char*>(buffer.GetData()), buffer.GetSize()};
 }
 
@@ -103,8 +102,7 @@ bool ReadFrom(const std::function<bool(TCTreeBranch&)>& read, const Tree& childr
 }
 
 bool ReadFrom(TIMarshalable& object, const Tree& children) {
-    return ReadFrom([&object](TCTreeBranch& branch) { return object.TreeToClass(branch); },
-                    children);
+    return ReadFrom([&object](TCTreeBranch& branch) { return object.TreeToClass(branch); }, children);
 }
 
 bool WriteToRefusingBranch(TIMarshalable& object) {

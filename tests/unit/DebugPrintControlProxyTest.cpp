@@ -1,13 +1,13 @@
+#include "DebugPrintControlProxy.h"
+
 #include <memory>
 #include <type_traits>
 
 #include <gtest/gtest.h>
-
 #include <norvex/client/NorvexAPIConnection.h>
 
 #include "Console.h"
 #include "CoreWatch.h"
-#include "DebugPrintControlProxy.h"
 #include "FakeConnection.h"
 #include "NothrowNew.h"
 #include "TestItems.h"
@@ -21,16 +21,13 @@ using Calls = std::vector<std::string>;
 
 // The remote call of `method` as it arrives at the connection.
 std::string Exchange(const std::string& method, int id, const std::string& arguments) {
-    return "Exchange(com.example.IControl, " + method + ", " + std::to_string(id) + ", false; " +
-           arguments + ")";
+    return "Exchange(com.example.IControl, " + method + ", " + std::to_string(id) + ", false; " + arguments + ")";
 }
 
 // A proxy of its own for each test; the calls that it made so far are forgotten.
 class Proxy : public testing::Test {
 protected:
-    Proxy() : m_control(std::make_unique<TCDebugPrintControlProxy>("com.example.IControl")) {
-        Timeline::Now().Clear();
-    }
+    Proxy() : m_control(std::make_unique<TCDebugPrintControlProxy>("com.example.IControl")) { Timeline::Now().Clear(); }
     ~Proxy() override {
         m_control.reset();
         EXPECT_EQ(FakeConnection::CountAlive(), 0);
@@ -67,8 +64,8 @@ TEST_F(Proxy, StatusIsTheRemoteOneAndMinus1WithoutOneOrOnAFailedCall) {
             Answer(method, reply);
         std::string screen;
         int value = 0;
-        return std::vector<int>{Control().Start(screen), Control().Execute("word", screen),
-                                Control().Check(value), Control().Stop()};
+        return std::vector<int>{Control().Start(screen), Control().Execute("word", screen), Control().Check(value),
+                                Control().Stop()};
     };
     for (const int status : kStatuses)
         EXPECT_EQ(callAll(Reply().Value(status)), std::vector<int>(4, status));
@@ -99,9 +96,8 @@ TEST(DebugPrintControlProxy, WithoutMemoryForTheConnectionSaysSoAndFailsEachCall
         NoMemory noMemory;
         proxy = std::make_unique<TCDebugPrintControlProxy>("com.example.IControl");
     });
-    EXPECT_EQ(console.Whole(),
-              "{_TCApiAssert(m_pNorvexConnection, src/debugutil/DebugPrintControlProxy, 20, null)}"
-              "ASSERT!!! - function TCDebugPrintControlProxy, line 20");
+    EXPECT_EQ(console.Whole(), "{_TCApiAssert(m_pNorvexConnection, src/debugutil/DebugPrintControlProxy, 20, null)}"
+                               "ASSERT!!! - function TCDebugPrintControlProxy, line 20");
 
     Timeline::Now().Clear();
     std::string screen = "kept";
@@ -190,8 +186,7 @@ TEST_F(Proxy, CheckIsMethod3AndFetchesAValue) {
 }
 
 TEST_F(Proxy, GetMenuItemsIsMethod4AndGivesTheItemsInTheReplysOrder) {
-    Answer("GetMenuItems",
-           Reply().Value(1).Items({{"b", true, 2}, {"a", false, 1}, {"", true, 0}}));
+    Answer("GetMenuItems", Reply().Value(1).Items({{"b", true, 2}, {"a", false, 1}, {"", true, 0}}));
     const std::vector<TSMenuItem> items = Control().GetMenuItems();
     EXPECT_EQ(Call(), Exchange("GetMenuItems", 4, "out value ffffffff, out {}"));
     EXPECT_EQ(ToText(items), "b on 2, a off 1,  on 0");
@@ -214,11 +209,10 @@ TEST_F(Proxy, SetMenuItemsIsMethod5AndSendsAllItems) {
     const std::vector<TSMenuItem> items{MakeItem("x", true, 1), MakeItem("", false, 256)};
     Answer("SetMenuItems", Reply().Value(1));
     EXPECT_TRUE(Control().SetMenuItems(items));
-    EXPECT_EQ(Call(),
-              Exchange("SetMenuItems", 5,
-                       "out value ffffffff, in "
-                       "{0={0={0=value 01000000, 1=bytes \"x\"}, 1=value 01, 2=value 01000000}, "
-                       "1={0={0=value 00000000}, 1=value 00, 2=value 00010000}}"));
+    EXPECT_EQ(Call(), Exchange("SetMenuItems", 5,
+                               "out value ffffffff, in "
+                               "{0={0={0=value 01000000, 1=bytes \"x\"}, 1=value 01, 2=value 01000000}, "
+                               "1={0={0=value 00000000}, 1=value 00, 2=value 00010000}}"));
     EXPECT_EQ(items.size(), 2u) << "the caller keeps its items";
     EXPECT_TRUE(Control().SetMenuItems({}));
     EXPECT_EQ(Call(), Exchange("SetMenuItems", 5, "out value ffffffff, in {}"));
@@ -251,11 +245,9 @@ TEST_F(Proxy, IsQoSEnabledIsMethod8AndFetchesOneByte) {
 TEST_F(Proxy, SetDebugModeIsMethod9AndSendsModeAndState) {
     Answer("SetDebugMode", Reply().Value(1));
     EXPECT_TRUE(Control().SetDebugMode(EDebugMode(0x0a0b0c0d), true));
-    EXPECT_EQ(Call(),
-              Exchange("SetDebugMode", 9, "out value ffffffff, in value 0d0c0b0a, in value 01"));
+    EXPECT_EQ(Call(), Exchange("SetDebugMode", 9, "out value ffffffff, in value 0d0c0b0a, in value 01"));
     EXPECT_TRUE(Control().SetDebugMode(EDebugMode(-1), false));
-    EXPECT_EQ(Call(),
-              Exchange("SetDebugMode", 9, "out value ffffffff, in value ffffffff, in value 00"));
+    EXPECT_EQ(Call(), Exchange("SetDebugMode", 9, "out value ffffffff, in value ffffffff, in value 00"));
 }
 
 TEST_F(Proxy, IsDebugModeEnabledIsMethod10AndSendsTheModeAfterTheAnswer) {
@@ -273,8 +265,7 @@ TEST_F(Proxy, SettersAnswerTheExchangeAndNotTheRemoteStatus) {
         for (const char* method : methods)
             Answer(method, reply);
         return std::vector<bool>{Control().SetMenuItems({}), Control().SetMenuItem(TSMenuItem()),
-                                 Control().SetQoSEnabled(true),
-                                 Control().SetDebugMode(EDebugMode(1), true)};
+                                 Control().SetQoSEnabled(true), Control().SetDebugMode(EDebugMode(1), true)};
     };
     for (const int status : kStatuses) {
         EXPECT_EQ(callAll(Reply().Value(status)), std::vector<bool>(4, true)) << status;
@@ -307,10 +298,8 @@ TEST_F(Proxy, ARunOfCallsUsesOneConnection) {
     EXPECT_EQ(FakeConnection::CountAlive(), 1);
     const auto execute = [](const std::string& word) {
         return Exchange("Execute", 1,
-                        "out value ffffffff, in {0=value 01000000, 1=bytes \"" + word +
-                            "\"}, out length");
+                        "out value ffffffff, in {0=value 01000000, 1=bytes \"" + word + "\"}, out length");
     };
-    EXPECT_EQ(Timeline::Now().Calls(),
-              (Calls{Exchange("Start", 0, "out value ffffffff, out length"), execute("a"),
-                     execute("b"), Exchange("Stop", 2, "out value ffffffff")}));
+    EXPECT_EQ(Timeline::Now().Calls(), (Calls{Exchange("Start", 0, "out value ffffffff, out length"), execute("a"),
+                                              execute("b"), Exchange("Stop", 2, "out value ffffffff")}));
 }

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <zarn/DebugServiceAPI.h>
 
 #include "FakeConnection.h"
@@ -33,8 +32,7 @@ TEST_F(DebugService, TwoCallersGetTheSameControl) {
     IDebugPrintControl* control = Create();
     EXPECT_NE(control, nullptr);
     EXPECT_EQ(Create(), control);
-    EXPECT_EQ(Create(reinterpret_cast<IDebugPrintControl*>(0x10)), control)
-        << "what the pointer held is overwritten";
+    EXPECT_EQ(Create(reinterpret_cast<IDebugPrintControl*>(0x10)), control) << "what the pointer held is overwritten";
     EXPECT_EQ(Timeline::Now().Calls(), Calls{kOpened}) << "one control, one connection";
 }
 
@@ -73,8 +71,7 @@ TEST_F(DebugService, SucceedsAlsoWithoutAConnection) {
         NoMemory noMemory;
         control = Create();
     }
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "ASSERT!!! - function TCDebugPrintControlProxy, line 20");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "ASSERT!!! - function TCDebugPrintControlProxy, line 20");
     ASSERT_NE(control, nullptr);
     EXPECT_EQ(FakeConnection::CountAlive(), 0);
     EXPECT_EQ(control->Stop(), -1);

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-
 #include <norvex/core/MessageBuffer.h>
 #include <norvex/core/NodeCreator.h>
 
@@ -55,23 +54,19 @@ public:
     }
     // Fails, and leaves a number in the element.
     bool FillElement(void* element, int elementSize, int byteCount, TCTreeNode* node) override {
-        Note("fill " + Elements(elementSize) + ", " + Elements(byteCount) + ", " +
-             std::to_string(node->GetTag()));
+        Note("fill " + Elements(elementSize) + ", " + Elements(byteCount) + ", " + std::to_string(node->GetTag()));
         static_cast<TSMenuItem*>(element)->setID(7);
         return false;
     }
 
 private:
     void Note(const std::string& note) { m_script.notes.push_back(note); }
-    static std::string NameOf(void* element) {
-        return static_cast<TSMenuItem*>(element)->getName();
-    }
+    static std::string NameOf(void* element) { return static_cast<TSMenuItem*>(element)->getName(); }
     // The size of an element is the compiler's affair; what matters is which multiple of it is
     // given.
     static std::string Elements(int bytes) {
         const int size = sizeof(TSMenuItem);
-        return bytes % size == 0 ? std::to_string(bytes / size) + " item"
-                                 : std::to_string(bytes) + " bytes";
+        return bytes % size == 0 ? std::to_string(bytes / size) + " item" : std::to_string(bytes) + " bytes";
     }
 
     Script& m_script;
@@ -89,10 +84,9 @@ std::string ReadItems(const Tree& tree, Items before = {}) {
 TEST(MarshalableContainer, ThreeItemsBecomeThreeChildrenInTheirOrder) {
     Items items{MakeItem("one", true, 1), MakeItem("", false, 2), MakeItem("three", true, 3)};
     Wrapper wrapper(&items, new TCMarshalableNodeCreator, false);
-    EXPECT_EQ(Written(wrapper),
-              "{0={0={0=value 03000000, 1=bytes \"one\"}, 1=value 01, 2=value 01000000}, "
-              "1={0={0=value 00000000}, 1=value 00, 2=value 02000000}, "
-              "2={0={0=value 05000000, 1=bytes \"three\"}, 1=value 01, 2=value 03000000}}");
+    EXPECT_EQ(Written(wrapper), "{0={0={0=value 03000000, 1=bytes \"one\"}, 1=value 01, 2=value 01000000}, "
+                                "1={0={0=value 00000000}, 1=value 00, 2=value 02000000}, "
+                                "2={0={0=value 05000000, 1=bytes \"three\"}, 1=value 01, 2=value 03000000}}");
     items.clear();
     EXPECT_EQ(Written(wrapper), "{}");
 }
@@ -124,11 +118,10 @@ TEST(MarshalableContainer, ItemKeepsWhatAFailedFillLeftInIt) {
 }
 
 TEST(MarshalableContainer, EachElementStartsFromADefaultItem) {
-    EXPECT_EQ(ReadItems(Tree()
-                            .Branch(0, Tree::OfItem("first", true, 1))
-                            .Branch(1, Tree())
-                            .Branch(2, Tree::OfItem("", false, 3))),
-              "first on 1,  off 0,  off 3");
+    EXPECT_EQ(
+        ReadItems(
+            Tree().Branch(0, Tree::OfItem("first", true, 1)).Branch(1, Tree()).Branch(2, Tree::OfItem("", false, 3))),
+        "first on 1,  off 0,  off 3");
 }
 
 TEST(MarshalableContainer, AsksTheCreatorForOneNodePerElement) {
@@ -139,8 +132,7 @@ TEST(MarshalableContainer, AsksTheCreatorForOneNodePerElement) {
         EXPECT_EQ(script.notes, Notes{"kind"}) << "asked while it is made";
         EXPECT_EQ(Written(wrapper), "{0=bytes \"a\", 1=bytes \"b\"}");
     }
-    EXPECT_EQ(script.notes,
-              (Notes{"kind", "create a, 1 item, -1, 1", "create b, 1 item, -1, 1", "deleted"}));
+    EXPECT_EQ(script.notes, (Notes{"kind", "create a, 1 item, -1, 1", "create b, 1 item, -1, 1", "deleted"}));
     EXPECT_EQ(items.size(), 2u);
 }
 
@@ -153,8 +145,7 @@ TEST(MarshalableContainer, ElementWithoutANodeIsLeftOutSilently) {
 }
 
 TEST(MarshalableContainer, FillsOneElementPerChildAsLongAsItsNodeCounts) {
-    const Tree tree =
-        Tree().ValueBytes(0, std::string(3 * sizeof(TSMenuItem), 'x')).ValueBytes(1, "x");
+    const Tree tree = Tree().ValueBytes(0, std::string(3 * sizeof(TSMenuItem), 'x')).ValueBytes(1, "x");
     for (const bool counted : {false, true}) {
         ScriptedCreator::Script script;
         script.counted = counted;
@@ -164,10 +155,9 @@ TEST(MarshalableContainer, FillsOneElementPerChildAsLongAsItsNodeCounts) {
             EXPECT_TRUE(ReadFrom(wrapper, tree));
         }
         EXPECT_EQ(items.size(), 2u);
-        EXPECT_EQ(script.notes, counted ? (Notes{"kind", "kind", "fill 1 item, 3 item, 0",
-                                                 "fill 1 item, 0 item, 1", "deleted"})
-                                        : (Notes{"kind", "kind", "fill 1 item, 1 item, 0",
-                                                 "fill 1 item, 1 item, 1", "deleted"}));
+        EXPECT_EQ(script.notes,
+                  counted ? (Notes{"kind", "kind", "fill 1 item, 3 item, 0", "fill 1 item, 0 item, 1", "deleted"})
+                          : (Notes{"kind", "kind", "fill 1 item, 1 item, 0", "fill 1 item, 1 item, 1", "deleted"}));
     }
 }
 
@@ -182,9 +172,9 @@ TEST(MarshalableContainer, KindsSevenAndEightReleaseTheOldElementsFrontToBack) {
             EXPECT_TRUE(ReadFrom(wrapper, Tree()));
             EXPECT_TRUE(items.empty());
         }
-        EXPECT_EQ(script.notes, kind == 7 || kind == 8 ? (Notes{"kind", "release a", "release b",
-                                                                "release c", "deleted"})
-                                                       : (Notes{"kind", "deleted"}))
+        EXPECT_EQ(script.notes, kind == 7 || kind == 8
+                                    ? (Notes{"kind", "release a", "release b", "release c", "deleted"})
+                                    : (Notes{"kind", "deleted"}))
             << kind;
     }
 }
@@ -199,9 +189,8 @@ TEST(MarshalableContainer, ClearOnDestroyEmptiesTheVectorBeforeTheCreatorGoes) {
             script.notes.clear();
         }
         EXPECT_EQ(items.empty(), clearOnDestroy);
-        EXPECT_EQ(script.notes, clearOnDestroy
-                                    ? (Notes{"kind", "release a", "release b", "deleted"})
-                                    : Notes{"deleted"});
+        EXPECT_EQ(script.notes,
+                  clearOnDestroy ? (Notes{"kind", "release a", "release b", "deleted"}) : Notes{"deleted"});
     }
 }
 
@@ -295,8 +284,7 @@ TEST(MarshalableContainer, PlainValuesAreOneLeafWithAllBytes) {
 }
 
 TEST(MarshalableContainer, BlockIsReadInWholeElementsFromTheFirstChildAlone) {
-    const Tree tree =
-        Tree().Array(0, std::string("\x01\0\x02\0\x03\0\x04", 7)).Array(1, std::string(8, 'x'));
+    const Tree tree = Tree().Array(0, std::string("\x01\0\x02\0\x03\0\x04", 7)).Array(1, std::string(8, 'x'));
     EXPECT_EQ(ReadPoints(tree, {}), (Points{{1, 2}}));
 }
 

@@ -1,9 +1,10 @@
+#include "MarshalableString.h"
+
 #include <climits>
 
 #include <gtest/gtest.h>
 
 #include "CoreWatch.h"
-#include "MarshalableString.h"
 #include "Timeline.h"
 #include "Tree.h"
 
@@ -41,8 +42,7 @@ public:
 
 TEST(MarshalableString, WritesItsLengthAndThenItsBytes) {
     EXPECT_EQ(WrittenText("abc"), "{0=value 03000000, 1=bytes \"abc\"}");
-    EXPECT_EQ(WrittenText(std::string(258, 'x')),
-              "{0=value 02010000, 1=bytes \"" + std::string(258, 'x') + "\"}");
+    EXPECT_EQ(WrittenText(std::string(258, 'x')), "{0=value 02010000, 1=bytes \"" + std::string(258, 'x') + "\"}");
     EXPECT_EQ(WrittenText(""), "{0=value 00000000}") << "an empty text is its length alone";
     EXPECT_EQ(WrittenText(std::string("\0a\0", 3)), "{0=value 03000000, 1=bytes \"\\x00a\\x00\"}")
         << "zero bytes travel and no terminator is added";
@@ -103,8 +103,7 @@ TEST(MarshalableString, LeavesTheStringToItsOwner) {
 
 TEST(MarshalableString, HasTheLibrarysStorageType) {
     std::string text;
-    EXPECT_EQ(TCMarshalableString(&text).GetMarshalableStorageType(),
-              TCMarshalable().GetMarshalableStorageType());
+    EXPECT_EQ(TCMarshalableString(&text).GetMarshalableStorageType(), TCMarshalable().GetMarshalableStorageType());
 }
 
 TEST_F(NullString, HasNoSize) {

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include <gtest/gtest.h>
-
 #include <norvex/core/MessageBuffer.h>
 
 #include "TestItems.h"
@@ -51,21 +50,18 @@ TEST(MenuItem, IsSinglyDerivedFromTheLibrarysBase) {
 
 TEST(MenuItem, WritesNameStateAndIdUnderTags0To2) {
     TSMenuItem item = MakeItem("abc", true, 0x01020304u);
-    EXPECT_EQ(Written(item),
-              "{0={0=value 03000000, 1=bytes \"abc\"}, 1=value 01, 2=value 04030201}");
+    EXPECT_EQ(Written(item), "{0={0=value 03000000, 1=bytes \"abc\"}, 1=value 01, 2=value 04030201}");
     TSMenuItem nameless;
     EXPECT_EQ(Written(nameless), "{0={0=value 00000000}, 1=value 00, 2=value 00000000}")
         << "an empty name is its length alone";
     TSMenuItem zeroes = MakeItem(std::string("a\0b\0", 4), false, 1);
-    EXPECT_EQ(Written(zeroes),
-              "{0={0=value 04000000, 1=bytes \"a\\x00b\\x00\"}, 1=value 00, 2=value 01000000}");
+    EXPECT_EQ(Written(zeroes), "{0={0=value 04000000, 1=bytes \"a\\x00b\\x00\"}, 1=value 00, 2=value 01000000}");
 }
 
 TEST(MenuItem, ReadsEachFieldFromItsTag) {
     EXPECT_EQ(ReadItem(Tree::OfItem("Scan", true, 77)), "Scan on 77");
     EXPECT_EQ(ReadItem(Tree::OfItem("Scan", false, 3), MakeItem("", true, 0)), "Scan off 3");
-    EXPECT_EQ(ReadItem(Tree().Value(2, 9).Value(1, true).Text(0, "last")), "last on 9")
-        << "in any order";
+    EXPECT_EQ(ReadItem(Tree().Value(2, 9).Value(1, true).Text(0, "last")), "last on 9") << "in any order";
 }
 
 TEST(MenuItem, MissingChildrenLeaveTheirFields) {
@@ -85,8 +81,7 @@ TEST(MenuItem, ResultsAreTheFormatters) {
     TSMenuItem item = MakeItem("a", true, 1);
     EXPECT_FALSE(WriteToRefusingBranch(item));
     const Tree wrongState = Tree().Text(0, "new").ValueBytes(1, "four").Value(2, 3);
-    EXPECT_EQ(ReadItem(wrongState, MakeItem("a", true, 1)), "refused, new on 3")
-        << "what could be read stands";
+    EXPECT_EQ(ReadItem(wrongState, MakeItem("a", true, 1)), "refused, new on 3") << "what could be read stands";
 }
 
 TEST(MenuItem, HasTheLibrarysDefaultsForTheRest) {

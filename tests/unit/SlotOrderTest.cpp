@@ -7,7 +7,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-
 #include <norvex/core/ClassToTreeFormatter.h>
 #include <norvex/core/Marshalable.h>
 #include <norvex/core/NodeCreator.h>
@@ -71,12 +70,8 @@ public:
     ~NotingFormatter() override { Note("destructor"); }
     bool PushValue(short, int, void*) override { return Note("PushValue"); }
     bool PushArray(short, int, int, void*) override { return Note("PushArray"); }
-    bool PushLengthArray(short, int, void*, TILengthInfoContainer*) override {
-        return Note("PushLengthArray");
-    }
-    bool PushMarshalableClass(short, TIMarshalable*) override {
-        return Note("PushMarshalableClass");
-    }
+    bool PushLengthArray(short, int, void*, TILengthInfoContainer*) override { return Note("PushLengthArray"); }
+    bool PushMarshalableClass(short, TIMarshalable*) override { return Note("PushMarshalableClass"); }
     bool Extract() override { return Note("Extract"); }
     bool FillOut() override { return Note("FillOut"); }
 };
@@ -157,29 +152,22 @@ TEST(SlotOrder, MarshalableClassesOfThePlugIn) {
     EXPECT_EQ((Operation<int(void*)>(&container, 4)(&container)), 1);
 
     using Convert = bool(void*, TCTreeBranch&);
-    const std::pair<TIMarshalable*, Tree> objects[] = {
-        {&string, Tree::OfText("old")},
-        {&item, Tree::OfItem("m", false, 5)},
-        {&container, Tree().Branch(0, Tree::OfItem("c", false, 4))}};
+    const std::pair<TIMarshalable*, Tree> objects[] = {{&string, Tree::OfText("old")},
+                                                       {&item, Tree::OfItem("m", false, 5)},
+                                                       {&container, Tree().Branch(0, Tree::OfItem("c", false, 4))}};
     for (const auto& [object, tree] : objects) {
-        EXPECT_TRUE(ReadFrom(
-            [object](TCTreeBranch& branch) {
-                return Operation<Convert>(object, 3)(object, branch);
-            },
-            tree));
+        EXPECT_TRUE(
+            ReadFrom([object](TCTreeBranch& branch) { return Operation<Convert>(object, 3)(object, branch); }, tree));
     }
     EXPECT_EQ(text + ", " + ToText(item) + ", " + ToText(items), "old, m off 5, c off 4");
 
     struct Writer : TCMarshalable {
-        bool ClassToTree(TCTreeBranch& branch) override {
-            return Operation<Convert>(object, 2)(object, branch);
-        }
+        bool ClassToTree(TCTreeBranch& branch) override { return Operation<Convert>(object, 2)(object, branch); }
         TIMarshalable* object = nullptr;
     } writer;
     for (const auto& [object, tree] : objects) {
         writer.object = object;
-        EXPECT_EQ(Written(writer),
-                  "{" + Describe(tree.GetBytes().data(), tree.GetBytes().size()) + "}");
+        EXPECT_EQ(Written(writer), "{" + Describe(tree.GetBytes().data(), tree.GetBytes().size()) + "}");
     }
 }
 
@@ -190,8 +178,7 @@ TEST(SlotOrder, TreeFormatter) {
     EXPECT_EQ(CalledMethod(), "PushValue");
     Operation<bool(void*, short, int, int, void*)>(formatter, 2)(formatter, 0, 0, 0, nullptr);
     EXPECT_EQ(CalledMethod(), "PushArray");
-    Operation<bool(void*, short, int, void*, void*)>(formatter, 3)(formatter, 0, 0, nullptr,
-                                                                   nullptr);
+    Operation<bool(void*, short, int, void*, void*)>(formatter, 3)(formatter, 0, 0, nullptr, nullptr);
     EXPECT_EQ(CalledMethod(), "PushLengthArray");
     Operation<bool(void*, short, void*)>(formatter, 4)(formatter, 0, nullptr);
     EXPECT_EQ(CalledMethod(), "PushMarshalableClass");

@@ -1,9 +1,9 @@
 // The values and helpers of the client library, by their encoded bytes.
 
 #include <cstring>
-#include <gtest/gtest.h>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <norvex/client/CriteriaHelper.h>
 #include <norvex/client/NavigationModeHelper.h>
 #include <norvex/client/ProgramData.h>
@@ -108,14 +108,12 @@ TEST(ClientValues, CriteriaKeepTheOrderInWhichTheyWereGiven) {
 TEST(ClientValues, NavigationModesAskForWhatIsListedAndNotHidden) {
     for (const ENavigationMode mode : {NAVIGATION_ALL, NAVIGATION_BY_MAJOR}) {
         TCCriteriaHelper criteria;
-        EXPECT_GT(
-            TCNavigationModeHelper::GetNavigationCriteria(mode, criteria, NAVIGATION_SORT_DEFAULT),
-            0);
+        EXPECT_GT(TCNavigationModeHelper::GetNavigationCriteria(mode, criteria, NAVIGATION_SORT_DEFAULT), 0);
         EXPECT_EQ(NumbersOf(criteria), (std::vector<std::int32_t>{0, 23, 1, 0, 25, 0}));
     }
     TCCriteriaHelper criteria;
-    EXPECT_LE(TCNavigationModeHelper::GetNavigationCriteria(static_cast<ENavigationMode>(2),
-                                                            criteria, NAVIGATION_SORT_DEFAULT),
+    EXPECT_LE(TCNavigationModeHelper::GetNavigationCriteria(static_cast<ENavigationMode>(2), criteria,
+                                                            NAVIGATION_SORT_DEFAULT),
               0);
     EXPECT_TRUE(NumbersOf(criteria).empty());
 }
@@ -154,13 +152,10 @@ TEST(ClientValues, ARecordsFields) {
 
 TEST(ClientValues, ARecordWithAValueOfAnotherSizeIsRefused) {
     TCServiceData record;
-    EXPECT_FALSE(
-        ReadFrom(record, [](wire::TreeWriter& writer) { writer.PutValue(12, std::int32_t{1}); }));
-    EXPECT_FALSE(
-        ReadFrom(record, [](wire::TreeWriter& writer) { writer.PutValue(13, std::uint64_t{1}); }));
-    EXPECT_FALSE(ReadFrom(record, [](wire::TreeWriter& writer) {
-        writer.PutLeaf(13, wire::NodeKind::Value, Bytes(1000).data(), 1000);
-    }));
+    EXPECT_FALSE(ReadFrom(record, [](wire::TreeWriter& writer) { writer.PutValue(12, std::int32_t{1}); }));
+    EXPECT_FALSE(ReadFrom(record, [](wire::TreeWriter& writer) { writer.PutValue(13, std::uint64_t{1}); }));
+    EXPECT_FALSE(ReadFrom(
+        record, [](wire::TreeWriter& writer) { writer.PutLeaf(13, wire::NodeKind::Value, Bytes(1000).data(), 1000); }));
     EXPECT_EQ(record.GetFieldTable(), nullptr);
 }
 
@@ -191,16 +186,14 @@ TEST(ClientValues, AProgrammesTitle) {
     wire::TreeWriter writer(expected);
     fill(writer);
     EXPECT_EQ(content, Bytes(expected.GetData(), expected.GetData() + expected.GetSize()));
-    EXPECT_FALSE(ReadFrom(program, [](wire::TreeWriter& odd) {
-        odd.PutLeaf(2, wire::NodeKind::Array, "abc", 3);
-    })) << "half a unit";
+    EXPECT_FALSE(ReadFrom(program, [](wire::TreeWriter& odd) { odd.PutLeaf(2, wire::NodeKind::Array, "abc", 3); }))
+        << "half a unit";
 }
 
 TEST(ClientValues, AnEmptyTitleIsATitle) {
     TCProgramData program;
-    ASSERT_TRUE(ReadFrom(program, [](wire::TreeWriter& writer) {
-        writer.PutLeaf(2, wire::NodeKind::Array, nullptr, 0);
-    }));
+    ASSERT_TRUE(
+        ReadFrom(program, [](wire::TreeWriter& writer) { writer.PutLeaf(2, wire::NodeKind::Array, nullptr, 0); }));
     unsigned short buffer[1] = {};
     unsigned int length = 1;
     EXPECT_TRUE(program.Title(buffer, &length));
@@ -215,8 +208,7 @@ TEST(ClientValues, ASnapshotOfThePipelines) {
         const std::size_t pipeline = writer.BeginBranch(0);
         writer.PutValue(0, std::int32_t{101});
         writer.PutValue(1, std::uint16_t{1});
-        const unsigned char times[] = {0, 0, 0, 0, 0x10, 0x27, 0, 0, 0, 0, 0, 0,
-                                       2, 0, 0, 0, 5,    0,    0, 0, 1, 0, 0, 0};
+        const unsigned char times[] = {0, 0, 0, 0, 0x10, 0x27, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0, 5, 0, 0, 0, 1, 0, 0, 0};
         writer.PutLeaf(2, wire::NodeKind::Array, times, sizeof times);
         writer.EndBranch(pipeline);
         writer.EndBranch(pipelines);
@@ -233,17 +225,15 @@ TEST(ClientValues, ASnapshotOfThePipelines) {
     const auto& [handle, info] = *status.GetPipelines().begin();
     EXPECT_EQ(handle.profile, PROFILE_PIP);
     EXPECT_EQ(handle.screenId, 1);
-    EXPECT_EQ(info.GetEventTimes(),
-              (std::map<ESIEvent, unsigned long long>{{SI_EVENT_STARTED, 10000},
-                                                      {SI_EVENT_DECODER_RESTARTED, 0x100000005}}));
+    EXPECT_EQ(info.GetEventTimes(), (std::map<ESIEvent, unsigned long long>{
+                                        {SI_EVENT_STARTED, 10000}, {SI_EVENT_DECODER_RESTARTED, 0x100000005}}));
     ASSERT_EQ(status.GetEntries().size(), 1u);
     EXPECT_EQ(status.GetEntries()[0]->GetText(), "source HDMI1");
     EXPECT_EQ(status.GetEntries()[0]->GetHandle().profile, PROFILE_PIP);
     wire::Buffer expected;
     wire::TreeWriter writer(expected);
     fill(writer);
-    EXPECT_EQ(ContentOf(status),
-              Bytes(expected.GetData(), expected.GetData() + expected.GetSize()));
+    EXPECT_EQ(ContentOf(status), Bytes(expected.GetData(), expected.GetData() + expected.GetSize()));
     ASSERT_TRUE(ReadFrom(status, fill)) << "again, in place of what it held";
     EXPECT_EQ(status.GetEntries().size(), 1u);
 }

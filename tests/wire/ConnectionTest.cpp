@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
 #include <thread>
 
+#include <gtest/gtest.h>
 #include <interfaces/Interfaces.h>
 #include <norvex/client/NorvexAPIConnection.h>
 #include <norvex/core/MessageBuffer.h>

@@ -1,7 +1,8 @@
 #include <cstdlib>
-#include <dlfcn.h>
-#include <gtest/gtest.h>
 
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
 #include <norvex/core/Assert.h>
 #include <norvex/core/DebugMenuUtility.h>
 #include <norvex/core/PrintMessage.h>
@@ -16,11 +17,9 @@ constexpr const char* kTrace = "NORVEX_TEST_OPENED";
 } // namespace
 
 TEST(DebugMenuUtility, ANumberIsANonEmptyRunOfDigits) {
-    for (const char* number :
-         {"0", "7", "99", "007", "4294967296", "123456789012345678901234567890"})
+    for (const char* number : {"0", "7", "99", "007", "4294967296", "123456789012345678901234567890"})
         EXPECT_TRUE(TCDebugMenuUtility::IsNumber(number)) << number;
-    for (const char* text :
-         {"", "-1", "+1", " 1", "1 ", "1a", "a", "0x10", "1.0", "\xB2", "\xD9\xA1"})
+    for (const char* text : {"", "-1", "+1", " 1", "1 ", "1a", "a", "0x10", "1.0", "\xB2", "\xD9\xA1"})
         EXPECT_FALSE(TCDebugMenuUtility::IsNumber(text)) << text;
     EXPECT_FALSE(TCDebugMenuUtility::IsNumber(std::string("1\0", 2)));
 }

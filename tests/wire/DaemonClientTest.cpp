@@ -1,11 +1,12 @@
+#include "DaemonClient.h"
+
 #include <functional>
-#include <gtest/gtest.h>
 #include <thread>
 
+#include <gtest/gtest.h>
 #include <interfaces/Interfaces.h>
 #include <norvex/core/MessageBuffer.h>
 
-#include "DaemonClient.h"
 #include "FakeService.h"
 #include "LogWatch.h"
 
@@ -19,8 +20,7 @@ const Calls kOpenedAgain{"Open 0", "Test 50", "Test 50", "Close 0"};
 class DaemonClientTest : public testing::Test {
 protected:
     explicit DaemonClientTest(const char* connect = "20000", const char* call = "20000")
-        : connectLimit("NORVEX_CONNECT_LIMIT_MS", connect),
-          callLimit("NORVEX_CALL_LIMIT_MS", call) {}
+        : connectLimit("NORVEX_CONNECT_LIMIT_MS", connect), callLimit("NORVEX_CALL_LIMIT_MS", call) {}
 
     Failure Call(SessionKey* callSession = nullptr) {
         TCMessageBuffer arguments;
@@ -243,9 +243,8 @@ TEST_F(UnwelcomingDaemonTest, ASignalConnectionWithoutWelcomeLeavesAHelloToBeAns
 
 TEST_F(DaemonClientTest, EachFailureHasItsOwnLine) {
     const LogWatch log;
-    for (const Failure failure :
-         {Failure::Absent, Failure::Unresponsive, Failure::Stalled, Failure::Gone,
-          Failure::Malformed, Failure::Foreign, Failure::Refused, Failure::None})
+    for (const Failure failure : {Failure::Absent, Failure::Unresponsive, Failure::Stalled, Failure::Gone,
+                                  Failure::Malformed, Failure::Foreign, Failure::Refused, Failure::None})
         daemon->Report(failure, interfaceName, method);
     std::vector<std::string> lines = log.GetLines();
     ASSERT_EQ(lines.size(), 7u);

@@ -1,12 +1,14 @@
+#include "DaemonConnection.h"
+
 #include <csignal>
 #include <filesystem>
-#include <gtest/gtest.h>
-#include <pthread.h>
 #include <thread>
 
+#include <pthread.h>
+
+#include <gtest/gtest.h>
 #include <norvex/core/MessageBuffer.h>
 
-#include "DaemonConnection.h"
 #include "FakeService.h"
 #include "MessagePackets.h"
 
@@ -39,8 +41,7 @@ protected:
         return connection;
     }
 
-    static Failure Call(DaemonConnection& connection, std::uint32_t serial,
-                        milliseconds limit = kEnough) {
+    static Failure Call(DaemonConnection& connection, std::uint32_t serial, milliseconds limit = kEnough) {
         TCMessageBuffer reply;
         return connection.Call({"interface", "Method", 3, serial, 9}, nullptr, 0, limit, reply);
     }
@@ -127,17 +128,13 @@ TEST_F(DaemonConnectionTest, MalformedWelcomes) {
     };
     EXPECT_EQ(await([&] { serviceEnd->Close(); }), Failure::Gone);
     EXPECT_EQ(await([&] { serviceEnd->SendRaw("nonsense", 8); }), Failure::Malformed);
-    EXPECT_EQ(await([&] { serviceEnd->Send(wire::MessageKind::Reply, 1, nullptr, 0); }),
-              Failure::Malformed);
-    EXPECT_EQ(await([&] { serviceEnd->Send(wire::MessageKind::Welcome, 1, nullptr, 0); }),
-              Failure::Malformed);
+    EXPECT_EQ(await([&] { serviceEnd->Send(wire::MessageKind::Reply, 1, nullptr, 0); }), Failure::Malformed);
+    EXPECT_EQ(await([&] { serviceEnd->Send(wire::MessageKind::Welcome, 1, nullptr, 0); }), Failure::Malformed);
     wire::Buffer tree;
     wire::TreeWriter writer(tree);
     writer.PutValue(wire::kWelcomeVersion, wire::kProtocolVersion + 1);
     writer.PutValue(wire::kWelcomeEpoch, std::uint64_t{1});
-    EXPECT_EQ(await([&] {
-                  serviceEnd->Send(wire::MessageKind::Welcome, 1, tree.GetData(), tree.GetSize());
-              }),
+    EXPECT_EQ(await([&] { serviceEnd->Send(wire::MessageKind::Welcome, 1, tree.GetData(), tree.GetSize()); }),
               Failure::Malformed);
 }
 
@@ -155,8 +152,7 @@ TEST_F(DaemonConnectionTest, ACallAndItsReply) {
         EXPECT_EQ(std::string_view(reinterpret_cast<const char*>(message.tree), 4), "tree");
         serviceEnd->Send(wire::MessageKind::Reply, 12, "reply", 5);
     });
-    EXPECT_EQ(connection->Call({"interface", "Method", -4, 12, 9}, "tree", 4, kEnough, reply),
-              Failure::None);
+    EXPECT_EQ(connection->Call({"interface", "Method", -4, 12, 9}, "tree", 4, kEnough, reply), Failure::None);
     daemon.join();
     ASSERT_EQ(reply.GetSize(), 5u);
     EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), 5), "reply");
@@ -175,14 +171,11 @@ TEST_F(DaemonConnectionTest, MessagesOfAnyLengthGoBothWays) {
         std::thread daemon([&] {
             wire::Message message;
             ASSERT_TRUE(serviceEnd->Receive(message));
-            serviceEnd->Send(wire::MessageKind::Reply, serial, message.tree,
-                             message.header.treeSize);
+            serviceEnd->Send(wire::MessageKind::Reply, serial, message.tree, message.header.treeSize);
         });
-        EXPECT_EQ(connection->Call({"i", "m", 0, serial, 0}, sent.data(), size, kEnough, reply),
-                  Failure::None);
+        EXPECT_EQ(connection->Call({"i", "m", 0, serial, 0}, sent.data(), size, kEnough, reply), Failure::None);
         daemon.join();
-        EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), reply.GetSize()),
-                  sent);
+        EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), reply.GetSize()), sent);
     }
 }
 
@@ -196,8 +189,7 @@ TEST_F(DaemonConnectionTest, AnUnresponsiveServiceIsGivenUpInTime) {
 TEST_F(DaemonConnectionTest, AServiceThatReceivesNothingIsGivenUpInTime) {
     const auto connection = Open();
     const std::string huge(20u << 20, 'x');
-    EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, huge.data(), huge.size(), kShort, reply),
-              Failure::Unresponsive);
+    EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, huge.data(), huge.size(), kShort, reply), Failure::Unresponsive);
 }
 
 TEST_F(DaemonConnectionTest, AServiceThatEndsInTheMiddleOfAReply) {
@@ -215,8 +207,7 @@ TEST_F(DaemonConnectionTest, AServiceThatEndsInTheMiddleOfAReply) {
 TEST_F(DaemonConnectionTest, AServiceThatStallsInTheMiddleOfAReply) {
     const auto connection = Open();
     BeginReply();
-    EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, nullptr, 0, kShort, reply),
-              Failure::Unresponsive);
+    EXPECT_EQ(connection->Call({"i", "m", 0, 1, 0}, nullptr, 0, kShort, reply), Failure::Unresponsive);
     EXPECT_EQ(reply.GetSize(), 0u);
 }
 
@@ -248,8 +239,7 @@ TEST_F(DaemonConnectionTest, AReplyToAnEarlierCallIsIgnored) {
     });
     EXPECT_EQ(connection->Call({"i", "m", 0, 6, 0}, nullptr, 0, kEnough, reply), Failure::None);
     daemon.join();
-    EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), reply.GetSize()),
-              "right");
+    EXPECT_EQ(std::string_view(static_cast<const char*>(reply.GetData()), reply.GetSize()), "right");
 }
 
 TEST_F(DaemonConnectionTest, MalformedAnswers) {
@@ -263,13 +253,10 @@ TEST_F(DaemonConnectionTest, MalformedAnswers) {
         daemon.join();
         return failure;
     };
-    EXPECT_EQ(answer([&] { serviceEnd->Send(wire::MessageKind::Reply, 7, nullptr, 0); }),
-              Failure::Malformed)
+    EXPECT_EQ(answer([&] { serviceEnd->Send(wire::MessageKind::Reply, 7, nullptr, 0); }), Failure::Malformed)
         << "to a call that has not been made";
-    EXPECT_EQ(answer([&] { serviceEnd->Send(wire::MessageKind::Welcome, 6, nullptr, 0); }),
-              Failure::Malformed);
-    EXPECT_EQ(answer([&] { serviceEnd->Send(wire::MessageKind::Signal, 6, nullptr, 0); }),
-              Failure::Malformed);
+    EXPECT_EQ(answer([&] { serviceEnd->Send(wire::MessageKind::Welcome, 6, nullptr, 0); }), Failure::Malformed);
+    EXPECT_EQ(answer([&] { serviceEnd->Send(wire::MessageKind::Signal, 6, nullptr, 0); }), Failure::Malformed);
     EXPECT_EQ(answer([&] { serviceEnd->SendRaw("x", 1); }), Failure::Malformed);
     const std::string long_(100000, 'x');
     EXPECT_EQ(answer([&] { serviceEnd->SendRaw(long_.data(), long_.size()); }), Failure::Malformed)

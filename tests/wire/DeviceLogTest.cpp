@@ -1,16 +1,17 @@
 #include <cstdlib>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <regex>
 #include <string>
-#include <sys/stat.h>
 #include <thread>
+
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <base/DeviceLog.h>
+#include <base/LogFile.h>
+#include <gtest/gtest.h>
 
 #include "LogWatch.h"
-#include <base/LogFile.h>
 
 namespace {
 

@@ -3,9 +3,8 @@
 #include <norvex/core/MessageBuffer.h>
 #include <wire/Tree.h>
 
-bool EchoConnection::Exchange(const std::string& calledInterface, const std::string& calledMethod,
-                              short calledId, bool, const TCMessageBuffer& arguments,
-                              TCMessageBuffer& to) {
+bool EchoConnection::Exchange(const std::string& calledInterface, const std::string& calledMethod, short calledId, bool,
+                              const TCMessageBuffer& arguments, TCMessageBuffer& to) {
     interfaceName = calledInterface;
     method = calledMethod;
     methodId = calledId;
@@ -18,8 +17,7 @@ bool EchoConnection::Exchange(const std::string& calledInterface, const std::str
     return succeeds;
 }
 
-EchoConnection::Bytes ReplyWithArgument(const EchoConnection::Bytes& call, int inPlace,
-                                        int outPlace) {
+EchoConnection::Bytes ReplyWithArgument(const EchoConnection::Bytes& call, int inPlace, int outPlace) {
     wire::Buffer tree;
     wire::TreeWriter writer(tree);
     wire::NodeCursor cursor(call.data(), call.size());

@@ -14,8 +14,8 @@ public:
 
     EchoConnection() : NorvexAPIConnection("", "", true) {}
 
-    bool Exchange(const std::string& interfaceName, const std::string& method, short methodId,
-                  bool flag, const TCMessageBuffer& arguments, TCMessageBuffer& reply) override;
+    bool Exchange(const std::string& interfaceName, const std::string& method, short methodId, bool flag,
+                  const TCMessageBuffer& arguments, TCMessageBuffer& reply) override;
 
     // The arguments of Exchange.
     std::string interfaceName;
@@ -30,5 +30,4 @@ public:
 };
 
 // A reply's tree in which argument `outPlace` comes back with the content of argument `inPlace`.
-EchoConnection::Bytes ReplyWithArgument(const EchoConnection::Bytes& call, int inPlace,
-                                        int outPlace);
+EchoConnection::Bytes ReplyWithArgument(const EchoConnection::Bytes& call, int inPlace, int outPlace);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -68,8 +69,7 @@ void FakeService::Connection::Send(wire::MessageKind kind, std::uint32_t serial,
     header.serial = serial;
     for (const Packet& packet : ToPackets(header, {}, {}, tree, treeSize)) {
         // The test itself has closed the client.
-        if (send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL) < 0 && errno != EPIPE &&
-            errno != ECONNRESET)
+        if (send(m_socket, packet.data(), packet.size(), MSG_NOSIGNAL) < 0 && errno != EPIPE && errno != ECONNRESET)
             Fail("send");
     }
 }
@@ -114,8 +114,8 @@ void FakeService::Connection::Reply(const wire::Message& call, std::int32_t stat
     Reply(call, tree);
 }
 
-void FakeService::Connection::SendSignal(std::int32_t type, std::int32_t profile,
-                                         std::uint16_t screen, std::uint64_t data) {
+void FakeService::Connection::SendSignal(std::int32_t type, std::int32_t profile, std::uint16_t screen,
+                                         std::uint64_t data) {
     wire::Buffer tree;
     wire::TreeWriter writer(tree);
     writer.PutValue(wire::kSignalType, type);
@@ -158,8 +158,7 @@ void FakeService::Listen() {
     std::memcpy(address.sun_path, m_path.data(), m_path.size());
     unlink(m_path.c_str());
     m_listener = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
-    if (m_listener < 0 ||
-        bind(m_listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) < 0 ||
+    if (m_listener < 0 || bind(m_listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) < 0 ||
         listen(m_listener, 16) < 0)
         Fail("listen");
 }

@@ -31,13 +31,11 @@ public:
         // Waits for the hello and answers it. The hello's role.
         wire::Role Welcome(std::uint64_t epoch = 1, std::uint32_t client = 1);
         void SendWelcome(std::uint64_t epoch = 1, std::uint32_t client = 1);
-        void Send(wire::MessageKind kind, std::uint32_t serial, const void* tree,
-                  std::size_t treeSize);
+        void Send(wire::MessageKind kind, std::uint32_t serial, const void* tree, std::size_t treeSize);
         // A reply whose argument 0 is the status, with more arguments by `tree`.
         void Reply(const wire::Message& call, std::int32_t status);
         void Reply(const wire::Message& call, const wire::Buffer& tree);
-        void SendSignal(std::int32_t type, std::int32_t profile, std::uint16_t screen,
-                        std::uint64_t data);
+        void SendSignal(std::int32_t type, std::int32_t profile, std::uint16_t screen, std::uint64_t data);
         void SendRaw(const void* packet, std::size_t size);
         void Close();
         // Until the client has closed its end.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+
 #include <unistd.h>
 
 namespace {
@@ -41,7 +42,6 @@ std::vector<std::string> LogWatch::GetLines() const {
 
 int LogWatch::Count(const std::string& text) const {
     const std::vector<std::string> lines = GetLines();
-    return static_cast<int>(std::count_if(lines.begin(), lines.end(), [&](const auto& line) {
-        return line.find(text) != std::string::npos;
-    }));
+    return static_cast<int>(std::count_if(lines.begin(), lines.end(),
+                                          [&](const auto& line) { return line.find(text) != std::string::npos; }));
 }

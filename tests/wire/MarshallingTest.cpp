@@ -1,8 +1,8 @@
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <norvex/core/ClassToTreeFormatter.h>
 #include <norvex/core/LengthInfoContainer.h>
 #include <norvex/core/MarshallingHelperProxy.h>
@@ -78,9 +78,7 @@ TEST(Marshalling, AChildOfAnotherSizeOrKindLeavesTheFieldAndFails) {
     EXPECT_FALSE(numbers.Load(&shorter));
     EXPECT_EQ(numbers.number, 7);
     TCMessageBuffer array;
-    FillBuffer(array, [](wire::TreeWriter& writer) {
-        writer.PutLeaf(2, wire::NodeKind::Array, "abcd", 4);
-    });
+    FillBuffer(array, [](wire::TreeWriter& writer) { writer.PutLeaf(2, wire::NodeKind::Array, "abcd", 4); });
     EXPECT_FALSE(numbers.Load(&array));
     EXPECT_EQ(numbers.number, 7);
 }
@@ -127,9 +125,7 @@ TEST(Marshalling, TagsAreFoundInAnyOrderAndTheFirstOfEqualOnesCounts) {
 
 TEST(Marshalling, AnArrayOfAnotherLengthIsNotCopied) {
     TCMessageBuffer buffer;
-    FillBuffer(buffer, [](wire::TreeWriter& writer) {
-        writer.PutLeaf(1, wire::NodeKind::Array, "abcdef", 6);
-    });
+    FillBuffer(buffer, [](wire::TreeWriter& writer) { writer.PutLeaf(1, wire::NodeKind::Array, "abcdef", 6); });
     Scripted object;
     object.read = [](TCTreeBranch& branch) {
         TCTreeToClassFormatter formatter(branch);
@@ -153,8 +149,8 @@ TEST(Marshalling, AWrongLengthIsRefusedBeforeItsReaderSeesIt) {
         std::int32_t length;
         std::size_t bytes;
     };
-    for (const Case& each : {Case{-1, 0}, Case{-1, 3}, Case{0x7FFFFFFF, 3}, Case{0x7FFFFFFF, 0},
-                             Case{4, 3}, Case{2, 3}, Case{0, 3}, Case{INT32_MIN, 3}}) {
+    for (const Case& each : {Case{-1, 0}, Case{-1, 3}, Case{0x7FFFFFFF, 3}, Case{0x7FFFFFFF, 0}, Case{4, 3}, Case{2, 3},
+                             Case{0, 3}, Case{INT32_MIN, 3}}) {
         SCOPED_TRACE(std::to_string(each.length) + " over " + std::to_string(each.bytes));
         TCMessageBuffer buffer;
         FillBuffer(buffer, [&](wire::TreeWriter& writer) {
@@ -176,8 +172,7 @@ TEST(Marshalling, AWrongLengthWithinAnObjectOrAVectorIsRefused) {
     TCMessageBuffer good;
     ASSERT_TRUE(vector.Store(&good));
     std::vector<unsigned char> bytes(static_cast<const unsigned char*>(good.GetData()),
-                                     static_cast<const unsigned char*>(good.GetData()) +
-                                         good.GetSize());
+                                     static_cast<const unsigned char*>(good.GetData()) + good.GetSize());
     const unsigned char three[] = {4, 0, 0, 0, 3, 0, 0, 0};
     const auto found = std::search(bytes.begin(), bytes.end(), std::begin(three), std::end(three));
     ASSERT_NE(found, bytes.end());
@@ -478,9 +473,7 @@ TEST(Marshalling, AHelperThatRunsAgainSendsItsArgumentsAsTheyAreThen) {
 
 TEST(Marshalling, HelpersMayBeNested) {
     EchoConnection connection;
-    connection.answer = [](const EchoConnection::Bytes& call) {
-        return ReplyWithArgument(call, 1, 0);
-    };
+    connection.answer = [](const EchoConnection::Bytes& call) { return ReplyWithArgument(call, 1, 0); };
     std::string interfaceName = "i";
     int inner = 0;
     Scripted caller;

@@ -8,9 +8,8 @@
 using Packet = std::vector<unsigned char>;
 
 // The packets that a message goes out in. Its lengths are set from what it holds.
-inline std::vector<Packet> ToPackets(const wire::MessageHeader& header,
-                                     std::string_view interfaceName, std::string_view method,
-                                     const void* tree, std::size_t treeSize) {
+inline std::vector<Packet> ToPackets(const wire::MessageHeader& header, std::string_view interfaceName,
+                                     std::string_view method, const void* tree, std::size_t treeSize) {
     wire::PacketSender sender(header, interfaceName, method, tree, treeSize);
     std::vector<Packet> packets;
     iovec pieces[wire::PacketSender::kMaxPieces];

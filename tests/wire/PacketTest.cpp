@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <wire/Tree.h>
 
 #include "MessagePackets.h"
@@ -29,18 +29,15 @@ constexpr std::size_t kBeforeTree = wire::kMessageHeaderSize + 9 + 6;
 TEST(Packet, MessagesOfAnyLengthComeBackWhole) {
     constexpr std::size_t kFull = wire::kMaxPacketPayload;
     for (const std::size_t size :
-         {std::size_t{0}, std::size_t{1}, kFull - kBeforeTree - 1, kFull - kBeforeTree,
-          kFull - kBeforeTree + 1, 2 * kFull - kBeforeTree, 2 * kFull - kBeforeTree + 1,
-          std::size_t{1} << 20}) {
+         {std::size_t{0}, std::size_t{1}, kFull - kBeforeTree - 1, kFull - kBeforeTree, kFull - kBeforeTree + 1,
+          2 * kFull - kBeforeTree, 2 * kFull - kBeforeTree + 1, std::size_t{1} << 20}) {
         SCOPED_TRACE(size);
         const std::vector<Packet> packets = PacketsOf(size);
-        EXPECT_EQ(packets.size(),
-                  std::max<std::size_t>(1, (size + kBeforeTree + kFull - 1) / kFull));
+        EXPECT_EQ(packets.size(), std::max<std::size_t>(1, (size + kBeforeTree + kFull - 1) / kFull));
         wire::PacketAssembler assembler;
         for (std::size_t i = 0; i < packets.size(); ++i) {
             EXPECT_LE(packets[i].size(), wire::kPacketHeaderSize + kFull);
-            EXPECT_EQ(Feed(assembler, packets[i]),
-                      i + 1 < packets.size() ? Result::NeedMore : Result::Complete);
+            EXPECT_EQ(Feed(assembler, packets[i]), i + 1 < packets.size() ? Result::NeedMore : Result::Complete);
         }
         wire::Message message;
         const wire::Buffer& bytes = assembler.GetMessage();
@@ -166,8 +163,8 @@ TEST(Packet, AMessageCutAtAnyByteIsRefused) {
         EXPECT_EQ(assembler.Feed(packet.data(), size), Result::Malformed) << size;
         wire::Message message;
         if (size >= wire::kPacketHeaderSize) {
-            EXPECT_FALSE(wire::ParseMessage(packet.data() + wire::kPacketHeaderSize,
-                                            size - wire::kPacketHeaderSize, message));
+            EXPECT_FALSE(
+                wire::ParseMessage(packet.data() + wire::kPacketHeaderSize, size - wire::kPacketHeaderSize, message));
         }
     }
 }

@@ -2,9 +2,10 @@
 // arguments in order.
 
 #include <functional>
-#include <gtest/gtest.h>
 #include <thread>
 
+#include <gtest/gtest.h>
+#include <interfaces/Interfaces.h>
 #include <norvex/client/AVControl.h>
 #include <norvex/client/DataControl.h>
 #include <norvex/client/NorvexAPI.h>
@@ -18,8 +19,6 @@
 #include <norvex/client/TunerControl.h>
 #include <norvex/client/VideoControl.h>
 #include <norvex/client/ZoomControl.h>
-
-#include <interfaces/Interfaces.h>
 
 #include "FakeService.h"
 
@@ -57,8 +56,7 @@ std::string Describe(const wire::Message& message) {
 // The same, of an operation with these arguments after its status.
 template <class Method> std::string Describe(Method method, const std::string& arguments) {
     return std::string(kTable<Method>.name) + "." + std::string(GetMethodName(method)) + "/" +
-           std::to_string(static_cast<int>(method)) + "(out 4:-1" +
-           (arguments.empty() ? "" : ", ") + arguments + ")";
+           std::to_string(static_cast<int>(method)) + "(out 4:-1" + (arguments.empty() ? "" : ", ") + arguments + ")";
 }
 
 // How a row of a table calls its operation.
@@ -79,8 +77,7 @@ class ProxyTest : public testing::Test {
 protected:
     // Runs `use` against a daemon that answers each call with status 3 and the next of the answers;
     // the calls but for the session's own, as they came.
-    std::vector<std::string> CallsOf(const std::function<void()>& use,
-                                     const std::vector<Answer>& answers = {}) {
+    std::vector<std::string> CallsOf(const std::function<void()>& use, const std::vector<Answer>& answers = {}) {
         std::vector<std::string> calls;
         std::thread daemon([&] {
             const auto connection = service.Accept();
@@ -134,22 +131,19 @@ protected:
                       },
                       answers),
                   expected);
-        EXPECT_EQ(opened,
-                  Describe(NorvexSessionMethod::Open,
-                           "out 4:0, in '" + std::string(kTable<Method>.name) + "', " + pipeline));
+        EXPECT_EQ(opened, Describe(NorvexSessionMethod::Open,
+                                   "out 4:0, in '" + std::string(kTable<Method>.name) + "', " + pipeline));
         EXPECT_EQ(closed, Describe(NorvexSessionMethod::Close, "in 4:17"));
     }
     template <class Interface, class Method>
     void Expect(int (*create)(EProfile, int, Interface**),
                 const std::vector<Operation<Interface, Method>>& operations) {
-        ExpectCalls<Interface, Method>(
-            [create](Interface** object) { return create(PROFILE_PIP, 1, object); },
-            "in 4:101, in 4:1", operations);
+        ExpectCalls<Interface, Method>([create](Interface** object) { return create(PROFILE_PIP, 1, object); },
+                                       "in 4:101, in 4:1", operations);
     }
     // An object without a pipeline.
     template <class Interface, class Method>
-    void Expect(int (*create)(Interface**),
-                const std::vector<Operation<Interface, Method>>& operations) {
+    void Expect(int (*create)(Interface**), const std::vector<Operation<Interface, Method>>& operations) {
         ExpectCalls<Interface, Method>(create, "in 4:0, in 4:0", operations);
     }
 
@@ -169,10 +163,9 @@ std::uint64_t GetId(const TCServiceData& record) {
 TEST_F(ProxyTest, ReferenceCount) {
     using Method = ReferenceCountMethod;
     int count = 5;
-    Expect<IReferenceCount, Method>(
-        NorvexAPI::CreateReferenceCount,
-        {{Method::GetReferenceCount, "out 4:5", CALL(GetReferenceCount(&count)),
-          [](wire::TreeWriter& writer) { writer.PutValue(1, std::int32_t{42}); }}});
+    Expect<IReferenceCount, Method>(NorvexAPI::CreateReferenceCount,
+                                    {{Method::GetReferenceCount, "out 4:5", CALL(GetReferenceCount(&count)),
+                                      [](wire::TreeWriter& writer) { writer.PutValue(1, std::int32_t{42}); }}});
     EXPECT_EQ(count, 42);
 }
 
@@ -187,10 +180,10 @@ TEST_F(ProxyTest, AVControl) {
 TEST_F(ProxyTest, VideoControl) {
     using Method = VideoControlMethod;
     int window = 7;
-    Expect<IVideoControl, Method>(NorvexAPI::CreateVideoControl,
-                                  {{Method::SetCropVideo, "in object 48, in object 48",
-                                    CALL(SetCropVideo({1, 2, 3, 4}, {5, 6, 7, 8}))},
-                                   {Method::SetWindowId, "out 4:7", CALL(SetWindowId(&window))}});
+    Expect<IVideoControl, Method>(
+        NorvexAPI::CreateVideoControl,
+        {{Method::SetCropVideo, "in object 48, in object 48", CALL(SetCropVideo({1, 2, 3, 4}, {5, 6, 7, 8}))},
+         {Method::SetWindowId, "out 4:7", CALL(SetWindowId(&window))}});
     EXPECT_EQ(window, 7);
 }
 
@@ -213,16 +206,14 @@ TEST_F(ProxyTest, SourceControl) {
     Expect<ISourceControl, Method>(
         NorvexAPI::CreateSourceControl,
         {{Method::SetSource, "in 4:13, in ''", CALL(SetSource(SOURCE_HDMI1, empty))},
-         {Method::SetSource_Service, "in 4:0, in 8:45, in 't'",
-          CALL(SetSource(SOURCE_TV, 0xfa0000000002002d, text))},
+         {Method::SetSource_Service, "in 4:0, in 8:45, in 't'", CALL(SetSource(SOURCE_TV, 0xfa0000000002002d, text))},
          {Method::PreSetSourceA, "", CALL(PreSetSourceA())},
          {Method::StartHDMIAnalysis, "in 4:14", CALL(StartHDMIAnalysis(SOURCE_HDMI2))},
          {Method::StopHDMIAnalysis, "in 4:15", CALL(StopHDMIAnalysis(SOURCE_HDMI3))},
          {Method::PreSetSourceC, "", CALL(PreSetSourceC())},
          {Method::PreSetSourceB, "", CALL(PreSetSourceB())},
          {Method::SetPreviewSource, "in 4:47, in ''", CALL(SetPreviewSource(SOURCE_HDMI8, empty))},
-         {Method::SetPreviewSource_Service, "in 4:0, in 8:9, in ''",
-          CALL(SetPreviewSource(SOURCE_TV, 9, empty))}});
+         {Method::SetPreviewSource_Service, "in 4:0, in 8:9, in ''", CALL(SetPreviewSource(SOURCE_TV, 9, empty))}});
 }
 
 TEST_F(ProxyTest, PipelineUtility) {
@@ -237,8 +228,7 @@ TEST_F(ProxyTest, PipelineUtility) {
           CALL(RegisterForStateChange(STATE_CHANGE_SERVICE, "r", 0))},
          {Method::UnregisterFromStateChange, "in 4:1, in 'r'",
           CALL(UnregisterFromStateChange(STATE_CHANGE_SOURCE, "r"))},
-         {Method::CheckPendingState, "in 4:0, out 1:0",
-          CALL(CheckPendingState(STATE_CHANGE_SERVICE, &pending)),
+         {Method::CheckPendingState, "in 4:0, out 1:0", CALL(CheckPendingState(STATE_CHANGE_SERVICE, &pending)),
           [](wire::TreeWriter& writer) { writer.PutValue(2, std::uint8_t{1}); }},
          {Method::GetCurrentTPMSStatus, "out object 16", CALL(GetCurrentTPMSStatus(&status))},
          {Method::NotifyReadyForSetService, "in 4:2, in 'app', in 4:1, in 8:6",
@@ -251,14 +241,13 @@ TEST_F(ProxyTest, Services) {
     criteria.Where(13, 7);
     criteria.Fetch(12);
     TCServiceData record;
-    Expect<IService, ServiceMethod>(
-        NorvexAPI::CreateService,
-        {{ServiceMethod::FindService, "in object 32, out object 0, in 4:1",
-          CALL(FindService(criteria, record, 1)), [](wire::TreeWriter& writer) {
-              const std::size_t begin = writer.BeginBranch(2);
-              writer.PutValue(12, std::uint64_t{99});
-              writer.EndBranch(begin);
-          }}});
+    Expect<IService, ServiceMethod>(NorvexAPI::CreateService,
+                                    {{ServiceMethod::FindService, "in object 32, out object 0, in 4:1",
+                                      CALL(FindService(criteria, record, 1)), [](wire::TreeWriter& writer) {
+                                          const std::size_t begin = writer.BeginBranch(2);
+                                          writer.PutValue(12, std::uint64_t{99});
+                                          writer.EndBranch(begin);
+                                      }}});
     EXPECT_EQ(GetId(record), 99u);
 }
 
@@ -266,8 +255,7 @@ TEST_F(ProxyTest, ServiceGuide) {
     TCProgramData program;
     Expect<IServiceGuide, ServiceGuideMethod>(
         NorvexAPI::CreateServiceGuide,
-        {{ServiceGuideMethod::GetCurrentProgram, "in 8:5, out object 28",
-          CALL(GetCurrentProgram(5, program))}});
+        {{ServiceGuideMethod::GetCurrentProgram, "in 8:5, out object 28", CALL(GetCurrentProgram(5, program))}});
 }
 
 TEST_F(ProxyTest, ServiceNavigation) {
@@ -295,10 +283,8 @@ TEST_F(ProxyTest, ServiceNavigation) {
          {Method::SetTvMode_Service, "in object 24, in 8:7, in ''", CALL(SetTvMode(mode, 7, text))},
          {Method::SetDTVMode, "in 4:3, in 1:1", CALL(SetDTVMode(DTV_MODE_ALL, true))},
          {Method::SetService, "in 8:7, in 4:1, in 4:2, in ''", CALL(SetService(7, 1, 2, text))},
-         {Method::SetBootupService, "in 8:7, in object 24, in 4:1",
-          CALL(SetBootupService(7, mode, 1))},
-         {Method::GetLatestVeldaServiceId, "out 8:-1, in object 24",
-          CALL(GetLatestVeldaServiceId(&id, mode))},
+         {Method::SetBootupService, "in 8:7, in object 24, in 4:1", CALL(SetBootupService(7, mode, 1))},
+         {Method::GetLatestVeldaServiceId, "out 8:-1, in object 24", CALL(GetLatestVeldaServiceId(&id, mode))},
          {Method::GetLatestServiceId, "out 8:-1, in object 24", CALL(GetLatestServiceId(&id, mode)),
           [](wire::TreeWriter& writer) { writer.PutValue(1, std::uint64_t{1} << 63); }}});
     EXPECT_EQ(id, 1ull << 63);
@@ -338,13 +324,10 @@ TEST_F(ProxyTest, ScanControl) {
     Expect<IScanControl, Method>(
         NorvexAPI::CreateScanControl,
         {{Method::IsTuneAroundNeeded, "in object 32", CALL(IsTuneAroundNeeded(services))},
-         {Method::StartTuneAround, "in object 32, in 'DebugMenu'",
-          CALL(StartTuneAround(services, "DebugMenu"))},
+         {Method::StartTuneAround, "in object 32, in 'DebugMenu'", CALL(StartTuneAround(services, "DebugMenu"))},
          {Method::StopManualScan, "", CALL(StopManualScan())},
-         {Method::IsBarkerChannelScanAvailable, "in object 24",
-          CALL(IsBarkerChannelScanAvailable({}))},
-         {Method::StartBarkerChannelScan, "in '', in object 24",
-          CALL(StartBarkerChannelScan("", {}))},
+         {Method::IsBarkerChannelScanAvailable, "in object 24", CALL(IsBarkerChannelScanAvailable({}))},
+         {Method::StartBarkerChannelScan, "in '', in object 24", CALL(StartBarkerChannelScan("", {}))},
          {Method::StopBarkerChannelScan, "", CALL(StopBarkerChannelScan())}});
 }
 
@@ -360,8 +343,7 @@ TEST_F(ProxyTest, ZoomControl) {
         {{Method::CreateZoomWindow, "out 4:-1, in object 48, in object 48, in object 48",
           CALL(CreateZoomWindow(window, rect, rect, rect)),
           [](wire::TreeWriter& writer) { writer.PutValue(1, std::int32_t{9}); }},
-         {Method::DeleteZoomWindow, "in object 12, in object 48",
-          CALL(DeleteZoomWindow({4}, rect))},
+         {Method::DeleteZoomWindow, "in object 12, in object 48", CALL(DeleteZoomWindow({4}, rect))},
          {Method::SetZoomWindow, "in object 12, in 1:1", CALL(SetZoomWindow({4}, true))},
          {Method::MuteZoomWindow, "in object 16, in 1:0", CALL(MuteZoomWindow({4, 5}, false))},
          {Method::IsZoomWindowStarted, "in 4:4, out 1:0", CALL(IsZoomWindowStarted(4, flag))},

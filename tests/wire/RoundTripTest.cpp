@@ -1,7 +1,6 @@
 // Any class and any vector of one goes the same way: out in a call, back in its reply.
 
 #include <gtest/gtest.h>
-
 #include <norvex/core/MarshallingHelperProxy.h>
 #include <norvex/core/MessageBuffer.h>
 
@@ -13,9 +12,7 @@ namespace {
 // What comes back when `sent` is an in argument and the reply brings it as the out argument.
 bool TravelThere(TCMarshalable& sent, TCMarshalable& received) {
     EchoConnection connection;
-    connection.answer = [](const EchoConnection::Bytes& call) {
-        return ReplyWithArgument(call, 1, 0);
-    };
+    connection.answer = [](const EchoConnection::Bytes& call) { return ReplyWithArgument(call, 1, 0); };
     TCMarshallingHelperProxy helper;
     helper.PushMarshalableClass(MARSHALLING_OUT, &received);
     helper.PushMarshalableClass(MARSHALLING_IN, &sent);
@@ -109,16 +106,13 @@ TEST(RoundTrip, PlainValuesOfAnySize) {
             byte = static_cast<unsigned char>(random());
         std::vector<unsigned char> received(64, 0xEE);
         EchoConnection connection;
-        connection.answer = [](const EchoConnection::Bytes& call) {
-            return ReplyWithArgument(call, 1, 0);
-        };
+        connection.answer = [](const EchoConnection::Bytes& call) { return ReplyWithArgument(call, 1, 0); };
         TCMarshallingHelperProxy helper;
         helper.PushValue(MARSHALLING_OUT, size, received.data());
         helper.PushValue(MARSHALLING_IN, size, sent.data());
         std::string interfaceName = "test";
         ASSERT_TRUE(helper.Run(&connection, interfaceName, "Echo", 0, false));
         for (int i = 0; i < 64; ++i)
-            ASSERT_EQ(received[static_cast<std::size_t>(i)],
-                      i < size ? sent[static_cast<std::size_t>(i)] : 0xEE);
+            ASSERT_EQ(received[static_cast<std::size_t>(i)], i < size ? sent[static_cast<std::size_t>(i)] : 0xEE);
     }
 }

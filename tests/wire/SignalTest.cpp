@@ -1,12 +1,13 @@
 #include <atomic>
 #include <condition_variable>
 #include <future>
-#include <glib.h>
-#include <gtest/gtest.h>
 #include <mutex>
 #include <thread>
 #include <vector>
 
+#include <glib.h>
+
+#include <gtest/gtest.h>
 #include <interfaces/Interfaces.h>
 #include <norvex/client/NorvexAPI.h>
 #include <norvex/client/SignalSubscriber.h>
@@ -43,8 +44,7 @@ struct Callback {
 
 Callback* g_callback = nullptr;
 
-int OnSignal(ESignalType type, EProfile profile, unsigned short screen, TSSignalData data,
-             void* userData) {
+int OnSignal(ESignalType type, EProfile profile, unsigned short screen, TSSignalData data, void* userData) {
     EXPECT_EQ(userData, nullptr);
     Callback& callback = *g_callback;
     {
@@ -207,8 +207,7 @@ TEST_F(SignalTest, ComeOnTheThreadThatIteratesTheContextInTheirOrder) {
         EXPECT_EQ(callback.thread, loop.GetId());
     }
     EXPECT_EQ(callback.received,
-              (std::vector<Received>{
-                  {81, 1, 0, UINT64_MAX}, {195, -1, 65535, 0x8000000000000000}, {7, 1001, 1, 0}}));
+              (std::vector<Received>{{81, 1, 0, UINT64_MAX}, {195, -1, 65535, 0x8000000000000000}, {7, 1001, 1, 0}}));
     EXPECT_EQ(Destroy(), 0);
 }
 
@@ -219,8 +218,8 @@ TEST_F(SignalTest, SubscribingIsACall) {
     EXPECT_EQ(subscriber->Subscribe(SIGNAL_SI_STARTED, 0, 702, 0, 0), 1);
     EXPECT_EQ(subscriber->Unsubscribe(SIGNAL_SI_STARTED, 702, 3, 1), 1);
     EXPECT_EQ(Destroy(), 0);
-    EXPECT_EQ(run.AwaitCalls(3), (std::vector<std::string>{"Subscribe 81 0 702 0 0",
-                                                           "Unsubscribe 81 702 3 1", "Close 5"}));
+    EXPECT_EQ(run.AwaitCalls(3),
+              (std::vector<std::string>{"Subscribe 81 0 702 0 0", "Unsubscribe 81 702 3 1", "Close 5"}));
 }
 
 TEST_F(SignalTest, ACallbackIsRegisteredOnceAtATime) {
@@ -321,9 +320,8 @@ TEST_F(SignalTest, ARestartedDaemonFindsEverySubscriptionAgain) {
     }
     service.Listen();
     DaemonRun run(service, 2, 9);
-    EXPECT_EQ(run.AwaitCalls(3),
-              (std::vector<std::string>{"Subscribe 81 0 702 0 0", "Subscribe 81 0 702 0 0",
-                                        "Subscribe 195 0 702 0 0"}));
+    EXPECT_EQ(run.AwaitCalls(3), (std::vector<std::string>{"Subscribe 81 0 702 0 0", "Subscribe 81 0 702 0 0",
+                                                           "Subscribe 195 0 702 0 0"}));
     run.GetSignals().SendSignal(81, 1, 0, 3);
     callback.AwaitCount(1);
     EXPECT_EQ(Destroy(), 0);
@@ -344,8 +342,7 @@ TEST_F(SignalTest, WithoutADaemonTheSubscriberLivesAndWaitsForOne) {
 }
 
 TEST_F(SignalTest, ASubscriptionThatIsRemovedWithoutADaemonDoesNotComeBack) {
-    ISignalSubscriber* subscriber =
-        CreateWithoutDaemon({SIGNAL_SI_STARTED, SIGNAL_BARKER_CHANNEL_TUNE});
+    ISignalSubscriber* subscriber = CreateWithoutDaemon({SIGNAL_SI_STARTED, SIGNAL_BARKER_CHANNEL_TUNE});
     EXPECT_EQ(subscriber->Unsubscribe(SIGNAL_SI_STARTED, 702, 0, 0), -1);
     service.Listen();
     DaemonRun run(service, 2, 9);
@@ -361,8 +358,7 @@ TEST_F(SignalTest, ACallThatFindsTheNewDaemonFirstBringsTheOthersBack) {
     service.Listen();
     DaemonRun run(service, 2, 9);
     EXPECT_EQ(subscriber->Subscribe(SIGNAL_BARKER_CHANNEL_TUNE, 0, 702, 0, 0), 1);
-    EXPECT_EQ(run.AwaitCalls(2),
-              (std::vector<std::string>{"Subscribe 195 0 702 0 0", "Subscribe 81 0 702 0 0"}));
+    EXPECT_EQ(run.AwaitCalls(2), (std::vector<std::string>{"Subscribe 195 0 702 0 0", "Subscribe 81 0 702 0 0"}));
     run.GetSignals().SendSignal(81, 1, 0, 3);
     while (callback.GetCount() == 0)
         g_main_context_iteration(nullptr, TRUE);
@@ -403,8 +399,7 @@ TEST_F(SignalTest, ASubscriptionIsRestoredOnceAlthoughAnotherOneFailed) {
         wire::Message message;
         std::uint32_t session = 8;
         while (connection->Receive(message)) {
-            calls.push_back(std::string(message.method) + " " +
-                            std::to_string(message.header.session));
+            calls.push_back(std::string(message.method) + " " + std::to_string(message.header.session));
             wire::Buffer tree;
             wire::TreeWriter writer(tree);
             // The second of the first session is refused.
@@ -425,9 +420,8 @@ TEST_F(SignalTest, ASubscriptionIsRestoredOnceAlthoughAnotherOneFailed) {
     }
     EXPECT_EQ(Destroy(), 0);
     far.join();
-    EXPECT_EQ(calls,
-              (std::vector<std::string>{"Open 0", "Subscribe 9", "Subscribe 9", "Close 0", "Open 0",
-                                        "Subscribe 10", "Subscribe 10", "Close 0"}));
+    EXPECT_EQ(calls, (std::vector<std::string>{"Open 0", "Subscribe 9", "Subscribe 9", "Close 0", "Open 0",
+                                               "Subscribe 10", "Subscribe 10", "Close 0"}));
 }
 
 TEST_F(SignalTest, SignalsOfANewerDaemonAreNotTakenForAnOlderOnesSession) {

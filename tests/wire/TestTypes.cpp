@@ -97,8 +97,7 @@ bool Numbers::TreeToClass(TCTreeBranch& branch) {
 
 // The fraction by its bits: one that is no number is itself, too.
 bool Numbers::operator==(const Numbers& other) const {
-    return byte == other.byte && small == other.small && number == other.number &&
-           wide == other.wide &&
+    return byte == other.byte && small == other.small && number == other.number && wide == other.wide &&
            std::bit_cast<std::uint64_t>(fraction) == std::bit_cast<std::uint64_t>(other.fraction);
 }
 
@@ -121,8 +120,7 @@ bool Mixed::TreeToClass(TCTreeBranch& branch) {
 }
 
 bool Mixed::operator==(const Mixed& other) const {
-    return name == other.name &&
-           std::equal(std::begin(samples), std::end(samples), other.samples) &&
+    return name == other.name && std::equal(std::begin(samples), std::end(samples), other.samples) &&
            inner == other.inner;
 }
 

@@ -64,8 +64,7 @@ public:
     }
     bool TreeToClass(TCTreeBranch& branch) override {
         m_elements.clear();
-        for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr;
-             node = branch.GetNextChild()) {
+        for (TCTreeNode* node = branch.GetFirstChild(); node != nullptr; node = branch.GetNextChild()) {
             Element element;
             m_creator.FillElement(&element, sizeof element, sizeof element, node);
             m_elements.push_back(element);

@@ -2,10 +2,10 @@
 // format has changed: daemon and client of different versions no longer understand each other.
 
 #include <cstring>
-#include <gtest/gtest.h>
 #include <string_view>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <interfaces/Interfaces.h>
 #include <norvex/core/MarshallingHelperProxy.h>
 #include <norvex/core/MessageBuffer.h>
@@ -38,10 +38,8 @@ const Bytes kExecuteReplyTree = {
 
 constexpr std::string_view kInterface = "com.holvi.IDebugPrintControl";
 
-Bytes PacketOf(wire::MessageHeader header, std::string_view interfaceName, std::string_view method,
-               const Bytes& tree) {
-    const std::vector<Packet> packets =
-        ToPackets(header, interfaceName, method, tree.data(), tree.size());
+Bytes PacketOf(wire::MessageHeader header, std::string_view interfaceName, std::string_view method, const Bytes& tree) {
+    const std::vector<Packet> packets = ToPackets(header, interfaceName, method, tree.data(), tree.size());
     EXPECT_EQ(packets.size(), 1u);
     return packets[0];
 }
@@ -88,9 +86,8 @@ TEST(WireFormat, ACallIsOnePacket) {
         0x07, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, // serial, session
         0x1C, 0x00, 0x07, 0x00, 0x38, 0x00, 0x00, 0x00, // lengths
         0x00, 0x00, 0x00, 0x00,                         //
-        'c',  'o',  'm',  '.',  'h',  'o',  'l',  'v',  'i', '.', 'I', 'D',
-        'e',  'b',  'u',  'g',  'P',  'r',  'i',  'n',  't', 'C', 'o', 'n',
-        't',  'r',  'o',  'l',  'E',  'x',  'e',  'c',  'u', 't', 'e',
+        'c',  'o',  'm',  '.',  'h',  'o',  'l',  'v',  'i', '.', 'I', 'D', 'e', 'b', 'u', 'g', 'P', 'r',
+        'i',  'n',  't',  'C',  'o',  'n',  't',  'r',  'o', 'l', 'E', 'x', 'e', 'c', 'u', 't', 'e',
     };
     expected.insert(expected.end(), kExecuteTree.begin(), kExecuteTree.end());
     EXPECT_EQ(expected.size(), 119u);
@@ -152,11 +149,10 @@ TEST(WireFormat, PlainValuesOfEachSize) {
     const Bytes expected = {
         0x00, 0x00, 0x03, 0x00, 0x3F, 0x00, 0x00, 0x00,       // the object: 63 bytes
         0x00, 0x00, 0x01, 0x00, 0x01, 0x00, 0x00, 0x00, 0xA5, // 8 bits
-        0x01, 0x00, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0xFE, 0xFF, 0x02, 0x00, 0x01,
-        0x00, 0x04, 0x00, 0x00, 0x00, 0x04, 0x03, 0x02, 0x01, 0x03, 0x00, 0x01, 0x00,
-        0x08, 0x00, 0x00, 0x00, 0x18, 0x17, 0x16, 0x15, 0x14, 0x13, 0x12, 0x11, //
-        0x04, 0x00, 0x01, 0x00, 0x08, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-        0x00, 0xF0, 0x3F,
+        0x01, 0x00, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0xFE, 0xFF, 0x02, 0x00, 0x01, 0x00, 0x04, 0x00,
+        0x00, 0x00, 0x04, 0x03, 0x02, 0x01, 0x03, 0x00, 0x01, 0x00, 0x08, 0x00, 0x00, 0x00, 0x18, 0x17,
+        0x16, 0x15, 0x14, 0x13, 0x12, 0x11, //
+        0x04, 0x00, 0x01, 0x00, 0x08, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xF0, 0x3F,
     };
     EXPECT_EQ(TreeOf(numbers), expected);
 }
@@ -195,11 +191,9 @@ TEST(WireFormat, AContainersChildrenAreNumberedByTheirPlace) {
     const Bytes tree = TreeOf(container);
     // The object, then each element: 8 bytes of header and 63 of content.
     ASSERT_EQ(tree.size(), 8u + 2 * (8 + 63));
-    EXPECT_EQ(Bytes(tree.begin(), tree.begin() + 16),
-              (Bytes{0x00, 0x00, 0x03, 0x00, 0x8E, 0x00, 0x00, 0x00, //
-                     0x00, 0x00, 0x03, 0x00, 0x3F, 0x00, 0x00, 0x00}));
-    EXPECT_EQ(Bytes(tree.begin() + 79, tree.begin() + 87),
-              (Bytes{0x01, 0x00, 0x03, 0x00, 0x3F, 0x00, 0x00, 0x00}));
+    EXPECT_EQ(Bytes(tree.begin(), tree.begin() + 16), (Bytes{0x00, 0x00, 0x03, 0x00, 0x8E, 0x00, 0x00, 0x00, //
+                                                             0x00, 0x00, 0x03, 0x00, 0x3F, 0x00, 0x00, 0x00}));
+    EXPECT_EQ(Bytes(tree.begin() + 79, tree.begin() + 87), (Bytes{0x01, 0x00, 0x03, 0x00, 0x3F, 0x00, 0x00, 0x00}));
 }
 
 TEST(WireFormat, AnArrayHoldsItsElementsWithoutGaps) {
@@ -231,28 +225,24 @@ TEST(WireFormat, MethodsHaveTheirIds) {
               "com.holvi.IDebugPrintControl: Start Execute Stop Check GetMenuItems SetMenuItems "
               "SetMenuItem SetQoSEnabled IsQoSEnabled SetDebugMode IsDebugModeEnabled");
     EXPECT_EQ(List<ReferenceCountMethod>(), "com.holvi.IReferenceCount: GetReferenceCount");
-    EXPECT_EQ(List<AVControlMethod>(),
-              "com.holvi.IAVControl: RestartVideoDecoder MuteVideo MuteAudio");
+    EXPECT_EQ(List<AVControlMethod>(), "com.holvi.IAVControl: RestartVideoDecoder MuteVideo MuteAudio");
     EXPECT_EQ(List<VideoControlMethod>(), "com.holvi.IVideoControl: SetCropVideo SetWindowId");
     EXPECT_EQ(List<TunerControlMethod>(), "com.holvi.ITunerControl: CheckTunerSignalState");
     EXPECT_EQ(List<DataControlMethod>(), "com.holvi.IDataControl: CheckCaptionExist");
     EXPECT_EQ(List<SourceControlMethod>(),
               "com.holvi.ISourceControl: SetSource SetSource PreSetSourceA StartHDMIAnalysis "
               "StopHDMIAnalysis PreSetSourceC PreSetSourceB SetPreviewSource SetPreviewSource");
-    EXPECT_EQ(List<PipelineUtilityMethod>(),
-              "com.holvi.IPipelineUtility: NotifyReceiverState RegisterForStateChange "
-              "UnregisterFromStateChange CheckPendingState GetCurrentTPMSStatus "
-              "NotifyReadyForSetService");
-    EXPECT_EQ(List<ZoomControlMethod>(),
-              "com.holvi.IZoomControl: CreateZoomWindow DeleteZoomWindow SetZoomWindow "
-              "MuteZoomWindow IsZoomWindowStarted IsZoomWindowMuted SetZoomWindowRect "
-              "IsZoomAvailable GetZoomSharingType GetConnectedZoomWindows");
+    EXPECT_EQ(List<PipelineUtilityMethod>(), "com.holvi.IPipelineUtility: NotifyReceiverState RegisterForStateChange "
+                                             "UnregisterFromStateChange CheckPendingState GetCurrentTPMSStatus "
+                                             "NotifyReadyForSetService");
+    EXPECT_EQ(List<ZoomControlMethod>(), "com.holvi.IZoomControl: CreateZoomWindow DeleteZoomWindow SetZoomWindow "
+                                         "MuteZoomWindow IsZoomWindowStarted IsZoomWindowMuted SetZoomWindowRect "
+                                         "IsZoomAvailable GetZoomSharingType GetConnectedZoomWindows");
     EXPECT_EQ(List<ServiceMethod>(), "com.holvi.IService: FindService");
     EXPECT_EQ(List<ServiceNavigationMethod>(),
               "com.holvi.IServiceNavigation: GetTvMode GetServiceList SetTvMode SetTvMode "
               "SetDTVMode SetService SetBootupService GetLatestVeldaServiceId GetLatestServiceId");
     EXPECT_EQ(List<ServiceGuideMethod>(), "com.holvi.IServiceGuide: GetCurrentProgram");
-    EXPECT_EQ(List<ScanControlMethod>(),
-              "com.holvi.IScanControl: IsTuneAroundNeeded StartTuneAround StopManualScan "
-              "IsBarkerChannelScanAvailable StartBarkerChannelScan StopBarkerChannelScan");
+    EXPECT_EQ(List<ScanControlMethod>(), "com.holvi.IScanControl: IsTuneAroundNeeded StartTuneAround StopManualScan "
+                                         "IsBarkerChannelScanAvailable StartBarkerChannelScan StopBarkerChannelScan");
 }

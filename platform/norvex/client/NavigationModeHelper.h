@@ -15,6 +15,5 @@ class NORVEX_API TCNavigationModeHelper {
 public:
     // Adds the conditions of a navigation mode to `criteria`. Above 0 on success; an unknown mode
     // adds nothing. Needs no middleware.
-    static int GetNavigationCriteria(ENavigationMode mode, TCCriteriaHelper& criteria,
-                                     ENavigationSortMode sortMode);
+    static int GetNavigationCriteria(ENavigationMode mode, TCCriteriaHelper& criteria, ENavigationSortMode sortMode);
 };

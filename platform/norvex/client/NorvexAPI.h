@@ -26,22 +26,19 @@ class NORVEX_API NorvexAPI {
 public:
     // Registers `callback` and stores its subscriber. A callback can be registered only once at a
     // time.
-    static int CreateSignalSubscriber(NorvexSignalCallbackFunction callback,
-                                      ISignalSubscriber** subscriber);
+    static int CreateSignalSubscriber(NorvexSignalCallbackFunction callback, ISignalSubscriber** subscriber);
     // Unregisters the callback and deletes its subscriber. Waits for a call in progress on another
     // thread; none follows.
     static int DestroySignalSubscriber(NorvexSignalCallbackFunction callback);
 
     static int CreateService(IService** service);
-    static int CreateServiceNavigation(EProfile profile, int screen,
-                                       IServiceNavigation** navigation);
+    static int CreateServiceNavigation(EProfile profile, int screen, IServiceNavigation** navigation);
     static int CreateSourceControl(EProfile profile, int screen, ISourceControl** sourceControl);
     static int CreateAVControl(EProfile profile, int screen, IAVControl** avControl);
     static int CreateVideoControl(EProfile profile, int screen, IVideoControl** videoControl);
     static int CreateTunerControl(EProfile profile, int screen, ITunerControl** tunerControl);
     static int CreateReferenceCount(EProfile profile, int screen, IReferenceCount** referenceCount);
-    static int CreatePipelineUtility(EProfile profile, int screen,
-                                     IPipelineUtility** pipelineUtility);
+    static int CreatePipelineUtility(EProfile profile, int screen, IPipelineUtility** pipelineUtility);
     static int CreateDataControl(EProfile profile, int screen, IDataControl** dataControl);
     static int CreateZoomControl(EProfile profile, int screen, IZoomControl** zoomControl);
     static int CreateScanControl(IScanControl** scanControl);

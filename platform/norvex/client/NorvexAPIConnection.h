@@ -23,9 +23,8 @@ public:
     // Blocks at most for the connect and call limits. False, and a line in the log that tells
     // whether the middleware was absent, unresponsive or gone, when there is no reply; `reply` is
     // then empty. The marshalling library reaches the middleware only through this.
-    virtual bool Exchange(const std::string& interfaceName, const std::string& method,
-                          short methodId, bool flag, const TCMessageBuffer& arguments,
-                          TCMessageBuffer& reply);
+    virtual bool Exchange(const std::string& interfaceName, const std::string& method, short methodId, bool flag,
+                          const TCMessageBuffer& arguments, TCMessageBuffer& reply);
 
 private:
     void* m_pState;

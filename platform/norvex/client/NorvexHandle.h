@@ -10,6 +10,5 @@ struct NorvexHandle {
 };
 
 inline bool operator<(const NorvexHandle& left, const NorvexHandle& right) {
-    return left.profile != right.profile ? left.profile < right.profile
-                                         : left.screenId < right.screenId;
+    return left.profile != right.profile ? left.profile < right.profile : left.screenId < right.screenId;
 }

@@ -19,8 +19,7 @@ public:
     virtual int NotifyReceiverState(EStateChangeType type, const std::string& receiver, int state,
                                     const std::uint64_t& serviceId) = 0;
     // From now on changes of that kind wait for the receiver. `option` is 0.
-    virtual int RegisterForStateChange(EStateChangeType type, const std::string& receiver,
-                                       int option) = 0;
+    virtual int RegisterForStateChange(EStateChangeType type, const std::string& receiver, int option) = 0;
     virtual int UnregisterFromStateChange(EStateChangeType type, const std::string& receiver) = 0;
     virtual int CheckPendingState(EStateChangeType type, bool* pending) = 0;
     virtual int GetCurrentTPMSStatus(TCTPMSStatus* status) = 0;

@@ -12,8 +12,7 @@
 class NORVEX_API IScanControl : public INorvexSession {
 public:
     // Services are pairs of service id and a code (5: a service of the channel list).
-    virtual int
-    IsTuneAroundNeeded(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) = 0;
+    virtual int IsTuneAroundNeeded(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services) = 0;
     virtual int StartTuneAround(const std::list<std::pair<std::uint64_t, std::uint32_t>>& services,
                                 const std::string& caller) = 0;
     virtual int StopManualScan() = 0;

@@ -19,13 +19,10 @@ public:
     virtual int GetServiceList(const TCCriteriaHelper& criteria, std::list<TCServiceData*>& records,
                                const TSTvMode& tvMode, int first, int count) = 0;
     virtual int SetTvMode(const TSTvMode& tvMode, std::string& text) = 0;
-    virtual int SetTvMode(const TSTvMode& tvMode, const std::uint64_t& serviceId,
-                          std::string& text) = 0;
+    virtual int SetTvMode(const TSTvMode& tvMode, const std::uint64_t& serviceId, std::string& text) = 0;
     virtual int SetDTVMode(EDTVMode mode, bool enable) = 0;
-    virtual int SetService(const std::uint64_t& serviceId, int option, int flags,
-                           std::string& text) = 0;
-    virtual int SetBootupService(const std::uint64_t& serviceId, const TSTvMode& tvMode,
-                                 int option) = 0;
+    virtual int SetService(const std::uint64_t& serviceId, int option, int flags, std::string& text) = 0;
+    virtual int SetBootupService(const std::uint64_t& serviceId, const TSTvMode& tvMode, int option) = 0;
     // The latest service of the internet-streamed line-up for a TV mode, then that of the broadcast
     // line-up. Their order in the interface matters.
     virtual int GetLatestVeldaServiceId(unsigned long long* serviceId, TSTvMode tvMode) = 0;

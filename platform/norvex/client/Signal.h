@@ -25,6 +25,5 @@ struct TSSignalData {
 
 // Called for each signal, on the thread that iterates GLib's default main context. The result is
 // ignored.
-using NorvexSignalCallbackFunction = int (*)(ESignalType type, EProfile profile,
-                                             unsigned short screenId, TSSignalData data,
-                                             void* userData);
+using NorvexSignalCallbackFunction = int (*)(ESignalType type, EProfile profile, unsigned short screenId,
+                                             TSSignalData data, void* userData);

@@ -18,6 +18,6 @@ public:
     // most for the connection's limits. False when the exchange failed, when the reply could not be
     // read (values read before the error stay), and for a null connection. `flag` is passed to the
     // connection unchanged.
-    bool Run(NorvexAPIConnection* connection, std::string& interfaceName, const std::string& method,
-             short methodId, bool flag);
+    bool Run(NorvexAPIConnection* connection, std::string& interfaceName, const std::string& method, short methodId,
+             bool flag);
 };

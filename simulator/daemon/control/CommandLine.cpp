@@ -39,28 +39,26 @@ void CommandLine::Text(const char* name, std::string& value, const char* type, c
     Finish(m_app->add_option(name, value, help), type);
 }
 
-void CommandLine::Texts(const char* name, std::vector<std::string>& values, const char* type,
-                        const char* help) {
+void CommandLine::Texts(const char* name, std::vector<std::string>& values, const char* type, const char* help) {
     Finish(m_app->add_option(name, values, help), type);
 }
 
-void CommandLine::Integer(const char* name, std::optional<std::int32_t>& value, const char* type,
-                          const char* help) {
+void CommandLine::Integer(const char* name, std::optional<std::int32_t>& value, const char* type, const char* help) {
     Finish(m_app->add_option(name, value, help), type);
 }
 
-void CommandLine::Integer(const char* name, std::int32_t& value, std::int32_t least,
-                          std::int32_t most, const char* type, const char* help) {
+void CommandLine::Integer(const char* name, std::int32_t& value, std::int32_t least, std::int32_t most,
+                          const char* type, const char* help) {
     Finish(m_app->add_option(name, value, help)->check(CLI::Range(least, most)), type);
 }
 
-void CommandLine::Integer(const char* name, std::optional<std::int32_t>& value, std::int32_t least,
-                          std::int32_t most, const char* type, const char* help) {
+void CommandLine::Integer(const char* name, std::optional<std::int32_t>& value, std::int32_t least, std::int32_t most,
+                          const char* type, const char* help) {
     Finish(m_app->add_option(name, value, help)->check(CLI::Range(least, most)), type);
 }
 
-void CommandLine::Number(const char* name, double& value, double least, double most,
-                         const char* type, const char* help) {
+void CommandLine::Number(const char* name, double& value, double least, double most, const char* type,
+                         const char* help) {
     Finish(m_app->add_option(name, value, help)->check(CLI::Range(least, most)), type);
 }
 

@@ -28,17 +28,14 @@ public:
     // `type` is the placeholder in the help: "FILE".
     void Text(const char* name, std::string& value, const char* type, const char* help);
     // One or more.
-    void Texts(const char* name, std::vector<std::string>& values, const char* type,
-               const char* help);
-    void Integer(const char* name, std::optional<std::int32_t>& value, const char* type,
-                 const char* help);
+    void Texts(const char* name, std::vector<std::string>& values, const char* type, const char* help);
+    void Integer(const char* name, std::optional<std::int32_t>& value, const char* type, const char* help);
     // A value outside the two bounds is an error.
-    void Integer(const char* name, std::int32_t& value, std::int32_t least, std::int32_t most,
+    void Integer(const char* name, std::int32_t& value, std::int32_t least, std::int32_t most, const char* type,
+                 const char* help);
+    void Integer(const char* name, std::optional<std::int32_t>& value, std::int32_t least, std::int32_t most,
                  const char* type, const char* help);
-    void Integer(const char* name, std::optional<std::int32_t>& value, std::int32_t least,
-                 std::int32_t most, const char* type, const char* help);
-    void Number(const char* name, double& value, double least, double most, const char* type,
-                const char* help);
+    void Number(const char* name, double& value, double least, double most, const char* type, const char* help);
 
     // What the program prints instead of running.
     struct Ending {

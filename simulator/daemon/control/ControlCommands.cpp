@@ -21,8 +21,7 @@ std::string ControlCommands::DescribeAll(const std::string& beginning) const {
     return lines;
 }
 
-void ControlCommands::Execute(const std::vector<std::string>& arguments,
-                              ControlConnection& connection) const {
+void ControlCommands::Execute(const std::vector<std::string>& arguments, ControlConnection& connection) const {
     std::string name;
     for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
         if (*argument == "--help" || *argument == "-h") {

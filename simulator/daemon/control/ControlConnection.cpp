@@ -4,9 +4,10 @@
 #include <cerrno>
 #include <utility>
 
-#include <nlohmann/json.hpp>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <nlohmann/json.hpp>
 
 #include "Json.h"
 
@@ -21,8 +22,8 @@ constexpr std::size_t kEnough = 64u << 10;
 constexpr int kBadRequest = 2;
 
 bool IsListOfTexts(const json& value) {
-    return value.is_array() && std::all_of(value.begin(), value.end(),
-                                           [](const json& each) { return each.is_string(); });
+    return value.is_array() &&
+           std::all_of(value.begin(), value.end(), [](const json& each) { return each.is_string(); });
 }
 
 } // namespace
@@ -74,8 +75,7 @@ void ControlConnection::Request(const std::string& line) {
     for (const auto& [name, value] : request.items()) {
         if (name == "arguments" && IsListOfTexts(value) && value.size() <= kMaxArguments)
             arguments = value.get<std::vector<std::string>>();
-        else if (name == "directory" && value.is_string() &&
-                 value.get_ref<const std::string&>().starts_with('/'))
+        else if (name == "directory" && value.is_string() && value.get_ref<const std::string&>().starts_with('/'))
             m_directory = value.get<std::string>();
         else
             return Fail("malformed request: \"" + name + "\"", kBadRequest);
@@ -147,8 +147,8 @@ void ControlConnection::Write() {
                 End();
             return;
         }
-        const ssize_t sent = send(m_fd, m_out.data() + m_written, m_out.size() - m_written,
-                                  MSG_DONTWAIT | MSG_NOSIGNAL);
+        const ssize_t sent =
+            send(m_fd, m_out.data() + m_written, m_out.size() - m_written, MSG_DONTWAIT | MSG_NOSIGNAL);
         if (sent < 0 && errno == EINTR)
             continue;
         if (sent < 0 && errno == EAGAIN) {

@@ -26,8 +26,7 @@ namespace sim {
 //     {"status": 0}            0, 1: refused, 2: bad arguments
 class ControlConnection {
 public:
-    using RequestHandler =
-        std::function<void(const std::vector<std::string>& arguments, ControlConnection&)>;
+    using RequestHandler = std::function<void(const std::vector<std::string>& arguments, ControlConnection&)>;
     // Called once, when the connection has ended; the object must live until the loop's next round.
     using EndHandler = std::function<void(ControlConnection&)>;
     // Prints more; returns the status at the end.

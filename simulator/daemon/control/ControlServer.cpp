@@ -7,8 +7,7 @@
 
 namespace sim {
 
-ControlServer::ControlServer(const ControlCommands& commands, Log& log)
-    : m_commands(commands), m_log(log) {}
+ControlServer::ControlServer(const ControlCommands& commands, Log& log) : m_commands(commands), m_log(log) {}
 
 bool ControlServer::Open(const std::string& path, std::string& error) {
     return m_listener.Open(
@@ -30,17 +29,13 @@ void ControlServer::Accept(int fd) {
         return;
     }
     m_connections.push_back(std::make_unique<ControlConnection>(
-        fd,
-        [this](const auto& arguments, auto& connection) {
-            m_commands.Execute(arguments, connection);
-        },
+        fd, [this](const auto& arguments, auto& connection) { m_commands.Execute(arguments, connection); },
         [this](auto& connection) { Ended(connection); }));
 }
 
 void ControlServer::Ended(ControlConnection& connection) {
-    const auto found =
-        std::find_if(m_connections.begin(), m_connections.end(),
-                     [&](const auto& candidate) { return candidate.get() == &connection; });
+    const auto found = std::find_if(m_connections.begin(), m_connections.end(),
+                                    [&](const auto& candidate) { return candidate.get() == &connection; });
     m_ended.push_back(std::move(*found));
     m_connections.erase(found);
     m_cleanUp.StartSoon([this] { m_ended.clear(); });

@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
+#include <base/Log.h>
+
 #include "ControlCommands.h"
 #include "ControlConnection.h"
 #include "Listener.h"
-#include <base/Log.h>
 
 namespace sim {
 

@@ -2,8 +2,7 @@
 
 namespace sim {
 
-bool Settings::Set(const std::string& name, const std::vector<std::string>& values,
-                   std::string& error) const {
+bool Settings::Set(const std::string& name, const std::vector<std::string>& values, std::string& error) const {
     const auto found = m_settings.find(name);
     if (found == m_settings.end()) {
         error = "unknown setting '" + name + "'; available:";

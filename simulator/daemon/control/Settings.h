@@ -16,8 +16,7 @@ public:
     void Add(const std::string& name, const std::string& help, Setter setter) {
         m_settings[name] = {help, std::move(setter)};
     }
-    bool Set(const std::string& name, const std::vector<std::string>& values,
-             std::string& error) const;
+    bool Set(const std::string& name, const std::vector<std::string>& values, std::string& error) const;
 
 private:
     struct Setting {

@@ -84,8 +84,8 @@ bool DebugDialogue::ExecuteOnScreen(std::string_view word, std::string& screen) 
     std::uint32_t number = 0;
     const bool isNumber = ParseNumber(word, number);
     if (m_screen == Screen::Items && (word == "all" || word == "none")) {
-        screen = TellChange(m_switches.SetAllItems(word == "all"),
-                            word == "all" ? "All items are ON" : "All items are OFF");
+        screen =
+            TellChange(m_switches.SetAllItems(word == "all"), word == "all" ? "All items are ON" : "All items are OFF");
         return true;
     }
     if (m_screen == Screen::Items && isNumber) {
@@ -178,8 +178,7 @@ std::string DebugDialogue::ShowItems() const {
     std::string rows;
     const auto& items = m_switches.GetItems();
     for (std::size_t row = 0; row < items.size() && row < kMaxRows; ++row) {
-        rows += Printed(" %3u: [%-3s] %s\n", items[row].id, OnOff(items[row].on),
-                        items[row].name.c_str());
+        rows += Printed(" %3u: [%-3s] %s\n", items[row].id, OnOff(items[row].on), items[row].name.c_str());
     }
     if (items.size() > kMaxRows)
         rows += " ... up to " + std::to_string(items.back().id) + "\n";
@@ -195,8 +194,7 @@ std::string DebugDialogue::ShowModes() const {
 }
 
 std::string DebugDialogue::ShowQoS() const {
-    return Frame("Norvex QoS", std::string(" QoS is ") + OnOff(m_switches.IsQoSOn()) +
-                                   "\n on, off : switch it\n");
+    return Frame("Norvex QoS", std::string(" QoS is ") + OnOff(m_switches.IsQoSOn()) + "\n on, off : switch it\n");
 }
 
 } // namespace sim

@@ -1,10 +1,10 @@
 #include "DebugPrintControl.h"
 
+#include <base/Number.h>
 #include <nlohmann/json.hpp>
 
 #include "Results.h"
 #include "ValueJson.h"
-#include <base/Number.h>
 
 namespace sim {
 
@@ -17,16 +17,14 @@ constexpr std::uint32_t kMaxExtraItems = 1000000;
 } // namespace
 
 DebugPrintControl::DebugPrintControl(Context& context, std::uint32_t extraItems)
-    : Interface(interfaces::kTable<interfaces::DebugPrintControlMethod>, Calls::ToInterface),
-      m_context(context), m_switches(context.numbers, extraItems) {
+    : Interface(interfaces::kTable<interfaces::DebugPrintControlMethod>, Calls::ToInterface), m_context(context),
+      m_switches(context.numbers, extraItems) {
     const Argument status = Out("status", kInt);
-    Add(interfaces::DebugPrintControlMethod::Start, {status, Out("screen", kText)},
-        &DebugPrintControl::Start);
-    Add(interfaces::DebugPrintControlMethod::Execute,
-        {status, In("command", kText), Out("screen", kText)}, &DebugPrintControl::Execute);
+    Add(interfaces::DebugPrintControlMethod::Start, {status, Out("screen", kText)}, &DebugPrintControl::Start);
+    Add(interfaces::DebugPrintControlMethod::Execute, {status, In("command", kText), Out("screen", kText)},
+        &DebugPrintControl::Execute);
     Add(interfaces::DebugPrintControlMethod::Stop, {status}, &DebugPrintControl::Stop);
-    Add(interfaces::DebugPrintControlMethod::Check, {status, Out("value", kInt)},
-        &DebugPrintControl::Check);
+    Add(interfaces::DebugPrintControlMethod::Check, {status, Out("value", kInt)}, &DebugPrintControl::Check);
     Add(interfaces::DebugPrintControlMethod::GetMenuItems, {status, Out("items", kMenuItemList)},
         &DebugPrintControl::GetMenuItems);
     Add(interfaces::DebugPrintControlMethod::SetMenuItems, {status, In("items", kMenuItemList)},
@@ -35,29 +33,26 @@ DebugPrintControl::DebugPrintControl(Context& context, std::uint32_t extraItems)
         &DebugPrintControl::SetMenuItem);
     Add(interfaces::DebugPrintControlMethod::SetQoSEnabled, {status, In("enable", kBool)},
         &DebugPrintControl::SetQoSEnabled);
-    Add(interfaces::DebugPrintControlMethod::IsQoSEnabled, {Out("answer", kBool)},
-        &DebugPrintControl::IsQoSEnabled);
-    Add(interfaces::DebugPrintControlMethod::SetDebugMode,
-        {status, In("mode", kInt), In("enable", kBool)}, &DebugPrintControl::SetDebugMode);
-    Add(interfaces::DebugPrintControlMethod::IsDebugModeEnabled,
-        {Out("answer", kBool), In("mode", kInt)}, &DebugPrintControl::IsDebugModeEnabled);
+    Add(interfaces::DebugPrintControlMethod::IsQoSEnabled, {Out("answer", kBool)}, &DebugPrintControl::IsQoSEnabled);
+    Add(interfaces::DebugPrintControlMethod::SetDebugMode, {status, In("mode", kInt), In("enable", kBool)},
+        &DebugPrintControl::SetDebugMode);
+    Add(interfaces::DebugPrintControlMethod::IsDebugModeEnabled, {Out("answer", kBool), In("mode", kInt)},
+        &DebugPrintControl::IsDebugModeEnabled);
 
-    context.settings.Add(
-        "items", "NUMBER: debug menu items in addition to the built-in ones, all off",
-        [this, &context](const std::vector<std::string>& values, std::string& error) {
-            std::uint32_t count = 0;
-            if (values.size() != 1 || !ParseNumber(values[0], count) || count > kMaxExtraItems)
-                return false;
-            if (m_switches.SetExtraItems(count))
-                return true;
-            error = context.database.GetError();
-            return false;
-        });
+    context.settings.Add("items", "NUMBER: debug menu items in addition to the built-in ones, all off",
+                         [this, &context](const std::vector<std::string>& values, std::string& error) {
+                             std::uint32_t count = 0;
+                             if (values.size() != 1 || !ParseNumber(values[0], count) || count > kMaxExtraItems)
+                                 return false;
+                             if (m_switches.SetExtraItems(count))
+                                 return true;
+                             error = context.database.GetError();
+                             return false;
+                         });
 }
 
 void DebugPrintControl::Start(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-    DebugDialogue& dialogue =
-        m_dialogues.try_emplace(call.client.GetNumber(), m_switches).first->second;
+    DebugDialogue& dialogue = m_dialogues.try_emplace(call.client.GetNumber(), m_switches).first->second;
     out.Int(0, kDone);
     out.Text(1, dialogue.Open());
 }
@@ -65,8 +60,8 @@ void DebugPrintControl::Start(const Call& call, const ArgumentReader&, ReplyWrit
 void DebugPrintControl::Execute(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
     const auto found = m_dialogues.find(call.client.GetNumber());
     if (found == m_dialogues.end() || !found->second.IsOpen())
-        return out.Int(0, m_context.log.Refuse(kRefused, kOwnTag, "client %u has no dialogue open",
-                                               call.client.GetNumber()));
+        return out.Int(
+            0, m_context.log.Refuse(kRefused, kOwnTag, "client %u has no dialogue open", call.client.GetNumber()));
     std::string screen;
     const bool goesOn = found->second.Execute(in.Text(1), screen);
     out.Int(0, goesOn ? kDone : 0);
@@ -93,8 +88,7 @@ void DebugPrintControl::SetMenuItems(const Call&, const ArgumentReader& in, Repl
     std::vector<std::pair<std::uint32_t, bool>> states;
     for (const values::MenuItem& item : in.Value<std::vector<values::MenuItem>>(1)) {
         if (m_switches.FindItem(item.id) == nullptr)
-            return out.Int(
-                0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug menu item %u", item.id));
+            return out.Int(0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug menu item %u", item.id));
         states.emplace_back(item.id, item.on);
     }
     out.Int(0, Answer(m_switches.SetItems(states)));
@@ -104,8 +98,7 @@ void DebugPrintControl::SetMenuItem(const Call&, const ArgumentReader& in, Reply
     const auto sent = in.Value<values::MenuItem>(1);
     DebugSwitches::Item* item = m_switches.FindItem(sent.id);
     if (item == nullptr)
-        return out.Int(
-            0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug menu item %u", sent.id));
+        return out.Int(0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug menu item %u", sent.id));
     // The name belongs to the daemon; the client's is ignored.
     out.Int(0, Answer(m_switches.SetItem(*item, sent.on)));
 }
@@ -121,13 +114,11 @@ void DebugPrintControl::IsQoSEnabled(const Call&, const ArgumentReader&, ReplyWr
 void DebugPrintControl::SetDebugMode(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     DebugSwitches::Mode* mode = m_switches.FindMode(in.Int(1));
     if (mode == nullptr)
-        return out.Int(0,
-                       m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug mode %d", in.Int(1)));
+        return out.Int(0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug mode %d", in.Int(1)));
     out.Int(0, Answer(m_switches.SetMode(*mode, in.Bool(2))));
 }
 
-void DebugPrintControl::IsDebugModeEnabled(const Call&, const ArgumentReader& in,
-                                           ReplyWriter& out) {
+void DebugPrintControl::IsDebugModeEnabled(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     const DebugSwitches::Mode* mode = m_switches.FindMode(in.Int(1));
     if (mode == nullptr)
         m_context.log.Write(kOwnTag, "unknown debug mode %d", in.Int(1));
@@ -147,8 +138,7 @@ json DebugPrintControl::DescribeState() const {
         modes[mode.name] = mode.on;
     json dialogues = json::object();
     for (const auto& [client, dialogue] : m_dialogues)
-        dialogues[std::to_string(client)] = {{"open", dialogue.IsOpen()},
-                                             {"screen", dialogue.GetScreenName()}};
+        dialogues[std::to_string(client)] = {{"open", dialogue.IsOpen()}, {"screen", dialogue.GetScreenName()}};
     return {{"items", ToJson(m_switches.GetItems())},
             {"itemsOn", m_switches.CountOn()},
             {"qos", m_switches.IsQoSOn()},

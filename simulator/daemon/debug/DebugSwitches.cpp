@@ -17,10 +17,9 @@ const char kPart[] = "debug";
 // none of them is 99.
 constexpr std::uint32_t kFirstId = 101;
 const char* const kItemNames[] = {
-    "Tuner lock",   "Section filter", "Channel change",  "Service list",
-    "Signal queue", "Video decoder",  "Audio decoder",   "Captions",
-    "Zoom windows", "Crop video",     "Scan progress",   "Preparation",
-    "HDMI input",   "Sessions",       "Database access", "Memory use",
+    "Tuner lock",    "Section filter", "Channel change",  "Service list", "Signal queue",  "Video decoder",
+    "Audio decoder", "Captions",       "Zoom windows",    "Crop video",   "Scan progress", "Preparation",
+    "HDMI input",    "Sessions",       "Database access", "Memory use",
 };
 
 const DebugSwitches::Mode kModes[] = {
@@ -85,8 +84,8 @@ DebugSwitches::Item* DebugSwitches::FindItem(std::uint32_t id) {
 }
 
 DebugSwitches::Mode* DebugSwitches::FindMode(std::int32_t number) {
-    const auto found = std::find_if(m_modes.begin(), m_modes.end(),
-                                    [&](const Mode& mode) { return mode.number == number; });
+    const auto found =
+        std::find_if(m_modes.begin(), m_modes.end(), [&](const Mode& mode) { return mode.number == number; });
     return found == m_modes.end() ? nullptr : &*found;
 }
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include <base/Number.h>
 #include <nlohmann/json.hpp>
 
 #include "Results.h"
-#include <base/Number.h>
 
 namespace sim {
 
@@ -30,14 +30,10 @@ bool IsName(const std::string& text) {
 } // namespace
 
 Device::Device(Context& context)
-    : Interface(interfaces::kTable<interfaces::DeviceMethod>, Calls::ToInterface),
-      m_context(context) {
-    Add(interfaces::DeviceMethod::GetInt,
-        {Out("status", kInt), In("key", kText), Out("value", kInt)}, &Device::GetInt);
-    Add(interfaces::DeviceMethod::StartLogTag, {Out("status", kInt), In("tag", kText)},
-        &Device::StartLogTag);
-    Add(interfaces::DeviceMethod::StopLogTag, {Out("status", kInt), In("tag", kText)},
-        &Device::StopLogTag);
+    : Interface(interfaces::kTable<interfaces::DeviceMethod>, Calls::ToInterface), m_context(context) {
+    Add(interfaces::DeviceMethod::GetInt, {Out("status", kInt), In("key", kText), Out("value", kInt)}, &Device::GetInt);
+    Add(interfaces::DeviceMethod::StartLogTag, {Out("status", kInt), In("tag", kText)}, &Device::StartLogTag);
+    Add(interfaces::DeviceMethod::StopLogTag, {Out("status", kInt), In("tag", kText)}, &Device::StopLogTag);
     context.settings.Add("key", "KEY NUMBER: a number in the key-value store",
                          [this](const auto& words, auto& error) { return SetKey(words, error); });
 
@@ -59,8 +55,7 @@ void Device::GetInt(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     const std::string key(in.Text(1));
     const auto found = m_values.find(key);
     if (found == m_values.end())
-        return out.Int(0,
-                       m_context.log.Refuse(kUnknown, kOwnTag, "unknown key \"%s\"", key.c_str()));
+        return out.Int(0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown key \"%s\"", key.c_str()));
     out.Int(0, kDone);
     out.Int(2, found->second);
 }
@@ -81,8 +76,8 @@ std::int32_t Device::SwitchTag(const std::string& tag, bool started) {
     if (!log.GetTags().contains(tag) && log.GetTags().size() >= kMaxTags)
         return kTooMany;
     if (!m_context.numbers.Put(kTagsPart, tag, started))
-        return log.Refuse(kNotKept, kOwnTag, "the log tag \"%s\" could not be stored: %s",
-                          tag.c_str(), m_context.database.GetError().c_str());
+        return log.Refuse(kNotKept, kOwnTag, "the log tag \"%s\" could not be stored: %s", tag.c_str(),
+                          m_context.database.GetError().c_str());
     log.SetTag(tag, started);
     log.Write(kOwnTag, "log tag %s %s", tag.c_str(), started ? "started" : "stopped");
     return kDone;
@@ -114,8 +109,8 @@ json Device::DescribeState() const {
 
 bool Device::Reset() {
     Transaction together(m_context.database);
-    if (!together.IsOpen() || !m_context.numbers.Clear(kKeysPart) ||
-        !m_context.numbers.Clear(kTagsPart) || !together.Commit())
+    if (!together.IsOpen() || !m_context.numbers.Clear(kKeysPart) || !m_context.numbers.Clear(kTagsPart) ||
+        !together.Commit())
         return false;
     SetDefaults();
     return true;

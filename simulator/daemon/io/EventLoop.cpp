@@ -26,8 +26,8 @@ void EventLoop::Run() {
 bool EventLoop::RunRound(Wait wait) {
     // Room for all: no handler is called twice while another one is ready and has not been called.
     m_ready.resize(m_watches.size() + 1);
-    const int count = epoll_wait(m_epoll, m_ready.data(), static_cast<int>(m_ready.size()),
-                                 wait == Wait::Never ? 0 : GetTimeout());
+    const int count =
+        epoll_wait(m_epoll, m_ready.data(), static_cast<int>(m_ready.size()), wait == Wait::Never ? 0 : GetTimeout());
     FindDueTimers();
     bool called = false;
     for (int i = 0; i < count; ++i) {
@@ -55,8 +55,7 @@ void EventLoop::FindDueTimers() {
     if (m_timers.empty())
         return;
     const Clock::time_point now = Clock::now();
-    for (auto timer = m_timers.begin(); timer != m_timers.end() && timer->first.first <= now;
-         ++timer)
+    for (auto timer = m_timers.begin(); timer != m_timers.end() && timer->first.first <= now; ++timer)
         m_due.push_back(timer->first);
 }
 

@@ -43,17 +43,16 @@ bool PathClaim::Take(const std::string& path, std::string& error) {
             return false;
         }
         if (flock(lock, LOCK_EX | LOCK_NB) != 0) {
-            error = errno == EWOULDBLOCK
-                        ? "another norvex-sim is running on " + path
-                        : Describe(m_lockPath, std::generic_category().message(errno));
+            error = errno == EWOULDBLOCK ? "another norvex-sim is running on " + path
+                                         : Describe(m_lockPath, std::generic_category().message(errno));
             close(lock);
             return false;
         }
         // Its previous holder may have removed the file between open and lock.
         struct stat held {};
         struct stat named {};
-        if (fstat(lock, &held) == 0 && stat(m_lockPath.c_str(), &named) == 0 &&
-            held.st_ino == named.st_ino && held.st_dev == named.st_dev) {
+        if (fstat(lock, &held) == 0 && stat(m_lockPath.c_str(), &named) == 0 && held.st_ino == named.st_ino &&
+            held.st_dev == named.st_dev) {
             m_lock = lock;
             return true;
         }
@@ -69,8 +68,7 @@ Listener::~Listener() {
     close(m_socket);
 }
 
-bool Listener::Open(const std::string& path, int type, Accepted accepted, Report report,
-                    std::string& error) {
+bool Listener::Open(const std::string& path, int type, Accepted accepted, Report report, std::string& error) {
     sockaddr_un address{};
     if (path.size() > kMaxPath) {
         error = Describe(path, "too long for a socket");
@@ -89,8 +87,7 @@ bool Listener::Open(const std::string& path, int type, Accepted accepted, Report
     const int fd = socket(AF_UNIX, type | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     // The mode must be set from the start.
     const mode_t mask = umask(0177);
-    const bool bound =
-        fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    const bool bound = fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
     umask(mask);
     if (!bound || listen(fd, kBacklog) != 0) {
         error = Describe(path, std::generic_category().message(errno));

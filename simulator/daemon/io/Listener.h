@@ -39,8 +39,7 @@ public:
     Listener& operator=(const Listener&) = delete;
 
     // `type` is SOCK_SEQPACKET or SOCK_STREAM. `report` gets a line for each rejected connection.
-    bool Open(const std::string& path, int type, Accepted accepted, Report report,
-              std::string& error);
+    bool Open(const std::string& path, int type, Accepted accepted, Report report, std::string& error);
 
     // Maximum length of a socket's path.
     static const std::size_t kMaxPath;

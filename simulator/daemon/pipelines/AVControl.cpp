@@ -25,8 +25,8 @@ private:
         Pipeline& pipeline = PipelineOf(call);
         ++pipeline.decoderRestarts;
         m_pipelines.NoteEvent(pipeline, SI_EVENT_DECODER_RESTARTED);
-        m_log.Write("tvvideodec", "pipeline %s: decoder restarted, %" PRIu32 " times so far",
-                    pipeline.name.c_str(), pipeline.decoderRestarts);
+        m_log.Write("tvvideodec", "pipeline %s: decoder restarted, %" PRIu32 " times so far", pipeline.name.c_str(),
+                    pipeline.decoderRestarts);
         out.Int(0, kDone);
     }
 
@@ -34,16 +34,14 @@ private:
     void MuteVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
         pipeline.videoMute = in.Int(1);
-        m_log.Write("tvvideosink", "pipeline %s: mute %d", pipeline.name.c_str(),
-                    pipeline.videoMute);
+        m_log.Write("tvvideosink", "pipeline %s: mute %d", pipeline.name.c_str(), pipeline.videoMute);
         out.Int(0, kDone);
     }
 
     void MuteAudio(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
         pipeline.audioMute = in.Int(1);
-        m_log.Write("tvaudiosink", "pipeline %s: mute %d", pipeline.name.c_str(),
-                    pipeline.audioMute);
+        m_log.Write("tvaudiosink", "pipeline %s: mute %d", pipeline.name.c_str(), pipeline.audioMute);
         out.Int(0, kDone);
     }
 };

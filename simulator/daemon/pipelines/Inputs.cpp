@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include <base/Number.h>
 #include <nlohmann/json.hpp>
 #include <norvex/client/Source.h>
-
-#include <base/Number.h>
 
 namespace sim {
 
@@ -17,9 +16,8 @@ namespace {
 constexpr std::size_t kMaxCuts = 4096;
 
 // HDMI 1 to 8.
-constexpr std::array<std::int32_t, 8> kHdmiSources{SOURCE_HDMI1, SOURCE_HDMI2, SOURCE_HDMI3,
-                                                   SOURCE_HDMI4, SOURCE_HDMI5, SOURCE_HDMI6,
-                                                   SOURCE_HDMI7, SOURCE_HDMI8};
+constexpr std::array<std::int32_t, 8> kHdmiSources{SOURCE_HDMI1, SOURCE_HDMI2, SOURCE_HDMI3, SOURCE_HDMI4,
+                                                   SOURCE_HDMI5, SOURCE_HDMI6, SOURCE_HDMI7, SOURCE_HDMI8};
 constexpr std::array<const char*, 3> kCaptionNames{"service", "on", "off"};
 
 // "hdmi1" to "hdmi8", or the source's number; below 0 for anything else.
@@ -43,15 +41,11 @@ bool ParseEither(const std::string& word, const char* yes, const char* no, bool&
 } // namespace
 
 Inputs::Inputs(Context& context) : m_context(context) {
-    context.settings.Add(
-        "tuner",
-        "air|cable|satellite[/FREQUENCY] on|off: the signal of an antenna or a transponder",
-        [this](const auto& values, auto& error) { return SetTuner(values, error); });
-    context.settings.Add("captions",
-                         "on|off|service: captions on or off, or as the service has them",
+    context.settings.Add("tuner", "air|cable|satellite[/FREQUENCY] on|off: the signal of an antenna or a transponder",
+                         [this](const auto& values, auto& error) { return SetTuner(values, error); });
+    context.settings.Add("captions", "on|off|service: captions on or off, or as the service has them",
                          [this](const auto& values, auto&) { return SetCaptions(values); });
-    context.settings.Add("hdmi",
-                         "hdmi1..hdmi8|SOURCE plugged|unplugged: whether something is plugged in",
+    context.settings.Add("hdmi", "hdmi1..hdmi8|SOURCE plugged|unplugged: whether something is plugged in",
                          [this](const auto& values, auto&) { return SetHdmi(values); });
 }
 
@@ -129,9 +123,7 @@ json Inputs::DescribeState() const {
     json hdmi = json::object();
     for (const auto& [source, plugged] : m_state.plugged)
         hdmi[std::to_string(source)] = plugged ? "plugged" : "unplugged";
-    return {{"cut", cut},
-            {"captions", kCaptionNames.at(static_cast<std::size_t>(m_state.captions))},
-            {"hdmi", hdmi}};
+    return {{"cut", cut}, {"captions", kCaptionNames.at(static_cast<std::size_t>(m_state.captions))}, {"hdmi", hdmi}};
 }
 
 bool Inputs::Reset() {

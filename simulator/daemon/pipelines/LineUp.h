@@ -49,12 +49,11 @@ class ChannelList {
 public:
     virtual ~ChannelList() = default;
     // GetServiceList's answer: status and records, of the services of that TV mode.
-    virtual void List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first,
-                      std::int32_t count, ReplyWriter& out) = 0;
+    virtual void List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first, std::int32_t count,
+                      ReplyWriter& out) = 0;
     // Sets the service that the TV starts with. -1 in the TV mode: any. Returns kDone or a refusal,
     // which has been logged.
-    virtual std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode,
-                                          std::int32_t option) = 0;
+    virtual std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode, std::int32_t option) = 0;
 };
 
 // The pipelines' view of the services.

@@ -26,10 +26,8 @@ void RegisterAVControl(Context& context, Pipelines& pipelines);
 void RegisterDataControl(Context& context, Pipelines& pipelines);
 void RegisterPipelineUtility(Context& context, Pipelines& pipelines, Preparation& preparation);
 void RegisterReferenceCount(Context& context, Pipelines& pipelines);
-void RegisterServiceNavigation(Context& context, LineUp& lineUp, Pipelines& pipelines,
-                               Preparation& preparation);
-void RegisterSourceControl(Context& context, Pipelines& pipelines, Preparation& preparation,
-                           const Inputs& inputs);
+void RegisterServiceNavigation(Context& context, LineUp& lineUp, Pipelines& pipelines, Preparation& preparation);
+void RegisterSourceControl(Context& context, Pipelines& pipelines, Preparation& preparation, const Inputs& inputs);
 void RegisterTunerControl(Context& context, Pipelines& pipelines);
 void RegisterVideoControl(Context& context, Pipelines& pipelines);
 void RegisterZoomControl(Context& context, Pipelines& pipelines);

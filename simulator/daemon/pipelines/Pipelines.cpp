@@ -11,8 +11,8 @@
 namespace sim {
 
 Pipelines::Pipelines(Context& context, LineUp& lineUp, Inputs& inputs, Subscribers& subscribers)
-    : m_context(context), m_log(context.log), m_lineUp(lineUp), m_inputs(inputs),
-      m_subscribers(subscribers), m_start(std::chrono::steady_clock::now()) {
+    : m_context(context), m_log(context.log), m_lineUp(lineUp), m_inputs(inputs), m_subscribers(subscribers),
+      m_start(std::chrono::steady_clock::now()) {
     At(kMainPipeline);
     m_inputs.SetListener([this] { SurroundingsChanged(); });
 }
@@ -23,8 +23,7 @@ Pipeline& Pipelines::At(const Handle& handle) {
 
 bool Pipelines::Hold(const Handle& handle) {
     if (!m_pipelines.contains(handle) && m_pipelines.size() >= kMaxPipelines) {
-        m_log.Write(kOwnTag, "pipeline %s refused: there are %zu already", handle.ToText().c_str(),
-                    m_pipelines.size());
+        m_log.Write(kOwnTag, "pipeline %s refused: there are %zu already", handle.ToText().c_str(), m_pipelines.size());
         return false;
     }
     ++At(handle).sessions;
@@ -42,22 +41,20 @@ void Pipelines::DropIfUnused(const Pipeline& pipeline) {
         m_pipelines.erase(Handle(pipeline.handle));
 }
 
-std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* operation,
-                                     std::uint64_t service, std::int32_t antenna) {
+std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* operation, std::uint64_t service,
+                                     std::int32_t antenna) {
     if (service == INVALID_SERVICE_ID)
         return m_log.Refuse(kBadArgument, kTunerTag, "pipeline %s: %s refused: the invalid service",
                             pipeline.name.c_str(), operation);
     const auto facts = m_lineUp.FindFacts(service);
     if (!facts)
-        return m_log.Refuse(kUnknown, kTunerTag,
-                            "pipeline %s: %s refused: unknown service 0x%" PRIx64,
+        return m_log.Refuse(kUnknown, kTunerTag, "pipeline %s: %s refused: unknown service 0x%" PRIx64,
                             pipeline.name.c_str(), operation, service);
     if (facts->antenna >= 0 && facts->antenna != antenna)
         return m_log.Refuse(kRefused, kTunerTag,
-                            "pipeline %s: %s refused: service 0x%" PRIx64
-                            " belongs to antenna %s, not %s",
-                            pipeline.name.c_str(), operation, service,
-                            ToAntennaName(facts->antenna).c_str(), ToAntennaName(antenna).c_str());
+                            "pipeline %s: %s refused: service 0x%" PRIx64 " belongs to antenna %s, not %s",
+                            pipeline.name.c_str(), operation, service, ToAntennaName(facts->antenna).c_str(),
+                            ToAntennaName(antenna).c_str());
     return kDone;
 }
 
@@ -80,8 +77,7 @@ void Pipelines::Perform(const Handle& handle, const Change& change) {
 
 void Pipelines::SetSource(Pipeline& pipeline, std::int32_t source) {
     pipeline.source = source;
-    m_log.Write("extvideosrc", "pipeline %s: picture from source %d", pipeline.name.c_str(),
-                source);
+    m_log.Write("extvideosrc", "pipeline %s: picture from source %d", pipeline.name.c_str(), source);
     m_log.Write("extaudiosrc", "pipeline %s: sound from source %d", pipeline.name.c_str(), source);
 }
 
@@ -100,12 +96,10 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     Latest& latest = pipeline.latest[pipeline.tvMode];
     (facts->streamed ? latest.streamed : latest.broadcast) = service;
     if (facts->streamed) {
-        m_log.Write("quarle-provider", "pipeline %s: streams service 0x%" PRIx64,
-                    pipeline.name.c_str(), service);
+        m_log.Write("quarle-provider", "pipeline %s: streams service 0x%" PRIx64, pipeline.name.c_str(), service);
         return;
     }
-    m_log.Write(kTunerTag, "pipeline %s: tuned to service 0x%" PRIx64, pipeline.name.c_str(),
-                service);
+    m_log.Write(kTunerTag, "pipeline %s: tuned to service 0x%" PRIx64, pipeline.name.c_str(), service);
     MoveTuner(pipeline, {pipeline.tvMode.antenna, facts->frequency});
 }
 
@@ -113,8 +107,7 @@ void Pipelines::MoveTuner(Pipeline& pipeline, const Transponder& transponder) {
     if (pipeline.tuner == transponder)
         return;
     pipeline.tuner = transponder;
-    m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.name.c_str(),
-                transponder.ToText().c_str());
+    m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.name.c_str(), transponder.ToText().c_str());
 }
 
 bool Pipelines::HasSignal(const Pipeline& pipeline) const {
@@ -133,8 +126,8 @@ void Pipelines::ResetMainPicture(const Handle& handle) {
 
 void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {
     const auto since = std::chrono::steady_clock::now() - m_start;
-    pipeline.events[event] = static_cast<std::uint64_t>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
+    pipeline.events[event] =
+        static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
 }
 
 // What a pipeline receives depends on its settings and on the TV's environment.
@@ -172,12 +165,10 @@ void Pipelines::LineUpChanged() {
 void Pipelines::SurroundingsChanged() {
     for (auto& [handle, pipeline] : m_pipelines) {
         UpdateReception(pipeline);
-        const std::size_t ended = std::erase_if(pipeline.hdmiAnalysis, [&](std::int32_t source) {
-            return !m_inputs.IsPlugged(source);
-        });
+        const std::size_t ended =
+            std::erase_if(pipeline.hdmiAnalysis, [&](std::int32_t source) { return !m_inputs.IsPlugged(source); });
         if (ended > 0)
-            m_log.Write("extvideosrc", "pipeline %s: analysis ended, its input was unplugged",
-                        pipeline.name.c_str());
+            m_log.Write("extvideosrc", "pipeline %s: analysis ended, its input was unplugged", pipeline.name.c_str());
     }
 }
 

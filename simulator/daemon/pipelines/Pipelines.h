@@ -32,8 +32,8 @@ public:
 
     // Whether a pipeline in that antenna mode could show the service: kDone, or a refusal, which
     // has been logged.
-    std::int32_t CheckService(const Pipeline& pipeline, const char* operation,
-                              std::uint64_t service, std::int32_t antenna);
+    std::int32_t CheckService(const Pipeline& pipeline, const char* operation, std::uint64_t service,
+                              std::int32_t antenna);
     // Shows it now; Preparation delays changes for receivers.
     void Perform(const Handle& handle, const Change& change);
 

@@ -33,10 +33,9 @@ json DescribeDtvModes(const DtvModes& modes) {
 }
 
 json DescribeEvents(const PipelineState& state) {
-    static const std::map<ESIEvent, const char*> kNames{
-        {SI_EVENT_STARTED, "started"},
-        {SI_EVENT_CAPTIONS, "captions"},
-        {SI_EVENT_DECODER_RESTARTED, "decoderRestarted"}};
+    static const std::map<ESIEvent, const char*> kNames{{SI_EVENT_STARTED, "started"},
+                                                        {SI_EVENT_CAPTIONS, "captions"},
+                                                        {SI_EVENT_DECODER_RESTARTED, "decoderRestarted"}};
     json described = json::object();
     for (const auto& [event, milliseconds] : state.events)
         described[kNames.at(event)] = milliseconds;
@@ -46,8 +45,7 @@ json DescribeEvents(const PipelineState& state) {
 json DescribePreview(const PipelineState& state) {
     if (!state.preview)
         return {};
-    return {{"source", state.preview->source},
-            {"service", DescribeService(state.preview->service)}};
+    return {{"source", state.preview->source}, {"service", DescribeService(state.preview->service)}};
 }
 
 json DescribeCrop(const PipelineState& state) {

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cinttypes>
 
+#include <base/Number.h>
 #include <nlohmann/json.hpp>
 
 #include "Event.h"
 #include "Results.h"
-#include <base/Number.h>
 
 namespace sim {
 
@@ -32,14 +32,12 @@ bool IsKind(EStateChangeType type) {
 
 } // namespace
 
-Preparation::Preparation(Context& context, Pipelines& pipelines)
-    : m_context(context), m_pipelines(pipelines) {
+Preparation::Preparation(Context& context, Pipelines& pipelines) : m_context(context), m_pipelines(pipelines) {
     context.settings.Add("preparation-limit",
                          "MILLISECONDS: how long receivers can delay a change of service or source",
                          [this](const auto& values, auto&) {
                              std::uint32_t limit = 0;
-                             if (values.size() != 1 || !ParseNumber(values[0], limit) ||
-                                 limit > kMaxLimitMilliseconds)
+                             if (values.size() != 1 || !ParseNumber(values[0], limit) || limit > kMaxLimitMilliseconds)
                                  return false;
                              m_limit = limit;
                              return true;
@@ -51,8 +49,8 @@ bool Preparation::Concerns(const Change& change, EStateChangeType type) {
 }
 
 bool Preparation::IsReady(const Receiver& receiver, const Change& change) {
-    return receiver.state == kReady && (receiver.service == INVALID_SERVICE_ID || !change.service ||
-                                        receiver.service == *change.service);
+    return receiver.state == kReady &&
+           (receiver.service == INVALID_SERVICE_ID || !change.service || receiver.service == *change.service);
 }
 
 bool Preparation::IsHeld(const Queue& queue, const Change& change) {
@@ -67,8 +65,8 @@ void Preparation::Request(const Handle& handle, const Change& change) {
         return m_pipelines.Perform(handle, change);
     Queue& queue = found->second;
     if (queue.pending)
-        m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " replaced",
-                            handle.ToText().c_str(), queue.pending->sequence);
+        m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " replaced", handle.ToText().c_str(),
+                            queue.pending->sequence);
     queue.pending = change;
     if (!IsHeld(queue, change))
         return Perform(handle, queue, "made");
@@ -90,8 +88,8 @@ void Preparation::Perform(const Handle& handle, Queue& queue, const char* why) {
         if (Concerns(change, key.type))
             receiver.state = 0;
     }
-    m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " %s",
-                        handle.ToText().c_str(), change.sequence, why);
+    m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " %s", handle.ToText().c_str(),
+                        change.sequence, why);
     m_pipelines.Perform(handle, change);
 }
 
@@ -112,14 +110,13 @@ const Change* Preparation::GetPending(const Handle& handle) const {
 
 std::int32_t Preparation::Refuse(const Handle& handle, const char* what, const std::string& name,
                                  std::int32_t result) const {
-    m_context.log.Write(kOwnTag, "pipeline %s: receiver \"%s\" refused: %s",
-                        handle.ToText().c_str(), name.c_str(), what);
+    m_context.log.Write(kOwnTag, "pipeline %s: receiver \"%s\" refused: %s", handle.ToText().c_str(), name.c_str(),
+                        what);
     return result;
 }
 
-std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type,
-                                   const std::string& name, std::int32_t option,
-                                   const Client& client) {
+std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type, const std::string& name,
+                                   std::int32_t option, const Client& client) {
     if (!IsKind(type))
         return Refuse(handle, "unknown kind of change", name, kBadArgument);
     if (name.empty() || name.size() > kMaxName)
@@ -135,13 +132,12 @@ std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type,
     return kDone;
 }
 
-std::int32_t Preparation::Unregister(const Handle& handle, EStateChangeType type,
-                                     const std::string& name, const Client& client) {
+std::int32_t Preparation::Unregister(const Handle& handle, EStateChangeType type, const std::string& name,
+                                     const Client& client) {
     if (!IsKind(type))
         return Refuse(handle, "unknown kind of change", name, kBadArgument);
     const auto queue = m_queues.find(handle);
-    if (queue == m_queues.end() ||
-        queue->second.receivers.erase({type, client.GetNumber(), name}) == 0)
+    if (queue == m_queues.end() || queue->second.receivers.erase({type, client.GetNumber(), name}) == 0)
         return Refuse(handle, "is not registered", name, kUnknown);
     m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" unregistered from changes of the %s",
                         handle.ToText().c_str(), name.c_str(), ToText(type));
@@ -151,9 +147,8 @@ std::int32_t Preparation::Unregister(const Handle& handle, EStateChangeType type
     return kDone;
 }
 
-std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type,
-                                   const std::string& name, std::int32_t state,
-                                   std::uint64_t service, const Client& client) {
+std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type, const std::string& name,
+                                   std::int32_t state, std::uint64_t service, const Client& client) {
     if (!IsKind(type))
         return Refuse(handle, "unknown kind of change", name, kBadArgument);
     const auto queue = m_queues.find(handle);
@@ -164,8 +159,7 @@ std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type,
         return Refuse(handle, "is not registered", name, kUnknown);
     found->second.state = state;
     found->second.service = service;
-    m_context.log.Write("quarle-daemon",
-                        "pipeline %s: \"%s\" is in state %d for a change of the %s, 0x%" PRIx64,
+    m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" is in state %d for a change of the %s, 0x%" PRIx64,
                         handle.ToText().c_str(), name.c_str(), state, ToText(type), service);
     Check(handle, queue->second);
     return kDone;
@@ -173,8 +167,7 @@ std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type,
 
 void Preparation::ReleaseClient(Client& client) {
     for (auto& [handle, queue] : m_queues) {
-        std::erase_if(queue.receivers,
-                      [&](const auto& entry) { return entry.first.client == client.GetNumber(); });
+        std::erase_if(queue.receivers, [&](const auto& entry) { return entry.first.client == client.GetNumber(); });
         Check(handle, queue);
     }
     std::erase_if(m_queues, [](const auto& entry) { return entry.second.receivers.empty(); });
@@ -201,8 +194,7 @@ json Preparation::Describe(const Queue& queue) {
     if (change.service)
         pending["service"] = ToHexText(*change.service);
     if (change.tvMode)
-        pending["tvMode"] = {{"antenna", change.tvMode->antenna},
-                             {"serviceMode", change.tvMode->serviceMode}};
+        pending["tvMode"] = {{"antenna", change.tvMode->antenna}, {"serviceMode", change.tvMode->serviceMode}};
     return described;
 }
 

@@ -33,13 +33,12 @@ public:
     const Change* GetPending(const Handle& handle) const;
 
     // Each returns kDone or a refusal, which has been logged.
-    std::int32_t Register(const Handle& handle, EStateChangeType type, const std::string& name,
-                          std::int32_t option, const Client& client);
-    std::int32_t Unregister(const Handle& handle, EStateChangeType type, const std::string& name,
-                            const Client& client);
+    std::int32_t Register(const Handle& handle, EStateChangeType type, const std::string& name, std::int32_t option,
+                          const Client& client);
+    std::int32_t Unregister(const Handle& handle, EStateChangeType type, const std::string& name, const Client& client);
     // `state` 1: ready for the change to `service` (all bits set: to any); else not ready.
-    std::int32_t SetState(const Handle& handle, EStateChangeType type, const std::string& name,
-                          std::int32_t state, std::uint64_t service, const Client& client);
+    std::int32_t SetState(const Handle& handle, EStateChangeType type, const std::string& name, std::int32_t state,
+                          std::uint64_t service, const Client& client);
 
     const char* GetStateName() const override { return "preparation"; }
     nlohmann::json DescribeState() const override;
@@ -73,8 +72,7 @@ private:
     void Check(const Handle& handle, Queue& queue);
     void Perform(const Handle& handle, Queue& queue, const char* why);
     void LimitPassed(const Handle& handle);
-    std::int32_t Refuse(const Handle& handle, const char* what, const std::string& name,
-                        std::int32_t result) const;
+    std::int32_t Refuse(const Handle& handle, const char* what, const std::string& name, std::int32_t result) const;
     static nlohmann::json Describe(const Queue& queue);
 
     Context& m_context;

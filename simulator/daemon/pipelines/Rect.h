@@ -11,8 +11,8 @@ constexpr std::int32_t kScreenHeight = 1080;
 
 // Has an area and lies on the TV's screen.
 constexpr bool IsOnScreen(const Rect& rect) {
-    return rect.x >= 0 && rect.y >= 0 && rect.width > 0 && rect.height > 0 &&
-           rect.x <= kScreenWidth - rect.width && rect.y <= kScreenHeight - rect.height;
+    return rect.x >= 0 && rect.y >= 0 && rect.width > 0 && rect.height > 0 && rect.x <= kScreenWidth - rect.width &&
+           rect.y <= kScreenHeight - rect.height;
 }
 
 } // namespace sim

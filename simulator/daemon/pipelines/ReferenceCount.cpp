@@ -13,8 +13,7 @@ public:
 
     ReferenceCount(Context& context, Pipelines& pipelines)
         : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
-        Add(Method::GetReferenceCount, {Out("status", kInt), Out("count", kInt)},
-            &ReferenceCount::GetReferenceCount);
+        Add(Method::GetReferenceCount, {Out("status", kInt), Out("count", kInt)}, &ReferenceCount::GetReferenceCount);
     }
 
 private:

@@ -18,37 +18,30 @@ class ServiceNavigation : public PipelineInterface {
 public:
     using Method = interfaces::ServiceNavigationMethod;
 
-    ServiceNavigation(Context& context, LineUp& lineUp, Pipelines& pipelines,
-                      Preparation& preparation)
+    ServiceNavigation(Context& context, LineUp& lineUp, Pipelines& pipelines, Preparation& preparation)
         : PipelineInterface(interfaces::kTable<Method>, context, pipelines), m_lineUp(lineUp),
           m_preparation(preparation) {
-        Add(Method::GetTvMode, {Out("status", kInt), Out("tvMode", kTvMode)},
-            &ServiceNavigation::GetTvMode);
+        Add(Method::GetTvMode, {Out("status", kInt), Out("tvMode", kTvMode)}, &ServiceNavigation::GetTvMode);
         Add(Method::GetServiceList,
-            {Out("status", kInt), In("criteria", kCriteria), Out("records", kRecordList),
-             In("tvMode", kTvMode), In("first", kInt), In("count", kInt)},
+            {Out("status", kInt), In("criteria", kCriteria), Out("records", kRecordList), In("tvMode", kTvMode),
+             In("first", kInt), In("count", kInt)},
             &ServiceNavigation::GetServiceList);
         Add(Method::SetTvMode, {Out("status", kInt), In("tvMode", kTvMode), In("text", kText)},
             &ServiceNavigation::SetTvMode);
         Add(Method::SetTvMode_Service,
-            {Out("status", kInt), In("tvMode", kTvMode), In("service", kNumber64),
-             In("text", kText)},
+            {Out("status", kInt), In("tvMode", kTvMode), In("service", kNumber64), In("text", kText)},
             &ServiceNavigation::SetTvModeAndService);
         Add(Method::SetDTVMode, {Out("status", kInt), In("mode", kInt), In("enable", kBool)},
             &ServiceNavigation::SetDTVMode);
         Add(Method::SetService,
-            {Out("status", kInt), In("service", kNumber64), In("option", kInt), In("flags", kInt),
-             In("text", kText)},
+            {Out("status", kInt), In("service", kNumber64), In("option", kInt), In("flags", kInt), In("text", kText)},
             &ServiceNavigation::SetService);
         Add(Method::SetBootupService,
-            {Out("status", kInt), In("service", kNumber64), In("tvMode", kTvMode),
-             In("option", kInt)},
+            {Out("status", kInt), In("service", kNumber64), In("tvMode", kTvMode), In("option", kInt)},
             &ServiceNavigation::SetBootupService);
-        Add(Method::GetLatestVeldaServiceId,
-            {Out("status", kInt), Out("service", kNumber64), In("tvMode", kTvMode)},
+        Add(Method::GetLatestVeldaServiceId, {Out("status", kInt), Out("service", kNumber64), In("tvMode", kTvMode)},
             &ServiceNavigation::GetLatestVeldaServiceId);
-        Add(Method::GetLatestServiceId,
-            {Out("status", kInt), Out("service", kNumber64), In("tvMode", kTvMode)},
+        Add(Method::GetLatestServiceId, {Out("status", kInt), Out("service", kNumber64), In("tvMode", kTvMode)},
             &ServiceNavigation::GetLatestServiceId);
     }
 
@@ -79,8 +72,7 @@ private:
         change.tvMode = tvMode;
         if (tvMode != pipeline.tvMode) {
             const auto latest = pipeline.latest.find(tvMode);
-            change.service =
-                latest == pipeline.latest.end() ? INVALID_SERVICE_ID : latest->second.broadcast;
+            change.service = latest == pipeline.latest.end() ? INVALID_SERVICE_ID : latest->second.broadcast;
         }
         m_preparation.Request(HandleOf(call), change);
         out.Int(0, kDone);
@@ -92,8 +84,7 @@ private:
         if (!Complete(pipeline, "SetTvMode", tvMode))
             return out.Int(0, kBadArgument);
         const std::uint64_t service = in.Number64(2);
-        const std::int32_t status =
-            m_pipelines.CheckService(pipeline, "SetTvMode", service, tvMode.antenna);
+        const std::int32_t status = m_pipelines.CheckService(pipeline, "SetTvMode", service, tvMode.antenna);
         if (status == kDone)
             Show(call, service, tvMode);
         out.Int(0, status);
@@ -104,9 +95,9 @@ private:
         const std::int32_t mode = in.Int(1);
         const bool enable = in.Bool(2);
         if (mode < DTV_MODE_DEMUX_ONLY || mode > DTV_MODE_ALL)
-            return out.Int(0, m_log.Refuse(kBadArgument, "tvdemuxer",
-                                           "pipeline %s: SetDTVMode refused: unknown mode %d",
-                                           pipeline.name.c_str(), mode));
+            return out.Int(0,
+                           m_log.Refuse(kBadArgument, "tvdemuxer", "pipeline %s: SetDTVMode refused: unknown mode %d",
+                                        pipeline.name.c_str(), mode));
         DtvModes& modes = pipeline.dtvModes;
         if (mode == DTV_MODE_DEMUX_ONLY || mode == DTV_MODE_ALL)
             modes.demux = enable;
@@ -114,16 +105,14 @@ private:
             modes.audio = enable;
         if (mode == DTV_MODE_VIDEO_ONLY || mode == DTV_MODE_ALL)
             modes.video = enable;
-        m_log.Write("tvdemuxer", "pipeline %s: DTV mode %d %s", pipeline.name.c_str(), mode,
-                    enable ? "on" : "off");
+        m_log.Write("tvdemuxer", "pipeline %s: DTV mode %d %s", pipeline.name.c_str(), mode, enable ? "on" : "off");
         out.Int(0, kDone);
     }
 
     void SetService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
         const std::uint64_t service = in.Number64(1);
-        const std::int32_t status =
-            m_pipelines.CheckService(pipeline, "SetService", service, pipeline.tvMode.antenna);
+        const std::int32_t status = m_pipelines.CheckService(pipeline, "SetService", service, pipeline.tvMode.antenna);
         if (status == kDone)
             Show(call, service, {});
         out.Int(0, status);
@@ -151,11 +140,10 @@ private:
             tvMode.antenna = pipeline.tvMode.antenna;
         if (tvMode.serviceMode == SERVICE_MODE_NONE)
             tvMode.serviceMode = pipeline.tvMode.serviceMode;
-        if (tvMode.antenna >= ANTENNA_AIR && tvMode.antenna <= ANTENNA_SATELLITE &&
-            tvMode.serviceMode >= 0)
+        if (tvMode.antenna >= ANTENNA_AIR && tvMode.antenna <= ANTENNA_SATELLITE && tvMode.serviceMode >= 0)
             return true;
-        m_log.Write(kTunerTag, "pipeline %s: %s refused: unknown antenna %d or service mode %d",
-                    pipeline.name.c_str(), operation, tvMode.antenna, tvMode.serviceMode);
+        m_log.Write(kTunerTag, "pipeline %s: %s refused: unknown antenna %d or service mode %d", pipeline.name.c_str(),
+                    operation, tvMode.antenna, tvMode.serviceMode);
         return false;
     }
 
@@ -170,18 +158,15 @@ private:
         m_preparation.Request(HandleOf(call), change);
     }
 
-    void GetLatest(const Call& call, const ArgumentReader& in, std::uint64_t Latest::*kind,
-                   ReplyWriter& out) {
+    void GetLatest(const Call& call, const ArgumentReader& in, std::uint64_t Latest::*kind, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
         auto tvMode = in.Value<TvMode>(2);
         if (!Complete(pipeline, "GetLatestServiceId", tvMode))
             return out.Int(0, kBadArgument);
         const auto latest = pipeline.latest.find(tvMode);
         if (latest == pipeline.latest.end() || latest->second.*kind == INVALID_SERVICE_ID)
-            return out.Int(0, m_log.Refuse(kUnknown, kTunerTag,
-                                           "pipeline %s: no service of antenna %s has been shown",
-                                           pipeline.name.c_str(),
-                                           ToAntennaName(tvMode.antenna).c_str()));
+            return out.Int(0, m_log.Refuse(kUnknown, kTunerTag, "pipeline %s: no service of antenna %s has been shown",
+                                           pipeline.name.c_str(), ToAntennaName(tvMode.antenna).c_str()));
         out.Int(0, kDone);
         out.Number64(1, latest->second.*kind);
     }
@@ -197,8 +182,7 @@ private:
 
 } // namespace
 
-void RegisterServiceNavigation(Context& context, LineUp& lineUp, Pipelines& pipelines,
-                               Preparation& preparation) {
+void RegisterServiceNavigation(Context& context, LineUp& lineUp, Pipelines& pipelines, Preparation& preparation) {
     context.Register<ServiceNavigation>(context, lineUp, pipelines, preparation);
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include <base/Number.h>
 #include <norvex/client/Signal.h>
 
 #include "Context.h"
@@ -10,7 +11,6 @@
 #include "Handle.h"
 #include "PipelineComponents.h"
 #include "Subscribers.h"
-#include <base/Number.h>
 
 namespace sim {
 
@@ -34,12 +34,8 @@ struct Kind {
 
 const std::vector<Kind>& GetKinds() {
     static const std::vector<Kind> kKinds{
-        {SIGNAL_SI_STARTED,
-         "SIGNAL_SI_STARTED",
-         {{"chType", 0, 16}, {"srvProfile", 16, 16}, {"chNumber", 32, 16}}},
-        {SIGNAL_TUNE_AROUND_SERVICE_DONE,
-         "SIGNAL_TUNE_AROUND_SERVICE_DONE",
-         {{"serviceId", 0, 64}}},
+        {SIGNAL_SI_STARTED, "SIGNAL_SI_STARTED", {{"chType", 0, 16}, {"srvProfile", 16, 16}, {"chNumber", 32, 16}}},
+        {SIGNAL_TUNE_AROUND_SERVICE_DONE, "SIGNAL_TUNE_AROUND_SERVICE_DONE", {{"serviceId", 0, 64}}},
         {SIGNAL_TUNE_AROUND_FINISHED, "SIGNAL_TUNE_AROUND_FINISHED", {{"flag", 0, 16}}},
         {SIGNAL_BARKER_CHANNEL_TUNE, "SIGNAL_BARKER_CHANNEL_TUNE", {{"success", 0, 8}}}};
     return kKinds;
@@ -115,8 +111,7 @@ std::string Parse(const std::vector<std::string>& arguments, Order& order) {
         return "unknown signal '" + type + "'";
     for (std::size_t place = 1; place < arguments.size(); ++place) {
         if (!ParseValue(arguments[place], kind, order))
-            return "malformed '" + arguments[place] + "'; expected NAME=VALUE, with the names " +
-                   DescribeNames(kind);
+            return "malformed '" + arguments[place] + "'; expected NAME=VALUE, with the names " + DescribeNames(kind);
     }
     return {};
 }
@@ -128,9 +123,8 @@ void AddSignalCommand(Context& context, Subscribers& subscribers) {
         "signal", "Send a signal to every registered callback; print the number of signals sent",
         [&](CommandLine& line) {
             auto arguments = std::make_shared<std::vector<std::string>>();
-            line.Texts(
-                "signal", *arguments, "TYPE NAME=VALUE...",
-                "Its number or name, and its values: profile, screen, data, count, and those of its type");
+            line.Texts("signal", *arguments, "TYPE NAME=VALUE...",
+                       "Its number or name, and its values: profile, screen, data, count, and those of its type");
             return [&, arguments](ControlConnection& connection) {
                 Order order;
                 const std::string error = Parse(*arguments, order);
@@ -140,8 +134,7 @@ void AddSignalCommand(Context& context, Subscribers& subscribers) {
                 for (std::uint32_t signal = 0; signal < order.count; ++signal)
                     sent += subscribers.SendToAll(order.signal);
                 const Event event(context);
-                context.log.Write(kOwnTag, "signal %d injected: sent %zu times", order.signal.type,
-                                  sent);
+                context.log.Write(kOwnTag, "signal %d injected: sent %zu times", order.signal.type, sent);
                 connection.Print(std::to_string(sent) + "\n");
                 connection.Finish();
             };

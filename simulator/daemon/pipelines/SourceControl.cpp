@@ -19,20 +19,16 @@ class SourceControl : public PipelineInterface {
 public:
     using Method = interfaces::SourceControlMethod;
 
-    SourceControl(Context& context, Pipelines& pipelines, Preparation& preparation,
-                  const Inputs& inputs)
-        : PipelineInterface(interfaces::kTable<Method>, context, pipelines),
-          m_preparation(preparation), m_inputs(inputs) {
-        Add(Method::SetSource, {Out("status", kInt), In("source", kInt), In("text", kText)},
-            &SourceControl::SetSource);
+    SourceControl(Context& context, Pipelines& pipelines, Preparation& preparation, const Inputs& inputs)
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines), m_preparation(preparation),
+          m_inputs(inputs) {
+        Add(Method::SetSource, {Out("status", kInt), In("source", kInt), In("text", kText)}, &SourceControl::SetSource);
         Add(Method::SetSource_Service,
             {Out("status", kInt), In("source", kInt), In("service", kNumber64), In("text", kText)},
             &SourceControl::SetSourceAndService);
         Add(Method::PreSetSourceA, {Out("status", kInt)}, &SourceControl::PreSetSourceA);
-        Add(Method::StartHDMIAnalysis, {Out("status", kInt), In("source", kInt)},
-            &SourceControl::StartHDMIAnalysis);
-        Add(Method::StopHDMIAnalysis, {Out("status", kInt), In("source", kInt)},
-            &SourceControl::StopHDMIAnalysis);
+        Add(Method::StartHDMIAnalysis, {Out("status", kInt), In("source", kInt)}, &SourceControl::StartHDMIAnalysis);
+        Add(Method::StopHDMIAnalysis, {Out("status", kInt), In("source", kInt)}, &SourceControl::StopHDMIAnalysis);
         // C comes before B.
         Add(Method::PreSetSourceC, {Out("status", kInt)}, &SourceControl::PreSetSourceC);
         Add(Method::PreSetSourceB, {Out("status", kInt)}, &SourceControl::PreSetSourceB);
@@ -62,8 +58,7 @@ private:
         const std::uint64_t service = in.Number64(2);
         std::int32_t status = CheckSource(pipeline, "SetSource", source);
         if (status == kDone)
-            status =
-                m_pipelines.CheckService(pipeline, "SetSource", service, pipeline.tvMode.antenna);
+            status = m_pipelines.CheckService(pipeline, "SetSource", service, pipeline.tvMode.antenna);
         if (status == kDone) {
             Change change;
             change.sequence = call.sequence;
@@ -76,9 +71,7 @@ private:
         out.Int(0, status);
     }
 
-    void PreSetSourceA(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-        PreSetSource(call, 'A', out);
-    }
+    void PreSetSourceA(const Call& call, const ArgumentReader&, ReplyWriter& out) { PreSetSource(call, 'A', out); }
 
     void StartHDMIAnalysis(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
@@ -86,8 +79,8 @@ private:
         const std::int32_t status = CheckHdmi(pipeline, "StartHDMIAnalysis", source);
         if (status == kDone) {
             const bool started = pipeline.hdmiAnalysis.insert(source).second;
-            m_log.Write("extvideosrc", "pipeline %s: analysis of source %d %s",
-                        pipeline.name.c_str(), source, started ? "started" : "already running");
+            m_log.Write("extvideosrc", "pipeline %s: analysis of source %d %s", pipeline.name.c_str(), source,
+                        started ? "started" : "already running");
         }
         out.Int(0, status);
     }
@@ -103,19 +96,14 @@ private:
                         pipeline.name.c_str(), source);
             status = kRefused;
         } else if (status == kDone) {
-            m_log.Write("extvideosrc", "pipeline %s: analysis of source %d stopped",
-                        pipeline.name.c_str(), source);
+            m_log.Write("extvideosrc", "pipeline %s: analysis of source %d stopped", pipeline.name.c_str(), source);
         }
         out.Int(0, status);
     }
 
-    void PreSetSourceC(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-        PreSetSource(call, 'C', out);
-    }
+    void PreSetSourceC(const Call& call, const ArgumentReader&, ReplyWriter& out) { PreSetSource(call, 'C', out); }
 
-    void PreSetSourceB(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-        PreSetSource(call, 'B', out);
-    }
+    void PreSetSourceB(const Call& call, const ArgumentReader&, ReplyWriter& out) { PreSetSource(call, 'B', out); }
 
     void SetPreviewSource(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
         Pipeline& pipeline = PipelineOf(call);
@@ -132,8 +120,7 @@ private:
         const std::uint64_t service = in.Number64(2);
         std::int32_t status = CheckSource(pipeline, "SetPreviewSource", source);
         if (status == kDone)
-            status = m_pipelines.CheckService(pipeline, "SetPreviewSource", service,
-                                              pipeline.tvMode.antenna);
+            status = m_pipelines.CheckService(pipeline, "SetPreviewSource", service, pipeline.tvMode.antenna);
         if (status == kDone)
             SetPreview(pipeline, {source, service});
         out.Int(0, status);
@@ -155,8 +142,8 @@ private:
             why = "has nothing plugged in";
         if (why == nullptr)
             return kDone;
-        m_log.Write("extvideosrc", "pipeline %s: %s refused: source %d %s", pipeline.name.c_str(),
-                    operation, source, why);
+        m_log.Write("extvideosrc", "pipeline %s: %s refused: source %d %s", pipeline.name.c_str(), operation, source,
+                    why);
         return Inputs::IsHdmi(source) ? kRefused : kBadArgument;
     }
 
@@ -165,16 +152,15 @@ private:
         if (pipeline.preparedNext.size() == kMaxPrepared)
             pipeline.preparedNext.erase(0, 1);
         pipeline.preparedNext += which;
-        m_log.Write("extvideosrc", "pipeline %s: prepared for a source, %c", pipeline.name.c_str(),
-                    which);
+        m_log.Write("extvideosrc", "pipeline %s: prepared for a source, %c", pipeline.name.c_str(), which);
         out.Int(0, kDone);
     }
 
     // A preview does not replace the picture: no receiver prepares for it.
     void SetPreview(Pipeline& pipeline, const Preview& preview) {
         pipeline.preview = preview;
-        m_log.Write("extvideosrc", "pipeline %s: preview of source %d, service 0x%" PRIx64,
-                    pipeline.name.c_str(), preview.source, preview.service);
+        m_log.Write("extvideosrc", "pipeline %s: preview of source %d, service 0x%" PRIx64, pipeline.name.c_str(),
+                    preview.source, preview.service);
     }
 
     Preparation& m_preparation;
@@ -183,8 +169,7 @@ private:
 
 } // namespace
 
-void RegisterSourceControl(Context& context, Pipelines& pipelines, Preparation& preparation,
-                           const Inputs& inputs) {
+void RegisterSourceControl(Context& context, Pipelines& pipelines, Preparation& preparation, const Inputs& inputs) {
     context.Register<SourceControl>(context, pipelines, preparation, inputs);
 }
 

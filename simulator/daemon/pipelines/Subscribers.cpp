@@ -17,15 +17,13 @@ constexpr std::size_t kMaxTypes = 256; // per session
 } // namespace
 
 Subscribers::Subscribers(Context& context)
-    : Interface(interfaces::kTable<interfaces::SignalSubscriberMethod>, Calls::ToSession),
-      m_context(context) {
+    : Interface(interfaces::kTable<interfaces::SignalSubscriberMethod>, Calls::ToSession), m_context(context) {
     Add(interfaces::SignalSubscriberMethod::Subscribe,
-        {Out("status", kInt), In("type", kInt), In("mode", kInt), In("filter", kInt),
-         In("profile", kInt), In("screen", kInt)},
+        {Out("status", kInt), In("type", kInt), In("mode", kInt), In("filter", kInt), In("profile", kInt),
+         In("screen", kInt)},
         &Subscribers::Subscribe);
     Add(interfaces::SignalSubscriberMethod::Unsubscribe,
-        {Out("status", kInt), In("type", kInt), In("filter", kInt), In("profile", kInt),
-         In("screen", kInt)},
+        {Out("status", kInt), In("type", kInt), In("filter", kInt), In("profile", kInt), In("screen", kInt)},
         &Subscribers::Unsubscribe);
 }
 
@@ -43,8 +41,7 @@ void Subscribers::Subscribe(const Call& call, const ArgumentReader& in, ReplyWri
     auto& counts = m_subscribers.at(call.session->id).counts;
     if (!counts.contains(type) && counts.size() >= kMaxTypes)
         return out.Int(0,
-                       m_context.log.Refuse(kTooMany, kOwnTag,
-                                            "Subscribe refused: %zu types already", counts.size()));
+                       m_context.log.Refuse(kTooMany, kOwnTag, "Subscribe refused: %zu types already", counts.size()));
     const std::uint32_t count = ++counts[type];
     m_context.log.Write(kOwnTag,
                         "signal %d: session %" PRIu32 " subscribed %" PRIu32
@@ -58,16 +55,14 @@ void Subscribers::Unsubscribe(const Call& call, const ArgumentReader& in, ReplyW
     auto& counts = m_subscribers.at(call.session->id).counts;
     const auto found = counts.find(type);
     if (found == counts.end())
-        return out.Int(0, m_context.log.Refuse(kRefused, kOwnTag,
-                                               "Unsubscribe refused: not subscribed to signal %d",
-                                               type));
+        return out.Int(
+            0, m_context.log.Refuse(kRefused, kOwnTag, "Unsubscribe refused: not subscribed to signal %d", type));
     const std::uint32_t left = --found->second;
     if (left == 0)
         counts.erase(found);
-    m_context.log.Write(kOwnTag,
-                        "signal %d: session %" PRIu32 " subscribed %" PRIu32
-                        " times (filter %d, profile %d, screen %d)",
-                        type, call.session->id, left, in.Int(2), in.Int(3), in.Int(4));
+    m_context.log.Write(
+        kOwnTag, "signal %d: session %" PRIu32 " subscribed %" PRIu32 " times (filter %d, profile %d, screen %d)", type,
+        call.session->id, left, in.Int(2), in.Int(3), in.Int(4));
     out.Int(0, kDone);
 }
 
@@ -79,8 +74,7 @@ void Subscribers::Emit(std::int32_t type, const Handle& handle, std::uint64_t da
         if (subscriber.counts.contains(type))
             sent += m_context.signals.Send(session, signal, number);
     }
-    m_context.log.Write(kOwnTag, "signal %d of pipeline %s to %zu", type, handle.ToText().c_str(),
-                        sent);
+    m_context.log.Write(kOwnTag, "signal %d of pipeline %s to %zu", type, handle.ToText().c_str(), sent);
 }
 
 std::size_t Subscribers::SendToAll(const Signals::Signal& signal) {

@@ -13,16 +13,15 @@ public:
 
     TunerControl(Context& context, Pipelines& pipelines)
         : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
-        Add(Method::CheckTunerSignalState, {Out("status", kInt)},
-            &TunerControl::CheckTunerSignalState);
+        Add(Method::CheckTunerSignalState, {Out("status", kInt)}, &TunerControl::CheckTunerSignalState);
     }
 
 private:
     void CheckTunerSignalState(const Call& call, const ArgumentReader&, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
         const bool signal = m_pipelines.HasSignal(pipeline);
-        m_log.Write(kTunerTag, "pipeline %s: %s at %s", pipeline.name.c_str(),
-                    signal ? "signal" : "no signal", pipeline.tuner.ToText().c_str());
+        m_log.Write(kTunerTag, "pipeline %s: %s at %s", pipeline.name.c_str(), signal ? "signal" : "no signal",
+                    pipeline.tuner.ToText().c_str());
         // 0: no signal, which is not a refusal.
         out.Int(0, signal ? kDone : 0);
     }

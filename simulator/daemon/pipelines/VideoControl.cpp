@@ -15,8 +15,7 @@ public:
         : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
         Add(Method::SetCropVideo, {Out("status", kInt), In("first", kRect), In("second", kRect)},
             &VideoControl::SetCropVideo);
-        Add(Method::SetWindowId, {Out("status", kInt), InByPointer("windowId", kInt)},
-            &VideoControl::SetWindowId);
+        Add(Method::SetWindowId, {Out("status", kInt), InByPointer("windowId", kInt)}, &VideoControl::SetWindowId);
     }
 
 private:
@@ -24,16 +23,13 @@ private:
         Pipeline& pipeline = PipelineOf(call);
         const Crop crop{in.Value<Rect>(1), in.Value<Rect>(2)};
         if (!IsOnScreen(crop.first) || !IsOnScreen(crop.second))
-            return out.Int(
-                0,
-                m_log.Refuse(kBadArgument, "tvvideodec",
-                             "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
-                             "the screen",
-                             pipeline.name.c_str(), IsOnScreen(crop.first) ? "second" : "first"));
+            return out.Int(0, m_log.Refuse(kBadArgument, "tvvideodec",
+                                           "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
+                                           "the screen",
+                                           pipeline.name.c_str(), IsOnScreen(crop.first) ? "second" : "first"));
         pipeline.crop = crop;
-        m_log.Write("tvvideodec", "pipeline %s: crop %d,%d %dx%d and %d,%d %dx%d",
-                    pipeline.name.c_str(), crop.first.x, crop.first.y, crop.first.width,
-                    crop.first.height, crop.second.x, crop.second.y, crop.second.width,
+        m_log.Write("tvvideodec", "pipeline %s: crop %d,%d %dx%d and %d,%d %dx%d", pipeline.name.c_str(), crop.first.x,
+                    crop.first.y, crop.first.width, crop.first.height, crop.second.x, crop.second.y, crop.second.width,
                     crop.second.height);
         out.Int(0, kDone);
     }

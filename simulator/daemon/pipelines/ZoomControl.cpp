@@ -42,39 +42,31 @@ public:
     ZoomControl(Context& context, Pipelines& pipelines)
         : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
         Add(Method::CreateZoomWindow,
-            {Out("status", kInt), Out("windowId", kInt), In("source", kRect),
-             In("destination", kRect), In("main", kRect)},
+            {Out("status", kInt), Out("windowId", kInt), In("source", kRect), In("destination", kRect),
+             In("main", kRect)},
             &ZoomControl::CreateZoomWindow);
-        Add(Method::DeleteZoomWindow,
-            {Out("status", kInt), In("windowIds", kIntList), In("main", kRect)},
+        Add(Method::DeleteZoomWindow, {Out("status", kInt), In("windowIds", kIntList), In("main", kRect)},
             &ZoomControl::DeleteZoomWindow);
-        Add(Method::SetZoomWindow,
-            {Out("status", kInt), In("windowIds", kIntList), In("on", kBool)},
+        Add(Method::SetZoomWindow, {Out("status", kInt), In("windowIds", kIntList), In("on", kBool)},
             &ZoomControl::SetZoomWindow);
-        Add(Method::MuteZoomWindow,
-            {Out("status", kInt), In("windowIds", kIntList), In("mute", kBool)},
+        Add(Method::MuteZoomWindow, {Out("status", kInt), In("windowIds", kIntList), In("mute", kBool)},
             &ZoomControl::MuteZoomWindow);
-        Add(Method::IsZoomWindowStarted,
-            {Out("status", kInt), In("windowId", kInt), Out("started", kBool)},
+        Add(Method::IsZoomWindowStarted, {Out("status", kInt), In("windowId", kInt), Out("started", kBool)},
             &ZoomControl::IsZoomWindowStarted);
-        Add(Method::IsZoomWindowMuted,
-            {Out("status", kInt), In("windowId", kInt), Out("muted", kBool)},
+        Add(Method::IsZoomWindowMuted, {Out("status", kInt), In("windowId", kInt), Out("muted", kBool)},
             &ZoomControl::IsZoomWindowMuted);
         Add(Method::SetZoomWindowRect,
-            {Out("status", kInt), In("windowId", kInt), In("source", kRect),
-             In("destination", kRect), In("main", kRect)},
+            {Out("status", kInt), In("windowId", kInt), In("source", kRect), In("destination", kRect),
+             In("main", kRect)},
             &ZoomControl::SetZoomWindowRect);
-        Add(Method::IsZoomAvailable, {Out("status", kInt), Out("available", kBool)},
-            &ZoomControl::IsZoomAvailable);
-        Add(Method::GetZoomSharingType, {Out("status", kInt), Out("type", kInt)},
-            &ZoomControl::GetZoomSharingType);
+        Add(Method::IsZoomAvailable, {Out("status", kInt), Out("available", kBool)}, &ZoomControl::IsZoomAvailable);
+        Add(Method::GetZoomSharingType, {Out("status", kInt), Out("type", kInt)}, &ZoomControl::GetZoomSharingType);
         Add(Method::GetConnectedZoomWindows, {Out("status", kInt), Out("windowIds", kIntList)},
             &ZoomControl::GetConnectedZoomWindows);
         context.settings.Add("zoom-limit", "NUMBER: maximum number of zoom windows, 0 to 64",
                              [this](const auto& values, auto&) {
                                  std::uint32_t limit = 0;
-                                 if (values.size() != 1 || !ParseNumber(values[0], limit) ||
-                                     limit > kMaxWindowLimit)
+                                 if (values.size() != 1 || !ParseNumber(values[0], limit) || limit > kMaxWindowLimit)
                                      return false;
                                  m_limit = limit;
                                  return true;
@@ -107,12 +99,10 @@ public:
                 continue;
             }
             const Handle handle = entry->second.handle;
-            m_log.Write("tvfpaparser", "window %d removed with client %" PRIu32, entry->first,
-                        client.GetNumber());
+            m_log.Write("tvfpaparser", "window %d removed with client %" PRIu32, entry->first, client.GetNumber());
             entry = m_windows.erase(entry);
-            const bool zoomed =
-                std::any_of(m_windows.begin(), m_windows.end(),
-                            [&](const auto& other) { return other.second.handle == handle; });
+            const bool zoomed = std::any_of(m_windows.begin(), m_windows.end(),
+                                            [&](const auto& other) { return other.second.handle == handle; });
             // No client is left to restore the main picture.
             if (!zoomed)
                 m_pipelines.ResetMainPicture(handle);
@@ -140,14 +130,12 @@ private:
         if (m_windows.size() >= m_limit)
             return out.Int(0,
                            m_log.Refuse(kTooMany, "tvfpaparser",
-                                        "CreateZoomWindow refused: there are %zu windows already",
-                                        m_windows.size()));
+                                        "CreateZoomWindow refused: there are %zu windows already", m_windows.size()));
         const std::int32_t id = ++m_lastId;
         m_windows[id] = {HandleOf(call), call.client.GetNumber(), source, destination};
         PipelineOf(call).mainPicture = main;
-        m_log.Write("tvfpaparser", "window %d of pipeline %s: %d,%d %dx%d", id,
-                    HandleOf(call).ToText().c_str(), destination.x, destination.y,
-                    destination.width, destination.height);
+        m_log.Write("tvfpaparser", "window %d of pipeline %s: %d,%d %dx%d", id, HandleOf(call).ToText().c_str(),
+                    destination.x, destination.y, destination.width, destination.height);
         out.Int(0, kDone);
         out.Int(1, id);
     }
@@ -198,8 +186,8 @@ private:
             window.source = source;
             window.destination = destination;
             PipelineOf(call).mainPicture = main;
-            m_log.Write("tvfpaparser", "window %d: %d,%d %dx%d", id, destination.x, destination.y,
-                        destination.width, destination.height);
+            m_log.Write("tvfpaparser", "window %d: %d,%d %dx%d", id, destination.x, destination.y, destination.width,
+                        destination.height);
         }
         out.Int(0, status);
     }
@@ -240,16 +228,14 @@ private:
     // kDone if all of them are the caller's windows of this pipeline, else a refusal.
     std::int32_t CheckOwn(const Call& call, const char* operation, const Ids& ids) {
         if (ids.empty())
-            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: no window ids",
-                                operation);
+            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: no window ids", operation);
         for (const std::int32_t id : ids) {
             const Window* window = Find(call, operation, id);
             if (window == nullptr)
                 return kUnknown;
             if (window->client != call.client.GetNumber())
-                return m_log.Refuse(kRefused, "tvfpaparser",
-                                    "%s refused: window %d belongs to client %" PRIu32, operation,
-                                    id, window->client);
+                return m_log.Refuse(kRefused, "tvfpaparser", "%s refused: window %d belongs to client %" PRIu32,
+                                    operation, id, window->client);
         }
         return kDone;
     }
@@ -258,15 +244,14 @@ private:
         for (const Rect& rect : rects) {
             if (IsOnScreen(rect))
                 continue;
-            return m_log.Refuse(kBadArgument, "tvfpaparser",
-                                "%s refused: %d,%d %dx%d is not on the screen", operation, rect.x,
-                                rect.y, rect.width, rect.height);
+            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: %d,%d %dx%d is not on the screen", operation,
+                                rect.x, rect.y, rect.width, rect.height);
         }
         return kDone;
     }
 
-    void SetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out,
-                 const char* operation, bool Window::*flag) {
+    void SetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out, const char* operation,
+                 bool Window::*flag) {
         const auto ids = in.Value<Ids>(1);
         const bool on = in.Bool(2);
         const std::int32_t status = CheckOwn(call, operation, ids);
@@ -279,8 +264,8 @@ private:
         out.Int(0, status);
     }
 
-    void GetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out,
-                 const char* operation, bool Window::*flag) {
+    void GetFlag(const Call& call, const ArgumentReader& in, ReplyWriter& out, const char* operation,
+                 bool Window::*flag) {
         const Window* window = Find(call, operation, in.Int(1));
         if (window == nullptr)
             return out.Int(0, kUnknown);

@@ -14,21 +14,17 @@ namespace {
 bool IsPlausibleOut(const ArgumentType& type, const Node& node) {
     if (type.kind == NodeKind::Value)
         return node.kind == NodeKind::Value && node.size == type.size;
-    return node.kind == NodeKind::Branch || node.kind == NodeKind::Length ||
-           node.kind == NodeKind::Array;
+    return node.kind == NodeKind::Branch || node.kind == NodeKind::Length || node.kind == NodeKind::Array;
 }
 
 } // namespace
 
-ArgumentReader::ArgumentReader(std::span<const Argument> arguments, const void* tree,
-                               std::size_t treeSize)
+ArgumentReader::ArgumentReader(std::span<const Argument> arguments, const void* tree, std::size_t treeSize)
     : m_arguments(arguments) {
     NodeCursor cursor(tree, treeSize);
     for (std::size_t place = 0; place < arguments.size() && m_fault == nullptr; ++place) {
         m_faultyPlace = place;
-        m_fault = cursor.Next(m_nodes.at(place)) ? Check(place)
-                  : cursor.IsMalformed()         ? "is malformed"
-                                                 : "is missing";
+        m_fault = cursor.Next(m_nodes.at(place)) ? Check(place) : cursor.IsMalformed() ? "is malformed" : "is missing";
     }
     if (m_fault == nullptr && !cursor.IsAtEnd()) {
         m_faultyPlace = arguments.size();
@@ -56,8 +52,8 @@ std::string ArgumentReader::DescribeFault() const {
         return {};
     std::string text = "argument " + std::to_string(m_faultyPlace);
     if (m_faultyPlace < m_arguments.size())
-        text += std::string(" (") + m_arguments[m_faultyPlace].name + ": " +
-                m_arguments[m_faultyPlace].type->name + ")";
+        text +=
+            std::string(" (") + m_arguments[m_faultyPlace].name + ": " + m_arguments[m_faultyPlace].type->name + ")";
     return text + " " + m_fault;
 }
 

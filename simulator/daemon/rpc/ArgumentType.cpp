@@ -106,14 +106,12 @@ json ToHexText(std::uint64_t value) {
 
 // Up to the first malformed UTF-16 unit.
 std::string ToUtf8(const std::u16string& text) {
-    const auto& codec =
-        std::use_facet<std::codecvt<char16_t, char8_t, std::mbstate_t>>(std::locale::classic());
+    const auto& codec = std::use_facet<std::codecvt<char16_t, char8_t, std::mbstate_t>>(std::locale::classic());
     std::u8string utf8(text.size() * 3, u8'\0'); // a unit takes at most three bytes
     std::mbstate_t state{};
     const char16_t* read = nullptr;
     char8_t* end = nullptr;
-    codec.out(state, text.data(), text.data() + text.size(), read, utf8.data(),
-              utf8.data() + utf8.size(), end);
+    codec.out(state, text.data(), text.data() + text.size(), read, utf8.data(), utf8.data() + utf8.size(), end);
     return {utf8.data(), end};
 }
 

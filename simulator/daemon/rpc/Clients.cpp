@@ -13,8 +13,7 @@ Client& Clients::Connected(const Token& token) {
 
 void Clients::Disconnected(Client& client) {
     if (--client.m_connections == 0)
-        client.m_grace.Start(m_graceMilliseconds,
-                             [this, token = client.m_token] { Release(token); });
+        client.m_grace.Start(m_graceMilliseconds, [this, token = client.m_token] { Release(token); });
 }
 
 void Clients::Release(const Token& token) {

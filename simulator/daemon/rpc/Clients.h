@@ -17,8 +17,7 @@ public:
 
     static constexpr unsigned kGraceMilliseconds = 2000;
 
-    explicit Clients(unsigned graceMilliseconds = kGraceMilliseconds)
-        : m_graceMilliseconds(graceMilliseconds) {}
+    explicit Clients(unsigned graceMilliseconds = kGraceMilliseconds) : m_graceMilliseconds(graceMilliseconds) {}
 
     // A connection of the client with this token has sent its hello. The reference stays valid
     // until the client's release, so at least while it has a connection.

@@ -35,8 +35,7 @@ struct Connection::Outgoing {
     int count;
 };
 
-Connection::Connection(int fd, std::uint32_t number, Owner& owner)
-    : m_fd(fd), m_number(number), m_owner(owner) {
+Connection::Connection(int fd, std::uint32_t number, Owner& owner) : m_fd(fd), m_number(number), m_owner(owner) {
     setsockopt(m_fd, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
     m_watch.Start(m_fd, EPOLLIN, [this](std::uint32_t events) { Ready(events); });
 }
@@ -205,8 +204,7 @@ void Connection::End(const std::string& why) {
 void Connection::CountHeld() {
     // A queued message takes more than its bytes, a signal ten times as much.
     constexpr std::size_t kEach = sizeof(Outgoing) + 512;
-    const std::size_t held =
-        IsOpen() ? m_assembler.GetMessage().GetSize() + m_queued + m_queue.size() * kEach : 0;
+    const std::size_t held = IsOpen() ? m_assembler.GetMessage().GetSize() + m_queued + m_queue.size() * kEach : 0;
     m_owner.held += held - std::exchange(m_held, held);
 }
 

@@ -77,18 +77,15 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
     m_log.SetSequence(sequence);
     m_reply.ClearAndTrim(kKeptMemory);
     Interface* interface = Find(message.interfaceName);
-    Operation* method =
-        interface == nullptr ? nullptr : interface->Find(message.header.methodId, message.method);
+    Operation* method = interface == nullptr ? nullptr : interface->Find(message.header.methodId, message.method);
     std::optional<Injection> injection;
     std::string fault;
     if (method == nullptr) {
         fault = "unknown operation";
     } else {
         ++method->calls;
-        injection = m_injections.Take(
-            *method, [&](std::string_view text) { return HasText(*method, message, text); });
-        if (!injection || injection->kind == Injection::Kind::Delay ||
-            injection->kind == Injection::Kind::Drop) {
+        injection = m_injections.Take(*method, [&](std::string_view text) { return HasText(*method, message, text); });
+        if (!injection || injection->kind == Injection::Kind::Delay || injection->kind == Injection::Kind::Drop) {
             fault = Run(connection, message, *interface, *method, sequence);
         } else if (injection->kind == Injection::Kind::Result) {
             ReplyWriter out(m_reply);
@@ -100,8 +97,8 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
     if (!fault.empty()) {
         m_reply.Clear();
         m_log.Write(kOwnTag, "%.*s.%.*s (%d): %s", static_cast<int>(message.interfaceName.size()),
-                    message.interfaceName.data(), static_cast<int>(message.method.size()),
-                    message.method.data(), message.header.methodId, fault.c_str());
+                    message.interfaceName.data(), static_cast<int>(message.method.size()), message.method.data(),
+                    message.header.methodId, fault.c_str());
     }
 
     m_journal.Add({sequence,
@@ -133,8 +130,8 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
     m_log.SetSequence(0);
 }
 
-std::string Dispatcher::Run(Connection& connection, const wire::Message& message,
-                            Interface& interface, Operation& method, std::uint64_t sequence) {
+std::string Dispatcher::Run(Connection& connection, const wire::Message& message, Interface& interface,
+                            Operation& method, std::uint64_t sequence) {
     const ArgumentReader in(method.arguments, message.tree, message.header.treeSize);
     if (!in.IsValid())
         return in.DescribeFault();
@@ -156,8 +153,7 @@ std::string Dispatcher::Run(Connection& connection, const wire::Message& message
     return {};
 }
 
-void Dispatcher::SendLate(Connection& connection, const wire::MessageHeader& header,
-                          unsigned milliseconds) {
+void Dispatcher::SendLate(Connection& connection, const wire::MessageHeader& header, unsigned milliseconds) {
     const auto late = m_late.emplace(m_late.end());
     late->connection = &connection;
     late->header = header;

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include <base/Log.h>
 #include <wire/Message.h>
 
 #include "Connection.h"
@@ -15,7 +16,6 @@
 #include "Interface.h"
 #include "Journal.h"
 #include "Sessions.h"
-#include <base/Log.h>
 
 namespace sim {
 
@@ -53,8 +53,8 @@ private:
     };
 
     // Runs the operation. Returns why it could not run, or an empty text.
-    std::string Run(Connection& connection, const wire::Message& message, Interface& interface,
-                    Operation& method, std::uint64_t sequence);
+    std::string Run(Connection& connection, const wire::Message& message, Interface& interface, Operation& method,
+                    std::uint64_t sequence);
     void SendLate(Connection& connection, const wire::MessageHeader& header, unsigned milliseconds);
 
     Journal& m_journal;

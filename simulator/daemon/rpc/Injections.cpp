@@ -35,10 +35,9 @@ std::optional<Injection> Injections::Take(const Operation& method, const HasText
     const auto found = m_orders.find(&method);
     if (found == m_orders.end())
         return std::nullopt;
-    const auto order =
-        std::find_if(found->second.begin(), found->second.end(), [&](const Order& each) {
-            return each.injection.text.empty() || hasText(each.injection.text);
-        });
+    const auto order = std::find_if(found->second.begin(), found->second.end(), [&](const Order& each) {
+        return each.injection.text.empty() || hasText(each.injection.text);
+    });
     if (order == found->second.end())
         return std::nullopt;
     const Injection injection = order->injection;

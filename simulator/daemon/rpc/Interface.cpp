@@ -10,8 +10,7 @@ Interface::Interface(const interfaces::InterfaceTable& table, Calls calls)
 void Interface::CheckComplete() const {
     for (std::size_t id = 0; id < m_operations.size(); ++id) {
         if (m_operations[id] == nullptr)
-            throw std::logic_error(m_name + "." + std::string(m_table.methods.at(id)) +
-                                   " has no handler");
+            throw std::logic_error(m_name + "." + std::string(m_table.methods.at(id)) + " has no handler");
     }
 }
 
@@ -29,8 +28,8 @@ void Interface::Add(std::int16_t id, std::vector<Argument> arguments, Operation:
         throw std::logic_error(m_name + "." + name + " has two handlers");
     if (arguments.size() > ArgumentReader::kMaxArguments)
         throw std::length_error(m_name + "." + name + " has too many arguments");
-    method = std::make_unique<Operation>(
-        Operation{this, std::move(name), id, std::move(arguments), std::move(handler)});
+    method =
+        std::make_unique<Operation>(Operation{this, std::move(name), id, std::move(arguments), std::move(handler)});
 }
 
 } // namespace sim

@@ -66,8 +66,7 @@ protected:
     void Add(Method method, std::initializer_list<Argument> arguments,
              void (T::*handler)(const Call&, const ArgumentReader&, ReplyWriter&)) {
         Add(static_cast<std::int16_t>(method), arguments,
-            [self = static_cast<T*>(this), handler](const Call& call, const ArgumentReader& in,
-                                                    ReplyWriter& out) {
+            [self = static_cast<T*>(this), handler](const Call& call, const ArgumentReader& in, ReplyWriter& out) {
                 (self->*handler)(call, in, out);
             });
     }

@@ -43,8 +43,7 @@ std::int64_t GetTime() {
 }
 
 json DescribeArgument(const Argument* argument, const wire::Node& node) {
-    const bool isIn =
-        argument != nullptr ? argument->isRead : node.direction == wire::Direction::In;
+    const bool isIn = argument != nullptr ? argument->isRead : node.direction == wire::Direction::In;
     json described{{"place", node.tag}, {"direction", isIn ? "in" : "out"}};
     if (argument != nullptr) {
         described["name"] = argument->name;
@@ -71,8 +70,7 @@ std::size_t Mend(unsigned char* tree, std::size_t size) {
         if (length > left) {
             length = static_cast<std::uint32_t>(left);
             if (tree[at + 2] == static_cast<unsigned char>(wire::NodeKind::Branch))
-                length =
-                    static_cast<std::uint32_t>(Mend(tree + at + wire::kNodeHeaderSize, length));
+                length = static_cast<std::uint32_t>(Mend(tree + at + wire::kNodeHeaderSize, length));
             std::memcpy(tree + at + 4, &length, sizeof length);
         }
         at += wire::kNodeHeaderSize + length;
@@ -81,8 +79,7 @@ std::size_t Mend(unsigned char* tree, std::size_t size) {
 }
 
 // `size` of the `fullSize` bytes are kept.
-json DescribeTree(const Operation* method, const unsigned char* tree, std::size_t size,
-                  std::size_t fullSize) {
+json DescribeTree(const Operation* method, const unsigned char* tree, std::size_t size, std::size_t fullSize) {
     std::vector<unsigned char> mended;
     if (size < fullSize) {
         mended.assign(tree, tree + size);
@@ -103,8 +100,7 @@ json DescribeTree(const Operation* method, const unsigned char* tree, std::size_
 } // namespace
 
 Journal::Journal(std::size_t bytes, std::size_t entries)
-    : m_byteCount(bytes), m_entryCount(entries),
-      m_bytes(std::make_unique_for_overwrite<unsigned char[]>(bytes)),
+    : m_byteCount(bytes), m_entryCount(entries), m_bytes(std::make_unique_for_overwrite<unsigned char[]>(bytes)),
       m_entries(std::make_unique_for_overwrite<Entry[]>(entries)) {}
 
 Journal::~Journal() = default;
@@ -117,12 +113,9 @@ void Journal::Add(const CallRecord& call) {
     const std::size_t argumentsKept = std::min(call.arguments.size(), kMaxTree);
     const std::size_t resultsKept = std::min(call.results.size(), kMaxTree);
     // Names are stored only for calls that are in no table.
-    const std::string_view interfaceName =
-        call.method == nullptr ? call.interfaceName : std::string_view{};
-    const std::string_view methodName =
-        call.method == nullptr ? call.methodName : std::string_view{};
-    const std::size_t size =
-        argumentsKept + resultsKept + interfaceName.size() + methodName.size() + call.fault.size();
+    const std::string_view interfaceName = call.method == nullptr ? call.interfaceName : std::string_view{};
+    const std::string_view methodName = call.method == nullptr ? call.methodName : std::string_view{};
+    const std::size_t size = argumentsKept + resultsKept + interfaceName.size() + methodName.size() + call.fault.size();
     const std::size_t reserved = (size + 8) & ~std::size_t{7};
     if (reserved > m_byteCount)
         return;
@@ -201,12 +194,9 @@ json Journal::Describe(std::uint64_t place) const {
         described["method"] = std::string(text + entry.interfaceNameSize, entry.methodNameSize);
     }
     if (entry.faultSize > 0)
-        described["fault"] =
-            std::string(text + entry.interfaceNameSize + entry.methodNameSize, entry.faultSize);
-    described["arguments"] =
-        DescribeTree(entry.method, bytes, entry.argumentsKept, entry.argumentsSize);
-    described["results"] =
-        DescribeTree(entry.method, results, entry.resultsKept, entry.resultsSize);
+        described["fault"] = std::string(text + entry.interfaceNameSize + entry.methodNameSize, entry.faultSize);
+    described["arguments"] = DescribeTree(entry.method, bytes, entry.argumentsKept, entry.argumentsSize);
+    described["results"] = DescribeTree(entry.method, results, entry.resultsKept, entry.resultsSize);
     if (entry.injected != nullptr)
         described["injected"] = entry.injected;
     if (entry.argumentsKept < entry.argumentsSize)

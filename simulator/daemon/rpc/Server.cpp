@@ -6,6 +6,7 @@
 
 #include <sys/socket.h>
 #include <unistd.h>
+
 #include <wire/Tree.h>
 
 namespace sim {
@@ -64,10 +65,9 @@ bool ReadHello(const wire::Message& message, HelloContent& hello) {
 
 } // namespace
 
-Server::Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Changes& changes,
-               Log& log)
-    : m_clients(clients), m_dispatcher(dispatcher), m_signals(signals), m_changes(changes),
-      m_log(log), m_epoch(MakeEpoch()) {}
+Server::Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Changes& changes, Log& log)
+    : m_clients(clients), m_dispatcher(dispatcher), m_signals(signals), m_changes(changes), m_log(log),
+      m_epoch(MakeEpoch()) {}
 
 Server::~Server() = default;
 
@@ -89,8 +89,7 @@ void Server::Accept(int fd) {
     m_connections.push_back(std::make_unique<Connection>(fd, ++m_lastNumber, owner));
     Connection& connection = *m_connections.back();
     m_withoutHello.push_back(&connection);
-    connection.helloDeadline.Start(kHelloMilliseconds,
-                                   [&connection] { connection.End("no hello in time"); });
+    connection.helloDeadline.Start(kHelloMilliseconds, [&connection] { connection.End("no hello in time"); });
     // The hello has usually arrived already; after it the connection cannot be evicted.
     connection.Read();
 }
@@ -152,9 +151,8 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
     if (connection.client != nullptr)
         m_clients.Disconnected(*connection.client);
     m_changes.Tell();
-    const auto found =
-        std::find_if(m_connections.begin(), m_connections.end(),
-                     [&](const auto& candidate) { return candidate.get() == &connection; });
+    const auto found = std::find_if(m_connections.begin(), m_connections.end(),
+                                    [&](const auto& candidate) { return candidate.get() == &connection; });
     m_ended.push_back(std::move(*found));
     m_connections.erase(found);
     m_cleanUp.StartSoon([this] { m_ended.clear(); });

@@ -6,13 +6,14 @@
 #include <string>
 #include <vector>
 
+#include <base/Log.h>
+
 #include "Changes.h"
 #include "Clients.h"
 #include "Connection.h"
 #include "Dispatcher.h"
 #include "Listener.h"
 #include "Signals.h"
-#include <base/Log.h>
 
 namespace sim {
 

@@ -5,10 +5,9 @@
 
 namespace sim {
 
-Session* Sessions::Open(Interface& interface, std::int32_t profile, std::uint16_t screen,
-                        Client& client, std::int32_t& status) {
-    auto session = std::make_unique<Session>(
-        Session{m_lastId + 1, &interface, profile, screen, &client, nullptr});
+Session* Sessions::Open(Interface& interface, std::int32_t profile, std::uint16_t screen, Client& client,
+                        std::int32_t& status) {
+    auto session = std::make_unique<Session>(Session{m_lastId + 1, &interface, profile, screen, &client, nullptr});
     status = interface.OpenSession(*session);
     if (status != 0)
         return nullptr;

@@ -4,9 +4,9 @@
 #include <memory>
 
 #include <glib.h>
-#include <nlohmann/json.hpp>
 
 #include <base/Number.h>
+#include <nlohmann/json.hpp>
 
 namespace sim {
 
@@ -26,8 +26,7 @@ using Date = std::unique_ptr<GDateTime, DateDeleter>;
 bool ParseTime(const std::string& text, std::int64_t& seconds) {
     if (ParseNumber(text, seconds))
         return seconds >= 0 && seconds <= kLast;
-    const std::unique_ptr<GTimeZone, decltype(&g_time_zone_unref)> utc(g_time_zone_new_utc(),
-                                                                       g_time_zone_unref);
+    const std::unique_ptr<GTimeZone, decltype(&g_time_zone_unref)> utc(g_time_zone_new_utc(), g_time_zone_unref);
     const Date date(g_date_time_new_from_iso8601(text.c_str(), utc.get()));
     if (date == nullptr)
         return false;
@@ -39,8 +38,7 @@ std::string ToText(std::int64_t seconds) {
     const Date date(g_date_time_new_from_unix_utc(seconds));
     if (date == nullptr)
         return std::to_string(seconds);
-    const std::unique_ptr<char, decltype(&g_free)> text(
-        g_date_time_format(date.get(), "%Y-%m-%dT%H:%M:%SZ"), g_free);
+    const std::unique_ptr<char, decltype(&g_free)> text(g_date_time_format(date.get(), "%Y-%m-%dT%H:%M:%SZ"), g_free);
     return text.get();
 }
 

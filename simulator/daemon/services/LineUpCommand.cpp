@@ -13,14 +13,12 @@ namespace {
 // A million services take seconds.
 constexpr double kLoadSeconds = 300;
 
-void Load(Context& context, ServiceLineUp& lineUp, const std::string& file,
-          ControlConnection& connection) {
+void Load(Context& context, ServiceLineUp& lineUp, const std::string& file, ControlConnection& connection) {
     connection.SetLimit(kLoadSeconds);
     const Event event(context);
     LineUpSource source{file, {}};
     std::string error;
-    if (ReadLineUpFile(connection.GetPath(file), source.name, source.text, error) &&
-        lineUp.Load(source, error))
+    if (ReadLineUpFile(connection.GetPath(file), source.name, source.text, error) && lineUp.Load(source, error))
         connection.Finish();
     else
         connection.Fail(error);
@@ -60,37 +58,36 @@ std::optional<int> End(const std::string& error, ControlConnection& connection) 
 }
 
 void Show(Context& context, ServiceLineUp& lineUp, ControlConnection& connection) {
-    connection.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp),
-                          &connection]() -> std::optional<int> {
-        std::string error;
-        const std::string text = pieces->Next(error);
-        if (text.empty())
-            return End(error, connection);
-        connection.Print(text);
-        return {};
-    });
+    connection.SetSource(
+        [pieces = std::make_shared<Pieces>(context.database, lineUp), &connection]() -> std::optional<int> {
+            std::string error;
+            const std::string text = pieces->Next(error);
+            if (text.empty())
+                return End(error, connection);
+            connection.Print(text);
+            return {};
+        });
 }
 
 // The file replaces an existing one once it is complete.
-void Save(Context& context, ServiceLineUp& lineUp, const std::string& name,
-          ControlConnection& connection) {
+void Save(Context& context, ServiceLineUp& lineUp, const std::string& name, ControlConnection& connection) {
     auto file = std::make_shared<NewFile>();
     if (std::string error; !file->Open(connection.GetPath(name), error))
         return connection.Fail(name + ": " + error);
     connection.SetLimit(kLoadSeconds);
-    connection.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp), file, name,
-                          &connection]() -> std::optional<int> {
-        std::string error;
-        const std::string text = pieces->Next(error);
-        if (!error.empty())
-            return End(error, connection);
-        if (text.empty() ? !file->Commit(error) : !file->Write(text, error))
-            return End(name + ": " + error, connection);
-        if (text.empty())
-            return 0;
-        connection.Wake();
-        return {};
-    });
+    connection.SetSource(
+        [pieces = std::make_shared<Pieces>(context.database, lineUp), file, name, &connection]() -> std::optional<int> {
+            std::string error;
+            const std::string text = pieces->Next(error);
+            if (!error.empty())
+                return End(error, connection);
+            if (text.empty() ? !file->Commit(error) : !file->Write(text, error))
+                return End(name + ": " + error, connection);
+            if (text.empty())
+                return 0;
+            connection.Wake();
+            return {};
+        });
 }
 
 } // namespace

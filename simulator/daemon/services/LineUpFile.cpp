@@ -41,8 +41,7 @@ std::string ReadAll(int file, std::string& text) {
 
 } // namespace
 
-bool ReadLineUpFile(const std::string& path, const std::string& name, std::string& text,
-                    std::string& error) {
+bool ReadLineUpFile(const std::string& path, const std::string& name, std::string& text, std::string& error) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     const std::string why = file < 0 ? std::generic_category().message(errno) : ReadAll(file, text);
     if (file >= 0)

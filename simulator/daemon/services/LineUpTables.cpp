@@ -9,29 +9,27 @@ namespace {
 // The index returns the services of a number in the line-up's order, and has all columns that
 // look-ups by number need: no sorting, no unneeded reads of rows. Ids are unsigned, stored with the
 // same bits.
-const char kSchema[] =
-    "CREATE TABLE IF NOT EXISTS service ("
-    " antenna INTEGER NOT NULL, major INTEGER NOT NULL, minor INTEGER NOT NULL,"
-    " id INTEGER NOT NULL, type INTEGER NOT NULL, profile INTEGER NOT NULL, frequency INTEGER,"
-    " listed INTEGER NOT NULL, hidden INTEGER NOT NULL, virtual_antenna INTEGER,"
-    " captions INTEGER NOT NULL, barker INTEGER NOT NULL, name TEXT NOT NULL,"
-    " PRIMARY KEY (antenna, major, minor, id)) WITHOUT ROWID;"
-    "CREATE UNIQUE INDEX IF NOT EXISTS service_id ON service (id);"
-    "CREATE INDEX IF NOT EXISTS service_number"
-    " ON service (major, antenna, minor, id, listed, hidden, profile, type);"
-    "CREATE INDEX IF NOT EXISTS service_virtual"
-    " ON service (virtual_antenna, major) WHERE virtual_antenna IS NOT NULL;"
-    "CREATE INDEX IF NOT EXISTS service_barker ON service (antenna) WHERE barker = 1;"
-    "CREATE TABLE IF NOT EXISTS programme ("
-    " service INTEGER NOT NULL, start INTEGER NOT NULL, duration INTEGER NOT NULL, title TEXT,"
-    " found INTEGER NOT NULL, PRIMARY KEY (service, start)) WITHOUT ROWID;"
-    "CREATE INDEX IF NOT EXISTS programme_found ON programme (service) WHERE found = 1;";
+const char kSchema[] = "CREATE TABLE IF NOT EXISTS service ("
+                       " antenna INTEGER NOT NULL, major INTEGER NOT NULL, minor INTEGER NOT NULL,"
+                       " id INTEGER NOT NULL, type INTEGER NOT NULL, profile INTEGER NOT NULL, frequency INTEGER,"
+                       " listed INTEGER NOT NULL, hidden INTEGER NOT NULL, virtual_antenna INTEGER,"
+                       " captions INTEGER NOT NULL, barker INTEGER NOT NULL, name TEXT NOT NULL,"
+                       " PRIMARY KEY (antenna, major, minor, id)) WITHOUT ROWID;"
+                       "CREATE UNIQUE INDEX IF NOT EXISTS service_id ON service (id);"
+                       "CREATE INDEX IF NOT EXISTS service_number"
+                       " ON service (major, antenna, minor, id, listed, hidden, profile, type);"
+                       "CREATE INDEX IF NOT EXISTS service_virtual"
+                       " ON service (virtual_antenna, major) WHERE virtual_antenna IS NOT NULL;"
+                       "CREATE INDEX IF NOT EXISTS service_barker ON service (antenna) WHERE barker = 1;"
+                       "CREATE TABLE IF NOT EXISTS programme ("
+                       " service INTEGER NOT NULL, start INTEGER NOT NULL, duration INTEGER NOT NULL, title TEXT,"
+                       " found INTEGER NOT NULL, PRIMARY KEY (service, start)) WITHOUT ROWID;"
+                       "CREATE INDEX IF NOT EXISTS programme_found ON programme (service) WHERE found = 1;";
 
-const char kAddService[] =
-    "INSERT INTO service (antenna, major, minor, id, type, profile, frequency, listed, hidden,"
-    " virtual_antenna, captions, barker, name)"
-    " VALUES (?1, ?2, ?3, ?4, ?5, ?6, nullif(?7, 0), ?8, ?9, iif(?7 = 0, ?1, NULL), ?10, ?11,"
-    " ?12)";
+const char kAddService[] = "INSERT INTO service (antenna, major, minor, id, type, profile, frequency, listed, hidden,"
+                           " virtual_antenna, captions, barker, name)"
+                           " VALUES (?1, ?2, ?3, ?4, ?5, ?6, nullif(?7, 0), ?8, ?9, iif(?7 = 0, ?1, NULL), ?10, ?11,"
+                           " ?12)";
 const char kAddProgramme[] = "INSERT INTO programme (service, start, duration, title, found)"
                              " VALUES (?1, ?2, ?3, ?4, 0)";
 
@@ -41,8 +39,7 @@ public:
     explicit Inserter(Database& database) : m_database(database) {}
 
     bool Prepare() {
-        return m_service.Prepare(m_database, kAddService) &&
-               m_programme.Prepare(m_database, kAddProgramme);
+        return m_service.Prepare(m_database, kAddService) && m_programme.Prepare(m_database, kAddProgramme);
     }
 
     std::string AddService(const ServiceRecord& service) override {
@@ -116,17 +113,14 @@ bool LineUpTables::Prepare() {
     return m_database.Execute(kSchema) &&
            m_facts.Prepare(m_database, "SELECT antenna, frequency, type, captions, profile, major"
                                        " FROM service WHERE id = ?1") &&
-           m_barker.Prepare(m_database,
-                            "SELECT id FROM service WHERE barker = 1 AND antenna = ?1"
-                            " AND listed = 1 ORDER BY antenna, major, minor, id LIMIT 1") &&
-           m_received.Prepare(m_database,
-                              "SELECT id FROM service WHERE antenna = ?1 AND frequency IS NOT NULL"
-                              " ORDER BY antenna, major, minor, id") &&
-           m_next.Prepare(m_database,
-                          "SELECT antenna, major, minor, id, frequency, profile, listed, hidden,"
-                          " captions, barker, name FROM service"
-                          " WHERE (antenna, major, minor, id) > (?1, ?2, ?3, ?4)"
-                          " ORDER BY antenna, major, minor, id LIMIT 500") &&
+           m_barker.Prepare(m_database, "SELECT id FROM service WHERE barker = 1 AND antenna = ?1"
+                                        " AND listed = 1 ORDER BY antenna, major, minor, id LIMIT 1") &&
+           m_received.Prepare(m_database, "SELECT id FROM service WHERE antenna = ?1 AND frequency IS NOT NULL"
+                                          " ORDER BY antenna, major, minor, id") &&
+           m_next.Prepare(m_database, "SELECT antenna, major, minor, id, frequency, profile, listed, hidden,"
+                                      " captions, barker, name FROM service"
+                                      " WHERE (antenna, major, minor, id) > (?1, ?2, ?3, ?4)"
+                                      " ORDER BY antenna, major, minor, id LIMIT 500") &&
            m_programmes.Prepare(m_database, "SELECT start, duration, title FROM programme"
                                             " WHERE service = ?1 AND found = 0 ORDER BY start");
 }
@@ -135,9 +129,8 @@ bool LineUpTables::Replace(std::string_view text, const std::string& name, std::
                            const std::function<bool()>& keep) {
     Transaction transaction(m_database);
     Inserter inserter(m_database);
-    const bool emptied = transaction.IsOpen() &&
-                         m_database.Execute("DELETE FROM service; DELETE FROM programme") &&
-                         inserter.Prepare();
+    const bool emptied =
+        transaction.IsOpen() && m_database.Execute("DELETE FROM service; DELETE FROM programme") && inserter.Prepare();
     if (emptied && !ReadLineUp(text, name, inserter, error))
         return false;
     if (emptied && keep() && transaction.Commit())
@@ -147,9 +140,7 @@ bool LineUpTables::Replace(std::string_view text, const std::string& name, std::
 }
 
 bool LineUpTables::Count(LineUpCounts& counts) {
-    const auto count = [this](const char* query, std::int64_t& rows) {
-        return CountRows(m_database, query, rows);
-    };
+    const auto count = [this](const char* query, std::int64_t& rows) { return CountRows(m_database, query, rows); };
     if (!count("SELECT count(*) FROM service WHERE antenna = 0", counts.air) ||
         !count("SELECT count(*) FROM service WHERE antenna = 1", counts.cable) ||
         !count("SELECT count(*) FROM service WHERE antenna = 2", counts.satellite) ||
@@ -189,8 +180,7 @@ std::optional<std::uint64_t> LineUpTables::FindBarker(std::int32_t antenna) {
     return service;
 }
 
-bool LineUpTables::ForEachReceived(std::int32_t antenna,
-                                   const std::function<void(std::uint64_t)>& visit) {
+bool LineUpTables::ForEachReceived(std::int32_t antenna, const std::function<void(std::uint64_t)>& visit) {
     m_received.Bind(1, std::int64_t{antenna});
     while (m_received.Next() == Statement::Step::Row)
         visit(m_received.Number64(0));
@@ -212,9 +202,8 @@ bool LineUpTables::WriteNext(Place& place, LineUpWriter& writer) {
         writer.Add(service);
         m_programmes.Bind(1, service.id);
         while (m_programmes.Next() == Statement::Step::Row) {
-            ProgrammeRecord programme{static_cast<std::int32_t>(m_programmes.Int(0)),
-                                      static_cast<std::int32_t>(m_programmes.Int(1)),
-                                      {}};
+            ProgrammeRecord programme{
+                static_cast<std::int32_t>(m_programmes.Int(0)), static_cast<std::int32_t>(m_programmes.Int(1)), {}};
             if (!m_programmes.IsNull(2))
                 programme.title = m_programmes.Text(2);
             writer.Add(programme);

@@ -4,12 +4,12 @@
 #include <utility>
 #include <vector>
 
+#include <base/Number.h>
+#include <base/Printed.h>
 #include <norvex/client/CriteriaHelper.h>
 #include <norvex/client/ServiceId.h>
 
 #include "LineUpTokens.h"
-#include <base/Number.h>
-#include <base/Printed.h>
 
 namespace sim {
 
@@ -64,11 +64,9 @@ private:
 
     std::string ReadTransponder() {
         const bool two = m_words.size() > 2;
-        const auto transponder =
-            two ? ParseTransponder(m_words[1].text + "/" + m_words[2].text) : std::nullopt;
+        const auto transponder = two ? ParseTransponder(m_words[1].text + "/" + m_words[2].text) : std::nullopt;
         if (!transponder) {
-            const auto antenna =
-                m_words.size() > 1 ? ParseTransponder(m_words[1].text) : std::nullopt;
+            const auto antenna = m_words.size() > 1 ? ParseTransponder(m_words[1].text) : std::nullopt;
             return antenna && antenna->frequency == 0 ? Expect("a frequency in kHz above 0", 2)
                                                       : Expect("air, cable or satellite", 1);
         }
@@ -99,8 +97,7 @@ private:
         service.antenna = m_heading.antenna;
         service.frequency = m_heading.frequency;
         const std::string id = Take().text;
-        if (!id.starts_with("0x") || !ParseNumber(id, service.id) ||
-            service.id == INVALID_SERVICE_ID)
+        if (!id.starts_with("0x") || !ParseNumber(id, service.id) || service.id == INVALID_SERVICE_ID)
             return Expect("a service id from 0x0 to 0xfffffffffffffffe", 1);
         if (!ParseNumbers(Take().text, service))
             return Expect("a channel number, MAJOR or MAJOR-MINOR, each 0 to 65535", 2);
@@ -110,8 +107,7 @@ private:
         service.name = name.text;
         while (!IsAtEnd()) {
             if (!ReadProperty(Take(), service))
-                return Expect("hidden, unlisted, captions, barker or profile=0 to 32767",
-                              m_next - 1);
+                return Expect("hidden, unlisted, captions, barker or profile=0 to 32767", m_next - 1);
         }
         m_hasService = true;
         m_service = service.id;
@@ -122,9 +118,7 @@ private:
 
     static bool ParseNumbers(const std::string& token, ServiceRecord& service) {
         const std::size_t dash = token.find('-', 1);
-        const auto inRange = [](std::int32_t number) {
-            return number >= 0 && number <= kMaxNumber;
-        };
+        const auto inRange = [](std::int32_t number) { return number >= 0 && number <= kMaxNumber; };
         if (!ParseNumber(token.substr(0, dash), service.major) || !inRange(service.major))
             return false;
         return dash == std::string::npos ||
@@ -144,8 +138,7 @@ private:
         else if (token.text == "barker")
             service.barker = true;
         else
-            return token.text.starts_with(profile) &&
-                   ParseNumber(token.text.substr(profile.size()), service.profile) &&
+            return token.text.starts_with(profile) && ParseNumber(token.text.substr(profile.size()), service.profile) &&
                    service.profile >= 0 && service.profile <= kMaxProfile;
         return true;
     }
@@ -154,8 +147,7 @@ private:
         int hours = 0;
         int minutes = 0;
         if (token.size() != 5 || token[2] != ':' || !ParseNumber(token.substr(0, 2), hours) ||
-            !ParseNumber(token.substr(3), minutes) || hours < 0 || hours > 23 || minutes < 0 ||
-            minutes > 59)
+            !ParseNumber(token.substr(3), minutes) || hours < 0 || hours > 23 || minutes < 0 || minutes > 59)
             return false;
         second = hours * 3600 + minutes * 60;
         return true;
@@ -182,15 +174,13 @@ private:
         if (!IsAtEnd())
             return ExpectEnd();
         if (m_hasProgramme && programme.start < m_end)
-            return Expect(
-                "a start at or after " + ToTime(m_end) + ", when the previous programme ends", 1);
+            return Expect("a start at or after " + ToTime(m_end) + ", when the previous programme ends", 1);
         if (!m_hasProgramme)
             m_firstStart = programme.start;
         m_hasProgramme = true;
         m_end = programme.start + programme.duration;
         if (m_end - kSecondsOfDay > m_firstStart)
-            return Expect("an end before " + ToTime(m_firstStart) +
-                              " of the next day, when the first programme begins",
+            return Expect("an end before " + ToTime(m_firstStart) + " of the next day, when the first programme begins",
                           2);
         return m_sink.AddProgramme(m_service, programme);
     }
@@ -213,8 +203,7 @@ std::int32_t ServiceRecord::GetChannelType() const {
     return IsStreamed() ? CHANNEL_TYPE_VIRTUAL : antenna + 1;
 }
 
-bool ReadLineUp(std::string_view text, const std::string& name, LineUpSink& sink,
-                std::string& error) {
+bool ReadLineUp(std::string_view text, const std::string& name, LineUpSink& sink, std::string& error) {
     Reader reader(sink);
     for (std::size_t number = 1; !text.empty(); ++number) {
         const std::size_t size = text.find('\n');
@@ -256,8 +245,7 @@ void LineUpWriter::Add(const ServiceRecord& service) {
 }
 
 void LineUpWriter::Add(const ProgrammeRecord& programme) {
-    m_text +=
-        "    programme " + ToTime(programme.start) + " " + std::to_string(programme.duration / 60);
+    m_text += "    programme " + ToTime(programme.start) + " " + std::to_string(programme.duration / 60);
     if (programme.title)
         m_text += " " + Quote(*programme.title);
     m_text += "\n";

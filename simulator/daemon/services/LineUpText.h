@@ -21,8 +21,7 @@ public:
 
 // False at the first malformed line: `error` is "NAME:LINE: expected ..., found ...". The sink has
 // received the lines before it.
-bool ReadLineUp(std::string_view text, const std::string& name, LineUpSink& sink,
-                std::string& error);
+bool ReadLineUp(std::string_view text, const std::string& name, LineUpSink& sink, std::string& error);
 
 // Writes the format that ReadLineUp reads: services in order, each followed by its programmes.
 class LineUpWriter {

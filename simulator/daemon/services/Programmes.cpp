@@ -19,9 +19,8 @@ bool Programmes::Prepare() {
            m_first.Prepare(m_database, "SELECT start FROM programme"
                                        " WHERE service = ?1 AND start > ?2"
                                        " ORDER BY start LIMIT 1") &&
-           m_add.Prepare(m_database,
-                         "INSERT INTO programme (service, start, duration, title, found)"
-                         " SELECT ?1, ?2, ?3, name, 1 FROM service WHERE id = ?1");
+           m_add.Prepare(m_database, "INSERT INTO programme (service, start, duration, title, found)"
+                                     " SELECT ?1, ?2, ?3, name, 1 FROM service WHERE id = ?1");
 }
 
 void Programmes::Leave(Statement& statement) {
@@ -46,8 +45,7 @@ bool Programmes::FindRow(std::uint64_t service, std::int64_t second, std::int64_
         return false;
     m_last.Bind(2, std::int64_t{kSecondsOfDay});
     midnights = 1;
-    if (m_last.Next() == Statement::Step::Row &&
-        second < m_last.Int(0) + m_last.Int(1) - kSecondsOfDay)
+    if (m_last.Next() == Statement::Step::Row && second < m_last.Int(0) + m_last.Int(1) - kSecondsOfDay)
         return true;
     Leave(m_last);
     return false;

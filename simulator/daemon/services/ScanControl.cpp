@@ -17,23 +17,19 @@ class ScanControl : public Interface {
 public:
     using Method = interfaces::ScanControlMethod;
 
-    ScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes,
-                Pipelines& pipelines, Scans& scans)
-        : Interface(interfaces::kTable<Method>, Calls::ToSession), m_log(context.log),
-          m_lineUp(lineUp), m_programmes(programmes), m_pipelines(pipelines), m_scans(scans) {
+    ScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines, Scans& scans)
+        : Interface(interfaces::kTable<Method>, Calls::ToSession), m_log(context.log), m_lineUp(lineUp),
+          m_programmes(programmes), m_pipelines(pipelines), m_scans(scans) {
         Add(Method::IsTuneAroundNeeded, {Out("status", kInt), In("services", kServiceCodes)},
             &ScanControl::IsTuneAroundNeeded);
-        Add(Method::StartTuneAround,
-            {Out("status", kInt), In("services", kServiceCodes), In("caller", kText)},
+        Add(Method::StartTuneAround, {Out("status", kInt), In("services", kServiceCodes), In("caller", kText)},
             &ScanControl::StartTuneAround);
         Add(Method::StopManualScan, {Out("status", kInt)}, &ScanControl::StopManualScan);
         Add(Method::IsBarkerChannelScanAvailable, {Out("status", kInt), In("tvMode", kTvMode)},
             &ScanControl::IsBarkerChannelScanAvailable);
-        Add(Method::StartBarkerChannelScan,
-            {Out("status", kInt), In("text", kText), In("tvMode", kTvMode)},
+        Add(Method::StartBarkerChannelScan, {Out("status", kInt), In("text", kText), In("tvMode", kTvMode)},
             &ScanControl::StartBarkerChannelScan);
-        Add(Method::StopBarkerChannelScan, {Out("status", kInt)},
-            &ScanControl::StopBarkerChannelScan);
+        Add(Method::StopBarkerChannelScan, {Out("status", kInt)}, &ScanControl::StopBarkerChannelScan);
     }
 
 private:
@@ -46,14 +42,12 @@ private:
     }
 
     void StartTuneAround(const Call&, const ArgumentReader& in, ReplyWriter& out) {
-        m_log.Write(kTunerTag, "tune around requested by \"%.*s\"",
-                    static_cast<int>(in.Text(2).size()), in.Text(2).data());
+        m_log.Write(kTunerTag, "tune around requested by \"%.*s\"", static_cast<int>(in.Text(2).size()),
+                    in.Text(2).data());
         out.Int(0, m_scans.StartTuneAround(ReadServiceIds(in)));
     }
 
-    void StopManualScan(const Call&, const ArgumentReader&, ReplyWriter& out) {
-        out.Int(0, m_scans.StopTuneAround());
-    }
+    void StopManualScan(const Call&, const ArgumentReader&, ReplyWriter& out) { out.Int(0, m_scans.StopTuneAround()); }
 
     void IsBarkerChannelScanAvailable(const Call&, const ArgumentReader& in, ReplyWriter& out) {
         const std::int32_t antenna = ReadAntenna(in.Value<TvMode>(1).antenna);
@@ -98,8 +92,8 @@ private:
 
 } // namespace
 
-void RegisterScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes,
-                         Pipelines& pipelines, Scans& scans) {
+void RegisterScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
+                         Scans& scans) {
     context.Register<ScanControl>(context, lineUp, programmes, pipelines, scans);
 }
 

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cinttypes>
 
+#include <base/Number.h>
 #include <nlohmann/json.hpp>
 #include <norvex/client/ServiceId.h>
 
 #include "Event.h"
 #include "Results.h"
-#include <base/Number.h>
 
 namespace sim {
 
@@ -24,13 +24,12 @@ constexpr std::size_t kCollectedATime = 500;
 
 Scans::Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
              const Inputs& inputs, Subscribers& subscribers)
-    : m_context(context), m_lineUp(lineUp), m_programmes(programmes), m_pipelines(pipelines),
-      m_inputs(inputs), m_subscribers(subscribers) {
+    : m_context(context), m_lineUp(lineUp), m_programmes(programmes), m_pipelines(pipelines), m_inputs(inputs),
+      m_subscribers(subscribers) {
     context.settings.Add("scan-pace", "MILLISECONDS: how long a scan stays on a service",
                          [this](const auto& values, auto&) {
                              std::uint32_t pace = 0;
-                             if (values.size() != 1 || !ParseNumber(values[0], pace) ||
-                                 pace > kMaxPace)
+                             if (values.size() != 1 || !ParseNumber(values[0], pace) || pace > kMaxPace)
                                  return false;
                              m_state.pace = pace;
                              return true;
@@ -53,8 +52,7 @@ std::int32_t Scans::StartTuneAround(std::vector<std::uint64_t> services) {
     const std::size_t given = services.size();
     std::erase_if(services, [this](std::uint64_t id) { return !m_lineUp.FindFacts(id); });
     if (services.size() < given)
-        m_context.log.Write(kTunerTag, "tune around: %zu services are not in the line-up",
-                            given - services.size());
+        m_context.log.Write(kTunerTag, "tune around: %zu services are not in the line-up", given - services.size());
     if (services.empty())
         return m_context.log.Refuse(kBadArgument, kTunerTag, "tune around refused: no services");
     const std::int32_t status = Start(Running::TuneAround, std::move(services));
@@ -102,8 +100,8 @@ std::int32_t Scans::StopBarker() {
 std::int32_t Scans::Stop(Running what) {
     if (m_state.running == what)
         return kDone;
-    return m_context.log.Refuse(kRefused, kTunerTag, "%s cannot be stopped: %s is running",
-                                ToText(what), ToText(m_state.running));
+    return m_context.log.Refuse(kRefused, kTunerTag, "%s cannot be stopped: %s is running", ToText(what),
+                                ToText(m_state.running));
 }
 
 void Scans::After(std::uint32_t milliseconds, void (Scans::*step)()) {
@@ -120,8 +118,7 @@ bool Scans::HasSignal(const ServiceFacts& facts) const {
 void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
     m_state.visited = service;
     m_state.facts = facts;
-    m_context.log.Write(kTunerTag, "%s: tuning to service 0x%" PRIx64, ToText(m_state.running),
-                        service);
+    m_context.log.Write(kTunerTag, "%s: tuning to service 0x%" PRIx64, ToText(m_state.running), service);
     if (!facts.streamed)
         m_pipelines.MoveTuner(m_pipelines.At(kMainPipeline), {facts.antenna, facts.frequency});
     if (HasSignal(facts))
@@ -144,8 +141,7 @@ void Scans::BeginVisit() {
 void Scans::EndVisit() {
     if (HasSignal(m_state.facts)) {
         if (!m_programmes.Collect(m_state.visited))
-            m_context.log.Write(kTunerTag,
-                                "programmes of service 0x%" PRIx64 " could not be stored: %s",
+            m_context.log.Write(kTunerTag, "programmes of service 0x%" PRIx64 " could not be stored: %s",
                                 m_state.visited, m_context.database.GetError().c_str());
         m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_state.visited);
     }
@@ -157,8 +153,7 @@ void Scans::BeginBarker() {
     const auto barker = m_lineUp.GetTables().FindBarker(m_state.antenna);
     const auto facts = barker ? m_lineUp.FindFacts(*barker) : std::nullopt;
     if (!facts) {
-        m_context.log.Write(kTunerTag, "no barker channel on %s",
-                            ToAntennaName(m_state.antenna).c_str());
+        m_context.log.Write(kTunerTag, "no barker channel on %s", ToAntennaName(m_state.antenna).c_str());
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     }
     Visit(*barker, *facts);
@@ -190,16 +185,15 @@ void Scans::CollectSome() {
 
 void Scans::Finish(ESignalType type, std::uint64_t data, const char* outcome) {
     m_timer.Stop();
-    m_context.log.Write(kTunerTag, "%s %s after %zu of %zu", ToText(m_state.running), outcome,
-                        m_state.place, m_state.services.size());
+    m_context.log.Write(kTunerTag, "%s %s after %zu of %zu", ToText(m_state.running), outcome, m_state.place,
+                        m_state.services.size());
     m_state.running = Running::Nothing;
     m_state.visited = INVALID_SERVICE_ID;
     m_state.outcome = outcome;
     Pipeline& pipeline = m_pipelines.At(kMainPipeline);
     const bool tuned = pipeline.service != INVALID_SERVICE_ID && !pipeline.facts.streamed;
     m_pipelines.MoveTuner(pipeline,
-                          tuned ? Transponder{pipeline.tvMode.antenna, pipeline.facts.frequency}
-                                : m_state.tunerBefore);
+                          tuned ? Transponder{pipeline.tvMode.antenna, pipeline.facts.frequency} : m_state.tunerBefore);
     m_subscribers.Emit(type, kMainPipeline, data);
 }
 

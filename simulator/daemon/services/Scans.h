@@ -30,8 +30,8 @@ class Scans : public Component {
 public:
     static constexpr std::uint32_t kDefaultPace = 200; // milliseconds per service
 
-    Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
-          const Inputs& inputs, Subscribers& subscribers);
+    Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines, const Inputs& inputs,
+          Subscribers& subscribers);
 
     // Each returns kDone or a refusal, which has been logged. The scan begins after the reply.
     std::int32_t StartTuneAround(std::vector<std::uint64_t> services);

@@ -16,8 +16,7 @@ void ShowBootupService(Context& context, ServiceLineUp& lineUp, Pipelines& pipel
         return;
     const auto facts = lineUp.FindFacts(bootup->service);
     if (!facts || facts->antenna != bootup->tvMode.antenna) {
-        context.log.Write(kOwnTag, "the line-up no longer has the boot-up service 0x%" PRIx64,
-                          bootup->service);
+        context.log.Write(kOwnTag, "the line-up no longer has the boot-up service 0x%" PRIx64, bootup->service);
         return;
     }
     Change change;
@@ -29,16 +28,15 @@ void ShowBootupService(Context& context, ServiceLineUp& lineUp, Pipelines& pipel
 
 } // namespace
 
-std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given,
-                                                  std::string& error) {
+std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given, std::string& error) {
     auto& clock = context.Register<Clock>(context);
     auto& programmes = context.Register<Programmes>(context.database, clock);
     auto& lineUp = context.Register<ServiceLineUp>(context, programmes);
     if (!lineUp.Start(given, error))
         return {};
     const PipelineComponents parts = RegisterPipelines(context, lineUp);
-    auto& scans = context.Register<Scans>(context, lineUp, programmes, parts.pipelines,
-                                          parts.inputs, parts.subscribers);
+    auto& scans =
+        context.Register<Scans>(context, lineUp, programmes, parts.pipelines, parts.inputs, parts.subscribers);
     RegisterServiceLookup(context, lineUp.GetQueries());
     RegisterServiceGuide(context, lineUp, programmes);
     RegisterScanControl(context, lineUp, programmes, parts.pipelines, scans);

@@ -19,12 +19,11 @@ struct ServiceComponents {
 
 // Registers them. `given`: the line-up of a new TV; null: the built-in one. Nothing if it is
 // malformed or the database fails: `error` is one line.
-std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given,
-                                                  std::string& error);
+std::optional<ServiceComponents> RegisterServices(Context& context, const LineUpSource* given, std::string& error);
 
 // The interfaces, each in the file named after it.
-void RegisterScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes,
-                         Pipelines& pipelines, Scans& scans);
+void RegisterScanControl(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines,
+                         Scans& scans);
 void RegisterServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes);
 void RegisterServiceLookup(Context& context, ServiceQueries& queries);
 

@@ -17,10 +17,9 @@ public:
     using Method = interfaces::ServiceGuideMethod;
 
     ServiceGuide(Context& context, ServiceLineUp& lineUp, Programmes& programmes)
-        : Interface(interfaces::kTable<Method>, Calls::ToSession), m_log(context.log),
-          m_lineUp(lineUp), m_programmes(programmes) {
-        Add(Method::GetCurrentProgram,
-            {Out("status", kInt), In("service", kNumber64), Out("program", kProgramme)},
+        : Interface(interfaces::kTable<Method>, Calls::ToSession), m_log(context.log), m_lineUp(lineUp),
+          m_programmes(programmes) {
+        Add(Method::GetCurrentProgram, {Out("status", kInt), In("service", kNumber64), Out("program", kProgramme)},
             &ServiceGuide::GetCurrentProgram);
     }
 
@@ -29,12 +28,10 @@ private:
         const std::uint64_t service = in.Number64(1);
         const auto programme = m_programmes.FindPresent(service);
         if (m_programmes.HasFailed())
-            return out.Int(0, m_log.Refuse(kNotKept, kTunerTag,
-                                           "GetCurrentProgram refused: the database failed"));
+            return out.Int(0, m_log.Refuse(kNotKept, kTunerTag, "GetCurrentProgram refused: the database failed"));
         if (!programme && !m_lineUp.FindFacts(service))
-            return out.Int(0, m_log.Refuse(kUnknown, kTunerTag,
-                                           "GetCurrentProgram refused: unknown service 0x%" PRIx64,
-                                           service));
+            return out.Int(
+                0, m_log.Refuse(kUnknown, kTunerTag, "GetCurrentProgram refused: unknown service 0x%" PRIx64, service));
         // An unknown present programme is not a refusal.
         if (!programme)
             return out.Int(0, 0);

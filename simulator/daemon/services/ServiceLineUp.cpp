@@ -74,8 +74,7 @@ bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
     const bool isNew = &source == &m_new;
     LineUpCounts counts;
     const auto keep = [&] {
-        return m_context.numbers.Put(kLineUpPart, kBuiltInKey, isNew && IsBuiltIn()) &&
-               m_tables.Count(counts);
+        return m_context.numbers.Put(kLineUpPart, kBuiltInKey, isNew && IsBuiltIn()) && m_tables.Count(counts);
     };
     if (!m_tables.Replace(source.text, source.name, error, keep)) {
         m_context.log.Write(kTunerTag, "line-up refused: %s", error.c_str());
@@ -90,22 +89,20 @@ bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
 void ServiceLineUp::Loaded(const std::string& name) {
     m_name = name;
     ++m_loads;
-    m_context.log.Write(kTunerTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes",
-                        name.c_str(), m_counts.services, m_counts.programmes);
+    m_context.log.Write(kTunerTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes", name.c_str(),
+                        m_counts.services, m_counts.programmes);
     if (m_listener)
         m_listener();
 }
 
-void ServiceLineUp::List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first,
-                         std::int32_t count, ReplyWriter& out) {
+void ServiceLineUp::List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first, std::int32_t count,
+                         ReplyWriter& out) {
     m_queries.List(criteria, {tvMode.antenna, ToProfile(tvMode.serviceMode), first, count}, out);
 }
 
-std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode& tvMode,
-                                             std::int32_t option) {
+std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode& tvMode, std::int32_t option) {
     const auto refuse = [&](std::int32_t result, const char* why) {
-        m_context.log.Write(kTunerTag, "SetBootupService refused: service 0x%" PRIx64 " %s",
-                            service, why);
+        m_context.log.Write(kTunerTag, "SetBootupService refused: service 0x%" PRIx64 " %s", service, why);
         return result;
     };
     if (service == INVALID_SERVICE_ID)
@@ -113,8 +110,7 @@ std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode
     const auto facts = FindFacts(service);
     if (!facts)
         return refuse(kUnknown, "is not in the line-up");
-    if (tvMode.antenna < ANTENNA_NONE || tvMode.antenna > ANTENNA_SATELLITE ||
-        tvMode.serviceMode < SERVICE_MODE_NONE)
+    if (tvMode.antenna < ANTENNA_NONE || tvMode.antenna > ANTENNA_SATELLITE || tvMode.serviceMode < SERVICE_MODE_NONE)
         return refuse(kBadArgument, "with an invalid TV mode");
     if (tvMode.antenna != ANTENNA_NONE && tvMode.antenna != facts->antenna)
         return refuse(kRefused, "belongs to another antenna");
@@ -125,8 +121,7 @@ std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode
         bootup.tvMode.serviceMode = facts->profile == SERVICE_PROFILE_DEFAULT ? 0 : 1;
     Transaction transaction(m_context.database);
     NumberStore& numbers = m_context.numbers;
-    if (!transaction.IsOpen() ||
-        !numbers.Put(kBootupPart, "service", static_cast<std::int64_t>(service)) ||
+    if (!transaction.IsOpen() || !numbers.Put(kBootupPart, "service", static_cast<std::int64_t>(service)) ||
         !numbers.Put(kBootupPart, "antenna", bootup.tvMode.antenna) ||
         !numbers.Put(kBootupPart, "serviceMode", bootup.tvMode.serviceMode) ||
         !numbers.Put(kBootupPart, "option", option) || !transaction.Commit())

@@ -38,14 +38,11 @@ public:
     LineUpTables& GetTables() { return m_tables; }
     ServiceQueries& GetQueries() { return m_queries; }
 
-    std::optional<ServiceFacts> FindFacts(std::uint64_t service) override {
-        return m_tables.FindFacts(service);
-    }
+    std::optional<ServiceFacts> FindFacts(std::uint64_t service) override { return m_tables.FindFacts(service); }
     ChannelList* GetChannelList() override { return this; }
-    void List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first,
-              std::int32_t count, ReplyWriter& out) override;
-    std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode,
-                                  std::int32_t option) override;
+    void List(const values::Criteria& criteria, const TvMode& tvMode, std::int32_t first, std::int32_t count,
+              ReplyWriter& out) override;
+    std::int32_t SetBootupService(std::uint64_t service, const TvMode& tvMode, std::int32_t option) override;
 
     // The boot-up service, if the line-up has it.
     struct Bootup {

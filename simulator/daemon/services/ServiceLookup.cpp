@@ -14,8 +14,7 @@ public:
     explicit ServiceLookup(ServiceQueries& queries)
         : Interface(interfaces::kTable<Method>, Calls::ToSession), m_queries(queries) {
         Add(Method::FindService,
-            {Out("status", kInt), In("criteria", kCriteria), Out("record", kRecord),
-             In("count", kInt)},
+            {Out("status", kInt), In("criteria", kCriteria), Out("record", kRecord), In("count", kInt)},
             &ServiceLookup::FindService);
     }
 

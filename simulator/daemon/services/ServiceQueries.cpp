@@ -56,8 +56,7 @@ std::string ToConditions(const Criteria& criteria, std::size_t place, const char
     for (const Condition& condition : criteria.conditions) {
         text += between;
         text += values::FindServiceField(condition.field)->name;
-        text += (condition.comparison == values::Comparison::Equal ? " = ?" : " IS NOT ?") +
-                std::to_string(place++);
+        text += (condition.comparison == values::Comparison::Equal ? " = ?" : " IS NOT ?") + std::to_string(place++);
         between = " AND ";
     }
     return text;
@@ -74,9 +73,8 @@ std::string ServiceQueries::ToListText(const Criteria& criteria) {
     const std::size_t next = criteria.conditions.size() + 3;
     // The table's key is the antenna followed by the line-up's order. The plus keeps SQLite from
     // using an index on the profile instead.
-    return ToSelect(criteria) + " WHERE antenna = ?1 AND +profile = ?2" +
-           ToConditions(criteria, 3, " AND ") + kOrder + std::to_string(next) + " OFFSET ?" +
-           std::to_string(next + 1);
+    return ToSelect(criteria) + " WHERE antenna = ?1 AND +profile = ?2" + ToConditions(criteria, 3, " AND ") + kOrder +
+           std::to_string(next) + " OFFSET ?" + std::to_string(next + 1);
 }
 
 Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int32_t& result) {
@@ -93,8 +91,8 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
         return &known->second;
 
     if (criteria.conditions.size() > kMaxConditions || criteria.fetched.size() > kMaxFetched) {
-        m_log.Write(kTunerTag, "query refused: %zu conditions, %zu fields",
-                    criteria.conditions.size(), criteria.fetched.size());
+        m_log.Write(kTunerTag, "query refused: %zu conditions, %zu fields", criteria.conditions.size(),
+                    criteria.fetched.size());
         result = kTooMany;
         return nullptr;
     }
@@ -116,8 +114,7 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
     if (m_statements.size() >= kMaxStatements)
         m_statements.clear();
     Statement& statement = m_statements[m_shape];
-    if (!statement.Prepare(m_database,
-                           kind == Kind::Find ? ToFindText(criteria) : ToListText(criteria))) {
+    if (!statement.Prepare(m_database, kind == Kind::Find ? ToFindText(criteria) : ToListText(criteria))) {
         m_statements.erase(m_shape);
         result = Refuse("query");
         return nullptr;
@@ -126,12 +123,11 @@ Statement* ServiceQueries::Prepare(Kind kind, const Criteria& criteria, std::int
 }
 
 std::int32_t ServiceQueries::Refuse(const char* operation) {
-    return m_log.Refuse(kNotKept, kTunerTag, "%s refused: %s", operation,
-                        m_database.GetError().c_str());
+    return m_log.Refuse(kNotKept, kTunerTag, "%s refused: %s", operation, m_database.GetError().c_str());
 }
 
-void ServiceQueries::WriteRecord(const Criteria& criteria, const Statement& row,
-                                 wire::TreeWriter& tree, std::int16_t place) {
+void ServiceQueries::WriteRecord(const Criteria& criteria, const Statement& row, wire::TreeWriter& tree,
+                                 std::int16_t place) {
     const std::size_t branch = tree.BeginBranch(place);
     int column = 0;
     for (const std::int32_t number : criteria.fetched) {
@@ -156,11 +152,9 @@ void ServiceQueries::List(const Criteria& criteria, const Page& page, ReplyWrite
     WriteWithStatus(out, [&] { return WriteAll(criteria, page, out.Tree()); });
 }
 
-std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t count,
-                                        wire::TreeWriter& tree) {
+std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t count, wire::TreeWriter& tree) {
     if (count <= 0)
-        return m_log.Refuse(kBadArgument, kTunerTag, "FindService refused: %d services requested",
-                            count);
+        return m_log.Refuse(kBadArgument, kTunerTag, "FindService refused: %d services requested", count);
     std::int32_t result = 0;
     Statement* statement = Prepare(Kind::Find, criteria, result);
     if (statement == nullptr)
@@ -171,8 +165,7 @@ std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t c
     statement->Bind(at, std::int64_t{count});
     std::int32_t found = 0;
     Statement::Step step = statement->Next();
-    for (; step == Statement::Step::Row;
-         step = found < count ? statement->Next() : Statement::Step::Done) {
+    for (; step == Statement::Step::Row; step = found < count ? statement->Next() : Statement::Step::Done) {
         if (found++ == 0)
             WriteRecord(criteria, *statement, tree, kResultPlace);
     }
@@ -182,11 +175,9 @@ std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t c
     return found;
 }
 
-std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page,
-                                      wire::TreeWriter& tree) {
+std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page, wire::TreeWriter& tree) {
     if (page.first < 0 || page.count < 0)
-        return m_log.Refuse(kBadArgument, kTunerTag,
-                            "GetServiceList refused: invalid page of %d services after %d",
+        return m_log.Refuse(kBadArgument, kTunerTag, "GetServiceList refused: invalid page of %d services after %d",
                             page.count, page.first);
     std::int32_t result = 0;
     Statement* statement = Prepare(Kind::List, criteria, result);

@@ -4,11 +4,11 @@
 #include <map>
 #include <string>
 
+#include <base/Log.h>
 #include <values/Values.h>
 
 #include "Database.h"
 #include "ReplyWriter.h"
-#include <base/Log.h>
 
 namespace sim {
 
@@ -51,14 +51,13 @@ private:
     Statement* Prepare(Kind kind, const Criteria& criteria, std::int32_t& result);
     std::int32_t WriteFirst(const Criteria& criteria, std::int32_t count, wire::TreeWriter& tree);
     std::int32_t WriteAll(const Criteria& criteria, const Page& page, wire::TreeWriter& tree);
-    static void WriteRecord(const Criteria& criteria, const Statement& row, wire::TreeWriter& tree,
-                            std::int16_t place);
+    static void WriteRecord(const Criteria& criteria, const Statement& row, wire::TreeWriter& tree, std::int16_t place);
     std::int32_t Refuse(const char* operation);
 
     Database& m_database;
     Log& m_log;
     std::map<std::string, Statement, std::less<>> m_statements; // by query text without values
-    std::string m_shape; // of the current query; keeps its memory
+    std::string m_shape;                                        // of the current query; keeps its memory
 };
 
 } // namespace sim

@@ -5,13 +5,12 @@ namespace sim {
 bool Statement::Prepare(Database& database, std::string_view text) {
     sqlite3_finalize(m_statement);
     m_statement = nullptr;
-    return sqlite3_prepare_v3(database.Get(), text.data(), static_cast<int>(text.size()),
-                              SQLITE_PREPARE_PERSISTENT, &m_statement, nullptr) == SQLITE_OK;
+    return sqlite3_prepare_v3(database.Get(), text.data(), static_cast<int>(text.size()), SQLITE_PREPARE_PERSISTENT,
+                              &m_statement, nullptr) == SQLITE_OK;
 }
 
 void Statement::Bind(int place, std::string_view text) {
-    Note(sqlite3_bind_text64(m_statement, place, text.data(), text.size(), SQLITE_STATIC,
-                             SQLITE_UTF8) == SQLITE_OK);
+    Note(sqlite3_bind_text64(m_statement, place, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8) == SQLITE_OK);
 }
 
 Statement::Step Statement::Next() {
@@ -42,8 +41,7 @@ std::u16string_view Statement::Text16(int column) {
     Note(units != nullptr);
     if (units == nullptr)
         return {};
-    return {units, static_cast<std::size_t>(sqlite3_column_bytes16(m_statement, column)) /
-                       sizeof(char16_t)};
+    return {units, static_cast<std::size_t>(sqlite3_column_bytes16(m_statement, column)) / sizeof(char16_t)};
 }
 
 bool Statement::Run() {
@@ -63,8 +61,7 @@ Database::~Database() {
 
 bool Database::Open(const std::string& path) {
     const std::string name = path.empty() ? ":memory:" : path;
-    if (sqlite3_open_v2(name.c_str(), &m_database,
-                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
+    if (sqlite3_open_v2(name.c_str(), &m_database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
                         nullptr) != SQLITE_OK)
         return false;
     sqlite3_extended_result_codes(m_database, 1);
@@ -85,8 +82,7 @@ std::string Database::GetError() const {
     return m_database == nullptr ? "out of memory" : sqlite3_errmsg(m_database);
 }
 
-Transaction::Transaction(Database& database)
-    : m_database(database), m_open(database.Execute("BEGIN IMMEDIATE")) {}
+Transaction::Transaction(Database& database) : m_database(database), m_open(database.Execute("BEGIN IMMEDIATE")) {}
 
 Transaction::~Transaction() {
     if (m_open)

@@ -22,9 +22,7 @@ public:
     bool Prepare(Database& database, std::string_view text);
 
     // Places count from 1. Texts must outlive the run. If a value cannot be bound, the run fails.
-    void Bind(int place, std::int64_t value) {
-        Note(sqlite3_bind_int64(m_statement, place, value) == SQLITE_OK);
-    }
+    void Bind(int place, std::int64_t value) { Note(sqlite3_bind_int64(m_statement, place, value) == SQLITE_OK); }
     // SQLite's integers are signed; all 64 bits are preserved.
     void Bind(int place, std::uint64_t value) { Bind(place, static_cast<std::int64_t>(value)); }
     void Bind(int place, std::string_view text);
@@ -35,9 +33,7 @@ public:
     // Columns of the row, counted from 0.
     std::int64_t Int(int column) const { return sqlite3_column_int64(m_statement, column); }
     std::uint64_t Number64(int column) const { return static_cast<std::uint64_t>(Int(column)); }
-    bool IsNull(int column) const {
-        return sqlite3_column_type(m_statement, column) == SQLITE_NULL;
-    }
+    bool IsNull(int column) const { return sqlite3_column_type(m_statement, column) == SQLITE_NULL; }
     // Both valid until the next step, which fails if there was no memory for the text.
     std::string_view Text(int column);
     std::u16string_view Text16(int column);

@@ -9,8 +9,7 @@ bool NumberStore::Prepare() {
            m_put.Prepare(m_database, "INSERT INTO setting (part, key, value) VALUES (?1, ?2, ?3)"
                                      " ON CONFLICT (part, key) DO UPDATE SET value = ?3") &&
            m_clear.Prepare(m_database, "DELETE FROM setting WHERE part = ?1") &&
-           m_select.Prepare(m_database,
-                            "SELECT key, value FROM setting WHERE part = ?1 ORDER BY key");
+           m_select.Prepare(m_database, "SELECT key, value FROM setting WHERE part = ?1 ORDER BY key");
 }
 
 bool NumberStore::Put(std::string_view part, std::string_view key, std::int64_t value) {

@@ -17,8 +17,7 @@ std::string ToShortText(const json& argument) {
     constexpr std::size_t kMaxShown = 60;
     if (argument.contains("length"))
         return "...";
-    std::string text =
-        argument.value("value", json()).dump(-1, ' ', true, json::error_handler_t::replace);
+    std::string text = argument.value("value", json()).dump(-1, ' ', true, json::error_handler_t::replace);
     if (text.size() > kMaxShown)
         text.replace(kMaxShown, std::string::npos, "...");
     return text;
@@ -36,8 +35,7 @@ std::string ToReadableLine(const json& call) {
                        std::to_string(call.at("client").get<std::uint32_t>());
     if (const auto session = call.at("session").get<std::uint32_t>(); session != 0)
         line += " session " + std::to_string(session);
-    line += " " + interface.substr(interface.rfind('.') + 1) + "." +
-            call.at("method").get<std::string>() + "(";
+    line += " " + interface.substr(interface.rfind('.') + 1) + "." + call.at("method").get<std::string>() + "(";
     const char* between = "";
     for (const json& argument : call.at("arguments")) {
         if (argument.at("direction") != "in")
@@ -71,8 +69,7 @@ public:
 
     std::optional<int> PrintSome(ControlConnection& connection) {
         if (m_next < m_journal.GetBegin()) {
-            connection.Complain(std::to_string(m_journal.GetBegin() - m_next) +
-                                " calls were dropped from the journal");
+            connection.Complain(std::to_string(m_journal.GetBegin() - m_next) + " calls were dropped from the journal");
             m_next = m_journal.GetBegin();
         }
         std::string lines;
@@ -106,10 +103,9 @@ void AddCallsCommand(Context& context) {
             if (calls->IsFollowing()) {
                 connection.SetEndless();
                 // Notified from the loop, so that no call waits for a follower.
-                const std::uint64_t id =
-                    context.changes.AddListener([&connection] { connection.Wake(); });
-                connection.Keep(std::shared_ptr<void>(
-                    nullptr, [&context, id](void*) { context.changes.RemoveListener(id); }));
+                const std::uint64_t id = context.changes.AddListener([&connection] { connection.Wake(); });
+                connection.Keep(
+                    std::shared_ptr<void>(nullptr, [&context, id](void*) { context.changes.RemoveListener(id); }));
             }
             connection.SetSource([calls, &connection] { return calls->PrintSome(connection); });
         };

@@ -2,8 +2,9 @@
 
 #include <cinttypes>
 
-#include <nlohmann/json.hpp>
 #include <unistd.h>
+
+#include <nlohmann/json.hpp>
 
 #include "Event.h"
 
@@ -42,8 +43,7 @@ json Context::DescribeClients() const {
                    {"clients", json::array()},
                    {"sessions", json::array()}};
     clients.ForEach([&](const Client& client) {
-        described["clients"].push_back(
-            {{"number", client.GetNumber()}, {"connections", client.GetConnectionCount()}});
+        described["clients"].push_back({{"number", client.GetNumber()}, {"connections", client.GetConnectionCount()}});
     });
     sessions.ForEach([&](const Session& session) {
         described["sessions"].push_back({{"id", session.id},

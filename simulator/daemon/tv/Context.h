@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include <base/Log.h>
+
 #include "Changes.h"
 #include "Clients.h"
 #include "Component.h"
@@ -19,7 +21,6 @@
 #include "Sessions.h"
 #include "Settings.h"
 #include "Signals.h"
-#include <base/Log.h>
 
 namespace sim {
 
@@ -28,8 +29,7 @@ namespace sim {
 class Context {
 public:
     // The database must be open.
-    Context(Database& database, Log& log,
-            unsigned clientGraceMilliseconds = Clients::kGraceMilliseconds);
+    Context(Database& database, Log& log, unsigned clientGraceMilliseconds = Clients::kGraceMilliseconds);
 
     Log& log;
     Database& database;

@@ -27,8 +27,7 @@ struct Order {
 // Nothing unless exactly one failure is given.
 std::optional<Injection> ToInjection(const Order& order) {
     using Kind = Injection::Kind;
-    if (order.result.has_value() + order.delay.has_value() + order.drop + order.close + order.die !=
-        1)
+    if (order.result.has_value() + order.delay.has_value() + order.drop + order.close + order.die != 1)
         return {};
     const Kind kind = order.result  ? Kind::Result
                       : order.delay ? Kind::Delay
@@ -57,23 +56,17 @@ void Inject(Context& context, const Order& order, ControlConnection& connection)
 void AddInjectCommand(Context& context) {
     context.commands.Add("inject", "Make the next calls of an operation fail", [&](CommandLine& line) {
         auto order = std::make_shared<Order>();
-        line.Text("operation", order->operation, "INTERFACE.METHOD",
-                  "The operation, such as IAVControl.MuteVideo");
-        line.Integer("--result", order->result, "N",
-                     "The operation is not executed and returns only this result");
+        line.Text("operation", order->operation, "INTERFACE.METHOD", "The operation, such as IAVControl.MuteVideo");
+        line.Integer("--result", order->result, "N", "The operation is not executed and returns only this result");
         line.Integer("--delay", order->delay, 0, kMaxDelayMilliseconds, "MS",
                      "The operation is executed, its reply is delayed");
         line.Flag("--drop", order->drop, "The operation is executed, its reply is not sent");
-        line.Flag("--close", order->close,
-                  "The operation is not executed, the connection is closed");
+        line.Flag("--close", order->close, "The operation is not executed, the connection is closed");
         line.Flag("--die", order->die, "The operation is not executed, the TV ends at once");
         line.Integer("--count", order->count, 1, kMaxCount, "N", "Number of calls (1)");
-        line.Text(
-            "--with", order->text, "TEXT",
-            "Only calls with this text among their arguments, such as INorvexSession.Open --with IAVControl");
-        return [&context, order](ControlConnection& connection) {
-            Inject(context, *order, connection);
-        };
+        line.Text("--with", order->text, "TEXT",
+                  "Only calls with this text among their arguments, such as INorvexSession.Open --with IAVControl");
+        return [&context, order](ControlConnection& connection) { Inject(context, *order, connection); };
     });
 }
 

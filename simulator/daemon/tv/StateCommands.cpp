@@ -24,25 +24,23 @@ std::string Describe(const json& state, bool asJson) {
 } // namespace
 
 void AddStateCommands(Context& context) {
-    context.commands.Add("state", "Show the TV's state, one line per value",
-                         [&](CommandLine& line) {
-                             auto asJson = std::make_shared<bool>(false);
-                             line.Flag("--json", *asJson, "One JSON object");
-                             return [&context, asJson](ControlConnection& connection) {
-                                 connection.Print(Describe(context.DescribeState(), *asJson));
-                                 connection.Finish();
+    context.commands.Add("state", "Show the TV's state, one line per value", [&](CommandLine& line) {
+        auto asJson = std::make_shared<bool>(false);
+        line.Flag("--json", *asJson, "One JSON object");
+        return [&context, asJson](ControlConnection& connection) {
+            connection.Print(Describe(context.DescribeState(), *asJson));
+            connection.Finish();
+        };
+    });
+    context.commands.Add("reset", "Restore the TV's initial state; empty the journal, remove injected failures",
+                         [&](CommandLine&) {
+                             return [&context](ControlConnection& connection) {
+                                 const Event event(context);
+                                 context.log.Write(kOwnTag, "reset");
+                                 const std::string error = context.Reset();
+                                 error.empty() ? connection.Finish() : connection.Fail(error);
                              };
                          });
-    context.commands.Add(
-        "reset", "Restore the TV's initial state; empty the journal, remove injected failures",
-        [&](CommandLine&) {
-            return [&context](ControlConnection& connection) {
-                const Event event(context);
-                context.log.Write(kOwnTag, "reset");
-                const std::string error = context.Reset();
-                error.empty() ? connection.Finish() : connection.Fail(error);
-            };
-        });
     context.commands.Add("set", "Change the TV's environment", [&](CommandLine& line) {
         auto values = std::make_shared<std::vector<std::string>>();
         line.Texts("setting", *values, "NAME VALUE...",

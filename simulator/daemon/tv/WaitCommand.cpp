@@ -3,12 +3,12 @@
 #include <sstream>
 #include <vector>
 
+#include <base/Number.h>
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
 #include "Context.h"
 #include "Json.h"
-#include <base/Number.h>
 
 namespace sim {
 
@@ -35,8 +35,7 @@ bool Compare(const json& left, const std::string& comparison, const json& right)
 }
 
 bool IsComparison(const std::string& text) {
-    return text == "==" || text == "!=" || text == ">" || text == ">=" || text == "<" ||
-           text == "<=";
+    return text == "==" || text == "!=" || text == ">" || text == ">=" || text == "<" || text == "<=";
 }
 
 // A missing value is null, as is an element whose index no list can have.
@@ -55,8 +54,8 @@ json ToValue(const std::string& text) {
 }
 
 // Empty on failure, with the reason in `error`.
-Condition MakeStateCondition(Context& context, const std::string& path,
-                             const std::string& comparison, const json& value, std::string& error) {
+Condition MakeStateCondition(Context& context, const std::string& path, const std::string& comparison,
+                             const json& value, std::string& error) {
     try {
         return [&context, path, pointer = json::json_pointer(path), comparison, value] {
             return Compare(Find(context.DescribeStateFor(path), pointer), comparison, value);
@@ -68,8 +67,7 @@ Condition MakeStateCondition(Context& context, const std::string& path,
 }
 
 // This many calls since the start or the last reset.
-Condition MakeCallsCondition(Context& context, const std::string& operation, std::uint64_t wanted,
-                             std::string& error) {
+Condition MakeCallsCondition(Context& context, const std::string& operation, std::uint64_t wanted, std::string& error) {
     const std::vector<Operation*> operations = context.dispatcher.FindOperations(operation);
     if (operations.empty()) {
         error = "unknown operation '" + operation + "'";
@@ -103,8 +101,7 @@ std::string Join(const std::vector<std::string>& tokens, std::size_t first) {
 
 class Wait {
 public:
-    Wait(Changes& changes, Condition condition, ControlConnection& connection,
-         unsigned milliseconds)
+    Wait(Changes& changes, Condition condition, ControlConnection& connection, unsigned milliseconds)
         : m_changes(changes), m_condition(std::move(condition)), m_connection(connection) {
         m_listener = m_changes.AddListener([this] { Look(); });
         m_limit.Start(milliseconds, [this] {
@@ -145,8 +142,7 @@ void StartWait(Context& context, const Wanted& wanted, ControlConnection& connec
     if (tokens.size() == 3 && tokens[0] == "calls" && ParseNumber(tokens[2], calls))
         condition = MakeCallsCondition(context, tokens[1], calls, error);
     else if (tokens.size() >= 3 && tokens[0].starts_with('/') && IsComparison(tokens[1]))
-        condition =
-            MakeStateCondition(context, tokens[0], tokens[1], ToValue(Join(tokens, 2)), error);
+        condition = MakeStateCondition(context, tokens[0], tokens[1], ToValue(Join(tokens, 2)), error);
     else
         return connection.Fail("expected \"/PATH == VALUE\" or \"calls INTERFACE.METHOD N\"",
                                CommandLine::kBadArguments);
@@ -165,17 +161,13 @@ void StartWait(Context& context, const Wanted& wanted, ControlConnection& connec
 
 void AddWaitCommand(Context& context) {
     context.commands.Add(
-        "wait", "Wait for a value of the state or for calls; status 1 on timeout",
-        [&](CommandLine& line) {
+        "wait", "Wait for a value of the state or for calls; status 1 on timeout", [&](CommandLine& line) {
             auto wanted = std::make_shared<Wanted>();
-            line.Texts(
-                "condition", wanted->condition, "CONDITION",
-                "\"/PATH == VALUE\" (or !=, >, >=, <, <=), or \"calls INTERFACE.METHOD N\": called N times "
-                "or more");
+            line.Texts("condition", wanted->condition, "CONDITION",
+                       "\"/PATH == VALUE\" (or !=, >, >=, <, <=), or \"calls INTERFACE.METHOD N\": called N times "
+                       "or more");
             line.Number("--timeout", wanted->seconds, 0, 86400, "SECONDS", "Timeout (10)");
-            return [&context, wanted](ControlConnection& connection) {
-                StartWait(context, *wanted, connection);
-            };
+            return [&context, wanted](ControlConnection& connection) { StartWait(context, *wanted, connection); };
         });
 }
 

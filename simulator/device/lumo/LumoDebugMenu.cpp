@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <string>
+
 #include <unistd.h>
 
 namespace {

@@ -4,10 +4,11 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
-#include <poll.h>
 #include <string_view>
-#include <unistd.h>
 #include <utility>
+
+#include <poll.h>
+#include <unistd.h>
 
 #include <wire/Tree.h>
 
@@ -34,8 +35,7 @@ bool WriteWhole(std::string_view text) {
 
 // The line of a log message; false for any other message.
 bool GetLine(const wire::Message& message, std::string& line) {
-    if (message.header.kind != wire::MessageKind::Log ||
-        !wire::IsWellFormed(message.tree, message.header.treeSize))
+    if (message.header.kind != wire::MessageKind::Log || !wire::IsWellFormed(message.tree, message.header.treeSize))
         return false;
     wire::NodeCursor cursor(message.tree, message.header.treeSize);
     wire::Node node;
@@ -55,8 +55,7 @@ std::unique_ptr<DaemonConnection> Follow(const std::string& tag, Failure& failur
     DaemonConnection::Purpose purpose;
     purpose.role = wire::Role::Log;
     purpose.logTag = tag;
-    std::unique_ptr<DaemonConnection> connection =
-        DaemonConnection::Open(FindSocketPath(), purpose, limit, failure);
+    std::unique_ptr<DaemonConnection> connection = DaemonConnection::Open(FindSocketPath(), purpose, limit, failure);
     if (connection != nullptr) {
         failure = connection->AwaitWelcome(limit);
         if (failure != Failure::None)
@@ -73,8 +72,7 @@ int LogViewer::Run() {
     Failure failure = Failure::None;
     const std::unique_ptr<DaemonConnection> connection = Follow(m_tag, failure);
     if (connection == nullptr) {
-        std::cerr << "dlogutil: "
-                  << (failure == Failure::Absent ? "no TV is running at " : "no answer from ")
+        std::cerr << "dlogutil: " << (failure == Failure::Absent ? "no TV is running at " : "no answer from ")
                   << FindSocketPath() << "\n";
         return EXIT_FAILURE;
     }

@@ -27,10 +27,8 @@ void TakeUsualSignals() {
 int main(int argc, char** argv) {
     TakeUsualSignals();
 
-    CLI::App app("Prints the lines of one tag of the simulated TV's log as they are written.",
-                 "dlogutil");
-    app.footer(
-        "Follows the TV at NORVEX_SOCKET until the TV ends, or until interrupted. An unused tag shows nothing.");
+    CLI::App app("Prints the lines of one tag of the simulated TV's log as they are written.", "dlogutil");
+    app.footer("Follows the TV at NORVEX_SOCKET until the TV ends, or until interrupted. An unused tag shows nothing.");
     std::string tag;
     app.add_option("TAG", tag, "the tag, for example tvvideosink")
         ->required()

@@ -14,10 +14,9 @@ TEST_F(ControlDialogue, RelaysEachWordUntilExecuteAnswersZero) {
     Answer("Execute", Reply().Value(2).Text("help\n> "));
     Answer("Execute", Reply().Value(0).Text("never shown"));
     Answer("Stop", Reply().Value(1));
-    EXPECT_EQ(Run("1 items help 99 99"), "{entered}{menu}<1>{Start}Norvex> {flush}<items>" +
-                                             Execute("items") + "{flush}items\n> {flush}<help>" +
-                                             Execute("help") + "{flush}help\n> {flush}<99>" +
-                                             Execute("99") + "{Stop}{menu}<99>");
+    EXPECT_EQ(Run("1 items help 99 99"), "{entered}{menu}<1>{Start}Norvex> {flush}<items>" + Execute("items") +
+                                             "{flush}items\n> {flush}<help>" + Execute("help") +
+                                             "{flush}help\n> {flush}<99>" + Execute("99") + "{Stop}{menu}<99>");
 }
 
 TEST_F(ControlDialogue, Passes99AndTheProcessMenusNumbersToTheProcessLikeAnyOtherWord) {
@@ -25,17 +24,15 @@ TEST_F(ControlDialogue, Passes99AndTheProcessMenusNumbersToTheProcessLikeAnyOthe
     Answer("Execute", Reply().Value(1).Text("t"));
     Answer("Execute", Reply().Value(1).Text("u"));
     Answer("Execute", Reply().Value(0));
-    EXPECT_EQ(Run("1 99 4 3 99"), "{entered}{menu}<1>{Start}s{flush}<99>" + Execute("99") +
-                                      "{flush}t{flush}<4>" + Execute("4") + "{flush}u{flush}<3>" +
-                                      Execute("3") + "{Stop}{menu}<99>");
+    EXPECT_EQ(Run("1 99 4 3 99"), "{entered}{menu}<1>{Start}s{flush}<99>" + Execute("99") + "{flush}t{flush}<4>" +
+                                      Execute("4") + "{flush}u{flush}<3>" + Execute("3") + "{Stop}{menu}<99>");
 }
 
 TEST_F(ControlDialogue, ScreenIsPrintedAsItStands) {
     const std::string screen("a%d%s\n\n\tb\0c", 11);
     Answer("Start", Reply().Value(1).Text(screen));
     Answer("Execute", Reply().Value(-1));
-    EXPECT_EQ(Run("1 x 99"), "{entered}{menu}<1>{Start}" + screen + "{flush}<x>" + Execute("x") +
-                                 "{Stop}{menu}<99>");
+    EXPECT_EQ(Run("1 x 99"), "{entered}{menu}<1>{Start}" + screen + "{flush}<x>" + Execute("x") + "{Stop}{menu}<99>");
 }
 
 TEST_F(ControlDialogue, IsEndedByEveryOtherResultOfExecute) {
@@ -46,8 +43,7 @@ TEST_F(ControlDialogue, IsEndedByEveryOtherResultOfExecute) {
         FakeConnection::Reset();
         Answer("Start", Reply().Value(1).Text("s"));
         Answer("Execute", reply);
-        EXPECT_EQ(Run("1 x 99"),
-                  "{entered}{menu}<1>{Start}s{flush}<x>" + Execute("x") + "{Stop}{menu}<99>");
+        EXPECT_EQ(Run("1 x 99"), "{entered}{menu}<1>{Start}s{flush}<x>" + Execute("x") + "{Stop}{menu}<99>");
     }
 }
 
@@ -57,15 +53,13 @@ TEST_F(ControlDialogue, ResultOfStopIsIgnored) {
     for (const Reply& reply : {Reply().Value(-5), Reply().Failed()}) {
         Timeline::Now().Clear();
         Answer("Stop", reply);
-        EXPECT_EQ(Run("1 x 99"),
-                  "{entered}{menu}<1>{Start}s{flush}<x>" + Execute("x") + "{Stop}{menu}<99>");
+        EXPECT_EQ(Run("1 x 99"), "{entered}{menu}<1>{Start}s{flush}<x>" + Execute("x") + "{Stop}{menu}<99>");
     }
 }
 
 TEST_F(ControlDialogue, RefusedStartIsTwoLinesAndIsNotStopped) {
     const Reply replies[] = {Reply().Value(0).Text("never shown"), Reply().Value(-1).Text("t"),
-                             Reply().Value(-2147483647).Text("t"),
-                             Reply().Value(1).Text("t").Failed()};
+                             Reply().Value(-2147483647).Text("t"), Reply().Value(1).Text("t").Failed()};
     for (const Reply& reply : replies) {
         Timeline::Now().Clear();
         FakeConnection::Reset();
@@ -79,8 +73,8 @@ TEST_F(ControlDialogue, EmptyScreenInAReplyShowsTheLastOneAgain) {
     Answer("Start", Reply().Value(1).Text("first"));
     Answer("Execute", Reply().Value(1).Text(""));
     Answer("Execute", Reply().Value(0));
-    EXPECT_EQ(Run("1 a b 99"), "{entered}{menu}<1>{Start}first{flush}<a>" + Execute("a") +
-                                   "{flush}first{flush}<b>" + Execute("b") + "{Stop}{menu}<99>");
+    EXPECT_EQ(Run("1 a b 99"), "{entered}{menu}<1>{Start}first{flush}<a>" + Execute("a") + "{flush}first{flush}<b>" +
+                                   Execute("b") + "{Stop}{menu}<99>");
 }
 
 TEST_F(ControlDialogue, ScreenOutlivesTheDialogue) {
@@ -89,8 +83,7 @@ TEST_F(ControlDialogue, ScreenOutlivesTheDialogue) {
     Answer("Execute", Reply().Value(0).Text("second"));
     Answer("Execute", Reply().Value(0).Text(""));
     EXPECT_EQ(Run("1 a 1 b 99"), "{entered}{menu}<1>{Start}first{flush}<a>" + Execute("a") +
-                                     "{Stop}{menu}<1>{Start}second{flush}<b>" + Execute("b") +
-                                     "{Stop}{menu}<99>");
+                                     "{Stop}{menu}<1>{Start}second{flush}<b>" + Execute("b") + "{Stop}{menu}<99>");
 }
 
 TEST_F(ControlDialogue, ChosenAgainStartsTheSameControlAgain) {
@@ -105,8 +98,7 @@ TEST_F(ControlDialogue, LeavesNoTraceInTheProviderMenuNorThatOneInIt) {
     Answer("Execute", Reply().Value(0));
     EXPECT_EQ(Run("4 99 1 x 4 5 99 99"), "{entered}{menu}<4>{list off}<99>{menu}<1>{Start}s{flush}"
                                          "<x>" +
-                                             Execute("x") +
-                                             "{Stop}{menu}<4>{list off}<5>{flush}<99>{menu}<99>");
+                                             Execute("x") + "{Stop}{menu}<4>{list off}<5>{flush}<99>{menu}<99>");
 }
 
 TEST_F(ControlDialogue, ScreenRepeatsWhileTheInputIsAtItsEndOrBroken) {

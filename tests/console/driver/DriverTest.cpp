@@ -43,9 +43,7 @@ const screens::Names kNames = {
     {"{stopdlogtagbydefault(quarle-daemon)}{stopdlogtagbydefault(quarle-provider)}"
      "{remove(marker)}",
      "{switched off}"},
-    {Call("IsQoSEnabled, 8", "out value 00") +
-         Call("GetMenuItems, 4", "out value ffffffff, out {}"),
-     "{simple}"},
+    {Call("IsQoSEnabled, 8", "out value 00") + Call("GetMenuItems, 4", "out value ffffffff, out {}"), "{simple}"},
     {Call("Start, 0", "out value ffffffff, out length"), "{Start}"},
     {Call("Stop, 2", "out value ffffffff"), "{Stop}"},
 };
@@ -95,11 +93,9 @@ void DriverTest::MakeMarker(const std::string& content) {
 }
 
 std::string Execute(const std::string& word) {
-    return Call("Execute, 1",
-                "out value ffffffff, " + Described(Tree::OfText(word)) + ", out length");
+    return Call("Execute, 1", "out value ffffffff, " + Described(Tree::OfText(word)) + ", out length");
 }
 
 std::string SetMenuItem(const std::string& name, bool state, unsigned int id) {
-    return Call("SetMenuItem, 6",
-                "out value ffffffff, " + Described(Tree::OfItem(name, state, id)));
+    return Call("SetMenuItem, 6", "out value ffffffff, " + Described(Tree::OfItem(name, state, id)));
 }

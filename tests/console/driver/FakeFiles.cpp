@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+
 #include <sys/stat.h>
 
 #include "Timeline.h"

@@ -94,8 +94,7 @@ pid_t __wrap_vfork() {
     for (ssize_t count; (count = read(ends[0], buffer, sizeof buffer)) > 0;)
         text.append(buffer, static_cast<std::size_t>(count));
     close(ends[0]);
-    for (std::size_t begin = 0, end; (end = text.find('\n', begin)) != std::string::npos;
-         begin = end + 1)
+    for (std::size_t begin = 0, end; (end = text.find('\n', begin)) != std::string::npos; begin = end + 1)
         Timeline::Now().Call(text.substr(begin, end - begin));
     if (child > 0)
         made.push_back(child);

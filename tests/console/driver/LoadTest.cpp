@@ -28,9 +28,8 @@ int main(int argc, char** argv) {
 
 TEST(Load, ConstructsTheTestConsoleAndThenTheSimpleMenuWithItsControl) {
     EXPECT_EQ(callsAtLoad,
-              (std::vector<std::string>{"TCDebugMenuTPMS",
-                                        "NorvexAPIConnection(com.holvi.Norvex.SignalIFace, "
-                                        "/com/holvi/Norvex/SignalObject, true)"}));
+              (std::vector<std::string>{"TCDebugMenuTPMS", "NorvexAPIConnection(com.holvi.Norvex.SignalIFace, "
+                                                           "/com/holvi/Norvex/SignalObject, true)"}));
     EXPECT_EQ(FakeConnection::CountAlive(), 1);
     EXPECT_EQ(globalsAtLoad, (std::vector<int>{0, 0, 0, 0}));
 }

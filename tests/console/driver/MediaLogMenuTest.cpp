@@ -15,8 +15,7 @@ std::string Announced(const std::string& number, const std::string& element) {
     return number + "\n{flush}[GST Debug Log ON] ExecuteLogOn : " + element + "\n{flush}{vfork}";
 }
 std::string Viewer(const std::string& number, const std::string& element) {
-    return Announced(number, element) + "{child: execl(/usr/bin/dlogutil; dlogutil, " + element +
-           ")}{media}";
+    return Announced(number, element) + "{child: execl(/usr/bin/dlogutil; dlogutil, " + element + ")}{media}";
 }
 
 std::string Invalid(const std::string& number) {
@@ -62,18 +61,17 @@ TEST_F(MediaLogMenu, EachNumberStartsTheViewerOfItsElement) {
 }
 
 TEST_F(MediaLogMenu, NumbersWithoutARowAreInvalid) {
-    EXPECT_EQ(RunMenu("12 98 100 2147483647 99"),
-              "{media}<12>" + Invalid("12") + "<98>" + Invalid("98") + "<100>" + Invalid("100") +
-                  "<2147483647>" + Invalid("2147483647") + "<99>99\n{flush}");
+    EXPECT_EQ(RunMenu("12 98 100 2147483647 99"), "{media}<12>" + Invalid("12") + "<98>" + Invalid("98") + "<100>" +
+                                                      Invalid("100") + "<2147483647>" + Invalid("2147483647") +
+                                                      "<99>99\n{flush}");
     EXPECT_TRUE(FakeProcesses::GetChildren().empty());
 }
 
 TEST_F(MediaLogMenu, LowThirtyTwoBitsCountAndTheEchoIsTheNumber) {
     EXPECT_EQ(RunMenu("007 4294967295 4294967296 2147483648 99999999999999999999 99"),
-              "{media}<007>" + Viewer("7", "tvdrmsink") + "<4294967295>" + Invalid("-1") +
-                  "<4294967296>" + Viewer("0", "tvvideosink") + "<2147483648>" +
-                  Invalid("-2147483648") + "<99999999999999999999>" + Invalid("-1") +
-                  "<99>99\n{flush}");
+              "{media}<007>" + Viewer("7", "tvdrmsink") + "<4294967295>" + Invalid("-1") + "<4294967296>" +
+                  Viewer("0", "tvvideosink") + "<2147483648>" + Invalid("-2147483648") + "<99999999999999999999>" +
+                  Invalid("-1") + "<99>99\n{flush}");
 }
 
 TEST_F(MediaLogMenu, WordsThatAreNoDigitsAreIgnoredSilently) {
@@ -82,8 +80,8 @@ TEST_F(MediaLogMenu, WordsThatAreNoDigitsAreIgnoredSilently) {
 }
 
 TEST_F(MediaLogMenu, LeavingItIsNotImplementedInTheProcessMenu) {
-    EXPECT_EQ(Run("3 11 99 99"), "{entered}{menu}<3>{media}<11>" + Invalid("11") +
-                                     "<99>99\n{flush}{not implemented}{menu}<99>");
+    EXPECT_EQ(Run("3 11 99 99"),
+              "{entered}{menu}<3>{media}<11>" + Invalid("11") + "<99>99\n{flush}{not implemented}{menu}<99>");
 }
 
 TEST_F(MediaLogMenu, MissingViewerEndsTheChildWithStatus1AndTheMenuGoesOn) {
@@ -97,8 +95,7 @@ TEST_F(MediaLogMenu, MissingViewerEndsTheChildWithStatus1AndTheMenuGoesOn) {
 
 TEST_F(MediaLogMenu, ChildThatCannotBeMadeIsNotReported) {
     FakeProcesses::Exhaust();
-    EXPECT_EQ(RunMenu("5 99"),
-              "{media}<5>" + Announced("5", "tvaudiodec") + "{media}<99>99\n{flush}");
+    EXPECT_EQ(RunMenu("5 99"), "{media}<5>" + Announced("5", "tvaudiodec") + "{media}<99>99\n{flush}");
     EXPECT_EQ(m_child_Pid, -1);
     EXPECT_EQ(ExecuteLogOn("anything", 3), -1);
 }
@@ -125,16 +122,16 @@ TEST_F(MediaLogMenu, ExecuteLogOnAnswersTheProcessIdAndDoesNotUseTheRow) {
 
 TEST_F(MediaLogMenu, RepeatsWhileTheInputIsAtItsEndOrBroken) {
     console.Type("11").EndInput(3).Type("12").BreakInput(2).Type("99");
-    EXPECT_EQ(RunMenu(), "{media}<11>" + Invalid("11") + "<end of input>{media}{media}{media}<12>" +
-                             Invalid("12") + "<broken input>{media}{media}<99>99\n{flush}");
+    EXPECT_EQ(RunMenu(), "{media}<11>" + Invalid("11") + "<end of input>{media}{media}{media}<12>" + Invalid("12") +
+                             "<broken input>{media}{media}<99>99\n{flush}");
 }
 
 TEST_F(MediaLogMenu, NumbersAreDigitsAlone) {
     for (const char* number : {"0", "1234567890", "99999999999999999999999999"})
         EXPECT_TRUE(isNumberGst(number)) << number;
-    for (const std::string& word : {std::string(), std::string("1\0", 2), std::string("-1"),
-                                    std::string("+1"), std::string(" 1"), std::string("1 "),
-                                    std::string("1a"), std::string("a1"), std::string("\xb2")})
+    for (const std::string& word :
+         {std::string(), std::string("1\0", 2), std::string("-1"), std::string("+1"), std::string(" 1"),
+          std::string("1 "), std::string("1a"), std::string("a1"), std::string("\xb2")})
         EXPECT_FALSE(isNumberGst(word)) << word;
 }
 

@@ -1,7 +1,6 @@
 #include <optional>
 
 #include <gtest/gtest.h>
-
 #include <zarn/DebugMenu.h>
 
 #include "CoreWatch.h"
@@ -64,8 +63,8 @@ TEST_F(ProcessMenu, WhatANumberIsTheDeviceDecides) {
 
 TEST_F(ProcessMenu, NumbersWithoutAnEntryAreNotImplemented) {
     std::string expected = "{entered}{menu}";
-    for (const std::string word : {"2", "0", "8", "00", "9", "10", "98", "100", "2147483648",
-                                   "4294967295", "99999999999999999999", "9223372036854775809"}) {
+    for (const std::string word : {"2", "0", "8", "00", "9", "10", "98", "100", "2147483648", "4294967295",
+                                   "99999999999999999999", "9223372036854775809"}) {
         console.Type(word);
         expected += "<" + word + ">{not implemented}{menu}";
     }
@@ -73,14 +72,12 @@ TEST_F(ProcessMenu, NumbersWithoutAnEntryAreNotImplemented) {
 }
 
 TEST_F(ProcessMenu, LowThirtyTwoBitsOfANumberSelect) {
-    EXPECT_EQ(Run("4294967297 8589934593 001 99"), "{entered}{menu}<4294967297>" + kFailedToStart +
-                                                       "<8589934593>" + kFailedToStart + "<001>" +
-                                                       kFailedToStart + "<99>");
+    EXPECT_EQ(Run("4294967297 8589934593 001 99"), "{entered}{menu}<4294967297>" + kFailedToStart + "<8589934593>" +
+                                                       kFailedToStart + "<001>" + kFailedToStart + "<99>");
 }
 
 TEST_F(ProcessMenu, Choice3RunsTheMediaMenuAndIsThenNotImplemented) {
-    EXPECT_EQ(Run("3 99 99"),
-              "{entered}{menu}<3>{media}<99>99\n{flush}{not implemented}{menu}<99>");
+    EXPECT_EQ(Run("3 99 99"), "{entered}{menu}<3>{media}<99>99\n{flush}{not implemented}{menu}<99>");
 }
 
 TEST_F(ProcessMenu, Choice3GoesBackToTheMenuWhenTheMediaMenuAnswersOtherThan0) {
@@ -112,8 +109,7 @@ TEST_F(ProcessMenu, Choice6OpensTheSiblingLibraryAndIgnoresThatItIsMissing) {
 }
 
 TEST_F(ProcessMenu, Choice7EntersTheSimpleMenu) {
-    EXPECT_EQ(Run("7 99 99"), "{entered}{menu}<7>{simple}" +
-                                  screens::SimpleMenu("QoS is disabled\n", "") +
+    EXPECT_EQ(Run("7 99 99"), "{entered}{menu}<7>{simple}" + screens::SimpleMenu("QoS is disabled\n", "") +
                                   "cmd> {flush}<99>99{menu}<99>");
 }
 

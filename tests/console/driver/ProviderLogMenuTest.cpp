@@ -3,7 +3,6 @@
 #include <sstream>
 
 #include <gtest/gtest.h>
-
 #include <zarn/DebugMenu.h>
 
 #include "CoreWatch.h"
@@ -51,14 +50,12 @@ TEST_F(ProviderLogMenu, MarkerFileIsNotReadAgainWhenTheMenuIsChosen) {
 
 TEST_F(ProviderLogMenu, PathComesFromTheResolversDataDirectory) {
     console.Run(CheckQuarleLogOnOff);
-    EXPECT_EQ(console.Whole(),
-              "{TCPathResolver::GetAbsolutePath(6, quarle-provider/data/FCdebug.conf)}"
-              "{stat(quarle-provider/data/FCdebug.conf)}");
+    EXPECT_EQ(console.Whole(), "{TCPathResolver::GetAbsolutePath(6, quarle-provider/data/FCdebug.conf)}"
+                               "{stat(quarle-provider/data/FCdebug.conf)}");
 }
 
 TEST_F(ProviderLogMenu, WordThatIsNoNumberShowsTheListAgain) {
-    EXPECT_EQ(Run("4 abc -1 99 99"),
-              "{entered}{menu}<4>{list off}<abc>{list off}<-1>{list off}<99>{menu}<99>");
+    EXPECT_EQ(Run("4 abc -1 99 99"), "{entered}{menu}<4>{list off}<abc>{list off}<-1>{list off}<99>{menu}<99>");
 }
 
 TEST_F(ProviderLogMenu, RowThatIsNotThereGivesAnEmptyScreen) {
@@ -95,8 +92,7 @@ TEST_F(ProviderLogMenu, StateSurvivesTheConsole) {
 }
 
 TEST_F(ProviderLogMenu, AnyNumberButZeroMeansOn) {
-    for (const char* word :
-         {"1", "2", "-1", "+7", "1x", "099", "4294967297", "9223372036854775808"}) {
+    for (const char* word : {"1", "2", "-1", "+7", "1x", "099", "4294967297", "9223372036854775808"}) {
         currentMenu = 1;
         QuarleLogonOff = false;
         EXPECT_EQ(ParserQuarleCommand(word), screens::ProviderList("ON ")) << word;
@@ -107,8 +103,7 @@ TEST_F(ProviderLogMenu, AnyNumberButZeroMeansOn) {
 }
 
 TEST_F(ProviderLogMenu, WordsWithoutANumberAndZeroMeanOff) {
-    for (const char* word :
-         {"yes", "0", "off", "x", "on", "x1", "00", "-0", "4294967296", "-9223372036854775809"}) {
+    for (const char* word : {"yes", "0", "off", "x", "on", "x1", "00", "-0", "4294967296", "-9223372036854775809"}) {
         currentMenu = 1;
         QuarleLogonOff = true;
         MakeMarker();
@@ -142,16 +137,15 @@ TEST_F(ProviderLogMenu, OnAndOffAlternate) {
 
 TEST_F(ProviderLogMenu, FileThatCannotBeWrittenIsIgnored) {
     std::filesystem::remove_all(std::filesystem::path(GetMarker()).parent_path());
-    EXPECT_EQ(Run("4 0 1 99 99"), "{entered}{menu}<4>{list off}<0>{on or off?}<1>" +
-                                      kSwitchedOnUnwritten + "{list on}<99>{menu}<99>");
+    EXPECT_EQ(Run("4 0 1 99 99"),
+              "{entered}{menu}<4>{list off}<0>{on or off?}<1>" + kSwitchedOnUnwritten + "{list on}<99>{menu}<99>");
     EXPECT_FALSE(MarkerExists());
 }
 
 TEST_F(ProviderLogMenu, DirectoryInTheFilesPlaceMeansOnAndIsNoHarm) {
     std::filesystem::create_directories(GetMarker() + "/occupied");
-    EXPECT_EQ(Run("4 0 1 0 0 99 99"),
-              "{entered}{menu}<4>{list on}<0>{on or off?}<1>" + kSwitchedOnUnwritten +
-                  "{list on}<0>{on or off?}<0>{switched off}{list off}<99>{menu}<99>");
+    EXPECT_EQ(Run("4 0 1 0 0 99 99"), "{entered}{menu}<4>{list on}<0>{on or off?}<1>" + kSwitchedOnUnwritten +
+                                          "{list on}<0>{on or off?}<0>{switched off}{list off}<99>{menu}<99>");
     EXPECT_TRUE(std::filesystem::is_directory(GetMarker() + "/occupied"));
     Run("99");
     EXPECT_TRUE(QuarleLogonOff) << "it is still there";
@@ -160,17 +154,15 @@ TEST_F(ProviderLogMenu, DirectoryInTheFilesPlaceMeansOnAndIsNoHarm) {
 TEST_F(ProviderLogMenu, ReadOnlyFileSystemIsIgnoredInBothDirections) {
     MakeMarker("kept");
     FakeFiles::MountReadOnly();
-    EXPECT_EQ(Run("4 0 1 0 0 99 99"),
-              "{entered}{menu}<4>{list on}<0>{on or off?}<1>" + kSwitchedOnUnwritten +
-                  "{list on}<0>{on or off?}<0>{switched off}{list off}<99>{menu}<99>");
+    EXPECT_EQ(Run("4 0 1 0 0 99 99"), "{entered}{menu}<4>{list on}<0>{on or off?}<1>" + kSwitchedOnUnwritten +
+                                          "{list on}<0>{on or off?}<0>{switched off}{list off}<99>{menu}<99>");
     EXPECT_EQ(ContentOf(GetMarker()), "kept");
 }
 
 TEST_F(ProviderLogMenu, ResultsOfTheTagSwitchesAreIgnored) {
     FakeDevice::SetLogTagResult(-1);
-    EXPECT_EQ(Run("4 0 1 0 0 99 99"),
-              "{entered}{menu}<4>{list off}<0>{on or off?}<1>{switched on}{list on}"
-              "<0>{on or off?}<0>{switched off}{list off}<99>{menu}<99>");
+    EXPECT_EQ(Run("4 0 1 0 0 99 99"), "{entered}{menu}<4>{list off}<0>{on or off?}<1>{switched on}{list on}"
+                                      "<0>{on or off?}<0>{switched off}{list off}<99>{menu}<99>");
 }
 
 TEST_F(ProviderLogMenu, EachScreenRepeatsAtTheEndOfInput) {

@@ -40,17 +40,14 @@ protected:
     std::string RunMenu(const std::string& words = "") {
         return Run(words, [] { debugMenuSimple.Enter(); });
     }
-    static void GiveItems(const Items& items) {
-        Answer("GetMenuItems", Reply().Value(1).Items(items));
-    }
+    static void GiveItems(const Items& items) { Answer("GetMenuItems", Reply().Value(1).Items(items)); }
 };
 
 } // namespace
 
 TEST_F(SimpleMenu, EveryNumberBut99DoesNothingOnAnEmptyList) {
-    EXPECT_EQ(RunMenu("0 1 98 100 99"), Shown("") + "<0>0" + Shown("") + "<1>1" + Shown("") +
-                                            "<98>98" + Shown("") + "<100>100" + Shown("") +
-                                            "<99>99");
+    EXPECT_EQ(RunMenu("0 1 98 100 99"), Shown("") + "<0>0" + Shown("") + "<1>1" + Shown("") + "<98>98" + Shown("") +
+                                            "<100>100" + Shown("") + "<99>99");
 }
 
 TEST_F(SimpleMenu, QosLineIsTheControlsStateAskedAnew) {
@@ -73,8 +70,7 @@ TEST_F(SimpleMenu, RowsShowNumberStateAndNameAndAreWrittenInOnePiece) {
 
 TEST_F(SimpleMenu, PrintingItDoesNotFlush) {
     GiveItems({{"Tuner", true, 7}});
-    EXPECT_EQ(Run("", [] { debugMenuSimple.m_PrintMainMenu(); }),
-              "{simple}" + screens::SimpleMenu(kOff, kTunerOn));
+    EXPECT_EQ(Run("", [] { debugMenuSimple.m_PrintMainMenu(); }), "{simple}" + screens::SimpleMenu(kOff, kTunerOn));
 }
 
 TEST_F(SimpleMenu, RowsHaveRoomForANumberOfTwoDigitsAndSeventeenLettersAndAreNotCut) {
@@ -83,13 +79,13 @@ TEST_F(SimpleMenu, RowsHaveRoomForANumberOfTwoDigitsAndSeventeenLettersAndAreNot
         bool state;
         const char* name;
         const char* row;
-    } rows[] = {{0, false, "seventeen letters", "0 : [OFF] seventeen letters"},
-                {10, true, "seventeen letters", "10: [ON ] seventeen letters"},
-                {99, true, "", "99: [ON ]                  "},
-                {9, true, "x", "9 : [ON ] x                "},
-                {1, false, "eighteen letters..", "1 : [OFF] eighteen letters.."},
-                {100, false, "a name of more than seventeen letters",
-                 "100: [OFF] a name of more than seventeen letters"}};
+    } rows[] = {
+        {0, false, "seventeen letters", "0 : [OFF] seventeen letters"},
+        {10, true, "seventeen letters", "10: [ON ] seventeen letters"},
+        {99, true, "", "99: [ON ]                  "},
+        {9, true, "x", "9 : [ON ] x                "},
+        {1, false, "eighteen letters..", "1 : [OFF] eighteen letters.."},
+        {100, false, "a name of more than seventeen letters", "100: [OFF] a name of more than seventeen letters"}};
     for (const auto& row : rows) {
         TSMenuItem item;
         item.setName(row.name);
@@ -101,9 +97,8 @@ TEST_F(SimpleMenu, RowsHaveRoomForANumberOfTwoDigitsAndSeventeenLettersAndAreNot
 TEST_F(SimpleMenu, NumberFlipsTheItemAndSendsIt) {
     GiveItems({{"Tuner", false, 70}, {"Audio", true, 80}});
     const std::string rows = kTunerOff + "1 : [ON ] Audio            \n";
-    EXPECT_EQ(RunMenu("0 1 99"), Shown(rows) + "<0>0" + SetMenuItem("Tuner", true, 70) +
-                                     Shown(rows) + "<1>1" + SetMenuItem("Audio", false, 80) +
-                                     Shown(rows) + "<99>99");
+    EXPECT_EQ(RunMenu("0 1 99"), Shown(rows) + "<0>0" + SetMenuItem("Tuner", true, 70) + Shown(rows) + "<1>1" +
+                                     SetMenuItem("Audio", false, 80) + Shown(rows) + "<99>99");
 }
 
 TEST_F(SimpleMenu, NumberTypedTwiceFlipsThereAndBack) {
@@ -111,9 +106,8 @@ TEST_F(SimpleMenu, NumberTypedTwiceFlipsThereAndBack) {
     GiveItems({{"Tuner", true, 7}});
     GiveItems({{"Tuner", false, 7}});
     Answer("SetMenuItem", Reply().Value(1));
-    EXPECT_EQ(RunMenu("0 0 99"), Shown(kTunerOff) + "<0>0" + SetMenuItem("Tuner", true, 7) +
-                                     Shown(kTunerOn) + "<0>0" + SetMenuItem("Tuner", false, 7) +
-                                     Shown(kTunerOff) + "<99>99");
+    EXPECT_EQ(RunMenu("0 0 99"), Shown(kTunerOff) + "<0>0" + SetMenuItem("Tuner", true, 7) + Shown(kTunerOn) + "<0>0" +
+                                     SetMenuItem("Tuner", false, 7) + Shown(kTunerOff) + "<99>99");
 }
 
 TEST_F(SimpleMenu, RefusedFlipIsSeenInTheNextMenu) {
@@ -128,33 +122,30 @@ TEST_F(SimpleMenu, NumbersReferToTheListJustShown) {
     GiveItems({{"a", false, 1}, {"b", false, 2}});
     GiveItems({{"c", true, 3}});
     const std::string second = Shown("0 : [ON ] c                \n");
-    EXPECT_EQ(RunMenu("1 1 0 99"),
-              Shown("0 : [OFF] a                \n1 : [OFF] b                \n") + "<1>1" +
-                  SetMenuItem("b", true, 2) + second + "<1>1" + second + "<0>0" +
-                  SetMenuItem("c", false, 3) + second + "<99>99");
+    EXPECT_EQ(RunMenu("1 1 0 99"), Shown("0 : [OFF] a                \n1 : [OFF] b                \n") + "<1>1" +
+                                       SetMenuItem("b", true, 2) + second + "<1>1" + second + "<0>0" +
+                                       SetMenuItem("c", false, 3) + second + "<99>99");
 }
 
 TEST_F(SimpleMenu, ListThatDoesNotComeIsEmpty) {
     GiveItems({{"Tuner", false, 1}});
     Answer("GetMenuItems", Reply().Failed());
-    EXPECT_EQ(RunMenu("x 0 99"),
-              Shown(kTunerOff) + "<x>0" + Shown("") + "<0>0" + Shown("") + "<99>99");
+    EXPECT_EQ(RunMenu("x 0 99"), Shown(kTunerOff) + "<x>0" + Shown("") + "<0>0" + Shown("") + "<99>99");
 }
 
 TEST_F(SimpleMenu, OddWordsEchoWhatWasRead) {
     GiveItems({{"a", false, 1}, {"b", false, 2}});
     const std::string menu = Shown("0 : [OFF] a                \n1 : [OFF] b                \n");
-    EXPECT_EQ(RunMenu("abc -1 - 1x +1 0x1 2 99"),
-              menu + "<abc>0" + menu + "<-1>-1" + menu + "<->0" + menu + "<1x>1" +
-                  SetMenuItem("b", true, 2) + menu + "<+1>1" + SetMenuItem("b", true, 2) + menu +
-                  "<0x1>0" + SetMenuItem("a", true, 1) + menu + "<2>2" + menu + "<99>99");
+    EXPECT_EQ(RunMenu("abc -1 - 1x +1 0x1 2 99"), menu + "<abc>0" + menu + "<-1>-1" + menu + "<->0" + menu + "<1x>1" +
+                                                      SetMenuItem("b", true, 2) + menu + "<+1>1" +
+                                                      SetMenuItem("b", true, 2) + menu + "<0x1>0" +
+                                                      SetMenuItem("a", true, 1) + menu + "<2>2" + menu + "<99>99");
 }
 
 TEST_F(SimpleMenu, NumberOutOfRangeEchoesTheLimitAndDoesNothing) {
     EXPECT_EQ(RunMenu("99999999999 -99999999999 2147483648 4294967395 99"),
-              Shown("") + "<99999999999>2147483647" + Shown("") + "<-99999999999>-2147483648" +
-                  Shown("") + "<2147483648>2147483647" + Shown("") + "<4294967395>2147483647" +
-                  Shown("") + "<99>99");
+              Shown("") + "<99999999999>2147483647" + Shown("") + "<-99999999999>-2147483648" + Shown("") +
+                  "<2147483648>2147483647" + Shown("") + "<4294967395>2147483647" + Shown("") + "<99>99");
 }
 
 TEST_F(SimpleMenu, LeavesByTheNumberAndCanBeEnteredAgain) {
@@ -165,8 +156,7 @@ TEST_F(SimpleMenu, LeavesByTheNumberAndCanBeEnteredAgain) {
 TEST_F(SimpleMenu, NinetyNineItemsCanBeLeft) {
     GiveItems(ManyItems(99));
     const std::string menu = Shown(ManyRows(99));
-    EXPECT_EQ(RunMenu("98 99"),
-              menu + "<98>98" + SetMenuItem("item", true, 1098) + menu + "<99>99");
+    EXPECT_EQ(RunMenu("98 99"), menu + "<98>98" + SetMenuItem("item", true, 1098) + menu + "<99>99");
 }
 
 TEST_F(SimpleMenu, HundredItemsCannot) {
@@ -179,8 +169,8 @@ TEST_F(SimpleMenu, HundredItemsCannot) {
 
 TEST_F(SimpleMenu, RepeatsWhileTheInputIsAtItsEndOrBroken) {
     console.EndInput(3).Type("x").BreakInput(2).Type("99");
-    EXPECT_EQ(RunMenu(), Shown("") + "<end of input>" + Shown("") + Shown("") + Shown("") + "<x>0" +
-                             Shown("") + "<broken input>" + Shown("") + Shown("") + "<99>99");
+    EXPECT_EQ(RunMenu(), Shown("") + "<end of input>" + Shown("") + Shown("") + Shown("") + "<x>0" + Shown("") +
+                             "<broken input>" + Shown("") + Shown("") + "<99>99");
 }
 
 TEST_F(SimpleMenu, NumberIsReadFromTheBeginningOfAText) {

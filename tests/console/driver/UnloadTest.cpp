@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include <dlfcn.h>
+
 #include <gtest/gtest.h>
 
 #include "Console.h"

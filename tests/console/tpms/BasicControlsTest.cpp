@@ -14,8 +14,7 @@ class CropVideo : public TPMSScenario {};
 class Caption : public TPMSScenario {};
 
 std::string Counted(const std::string& count) {
-    return "{menu}<1>{ReferenceCount.GetReferenceCount(-1)}Reference count value is: " + count +
-           "\n";
+    return "{menu}<1>{ReferenceCount.GetReferenceCount(-1)}Reference count value is: " + count + "\n";
 }
 
 // A command of the mute test and its value.
@@ -24,10 +23,8 @@ std::string Asked(const std::string& command, const std::string& value) {
 }
 
 // An input, a command and its call.
-std::string Analysed(const std::string& input, const std::string& command,
-                     const std::string& call) {
-    return " [HDMI 1~6] select num> <" + input + ">{menu}<" + command + ">{SourceControl." + call +
-           "}";
+std::string Analysed(const std::string& input, const std::string& command, const std::string& call) {
+    return " [HDMI 1~6] select num> <" + input + ">{menu}<" + command + ">{SourceControl." + call + "}";
 }
 
 // A command of the preparation logic and its call.
@@ -39,8 +36,7 @@ std::string Utility(const std::string& command, const std::string& call) {
 
 TEST_F(ReferenceCount, IsPrinted) {
     tv.Give("ReferenceCount.GetReferenceCount", {3, -2147483648, 2147483647});
-    EXPECT_EQ(Visit(kReferenceCount, "1 1 1"),
-              Counted("3") + Counted("-2147483648") + Counted("2147483647"));
+    EXPECT_EQ(Visit(kReferenceCount, "1 1 1"), Counted("3") + Counted("-2147483648") + Counted("2147483647"));
 }
 
 TEST_F(ReferenceCount, IsMinusOneWhenTheMiddlewareStoresNone) {
@@ -52,8 +48,7 @@ TEST_F(ReferenceCount, AsksForTheScreenOnlyAndTakesItTruncated) {
     for (const auto& [word, screen] : {std::pair{"1", "1"}, {"-1", "65535"}}) {
         Menu menu = kReferenceCount;
         menu.way = word;
-        menu.opening = "Input ScreenId. Main:0, MLS:1 > <" + menu.way +
-                       ">User Input : screenId:" + screen +
+        menu.opening = "Input ScreenId. Main:0, MLS:1 > <" + menu.way + ">User Input : screenId:" + screen +
                        " profile:1\n{CreateReferenceCount(1, " + screen + ")}";
         EXPECT_EQ(Visit(menu), "");
     }
@@ -69,16 +64,14 @@ TEST_F(ReferenceCount, UsesAnObjectWhoseCreationAnsweredAnErrorAndDestroysNone) 
 }
 
 TEST_F(MuteControl, MutesPictureAndSoundWithTheValueAsTyped) {
-    EXPECT_EQ(Visit(kMute, "1 1 2 1 1 0 2 0"), Asked("1", "1") + "{AVControl.MuteVideo(1)}" +
-                                                   Asked("2", "1") + "{AVControl.MuteAudio(1)}" +
-                                                   Asked("1", "0") + "{AVControl.MuteVideo(0)}" +
-                                                   Asked("2", "0") + "{AVControl.MuteAudio(0)}");
+    EXPECT_EQ(Visit(kMute, "1 1 2 1 1 0 2 0"),
+              Asked("1", "1") + "{AVControl.MuteVideo(1)}" + Asked("2", "1") + "{AVControl.MuteAudio(1)}" +
+                  Asked("1", "0") + "{AVControl.MuteVideo(0)}" + Asked("2", "0") + "{AVControl.MuteAudio(0)}");
     EXPECT_EQ(Visit(kMute, "1 5 2 -2 1 2147483647 2 -2147483648 1 +07x 2 0x10"),
-              Asked("1", "5") + "{AVControl.MuteVideo(5)}" + Asked("2", "-2") +
-                  "{AVControl.MuteAudio(-2)}" + Asked("1", "2147483647") +
-                  "{AVControl.MuteVideo(2147483647)}" + Asked("2", "-2147483648") +
-                  "{AVControl.MuteAudio(-2147483648)}" + Asked("1", "+07x") +
-                  "{AVControl.MuteVideo(7)}" + Asked("2", "0x10") + "{AVControl.MuteAudio(0)}");
+              Asked("1", "5") + "{AVControl.MuteVideo(5)}" + Asked("2", "-2") + "{AVControl.MuteAudio(-2)}" +
+                  Asked("1", "2147483647") + "{AVControl.MuteVideo(2147483647)}" + Asked("2", "-2147483648") +
+                  "{AVControl.MuteAudio(-2147483648)}" + Asked("1", "+07x") + "{AVControl.MuteVideo(7)}" +
+                  Asked("2", "0x10") + "{AVControl.MuteAudio(0)}");
 }
 
 TEST_F(MuteControl, TakesEverySpellingOfTheFirstCommandToo) {
@@ -115,8 +108,8 @@ TEST_F(MuteControl, IsLeftByAnyNumberAtTheSecondPrompt) {
 TEST_F(MuteControl, SaysNothingWhenTheMiddlewareRefuses) {
     tv.Answer("AVControl.MuteVideo", {-1});
     tv.Answer("AVControl.MuteAudio", {0});
-    EXPECT_EQ(Visit(kMute, "1 1 2 1"), Asked("1", "1") + "{AVControl.MuteVideo(1)}" +
-                                           Asked("2", "1") + "{AVControl.MuteAudio(1)}");
+    EXPECT_EQ(Visit(kMute, "1 1 2 1"),
+              Asked("1", "1") + "{AVControl.MuteVideo(1)}" + Asked("2", "1") + "{AVControl.MuteAudio(1)}");
 }
 
 TEST_F(MuteControl, TakesTheScreenThatWasTyped) {
@@ -135,9 +128,8 @@ TEST_F(MuteControl, DestroysNothingWhenNothingWasCreated) {
 }
 
 TEST_F(HDMIAnalysis, StartsAndStopsForEachInput) {
-    const std::pair<std::string, std::string> sources[] = {{"1", "13"}, {"2", "14"}, {"3", "15"},
-                                                           {"4", "16"}, {"5", "38"}, {"6", "39"},
-                                                           {"7", "46"}, {"8", "47"}};
+    const std::pair<std::string, std::string> sources[] = {{"1", "13"}, {"2", "14"}, {"3", "15"}, {"4", "16"},
+                                                           {"5", "38"}, {"6", "39"}, {"7", "46"}, {"8", "47"}};
     std::string words;
     std::string expected;
     for (const auto& [number, source] : sources) {
@@ -167,21 +159,20 @@ TEST_F(HDMIAnalysis, TakesTheFirstInputForEveryOtherWord) {
 TEST_F(HDMIAnalysis, SaysNothingWhenTheMiddlewareRefuses) {
     tv.Answer("SourceControl.StartHDMIAnalysis", {-1});
     tv.Answer("SourceControl.StopHDMIAnalysis", {-1});
-    EXPECT_EQ(Visit(kHdmiAnalysis, "1 1 1 2"), Analysed("1", "1", "StartHDMIAnalysis(13)") +
-                                                   Analysed("1", "2", "StopHDMIAnalysis(13)"));
+    EXPECT_EQ(Visit(kHdmiAnalysis, "1 1 1 2"),
+              Analysed("1", "1", "StartHDMIAnalysis(13)") + Analysed("1", "2", "StopHDMIAnalysis(13)"));
 }
 
 TEST_F(DTVMode, IsSetByEachCommandAndNothingIsPrinted) {
     tv.Answer("ServiceNavigation.SetDTVMode", {1, -1});
-    EXPECT_EQ(Visit(kDtvMode, "1 2 3 4 5 6 7 8"),
-              "{menu}<1>{ServiceNavigation.SetDTVMode(0, true)}"
-              "{menu}<2>{ServiceNavigation.SetDTVMode(0, false)}"
-              "{menu}<3>{ServiceNavigation.SetDTVMode(1, true)}"
-              "{menu}<4>{ServiceNavigation.SetDTVMode(1, false)}"
-              "{menu}<5>{ServiceNavigation.SetDTVMode(2, true)}"
-              "{menu}<6>{ServiceNavigation.SetDTVMode(2, false)}"
-              "{menu}<7>{ServiceNavigation.SetDTVMode(3, true)}"
-              "{menu}<8>{ServiceNavigation.SetDTVMode(3, false)}");
+    EXPECT_EQ(Visit(kDtvMode, "1 2 3 4 5 6 7 8"), "{menu}<1>{ServiceNavigation.SetDTVMode(0, true)}"
+                                                  "{menu}<2>{ServiceNavigation.SetDTVMode(0, false)}"
+                                                  "{menu}<3>{ServiceNavigation.SetDTVMode(1, true)}"
+                                                  "{menu}<4>{ServiceNavigation.SetDTVMode(1, false)}"
+                                                  "{menu}<5>{ServiceNavigation.SetDTVMode(2, true)}"
+                                                  "{menu}<6>{ServiceNavigation.SetDTVMode(2, false)}"
+                                                  "{menu}<7>{ServiceNavigation.SetDTVMode(3, true)}"
+                                                  "{menu}<8>{ServiceNavigation.SetDTVMode(3, false)}");
 }
 
 TEST_F(PreparationLogic, CallsOneOperationForEachCommand) {
@@ -213,10 +204,9 @@ TEST_F(PreparationLogic, SaysNothingWhenTheMiddlewareRefusesAndUnregistersNothin
 }
 
 TEST_F(CropVideo, PassesTwoFixedRectanglesAndPrintsNothing) {
-    const std::string cropped =
-        "{CreateVideoControl(1001, 0)}"
-        "{VideoControl.SetCropVideo({540, 380, 100, 100}, {1520, 680, 400, 400})}"
-        "{Destroy(VideoControl)}";
+    const std::string cropped = "{CreateVideoControl(1001, 0)}"
+                                "{VideoControl.SetCropVideo({540, 380, 100, 100}, {1520, 680, 400, 400})}"
+                                "{Destroy(VideoControl)}";
     EXPECT_EQ(Visit("14"), cropped);
     tv.AnswerCreation("CreateVideoControl", -1, true);
     tv.Answer("VideoControl.SetCropVideo", {-1});

@@ -39,8 +39,7 @@ protected:
 std::atomic<bool> calledBack{false};
 
 gboolean CallBack(gpointer) {
-    FakeNorvexAPI::Current().GetLastCallback()(SIGNAL_TUNE_AROUND_FINISHED, PROFILE_MAIN, 0, {0},
-                                               nullptr);
+    FakeNorvexAPI::Current().GetLastCallback()(SIGNAL_TUNE_AROUND_FINISHED, PROFILE_MAIN, 0, {0}, nullptr);
     calledBack.store(true, std::memory_order_relaxed);
     return G_SOURCE_REMOVE;
 }

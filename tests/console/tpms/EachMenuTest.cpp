@@ -27,8 +27,7 @@ struct Habits {
     std::string inputPrompt = {};
 };
 
-const std::string kSetTuner =
-    "{CreateSourceControl(1, 0)}{SourceControl.SetSource(0, \"\")}{Destroy(SourceControl)}";
+const std::string kSetTuner = "{CreateSourceControl(1, 0)}{SourceControl.SetSource(0, \"\")}{Destroy(SourceControl)}";
 
 const Habits kMenus[] = {
     {.menu = kReferenceCount,
@@ -56,8 +55,7 @@ const Habits kMenus[] = {
      .otherOutcome = std::nullopt},
     {.menu = kSetSource,
      .command = "4",
-     .outcome =
-         "{CreateSourceControl(1, 0)}{SourceControl.SetSource(7, \"\")}{Destroy(SourceControl)}",
+     .outcome = "{CreateSourceControl(1, 0)}{SourceControl.SetSource(7, \"\")}{Destroy(SourceControl)}",
      .noNumber = kSetTuner,
      .others = {"8", "12", "258", "0x2"},
      .otherOutcome = kSetTuner},
@@ -69,8 +67,8 @@ const Habits kMenus[] = {
     {.menu = kSetTvMode,
      .command = "1",
      .rest = "5",
-     .outcome = "major> <5>{CreateServiceNavigation(1, 0)}{CreateService()}" + InLineUp("0", "5") +
-                MissingTag(" 12") + FindBroadcast("0") +
+     .outcome = "major> <5>{CreateServiceNavigation(1, 0)}{CreateService()}" + InLineUp("0", "5") + MissingTag(" 12") +
+                FindBroadcast("0") +
                 "FindService failed{~ServiceData}{~CriteriaHelper}{Destroy(Service)}"
                 "{Destroy(ServiceNavigation)}",
      .others = {"7", "65537"},
@@ -109,8 +107,7 @@ protected:
     // Types one word to the menu's prompt, and `rest`; gives the dialogue that it must bring.
     std::string Step(const std::string& word, const std::string& rest, const std::string& outcome) {
         console.Type(habits.input).Type(word).Type(rest);
-        const std::string asked =
-            habits.input.empty() ? "" : habits.inputPrompt + "<" + habits.input + ">";
+        const std::string asked = habits.input.empty() ? "" : habits.inputPrompt + "<" + habits.input + ">";
         return asked + "{menu}<" + word + ">" + outcome;
     }
     // Begins a visit.
@@ -152,8 +149,7 @@ TEST_P(EachMenu, TakesNoNumberFromAWordThatIsNone) {
 }
 
 TEST_P(EachMenu, HasOneAnswerToNumbersThatItDoesNotKnow) {
-    std::vector<std::string> words = {"0",   "98",  "100",        "-2",         "-99",
-                                      "0x1", "257", "2147483647", "-2147483648"};
+    std::vector<std::string> words = {"0", "98", "100", "-2", "-99", "0x1", "257", "2147483647", "-2147483648"};
     words.insert(words.end(), habits.others.begin(), habits.others.end());
     if (habits.otherOutcome) {
         Begin();
@@ -174,8 +170,7 @@ TEST_P(EachMenu, RepeatsAtTheEndOfInput) {
     Begin();
     console.EndInput(2, menu.prompt);
     if (habits.input.empty()) {
-        EXPECT_EQ(VisitLeftBy("99"),
-                  "{menu}<end of input>" + habits.noNumber + "{menu}" + habits.noNumber);
+        EXPECT_EQ(VisitLeftBy("99"), "{menu}<end of input>" + habits.noNumber + "{menu}" + habits.noNumber);
         return;
     }
     console.Type("99");

@@ -69,9 +69,8 @@ TEST_F(TestConsole, ShowsItsMenuAgainAndNothingElseFor9AndForWordsThatAreNoNumbe
 }
 
 TEST_F(TestConsole, SaysThatItDoesNotKnowANumber) {
-    std::vector<std::string> words = {"0",          "100",         "-5",   "-1",  "-99",
-                                      "2147483647", "-2147483648", "0x10", "022", "+98",
-                                      "100abc",     "-0",          "990"};
+    std::vector<std::string> words = {"0",    "100", "-5",  "-1",     "-99", "2147483647", "-2147483648",
+                                      "0x10", "022", "+98", "100abc", "-0",  "990"};
     for (int number = 22; number <= 98; ++number)
         words.push_back(std::to_string(number));
     std::string expected = kEntered + kMainMenu;

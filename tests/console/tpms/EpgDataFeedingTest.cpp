@@ -10,16 +10,13 @@ namespace {
 
 class EpgDataFeeding : public TPMSScenario {
 protected:
-    std::string Visit(const std::string& words) {
-        return TPMSScenario::Visit(kEpgDataFeeding, words);
-    }
+    std::string Visit(const std::string& words) { return TPMSScenario::Visit(kEpgDataFeeding, words); }
     // The programmes are checked: what happens between the list and the line that counts those
     // without data.
     std::string CheckProgrammes(int missing, int records) {
-        const std::string before =
-            "{menu}<1>{GetNavigationCriteria(1, 0)}{CriteriaHelper.Fetch(12)}"
-            "{CriteriaHelper.Fetch(4)}{CriteriaHelper.Fetch(13)}{CriteriaHelper.Fetch(14)}"
-            "{ServiceNavigation.GetServiceList(0, {-1, -1}, 0, 0)}";
+        const std::string before = "{menu}<1>{GetNavigationCriteria(1, 0)}{CriteriaHelper.Fetch(12)}"
+                                   "{CriteriaHelper.Fetch(4)}{CriteriaHelper.Fetch(13)}{CriteriaHelper.Fetch(14)}"
+                                   "{ServiceNavigation.GetServiceList(0, {-1, -1}, 0, 0)}";
         std::string after = "\tno data in " + std::to_string(missing) + " programs\n";
         for (int i = 0; i < records; ++i)
             after += "{~ServiceData}";
@@ -36,8 +33,8 @@ std::string Programme(const std::string& serviceId) {
     return "{ServiceGuide.GetCurrentProgram(" + serviceId + ", true)}{~ProgramData}";
 }
 std::string Titled(const std::string& serviceId, const std::string& shown) {
-    return "{ServiceGuide.GetCurrentProgram(" + serviceId +
-           ", true)}{ProgramData.Title(256, 255)}" + shown + "{~ProgramData}";
+    return "{ServiceGuide.GetCurrentProgram(" + serviceId + ", true)}{ProgramData.Title(256, 255)}" + shown +
+           "{~ProgramData}";
 }
 std::string Scanned(const std::string& call, const std::string& line) {
     return "{ScanControl." + call + "}\tcalled " + line + "\n";
@@ -48,8 +45,7 @@ std::string Subscribed(const std::string& signal) {
 std::string Unsubscribed(const std::string& signal) {
     return "{SignalSubscriber.Unsubscribe(" + signal + ", 702, 0, 0)}";
 }
-const std::string kStarting =
-    "{menu}<3>" + Subscribed("81") + Subscribed("193") + Subscribed("194");
+const std::string kStarting = "{menu}<3>" + Subscribed("81") + Subscribed("193") + Subscribed("194");
 const std::string kStopped = Unsubscribed("81") + Unsubscribed("193") + Unsubscribed("194");
 
 } // namespace
@@ -65,10 +61,9 @@ TEST_F(EpgDataFeeding, ShowsTheProgrammeOfOneChannelOfThree) {
     tv.Answer("ServiceGuide.GetCurrentProgram", {0, 1, -1});
     tv.GiveProgram(std::nullopt);
     tv.GiveProgram(12);
-    EXPECT_EQ(CheckProgrammes(2, 3),
-              Programme("0x0000000000000001") +
-                  Titled("0x0000000000000002", "\tfreq:474000 -> 7-1: title size: 12\n") +
-                  Programme("0x0000000000000003"));
+    EXPECT_EQ(CheckProgrammes(2, 3), Programme("0x0000000000000001") +
+                                         Titled("0x0000000000000002", "\tfreq:474000 -> 7-1: title size: 12\n") +
+                                         Programme("0x0000000000000003"));
 }
 
 TEST_F(EpgDataFeeding, ShowsEveryProgrammeInTheOrderOfTheListEachFromAFreshBuffer) {
@@ -78,11 +73,10 @@ TEST_F(EpgDataFeeding, ShowsEveryProgrammeInTheOrderOfTheListEachFromAFreshBuffe
     tv.GiveProgram(255);
     tv.GiveProgram(4294967295U);
     tv.GiveProgram(0);
-    EXPECT_EQ(
-        CheckProgrammes(0, 3),
-        Titled("0xffffffffffffffff", "\tfreq:-5 -> -7--2147483648: title size: 255\n") +
-            Titled("0x0000000000000002", "\tfreq:2147483647 -> 65535-0: title size: 4294967295\n") +
-            Titled("0x0000000000000003", "\tfreq:2 -> 2-2: title size: 0\n"));
+    EXPECT_EQ(CheckProgrammes(0, 3),
+              Titled("0xffffffffffffffff", "\tfreq:-5 -> -7--2147483648: title size: 255\n") +
+                  Titled("0x0000000000000002", "\tfreq:2147483647 -> 65535-0: title size: 4294967295\n") +
+                  Titled("0x0000000000000003", "\tfreq:2 -> 2-2: title size: 0\n"));
 }
 
 TEST_F(EpgDataFeeding, CountsAProgrammeWithoutATitleAsNoData) {
@@ -96,11 +90,9 @@ TEST_F(EpgDataFeeding, ShowsMinusOneForFieldsThatAreMissingOrHaveNoValue) {
     tv.GiveProgram(9);
     tv.GiveProgram(9);
     EXPECT_EQ(CheckProgrammes(0, 2),
-              Titled("0x0000000000000001", MissingTag("  4") + MissingTag(" 13") +
-                                               MissingTag(" 14") +
+              Titled("0x0000000000000001", MissingTag("  4") + MissingTag(" 13") + MissingTag(" 14") +
                                                "\tfreq:-1 -> -1--1: title size: 9\n") +
-                  Titled("0x0000000000000001", EmptyTag("4") + MissingTag("  4") + EmptyTag("14") +
-                                                   MissingTag(" 14") +
+                  Titled("0x0000000000000001", EmptyTag("4") + MissingTag("  4") + EmptyTag("14") + MissingTag(" 14") +
                                                    "\tfreq:-1 -> 5--1: title size: 9\n"));
 }
 
@@ -114,8 +106,7 @@ TEST_F(EpgDataFeeding, AsksForTheProgrammeOfTheInvalidIdOfARecordWithoutFields) 
 // The counter has 16 bits.
 TEST_F(EpgDataFeeding, CountsProgrammesFromTheBeginningAfter65535) {
     constexpr int kChannels = 65537;
-    tv.GiveServiceList(
-        std::vector<FakeRecord>(kChannels, {{{12, 1}, {4, 2}, {13, 3}, {14, 4}}, true}));
+    tv.GiveServiceList(std::vector<FakeRecord>(kChannels, {{{12, 1}, {4, 2}, {13, 3}, {14, 4}}, true}));
     for (int i = 0; i < kChannels; ++i)
         tv.GiveProgram(5);
     console.Type("1 99").Run([this] { menus.m_EpgDataFeeding(); });
@@ -131,10 +122,9 @@ TEST_F(EpgDataFeeding, AsksWhetherTuneAroundIsNeededWithAFreshListEachTime) {
     tv.GiveTvMode(2, 1);
     tv.GiveServiceList({{{{12, 1}}}, {{{12, -1}}}});
     tv.Answer("ScanControl.IsTuneAroundNeeded", {-6});
-    const std::string asked =
-        "{menu}<2>" + ListServices(2, "2, 1") +
-        "{ScanControl.IsTuneAroundNeeded([0x0000000000000001:5, 0xffffffffffffffff:5])}"
-        "\tcalled IsTuneAroundNeeded, ret: ";
+    const std::string asked = "{menu}<2>" + ListServices(2, "2, 1") +
+                              "{ScanControl.IsTuneAroundNeeded([0x0000000000000001:5, 0xffffffffffffffff:5])}"
+                              "\tcalled IsTuneAroundNeeded, ret: ";
     EXPECT_EQ(Visit("2 2"), asked + "-6\n" + asked + "1\n");
 }
 
@@ -166,9 +156,8 @@ TEST_F(EpgDataFeeding, KeepsItsSubscriptionsWhenThereIsNothingToTuneTo) {
 TEST_F(EpgDataFeeding, StopsTuneAroundAndUnsubscribesAlsoWhenTheStopIsRefused) {
     tv.Answer("ScanControl.StopManualScan", {1, -9});
     tv.Answer("SignalSubscriber.Unsubscribe", {-1});
-    EXPECT_EQ(Visit("4 4"), "{menu}<4>" + Scanned("StopManualScan()", "StopManualScan, ret: 1") +
-                                kStopped + "{menu}<4>" +
-                                Scanned("StopManualScan()", "StopManualScan, ret: -9") + kStopped);
+    EXPECT_EQ(Visit("4 4"), "{menu}<4>" + Scanned("StopManualScan()", "StopManualScan, ret: 1") + kStopped +
+                                "{menu}<4>" + Scanned("StopManualScan()", "StopManualScan, ret: -9") + kStopped);
 }
 
 TEST_F(EpgDataFeeding, AsksForStartsAndStopsABarkerScan) {
@@ -176,31 +165,25 @@ TEST_F(EpgDataFeeding, AsksForStartsAndStopsABarkerScan) {
     tv.Answer("ScanControl.IsBarkerChannelScanAvailable", {0});
     tv.Answer("ScanControl.StartBarkerChannelScan", {7});
     tv.Answer("ScanControl.StopBarkerChannelScan", {-1});
-    EXPECT_EQ(
-        Visit("5 6 7"),
-        "{menu}<5>" +
-            Scanned("IsBarkerChannelScanAvailable({-1, -1})",
-                    "IsBarkerChannelScanAvailable, ret: 0") +
-            "{menu}<6>" + Subscribed("81") + Subscribed("195") +
-            Scanned("StartBarkerChannelScan(\"\", {-1, -1})", "StartBarkerChannelScan, ret: 7") +
-            "{menu}<7>" + Scanned("StopBarkerChannelScan()", "StopBarkerChannelScan, ret: -1") +
-            Unsubscribed("81") + Unsubscribed("195"));
+    EXPECT_EQ(Visit("5 6 7"),
+              "{menu}<5>" + Scanned("IsBarkerChannelScanAvailable({-1, -1})", "IsBarkerChannelScanAvailable, ret: 0") +
+                  "{menu}<6>" + Subscribed("81") + Subscribed("195") +
+                  Scanned("StartBarkerChannelScan(\"\", {-1, -1})", "StartBarkerChannelScan, ret: 7") + "{menu}<7>" +
+                  Scanned("StopBarkerChannelScan()", "StopBarkerChannelScan, ret: -1") + Unsubscribed("81") +
+                  Unsubscribed("195"));
 }
 
 TEST_F(EpgDataFeeding, DoesNotUnsubscribeOnLeaving) {
     EXPECT_EQ(Visit("6"), "{menu}<6>" + Subscribed("81") + Subscribed("195") +
-                              Scanned("StartBarkerChannelScan(\"\", {-1, -1})",
-                                      "StartBarkerChannelScan, ret: 1"));
+                              Scanned("StartBarkerChannelScan(\"\", {-1, -1})", "StartBarkerChannelScan, ret: 1"));
 }
 
 // Signals that the stop brings about still arrive, so that it waits before it unsubscribes.
 TEST_F(EpgDataFeeding, WaitsAMillisecondAfterStoppingABarkerScan) {
     std::chrono::steady_clock::time_point stopped;
     std::chrono::steady_clock::time_point unsubscribing;
-    tv.RunWithin("ScanControl.StopBarkerChannelScan",
-                 [&] { stopped = std::chrono::steady_clock::now(); });
-    tv.RunWithin("SignalSubscriber.Unsubscribe",
-                 [&] { unsubscribing = std::chrono::steady_clock::now(); });
+    tv.RunWithin("ScanControl.StopBarkerChannelScan", [&] { stopped = std::chrono::steady_clock::now(); });
+    tv.RunWithin("SignalSubscriber.Unsubscribe", [&] { unsubscribing = std::chrono::steady_clock::now(); });
     Visit("7");
     EXPECT_GE(unsubscribing - stopped, std::chrono::milliseconds(1));
 }
@@ -209,11 +192,10 @@ TEST_F(EpgDataFeeding, ShowsSignalsBetweenItsMenus) {
     tv.RunWithin("ScanControl.StopBarkerChannelScan", [] {
         MainLoopWatch::Deliver({SIGNAL_BARKER_CHANNEL_TUNE, PROFILE_MAIN, 0, {1}});
     });
-    EXPECT_EQ(Visit("7"),
-              "{menu}<7>{ScanControl.StopBarkerChannelScan()}"
-              "\tSIGNAL_BARKER_CHANNEL_TUNE -> profile:1, screenId: 0, is success:true\n"
-              "\tcalled StopBarkerChannelScan, ret: 1\n" +
-                  Unsubscribed("81") + Unsubscribed("195"));
+    EXPECT_EQ(Visit("7"), "{menu}<7>{ScanControl.StopBarkerChannelScan()}"
+                          "\tSIGNAL_BARKER_CHANNEL_TUNE -> profile:1, screenId: 0, is success:true\n"
+                          "\tcalled StopBarkerChannelScan, ret: 1\n" +
+                              Unsubscribed("81") + Unsubscribed("195"));
 }
 
 // What was created before is kept.
@@ -235,6 +217,5 @@ TEST_F(EpgDataFeeding, SaysWhatCouldNotBeCreated) {
     bool ran = false;
     Run("99", [&] { ran = menus.m_EpgDataFeeding(); });
     EXPECT_TRUE(ran);
-    kept = {"ScanControl",  "ScanControl#2", "ScanControl#3",
-            "ServiceGuide", "ScanControl#4", "ServiceGuide#2"};
+    kept = {"ScanControl", "ScanControl#2", "ScanControl#3", "ServiceGuide", "ScanControl#4", "ServiceGuide#2"};
 }

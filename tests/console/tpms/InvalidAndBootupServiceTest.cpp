@@ -20,10 +20,9 @@ protected:
 };
 
 // A channel's look-up with what it prints, and the call.
-std::string Booted(const std::string& word, const std::string& lookUp,
-                   const std::string& serviceId) {
-    return kNavigation + "major> <" + word + ">" + lookUp + "{ServiceNavigation.SetBootupService(" +
-           serviceId + ", {-1, -1}, 0)}";
+std::string Booted(const std::string& word, const std::string& lookUp, const std::string& serviceId) {
+    return kNavigation + "major> <" + word + ">" + lookUp + "{ServiceNavigation.SetBootupService(" + serviceId +
+           ", {-1, -1}, 0)}";
 }
 const std::string kNotFound = FindByMajor("7", "FindService failed");
 const std::string kDestroyed = "{Destroy(ServiceNavigation)}";
@@ -33,9 +32,8 @@ const std::string kDestroyed = "{Destroy(ServiceNavigation)}";
 TEST_F(InvalidService, IsHandedToBothSwitchesAndNothingIsPrinted) {
     tv.Answer("ServiceNavigation.SetService", {1, -1});
     tv.Answer("SourceControl.SetSource", {1, -1});
-    const std::string both =
-        "{menu}<1>{ServiceNavigation.SetService(0xffffffffffffffff, 0, 0, \"\")}"
-        "{menu}<2>{SourceControl.SetSource(0, 0xffffffffffffffff, \"\")}";
+    const std::string both = "{menu}<1>{ServiceNavigation.SetService(0xffffffffffffffff, 0, 0, \"\")}"
+                             "{menu}<2>{SourceControl.SetSource(0, 0xffffffffffffffff, \"\")}";
     EXPECT_EQ(Visit(kInvalidService, "1 2 1 2"), both + both);
 }
 
@@ -65,12 +63,10 @@ TEST_F(BootupService, IsSetForTheLow16BitsOfAChannelInEverySpelling) {
     EXPECT_EQ(Visit("21", "7"), Booted("7", FindByMajor("7"), "0xfffffffffffffff0") + kDestroyed);
     for (const std::string& word : SpellingsOf("7")) {
         tv.GiveFound({{{12, 1}}});
-        EXPECT_EQ(Set(word),
-                  Booted(word, FindByMajor("7"), "0x0000000000000001") + kDestroyed + "set");
+        EXPECT_EQ(Set(word), Booted(word, FindByMajor("7"), "0x0000000000000001") + kDestroyed + "set");
     }
     tv.GiveFound({{{12, 1}}});
-    EXPECT_EQ(Set("-2"),
-              Booted("-2", FindByMajor("65534"), "0x0000000000000001") + kDestroyed + "set");
+    EXPECT_EQ(Set("-2"), Booted("-2", FindByMajor("65534"), "0x0000000000000001") + kDestroyed + "set");
 }
 
 TEST_F(BootupService, IsTheInvalidOneForAChannelThatDoesNotExist) {
@@ -80,10 +76,8 @@ TEST_F(BootupService, IsTheInvalidOneForAChannelThatDoesNotExist) {
 // Both words and the menu stand on one line; the navigation is kept.
 TEST_F(BootupService, SaysThatTheInvalidOneWasRefused) {
     tv.Answer("ServiceNavigation.SetBootupService", {-1});
-    EXPECT_EQ(Visit("21", "7"),
-              Booted("7", kNotFound, "0xffffffffffffffff") + " SetBootupService failed!");
-    EXPECT_NE(console.Transcript().find("major> FindService failed SetBootupService failed!==="),
-              std::string::npos);
+    EXPECT_EQ(Visit("21", "7"), Booted("7", kNotFound, "0xffffffffffffffff") + " SetBootupService failed!");
+    EXPECT_NE(console.Transcript().find("major> FindService failed SetBootupService failed!==="), std::string::npos);
     kept = {"ServiceNavigation"};
 }
 
@@ -92,8 +86,7 @@ TEST_F(BootupService, TakesEveryAnswerAbove0ForSuccess) {
     tv.GiveFound({{{12, 1}}});
     tv.Answer("ServiceNavigation.SetBootupService", {2, 0});
     EXPECT_EQ(Set("7"), Booted("7", FindByMajor("7"), "0x0000000000000001") + kDestroyed + "set");
-    EXPECT_EQ(Set("7"), Booted("7", FindByMajor("7"), "0x0000000000000001") +
-                            " SetBootupService failed!not set");
+    EXPECT_EQ(Set("7"), Booted("7", FindByMajor("7"), "0x0000000000000001") + " SetBootupService failed!not set");
     kept = {"ServiceNavigation"};
 }
 

@@ -9,9 +9,8 @@ class MainMenuItems : public TPMSScenario {};
 } // namespace
 
 TEST_F(MainMenuItems, FetchesTheStatusOfThePipelinesAndPrintsNothing) {
-    const std::string fetched =
-        "{CreatePipelineUtility(1, 0)}{TPMSStatus}{PipelineUtility.GetCurrentTPMSStatus(true)}"
-        "{~TPMSStatus}{Destroy(PipelineUtility)}";
+    const std::string fetched = "{CreatePipelineUtility(1, 0)}{TPMSStatus}{PipelineUtility.GetCurrentTPMSStatus(true)}"
+                                "{~TPMSStatus}{Destroy(PipelineUtility)}";
     EXPECT_EQ(Visit("4"), fetched);
     tv.Answer("PipelineUtility.GetCurrentTPMSStatus", {-1});
     tv.AnswerCreation("CreatePipelineUtility", -3, true);
@@ -31,8 +30,7 @@ TEST_F(MainMenuItems, SetsTheTvModeToAirAndSaysThatItFailedBelow1) {
 
 // The object counts, not the creation's result.
 TEST_F(MainMenuItems, RestartsTheVideoDecoderWhereThereIsAnAVControl) {
-    const std::string restarted =
-        "{CreateAVControl(1, 0)}{AVControl.RestartVideoDecoder()}{Destroy(AVControl)}";
+    const std::string restarted = "{CreateAVControl(1, 0)}{AVControl.RestartVideoDecoder()}{Destroy(AVControl)}";
     tv.Answer("AVControl.RestartVideoDecoder", {-1});
     EXPECT_EQ(Visit("8"), restarted);
     tv.AnswerCreation("CreateAVControl", -1, true);
@@ -42,13 +40,11 @@ TEST_F(MainMenuItems, RestartsTheVideoDecoderWhereThereIsAnAVControl) {
 }
 
 TEST_F(MainMenuItems, TakesEveryAnswerAbove0ForATunerSignal) {
-    for (const auto& [answer, word] :
-         {std::pair{1, "Success"}, {2, "Success"}, {0, "failed"}, {-1, "failed"}}) {
+    for (const auto& [answer, word] : {std::pair{1, "Success"}, {2, "Success"}, {0, "failed"}, {-1, "failed"}}) {
         tv.Answer("TunerControl.CheckTunerSignalState", {answer});
-        EXPECT_EQ(Visit("10"),
-                  std::string("{CreateTunerControl(1, 0)}{TunerControl.CheckTunerSignalState()}"
-                              " CheckTunerSignalState ") +
-                      word + "!\n{Destroy(TunerControl)}");
+        EXPECT_EQ(Visit("10"), std::string("{CreateTunerControl(1, 0)}{TunerControl.CheckTunerSignalState()}"
+                                           " CheckTunerSignalState ") +
+                                   word + "!\n{Destroy(TunerControl)}");
     }
 }
 
@@ -71,8 +67,7 @@ TEST_F(MainMenuItems, PrintsTheLatestServicesOfBothLineUps) {
 TEST_F(MainMenuItems, RepeatsTheServiceOfTheCallBefore) {
     const auto all = [](const std::string& serviceId) {
         return "[RF][CABLE] serviceId " + serviceId + "\n[VELDA][CABLE] serviceId " + serviceId +
-               "\n[RF][AIR] serviceId " + serviceId + "\n[VELDA][AIR] serviceId " + serviceId +
-               "\n";
+               "\n[RF][AIR] serviceId " + serviceId + "\n[VELDA][AIR] serviceId " + serviceId + "\n";
     };
     tv.Give("ServiceNavigation.GetLatestServiceId", {11});
     Visit("11");

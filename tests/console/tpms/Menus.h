@@ -116,8 +116,7 @@ inline const Menu kEpgDataFeeding{
     .item = "18",
     .screen = screens::kEpgDataFeeding,
     .opening = "{CreateScanControl()}{CreateServiceGuide()}{CreateServiceNavigation(1, 0)}",
-    .closing =
-        "{menu}<99>{Destroy(ServiceNavigation)}{Destroy(ServiceGuide)}{Destroy(ScanControl)}",
+    .closing = "{menu}<99>{Destroy(ServiceNavigation)}{Destroy(ServiceGuide)}{Destroy(ScanControl)}",
 };
 
 inline const Menu kZoomControl{

@@ -35,9 +35,7 @@ class ServiceLookup : public TPMSScenario {
 protected:
     std::uint64_t Find(int antennaMode, std::uint16_t major) {
         std::uint64_t serviceId = 0;
-        Run("", [&] {
-            serviceId = menus.m_GetServiceId(static_cast<EAntennaMode>(antennaMode), major);
-        });
+        Run("", [&] { serviceId = menus.m_GetServiceId(static_cast<EAntennaMode>(antennaMode), major); });
         return serviceId;
     }
     std::uint64_t Find(std::uint16_t major) {
@@ -72,8 +70,7 @@ TEST_F(ServiceList, IsNotAskedForWithoutATvMode) {
     for (const int result : {0, -1}) {
         tv.Answer("ServiceNavigation.GetTvMode", {result});
         EXPECT_FALSE(List());
-        EXPECT_EQ(console.Whole(),
-                  "{ServiceNavigation.GetTvMode({-1, -1})}GetTvMode failed!\n{flush}");
+        EXPECT_EQ(console.Whole(), "{ServiceNavigation.GetTvMode({-1, -1})}GetTvMode failed!\n{flush}");
     }
     EXPECT_TRUE(services.empty());
 }
@@ -82,9 +79,8 @@ TEST_F(ServiceList, HoldsTheInvalidIdForARecordWithoutTheFieldItsValueOrAnyField
     tv.GiveServiceList({{{{13, 7}}}, {{{12, 8}}}, {{{12, std::nullopt}}}, {{}, false}});
     EXPECT_TRUE(List());
     EXPECT_EQ(services, (Services{{kInvalid, 5}, {8, 5}, {kInvalid, 5}, {kInvalid, 5}}));
-    EXPECT_EQ(console.Dialogue(), ListServices(4, "0, 0",
-                                               MissingTag(" 12") + EmptyTag("12") +
-                                                   MissingTag(" 12") + MissingTag(" 12")));
+    EXPECT_EQ(console.Dialogue(),
+              ListServices(4, "0, 0", MissingTag(" 12") + EmptyTag("12") + MissingTag(" 12") + MissingTag(" 12")));
 }
 
 TEST_F(ServiceLookup, FindsAServiceOnAnAntenna) {

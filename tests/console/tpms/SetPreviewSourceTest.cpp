@@ -7,9 +7,7 @@ namespace {
 
 class SetPreviewSource : public TPMSScenario {
 protected:
-    std::string Visit(const std::string& words) {
-        return TPMSScenario::Visit(kPreviewSource, words);
-    }
+    std::string Visit(const std::string& words) { return TPMSScenario::Visit(kPreviewSource, words); }
 };
 
 // A command and its source; a channel for command 2.
@@ -51,8 +49,7 @@ TEST_F(SetPreviewSource, RefusesSourcesOutsideOf0To47) {
     for (const auto& [word, number] : sources) {
         for (const std::string command : {"1", "2"}) {
             words += command + " " + word + " ";
-            expected +=
-                Source(command, word) + "Invalid source " + number + ". Valid values (0, 47)\n";
+            expected += Source(command, word) + "Invalid source " + number + ". Valid values (0, 47)\n";
         }
     }
     EXPECT_EQ(Visit(words), expected);
@@ -72,8 +69,7 @@ TEST_F(SetPreviewSource, TakesOnlyAnAnswerOf1ForSuccess) {
     std::string expected;
     for (const int answer : {2, 0, -1, 2147483647}) {
         tv.Answer("SourceControl.SetPreviewSource", {answer});
-        expected += Source("1", "0") + Called("0") +
-                    "Fail to SetPreviewSource, ret=" + std::to_string(answer) + "\n";
+        expected += Source("1", "0") + Called("0") + "Fail to SetPreviewSource, ret=" + std::to_string(answer) + "\n";
     }
     EXPECT_EQ(Visit("1 0 1 0 1 0 1 0"), expected);
 }
@@ -82,25 +78,22 @@ TEST_F(SetPreviewSource, SwitchesToAService) {
     tv.GiveFound({{{12, -16}}});
     tv.GiveFound({{{12, 1}}});
     tv.Answer("SourceControl.SetPreviewSource", {1, -2147483647});
-    EXPECT_EQ(Visit("2 13 7 2 0 8"),
-              Channel("13", "7") + FindOnAntenna("0", "0", "7") + Called("13, 0xfffffffffffffff0") +
-                  kSucceeded + Channel("0", "8") + FindOnAntenna("0", "0", "8") +
-                  Called("0, 0x0000000000000001") + "Fail to SetPreviewSource, ret=-2147483647\n");
+    EXPECT_EQ(Visit("2 13 7 2 0 8"), Channel("13", "7") + FindOnAntenna("0", "0", "7") +
+                                         Called("13, 0xfffffffffffffff0") + kSucceeded + Channel("0", "8") +
+                                         FindOnAntenna("0", "0", "8") + Called("0, 0x0000000000000001") +
+                                         "Fail to SetPreviewSource, ret=-2147483647\n");
 }
 
 // The look-up's words and the channel stand on one line. The channel is shown as a number, and its
 // low 16 bits are looked for.
 TEST_F(SetPreviewSource, ShowsWhichChannelDoesNotExist) {
-    const std::pair<std::string, std::string> channels[] = {
-        {"7", "7"}, {"-2", "65534"}, {"65535", "65535"}};
+    const std::pair<std::string, std::string> channels[] = {{"7", "7"}, {"-2", "65534"}, {"65535", "65535"}};
     for (const auto& [word, major] : channels) {
-        EXPECT_EQ(Visit("2 0 " + word), Channel("0", word) +
-                                            FindOnAntenna("0", "0", major, "FindService failed") +
+        EXPECT_EQ(Visit("2 0 " + word), Channel("0", word) + FindOnAntenna("0", "0", major, "FindService failed") +
                                             " for major=" + word + "\n");
     }
     EXPECT_NE(console.Transcript().find("FindService failed for major=65535\n"), std::string::npos);
     tv.GiveFound({{{13, 7}}});
-    EXPECT_EQ(Visit("2 0 +065543x"), Channel("0", "+065543x") +
-                                         FindOnAntenna("0", "0", "7", MissingTag(" 12")) +
-                                         " for major=65543\n");
+    EXPECT_EQ(Visit("2 0 +065543x"),
+              Channel("0", "+065543x") + FindOnAntenna("0", "0", "7", MissingTag(" 12")) + " for major=65543\n");
 }

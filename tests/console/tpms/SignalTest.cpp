@@ -20,9 +20,7 @@ protected:
     std::string Call(int type, EProfile profile, unsigned short screenId, std::uint64_t data,
                      void* userData = nullptr) {
         int result = -1;
-        Run("", [&] {
-            result = callback(static_cast<ESignalType>(type), profile, screenId, {data}, userData);
-        });
+        Run("", [&] { result = callback(static_cast<ESignalType>(type), profile, screenId, {data}, userData); });
         EXPECT_LE(Timeline::Now().Insertions().size(), 1U) << "a line is inserted once";
         return console.Whole() + std::to_string(result);
     }
@@ -40,10 +38,9 @@ const char kServiceDone[] = "\tSIGNAL_TUNE_AROUND_SERVICE_DONE -> profile:1, scr
 } // namespace
 
 TEST_F(SignalLine, ShowsThreeSignedFieldsOf16BitsOfTheServiceInformation) {
-    const auto line = [](const std::string& type, const std::string& profile,
-                         const std::string& number) {
-        return "\tSIGNAL_SI_STARTED -> profile:1, screenId: 0, chType:" + type +
-               ", srvProfile:" + profile + ", chNumber:" + number + "\n{flush}0";
+    const auto line = [](const std::string& type, const std::string& profile, const std::string& number) {
+        return "\tSIGNAL_SI_STARTED -> profile:1, screenId: 0, chType:" + type + ", srvProfile:" + profile +
+               ", chNumber:" + number + "\n{flush}0";
     };
     EXPECT_EQ(Shown(81, 0), line("0", "0", "0"));
     EXPECT_EQ(Shown(81, 0x0000'0007'0002'0001ULL), line("1", "2", "7"));
@@ -66,8 +63,7 @@ TEST_F(SignalLine, ShowsWhichServiceTuneAroundHasDone) {
 // The wording is the wrong way round, as the testers know it.
 TEST_F(SignalLine, SaysFalseForACompletedFlagThatIsSet) {
     const std::string line = "\tSIGNAL_TUNE_AROUND_FINISHED -> profile:1, screenId: 0, completed: ";
-    for (const std::uint64_t data :
-         {std::uint64_t{1}, kAllOnes, std::uint64_t{0x8000}, std::uint64_t{0x0100}})
+    for (const std::uint64_t data : {std::uint64_t{1}, kAllOnes, std::uint64_t{0x8000}, std::uint64_t{0x0100}})
         EXPECT_EQ(Shown(194, data), line + "false\n{flush}0") << data;
     for (const std::uint64_t data : {0ULL, 0x1'0000ULL, 0xffff'ffff'ffff'0000ULL})
         EXPECT_EQ(Shown(194, data), line + "true\n{flush}0") << data;
@@ -137,9 +133,7 @@ TEST_F(SignalLine, StandsInTheMiddleOfASubMenu) {
         MainLoopWatch::Deliver({SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {42}});
     });
     console.Type("2 0 1");
-    console.Meanwhile([] {
-        MainLoopWatch::Deliver({SIGNAL_SI_STARTED, PROFILE_MAIN, 0, {0x0000'0003'0002'0001ULL}});
-    });
+    console.Meanwhile([] { MainLoopWatch::Deliver({SIGNAL_SI_STARTED, PROFILE_MAIN, 0, {0x0000'0003'0002'0001ULL}}); });
     console.Type("1").Type(kMute.leave);
     EXPECT_EQ(VisitTyped(kMute), "{menu}<1>Off:0 / On:1 \tSIGNAL_SI_STARTED -> profile:1, "
                                  "screenId: 0, chType:1, srvProfile:2, chNumber:3\n<1>"
@@ -150,9 +144,7 @@ TEST_F(SignalLine, StandsInTheMiddleOfASubMenu) {
 TEST_F(SignalLine, ComesForEachOfManySignals) {
     std::string lines;
     for (unsigned i = 0; i < 200; ++i) {
-        console.Meanwhile([i] {
-            MainLoopWatch::Deliver({SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {i}});
-        });
+        console.Meanwhile([i] { MainLoopWatch::Deliver({SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {i}}); });
         lines += kServiceDone + std::to_string(i) + "\n";
     }
     console.Type("99");
@@ -168,8 +160,7 @@ TEST_F(SignalLine, IsNeitherLostNorBrokenWhileMenusAreWritten) {
     for (unsigned i = 0; i < kWords; ++i) {
         console.Meanwhile([i] {
             for (unsigned k = 0; k < kSignalsPerWord; ++k) {
-                MainLoopWatch::Send(
-                    {SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {i * kSignalsPerWord + k}});
+                MainLoopWatch::Send({SIGNAL_TUNE_AROUND_SERVICE_DONE, PROFILE_MAIN, 0, {i * kSignalsPerWord + k}});
             }
         });
         console.Type("9");

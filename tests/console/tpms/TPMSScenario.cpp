@@ -9,16 +9,14 @@
 #include "MainLoopWatch.h"
 
 std::vector<std::string> SpellingsOf(const std::string& number) {
-    return {number,         "+" + number,  "0" + number, "+000" + number,
-            number + "abc", number + ".9", number + "-1"};
+    return {number, "+" + number, "0" + number, "+000" + number, number + "abc", number + ".9", number + "-1"};
 }
 
 namespace {
 
 // A scenario that runs out of words ends the process, since the console's thread still runs.
 [[noreturn]] void TellWhatHappened() {
-    std::cerr << "the console was left by an exception, after:\n"
-              << Timeline::Now().Dialogue() << std::endl;
+    std::cerr << "the console was left by an exception, after:\n" << Timeline::Now().Dialogue() << std::endl;
     std::abort();
 }
 
@@ -27,17 +25,15 @@ namespace {
 void ExpectPromptsFlushed(const std::string& whole) {
     for (std::size_t at = whole.find('<'); at != std::string::npos; at = whole.find('<', at + 1)) {
         const std::string before = whole.substr(0, at);
-        EXPECT_TRUE(before.ends_with("{flush}") || before.ends_with("MLS:1 > ") ||
-                    before.ends_with("Analysis:2 > ") || before.ends_with("}"))
+        EXPECT_TRUE(before.ends_with("{flush}") || before.ends_with("MLS:1 > ") || before.ends_with("Analysis:2 > ") ||
+                    before.ends_with("}"))
             << "not flushed: " << before.substr(before.size() > 80 ? before.size() - 80 : 0);
     }
 }
 
 // What stands between the two in a dialogue.
-std::string Between(const std::string& before, const std::string& dialogue,
-                    const std::string& after) {
-    if (!dialogue.starts_with(before) || !dialogue.ends_with(after) ||
-        dialogue.size() < before.size() + after.size()) {
+std::string Between(const std::string& before, const std::string& dialogue, const std::string& after) {
+    if (!dialogue.starts_with(before) || !dialogue.ends_with(after) || dialogue.size() < before.size() + after.size()) {
         ADD_FAILURE() << "expected a beginning\n" << before << "\nand an end\n" << after;
         return dialogue;
     }
@@ -85,8 +81,7 @@ std::string TPMSScenario::VisitTyped(const std::string& item) {
     console.Type("99");
     const std::string dialogue = Enter();
     ExpectPromptsFlushed(console.Whole());
-    return Between(kEntered + kMainMenu + "cmd> <" + item + ">", dialogue,
-                   kMainMenu + "cmd> <99>" + kLeft);
+    return Between(kEntered + kMainMenu + "cmd> <" + item + ">", dialogue, kMainMenu + "cmd> <99>" + kLeft);
 }
 
 std::string TPMSScenario::VisitTyped(const Menu& menu) {

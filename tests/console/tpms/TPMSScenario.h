@@ -19,8 +19,7 @@ inline const std::string kLeft = "{DestroySignalSubscriber}{g_main_loop_quit}{jo
 // Words that are no number to the menus: letters, lone signs, beyond 32 bits; and the one number
 // that means the same.
 inline const std::vector<std::string> kNoNumbers = {
-    "abc", "-", "+", "x99", "--1", "+-1", ".5", "2147483648", "-2147483649", "99999999999999999999",
-    "-1"};
+    "abc", "-", "+", "x99", "--1", "+-1", ".5", "2147483648", "-2147483649", "99999999999999999999", "-1"};
 // The same and what is channel 65535 in its low 16 bits.
 inline const std::vector<std::string> kNoChannels = {
     "abc",        "-",     "+",          "x99",         "--1",

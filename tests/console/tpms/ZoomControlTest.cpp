@@ -11,9 +11,9 @@ protected:
 
 // The prompts of three rectangles, answered by these words.
 std::string Rectangles(const std::string& words, int first = 0) {
-    const char* const prompts[] = {"SrcX = ",  "SrcY = ",  "SrcWidth = ",  "SrcHeight = ",
-                                   "DstX = ",  "DstY = ",  "DstWidth = ",  "DstHeight = ",
-                                   "MainX = ", "MainY = ", "MainWidth = ", "MainHeight = "};
+    const char* const prompts[] = {
+        "SrcX = ",     "SrcY = ",      "SrcWidth = ", "SrcHeight = ", "DstX = ",      "DstY = ",
+        "DstWidth = ", "DstHeight = ", "MainX = ",    "MainY = ",     "MainWidth = ", "MainHeight = "};
     std::string dialogue;
     std::istringstream in(words);
     for (std::string word; in >> word;)
@@ -82,13 +82,12 @@ TEST_F(ZoomControl, DeletesAWindow) {
 TEST_F(ZoomControl, SwitchesAWindowOnForEveryNumberThatIsNot0) {
     std::string words;
     std::string expected;
-    for (const std::string word : {"1", "7", "-5", "256", "2147483647", "+1", "abc", "-1",
-                                   "99999999999", "0", "00", "+0", "-0", "0x10", "0abc"}) {
-        const bool on = word.find_first_of("123456789a") != std::string::npos && word != "0x10" &&
-                        word != "0abc";
+    for (const std::string word : {"1", "7", "-5", "256", "2147483647", "+1", "abc", "-1", "99999999999", "0", "00",
+                                   "+0", "-0", "0x10", "0abc"}) {
+        const bool on = word.find_first_of("123456789a") != std::string::npos && word != "0x10" && word != "0abc";
         words += "5 3 " + word + " ";
-        expected += OnOff("5", "3", word) + "{ZoomControl.SetZoomWindow([3], " +
-                    (on ? "true" : "false") + ")}Window set! API ret[0]\n";
+        expected += OnOff("5", "3", word) + "{ZoomControl.SetZoomWindow([3], " + (on ? "true" : "false") +
+                    ")}Window set! API ret[0]\n";
     }
     tv.Answer("ZoomControl.SetZoomWindow", std::vector<int>(15, 0));
     EXPECT_EQ(Visit(words), expected);
@@ -98,10 +97,8 @@ TEST_F(ZoomControl, SwitchesAWindowOnForEveryNumberThatIsNot0) {
 TEST_F(ZoomControl, MutesAndUnmutesAWindow) {
     tv.Answer("ZoomControl.MuteZoomWindow", {4, -4});
     EXPECT_EQ(Visit("6 3 2 6 abc 0"),
-              OnOff("6", "3", "2") +
-                  "{ZoomControl.MuteZoomWindow([3], true)}Window muted! API ret[4]\n" +
-                  OnOff("6", "abc", "0") +
-                  "{ZoomControl.MuteZoomWindow([-1], false)}Window muted! API ret[-4]\n");
+              OnOff("6", "3", "2") + "{ZoomControl.MuteZoomWindow([3], true)}Window muted! API ret[4]\n" +
+                  OnOff("6", "abc", "0") + "{ZoomControl.MuteZoomWindow([-1], false)}Window muted! API ret[-4]\n");
 }
 
 TEST_F(ZoomControl, ShowsWhetherAWindowIsStarted) {
@@ -150,8 +147,7 @@ TEST_F(ZoomControl, ListsTheConnectedWindows) {
 TEST_F(ZoomControl, SaysThatItsCreationFailed) {
     for (const int result : {-1, 1}) {
         tv.AnswerCreation("CreateZoomControl", result, false);
-        EXPECT_EQ(TPMSScenario::Visit("19", ""),
-                  "{CreateZoomControl(1, 0)}ZoomControl interface creation failed!\n");
+        EXPECT_EQ(TPMSScenario::Visit("19", ""), "{CreateZoomControl(1, 0)}ZoomControl interface creation failed!\n");
     }
 }
 

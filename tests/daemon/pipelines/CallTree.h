@@ -31,9 +31,7 @@ public:
 private:
     static constexpr auto kIn = wire::Direction::In;
 
-    template <class T> void Add(const Out<T>& argument) {
-        m_tree.PutValue(m_place++, argument.before);
-    }
+    template <class T> void Add(const Out<T>& argument) { m_tree.PutValue(m_place++, argument.before); }
     void Add(OutObject) { m_tree.EndBranch(m_tree.BeginBranch(m_place++)); }
     void Add(std::int32_t value) { m_tree.PutValue(m_place++, value, kIn); }
     void Add(std::uint32_t value) { m_tree.PutValue(m_place++, value, kIn); }
@@ -49,8 +47,8 @@ private:
     void Add(const Services& services) {
         std::vector<std::uint32_t> packed; // 64 bits of id, lower half first, and a code
         for (const std::uint64_t service : services)
-            packed.insert(packed.end(), {static_cast<std::uint32_t>(service),
-                                         static_cast<std::uint32_t>(service >> 32), 5u});
+            packed.insert(packed.end(),
+                          {static_cast<std::uint32_t>(service), static_cast<std::uint32_t>(service >> 32), 5u});
         AddObject([&] { PutArray(0, packed); });
     }
     void Add(const values::Criteria& criteria) {

@@ -76,15 +76,13 @@ TEST(VideoControl, CropsWithinTheScreenOnly) {
     TestClient client(tv, {1001, 0});
     const Rect first{0, 0, 1, 1};           // from the first pixel
     const Rect second{1520, 680, 400, 400}; // up to the last one
-    const auto crop = [&](const Rect& a, const Rect& b) {
-        return client.Do(VideoControlMethod::SetCropVideo, a, b);
-    };
+    const auto crop = [&](const Rect& a, const Rect& b) { return client.Do(VideoControlMethod::SetCropVideo, a, b); };
     EXPECT_EQ(crop(first, second), kDone);
     EXPECT_EQ(tv.State("/pipelines/1001:0/crop/first"), sim::ToJson(first));
     EXPECT_EQ(tv.State("/pipelines/1001:0/crop/second"), sim::ToJson(second));
-    for (const Rect& bad : {Rect{-1, 0, 10, 10}, Rect{0, -1, 10, 10}, Rect{0, 0, 0, 10},
-                            Rect{0, 0, 10, 0}, Rect{0, 0, 10, -5}, Rect{1521, 680, 400, 400},
-                            Rect{0, 1071, 10, 10}, Rect{INT32_MAX, 0, INT32_MAX, 10}}) {
+    for (const Rect& bad :
+         {Rect{-1, 0, 10, 10}, Rect{0, -1, 10, 10}, Rect{0, 0, 0, 10}, Rect{0, 0, 10, 0}, Rect{0, 0, 10, -5},
+          Rect{1521, 680, 400, 400}, Rect{0, 1071, 10, 10}, Rect{INT32_MAX, 0, INT32_MAX, 10}}) {
         EXPECT_LT(crop(bad, second), 0);
         EXPECT_TRUE(tv.Logged("tvvideodec", "refused: the first rectangle"));
         EXPECT_LT(crop(first, bad), 0);
@@ -223,8 +221,8 @@ TEST(Pipelines, AreAsNewAfterAReset) {
     tv.Set("zoom-limit", {"0"});
     tv.context.Reset();
     TestTv fresh;
-    for (const char* path : {"/pipelines/1:0/videoMute", "/pipelines/1:0/decoderRestarts",
-                             "/pipelines/1:0/events", "/inputs", "/preparation", "/zoom"})
+    for (const char* path : {"/pipelines/1:0/videoMute", "/pipelines/1:0/decoderRestarts", "/pipelines/1:0/events",
+                             "/inputs", "/preparation", "/zoom"})
         EXPECT_EQ(tv.State(path), fresh.State(path)) << path;
     // Sessions stay open.
     EXPECT_EQ(tv.MainState("sessions"), 1);

@@ -120,9 +120,9 @@ TEST_F(NavigationTest, SwitchesDtvModesOneByOneAndAllAtOnce) {
         EXPECT_EQ(shown["all"], demux && audio && video);
         return std::string(demux ? "d" : "") + (audio ? "a" : "") + (video ? "v" : "");
     };
-    const std::tuple<std::int32_t, bool, const char*> kSteps[] = {
-        {0, true, "d"},  {1, true, "da"}, {2, true, "dav"}, {1, false, "dv"},
-        {0, false, "v"}, {2, false, ""},  {3, true, "dav"}, {3, false, ""}};
+    const std::tuple<std::int32_t, bool, const char*> kSteps[] = {{0, true, "d"},   {1, true, "da"}, {2, true, "dav"},
+                                                                  {1, false, "dv"}, {0, false, "v"}, {2, false, ""},
+                                                                  {3, true, "dav"}, {3, false, ""}};
     for (const auto& [mode, enable, expected] : kSteps) {
         EXPECT_EQ(set(mode, enable), kDone);
         EXPECT_EQ(modes(), expected);

@@ -22,8 +22,7 @@ public:
     std::int32_t Unregister(std::int32_t kind, const std::string& name) {
         return Do(PipelineUtilityMethod::UnregisterFromStateChange, kind, name);
     }
-    std::int32_t NotifyState(std::int32_t kind, const std::string& name, std::int32_t state,
-                             std::uint64_t service) {
+    std::int32_t NotifyState(std::int32_t kind, const std::string& name, std::int32_t state, std::uint64_t service) {
         return Do(PipelineUtilityMethod::NotifyReceiverState, kind, name, state, service);
     }
     std::int32_t NotifyReady(const std::string& name, std::uint64_t service) {

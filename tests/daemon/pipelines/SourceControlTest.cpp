@@ -10,18 +10,14 @@ using namespace interfaces;
 // A source control of the main pipeline.
 class SourceControlTest : public testing::Test {
 protected:
-    std::int32_t Preview(std::int32_t source) {
-        return client.Do(SourceControlMethod::SetPreviewSource, source, "");
-    }
+    std::int32_t Preview(std::int32_t source) { return client.Do(SourceControlMethod::SetPreviewSource, source, ""); }
     std::int32_t Preview(std::int32_t source, std::uint64_t service) {
         return client.Do(SourceControlMethod::SetPreviewSource_Service, source, service, "");
     }
     std::int32_t StartAnalysis(std::int32_t source) {
         return client.Do(SourceControlMethod::StartHDMIAnalysis, source);
     }
-    std::int32_t StopAnalysis(std::int32_t source) {
-        return client.Do(SourceControlMethod::StopHDMIAnalysis, source);
-    }
+    std::int32_t StopAnalysis(std::int32_t source) { return client.Do(SourceControlMethod::StopHDMIAnalysis, source); }
 
     TestTv tv;
     TestClient client{tv};

@@ -1,6 +1,7 @@
+#include "Subscribers.h"
+
 #include <gtest/gtest.h>
 
-#include "Subscribers.h"
 #include "TestTv.h"
 
 namespace {

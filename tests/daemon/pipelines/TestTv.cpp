@@ -3,9 +3,10 @@
 #include <array>
 #include <cstring>
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 #include <wire/Packet.h>
 
 #include "SessionInterface.h"
@@ -81,8 +82,7 @@ Ids Reply::GetIds(std::int16_t place) const {
     return ids;
 }
 
-TestClient::TestClient(TestTv& tv, const sim::Handle& pipeline)
-    : m_tv(tv), m_pipeline(pipeline), m_token(MakeToken()) {
+TestClient::TestClient(TestTv& tv, const sim::Handle& pipeline) : m_tv(tv), m_pipeline(pipeline), m_token(MakeToken()) {
     Reconnect();
 }
 
@@ -91,8 +91,8 @@ TestClient::~TestClient() {
         m_tv.context.signals.Detach(*m_signals->connection);
 }
 
-Reply TestClient::Exchange(std::string_view interface, std::uint32_t session,
-                           std::string_view method, std::int16_t id, const CallTree& arguments) {
+Reply TestClient::Exchange(std::string_view interface, std::uint32_t session, std::string_view method, std::int16_t id,
+                           const CallTree& arguments) {
     wire::Message message;
     message.header.session = session;
     message.header.methodId = id;
@@ -114,17 +114,16 @@ std::string TestClient::GetEndReason() const {
 
 std::uint32_t TestClient::OpenAt(const std::string& interface, const sim::Handle& pipeline) {
     const auto open = NorvexSessionMethod::Open;
-    const Reply reply = Exchange(kTable<NorvexSessionMethod>.name, 0, GetMethodName(open),
-                                 static_cast<std::int16_t>(open),
-                                 CallTree(Out<std::uint32_t>{0}, interface, pipeline.profile,
-                                          std::int32_t{pipeline.screen}));
+    const Reply reply =
+        Exchange(kTable<NorvexSessionMethod>.name, 0, GetMethodName(open), static_cast<std::int16_t>(open),
+                 CallTree(Out<std::uint32_t>{0}, interface, pipeline.profile, std::int32_t{pipeline.screen}));
     return reply.Status() == 0 ? reply.Get<std::uint32_t>(1).value_or(0) : 0;
 }
 
 std::int32_t TestClient::Close(std::uint32_t session) {
     const auto close = NorvexSessionMethod::Close;
-    return Exchange(kTable<NorvexSessionMethod>.name, 0, GetMethodName(close),
-                    static_cast<std::int16_t>(close), CallTree(session))
+    return Exchange(kTable<NorvexSessionMethod>.name, 0, GetMethodName(close), static_cast<std::int16_t>(close),
+                    CallTree(session))
         .Status();
 }
 
@@ -176,11 +175,10 @@ Signals TestClient::TakeSignals() {
         const auto type = signal.Get<std::int32_t>(wire::kSignalType);
         if (!type)
             return signals;
-        signals.push_back(
-            std::to_string(*type) + " " +
-            std::to_string(*signal.Get<std::int32_t>(wire::kSignalProfile)) + ":" +
-            std::to_string(*signal.Get<std::uint16_t>(wire::kSignalScreen)) + " " +
-            sim::ToHexText(*signal.Get<std::uint64_t>(wire::kSignalData)).get<std::string>());
+        signals.push_back(std::to_string(*type) + " " +
+                          std::to_string(*signal.Get<std::int32_t>(wire::kSignalProfile)) + ":" +
+                          std::to_string(*signal.Get<std::uint16_t>(wire::kSignalScreen)) + " " +
+                          sim::ToHexText(*signal.Get<std::uint64_t>(wire::kSignalData)).get<std::string>());
     }
 }
 
@@ -211,19 +209,11 @@ TestTv::TestTv(const RegisterComponents& registerComponents, const std::string& 
     context.Register<sim::SessionInterface>(context.dispatcher, context.sessions, context.log);
 }
 
-TestTv::TestTv()
-    : TestTv(
-          [this](sim::Context& registered) { return sim::RegisterPipelines(registered, lineUp); }) {
+TestTv::TestTv() : TestTv([this](sim::Context& registered) { return sim::RegisterPipelines(registered, lineUp); }) {
     lineUp.services = {
         {kAirService,
-         {.antenna = 0,
-          .frequency = 474000,
-          .captions = true,
-          .channelType = 2,
-          .profile = 0,
-          .major = 7}},
-        {kOtherAirService,
-         {.antenna = 0, .frequency = 482000, .channelType = -1, .profile = 2, .major = 8}},
+         {.antenna = 0, .frequency = 474000, .captions = true, .channelType = 2, .profile = 0, .major = 7}},
+        {kOtherAirService, {.antenna = 0, .frequency = 482000, .channelType = -1, .profile = 2, .major = 8}},
         {kCableService, {.antenna = 1, .frequency = 330000, .channelType = 4, .major = 9}},
         {kStreamedService, {.antenna = 0, .streamed = true, .channelType = 9, .major = 10}}};
 }
@@ -231,8 +221,7 @@ TestTv::TestTv()
 sim::Context& TestTv::Prepare(const std::string& databasePath) {
     EXPECT_TRUE(database.Open(databasePath));
     EXPECT_TRUE(context.numbers.Prepare());
-    log.SetSink(
-        [this](std::string_view tag, std::string_view line) { m_lines.emplace_back(tag, line); });
+    log.SetSink([this](std::string_view tag, std::string_view line) { m_lines.emplace_back(tag, line); });
     log.SetTag("quarle-daemon", true);
     log.SetTag("quarle-provider", true);
     return context;

@@ -65,22 +65,20 @@ public:
     explicit TestClient(TestTv& tv, const sim::Handle& pipeline = sim::kMainPipeline);
     ~TestClient();
 
-    template <class Method, class... Arguments>
-    Reply Call(Method method, const Arguments&... arguments) {
+    template <class Method, class... Arguments> Reply Call(Method method, const Arguments&... arguments) {
         std::uint32_t& session = m_sessions[GetName<Method>()];
         if (session == 0)
             session = OpenAt(GetName<Method>(), m_pipeline);
         return Exchange(GetName<Method>(), session, interfaces::GetMethodName(method),
                         static_cast<std::int16_t>(method), CallTree(arguments...));
     }
-    template <class Method, class... Arguments>
-    std::int32_t Do(Method method, const Arguments&... arguments) {
+    template <class Method, class... Arguments> std::int32_t Do(Method method, const Arguments&... arguments) {
         return Call(method, arguments...).Status();
     }
 
     // A call as it is sent.
-    Reply Exchange(std::string_view interface, std::uint32_t session, std::string_view method,
-                   std::int16_t id, const CallTree& arguments);
+    Reply Exchange(std::string_view interface, std::uint32_t session, std::string_view method, std::int16_t id,
+                   const CallTree& arguments);
     // A reply that comes later.
     Reply TakeReply();
     // Why the daemon has closed the connection; empty if it has not.
@@ -93,9 +91,7 @@ public:
     }
     std::int32_t Close(std::uint32_t session);
     // The session used for calls.
-    template <class Method> void Close() {
-        Close(std::exchange(m_sessions[GetName<Method>()], 0u));
-    }
+    template <class Method> void Close() { Close(std::exchange(m_sessions[GetName<Method>()], 0u)); }
 
     std::int32_t SetSource(std::int32_t source);
     std::int32_t SetSource(std::int32_t source, std::uint64_t service);
@@ -119,9 +115,7 @@ public:
 private:
     struct Link;
 
-    template <class Method> static std::string GetName() {
-        return std::string(interfaces::kTable<Method>.name);
-    }
+    template <class Method> static std::string GetName() { return std::string(interfaces::kTable<Method>.name); }
     std::uint32_t OpenAt(const std::string& interface, const sim::Handle& pipeline);
 
     TestTv& m_tv;
@@ -141,16 +135,13 @@ public:
 
     TestTv();
     // With other components; in memory without a path.
-    explicit TestTv(const RegisterComponents& registerComponents,
-                    const std::string& databasePath = {});
+    explicit TestTv(const RegisterComponents& registerComponents, const std::string& databasePath = {});
 
     nlohmann::json State(const std::string& path) const {
         return context.DescribeState().at(nlohmann::json::json_pointer(path));
     }
     // Of the main pipeline.
-    nlohmann::json MainState(const std::string& name) const {
-        return State("/pipelines/1:0/" + name);
-    }
+    nlohmann::json MainState(const std::string& name) const { return State("/pipelines/1:0/" + name); }
     // The text of the refusal; empty on success.
     std::string Set(const std::string& name, const std::vector<std::string>& arguments);
     // Whether a line of that tag since the last check contains the text.

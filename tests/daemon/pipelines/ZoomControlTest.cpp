@@ -24,14 +24,9 @@ public:
     std::int32_t Delete(const Ids& ids, const Rect& main = kMain) {
         return Do(ZoomControlMethod::DeleteZoomWindow, ids, main);
     }
-    std::int32_t Set(const Ids& ids, bool on) {
-        return Do(ZoomControlMethod::SetZoomWindow, ids, on);
-    }
-    std::int32_t Mute(const Ids& ids, bool mute) {
-        return Do(ZoomControlMethod::MuteZoomWindow, ids, mute);
-    }
-    std::int32_t SetRect(std::int32_t id, const Rect& source, const Rect& destination,
-                         const Rect& main) {
+    std::int32_t Set(const Ids& ids, bool on) { return Do(ZoomControlMethod::SetZoomWindow, ids, on); }
+    std::int32_t Mute(const Ids& ids, bool mute) { return Do(ZoomControlMethod::MuteZoomWindow, ids, mute); }
+    std::int32_t SetRect(std::int32_t id, const Rect& source, const Rect& destination, const Rect& main) {
         return Do(ZoomControlMethod::SetZoomWindowRect, id, source, destination, main);
     }
     std::optional<bool> IsStarted(std::int32_t id) {
@@ -43,9 +38,7 @@ public:
     std::optional<bool> IsAvailable() {
         return GetFlag(Call(ZoomControlMethod::IsZoomAvailable, Out<std::uint8_t>{0}), 1);
     }
-    std::int32_t SharingType() {
-        return *Call(ZoomControlMethod::GetZoomSharingType, Out{0}).Get<std::int32_t>(1);
-    }
+    std::int32_t SharingType() { return *Call(ZoomControlMethod::GetZoomSharingType, Out{0}).Get<std::int32_t>(1); }
     Ids Connected() {
         const Reply reply = Call(ZoomControlMethod::GetConnectedZoomWindows, OutObject{});
         EXPECT_EQ(reply.Status(), kDone);
@@ -86,9 +79,8 @@ TEST(ZoomControl, ChecksEveryRectangle) {
     TestTv tv;
     Zoomer zoomer(tv);
     const std::int32_t window = zoomer.Create();
-    for (const Rect& bad :
-         {Rect{-1, 0, 100, 100}, Rect{0, 0, 0, 0}, Rect{0, 0, 10, -10}, Rect{1900, 0, 100, 100},
-          Rect{0, 1000, 100, 81}, Rect{INT32_MAX, INT32_MAX, INT32_MAX, INT32_MAX}}) {
+    for (const Rect& bad : {Rect{-1, 0, 100, 100}, Rect{0, 0, 0, 0}, Rect{0, 0, 10, -10}, Rect{1900, 0, 100, 100},
+                            Rect{0, 1000, 100, 81}, Rect{INT32_MAX, INT32_MAX, INT32_MAX, INT32_MAX}}) {
         EXPECT_LT(zoomer.Create(bad, kPlace, kMain).Status(), 0);
         EXPECT_TRUE(tv.Logged("tvfpaparser", "CreateZoomWindow refused"));
         EXPECT_LT(zoomer.Create(kPart, bad, kMain).Status(), 0);
@@ -184,8 +176,7 @@ TEST(ZoomControl, WindowsVanishWithTheirClient) {
     Zoomer owner(tv);
     Zoomer other(tv);
     owner.Create(kPart, kPlace, {0, 0, 640, 480});
-    const std::int32_t kept =
-        other.Create(kPart, kPlace, {0, 0, 960, 540}).Get<std::int32_t>(1).value();
+    const std::int32_t kept = other.Create(kPart, kPlace, {0, 0, 960, 540}).Get<std::int32_t>(1).value();
     owner.Disconnect();
     EXPECT_EQ(other.Connected().size(), 2u);
     owner.Reconnect();

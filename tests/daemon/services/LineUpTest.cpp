@@ -42,9 +42,8 @@ TEST(BuiltInLineUp, HasSomethingOfEverything) {
     EXPECT_GE(state["streamed"], 6);
     EXPECT_GE(state["programmes"], 100);
     EXPECT_EQ(Count(tv, "service"), state["services"]);
-    for (const char* const where :
-         {"type = 1", "type = 2", "type = 3", "type = 9", "profile = 0", "profile = 2",
-          "hidden = 1", "listed = 0", "id < 0", "barker = 1 AND listed = 1", "captions = 1"})
+    for (const char* const where : {"type = 1", "type = 2", "type = 3", "type = 9", "profile = 0", "profile = 2",
+                                    "hidden = 1", "listed = 0", "id < 0", "barker = 1 AND listed = 1", "captions = 1"})
         EXPECT_GT(Count(tv, std::string("service WHERE ") + where), 1) << where;
     EXPECT_GT(Count(tv, "(SELECT 1 FROM service GROUP BY major, minor"
                         " HAVING count(DISTINCT antenna) > 1)"),
@@ -81,8 +80,8 @@ TEST(LineUp, IsShownAsItCanBeLoaded) {
     // In pieces, without gaps between them.
     std::string long_ = "transponder air 1000\n";
     for (int number = 0; number < 1203; ++number)
-        long_ += "  service " + sim::ToHexText(std::uint64_t(number + 1) << 52).get<std::string>() +
-                 " " + std::to_string(number) + " \"\"\n";
+        long_ += "  service " + sim::ToHexText(std::uint64_t(number + 1) << 52).get<std::string>() + " " +
+                 std::to_string(number) + " \"\"\n";
     EXPECT_EQ(tv.Load(long_), "");
     EXPECT_EQ(tv.Show(), long_);
 }
@@ -156,10 +155,9 @@ TEST(BootupService, IsWhatTheTvStartsWith) {
         EXPECT_TRUE(tv.State("/lineUp/bootup").is_null());
         EXPECT_EQ(client.SetBootupService(0x8000000000002001ULL), kDone);
         EXPECT_TRUE(tv.MainState("service").is_null());
-        EXPECT_EQ(tv.State("/lineUp/bootup"), (nlohmann::json{{"service", "0x8000000000002001"},
-                                                              {"antenna", 1},
-                                                              {"serviceMode", 0},
-                                                              {"option", 0}}));
+        EXPECT_EQ(
+            tv.State("/lineUp/bootup"),
+            (nlohmann::json{{"service", "0x8000000000002001"}, {"antenna", 1}, {"serviceMode", 0}, {"option", 0}}));
     }
     {
         LineUpTv tv(nullptr, file);
@@ -197,8 +195,7 @@ TEST(BootupService, IsRefusedWhenItCannotBe) {
 TEST(State, StaysSmall) {
     std::string text = "transponder air 1000\n";
     for (int number = 1; number <= 20000; ++number)
-        text += "service " + sim::ToHexText(static_cast<std::uint64_t>(number)).get<std::string>() +
-                " 1 \"\"\n";
+        text += "service " + sim::ToHexText(static_cast<std::uint64_t>(number)).get<std::string>() + " 1 \"\"\n";
     LineUpTv tv(text.c_str());
     EXPECT_LT(tv.context.DescribeState().dump().size(), 8000u);
 }

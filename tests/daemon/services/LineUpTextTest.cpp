@@ -1,7 +1,8 @@
+#include "LineUpText.h"
+
 #include <gtest/gtest.h>
 
 #include "BuiltInLineUp.h"
-#include "LineUpText.h"
 
 namespace {
 
@@ -12,8 +13,7 @@ public:
         services.push_back(service);
         return {};
     }
-    std::string AddProgramme(std::uint64_t service,
-                             const sim::ProgrammeRecord& programme) override {
+    std::string AddProgramme(std::uint64_t service, const sim::ProgrammeRecord& programme) override {
         programmes.emplace_back(service, programme);
         return {};
     }
@@ -64,10 +64,8 @@ TEST(LineUpText, ReadsAllOfAService) {
     EXPECT_EQ(read.services[1], (sim::ServiceRecord{.id = 2, .antenna = 1, .name = ""}));
     EXPECT_EQ(read.services[1].GetChannelType(), 9);
     ASSERT_EQ(read.programmes.size(), 2u);
-    EXPECT_EQ(read.programmes[0].second,
-              (sim::ProgrammeRecord{.start = 84600, .duration = 3600, .title = "夜"}));
-    EXPECT_EQ(read.programmes[1],
-              std::pair(std::uint64_t{2}, (sim::ProgrammeRecord{0, 86400, std::nullopt})));
+    EXPECT_EQ(read.programmes[0].second, (sim::ProgrammeRecord{.start = 84600, .duration = 3600, .title = "夜"}));
+    EXPECT_EQ(read.programmes[1], std::pair(std::uint64_t{2}, (sim::ProgrammeRecord{0, 86400, std::nullopt})));
 }
 
 TEST(LineUpText, TellsFileLineAndWhatWasExpected) {
@@ -85,16 +83,12 @@ TEST(LineUpText, TellsFileLineAndWhatWasExpected) {
          "a service id from 0x0 to 0xfffffffffffffffe, found \"0xffffffffffffffff\""},
         {"service 0x10000000000000000 7 \"A\"",
          "a service id from 0x0 to 0xfffffffffffffffe, found \"0x10000000000000000\""},
-        {"service 0x7 65536 \"A\"",
-         "a channel number, MAJOR or MAJOR-MINOR, each 0 to 65535, found \"65536\""},
-        {"service 0x7 7- \"A\"",
-         "a channel number, MAJOR or MAJOR-MINOR, each 0 to 65535, found \"7-\""},
-        {"service 0x7 -7 \"A\"",
-         "a channel number, MAJOR or MAJOR-MINOR, each 0 to 65535, found \"-7\""},
+        {"service 0x7 65536 \"A\"", "a channel number, MAJOR or MAJOR-MINOR, each 0 to 65535, found \"65536\""},
+        {"service 0x7 7- \"A\"", "a channel number, MAJOR or MAJOR-MINOR, each 0 to 65535, found \"7-\""},
+        {"service 0x7 -7 \"A\"", "a channel number, MAJOR or MAJOR-MINOR, each 0 to 65535, found \"-7\""},
         {"service 0x7 7 A", "a name in \"\" of at most 255 bytes, found \"A\""},
         {"service 0x7 7", "a name in \"\" of at most 255 bytes, found the end of the line"},
-        {"service 0x7 7 \"A\" secret",
-         "hidden, unlisted, captions, barker or profile=0 to 32767, found \"secret\""},
+        {"service 0x7 7 \"A\" secret", "hidden, unlisted, captions, barker or profile=0 to 32767, found \"secret\""},
         {"service 0x7 7 \"A\" profile=32768",
          "hidden, unlisted, captions, barker or profile=0 to 32767, found \"profile=32768\""},
         {"service 0x7 7 \"A", "a closing \" before the end of the line"},

@@ -16,8 +16,7 @@ sim::PipelineComponents RegisterLineUp(sim::Context& context, const char* text,
 } // namespace
 
 LineUpTv::LineUpTv(const char* text, const std::string& databasePath)
-    : TestTv([this, text](
-                 sim::Context& registered) { return RegisterLineUp(registered, text, services); },
+    : TestTv([this, text](sim::Context& registered) { return RegisterLineUp(registered, text, services); },
              databasePath) {}
 
 std::string LineUpTv::Load(const std::string& text) {

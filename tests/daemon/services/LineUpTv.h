@@ -39,10 +39,9 @@ public:
     Reply FindService(const sim::Criteria& criteria, std::int32_t count = 1) {
         return Call(interfaces::ServiceMethod::FindService, criteria, OutObject{}, count);
     }
-    Reply GetServiceList(const sim::Criteria& criteria, const sim::TvMode& mode = {-1, -1},
-                         std::int32_t first = 0, std::int32_t count = 0) {
-        return Call(interfaces::ServiceNavigationMethod::GetServiceList, criteria, OutObject{},
-                    mode, first, count);
+    Reply GetServiceList(const sim::Criteria& criteria, const sim::TvMode& mode = {-1, -1}, std::int32_t first = 0,
+                         std::int32_t count = 0) {
+        return Call(interfaces::ServiceNavigationMethod::GetServiceList, criteria, OutObject{}, mode, first, count);
     }
     std::int32_t SetBootupService(std::uint64_t service, const sim::TvMode& mode = {-1, -1}) {
         return Do(interfaces::ServiceNavigationMethod::SetBootupService, service, mode, 0);

@@ -24,8 +24,7 @@ class ProgrammesTest : public testing::Test {
 protected:
     Programme At(const std::string& time, std::uint64_t service = 1) {
         EXPECT_EQ(tv.Set("clock", {"2026-03-01T" + time + ":00Z"}), "");
-        const Reply reply =
-            client.Call(interfaces::ServiceGuideMethod::GetCurrentProgram, service, OutObject{});
+        const Reply reply = client.Call(interfaces::ServiceGuideMethod::GetCurrentProgram, service, OutObject{});
         Programme programme;
         programme.status = reply.Status();
         const auto branch = reply.Find(2);

@@ -33,12 +33,10 @@ TEST(Queries, FindWhatTheConsoleLooksUp) {
     LineUpTv tv;
     LineUpClient client(tv);
     // Only by number, then by profile, flags, number and type, then a streamed one.
-    EXPECT_EQ(IdOf(client.FindService({{Where(23, 1), Where(25, 0), Where(13, 7)}, {12}})),
-              kNorvexOne);
+    EXPECT_EQ(IdOf(client.FindService({{Where(23, 1), Where(25, 0), Where(13, 7)}, {12}})), kNorvexOne);
     const auto broadcast = [&](std::int32_t profile, std::int32_t major, std::int32_t type) {
         return IdOf(client.FindService(
-            {{Where(3, profile), Where(23, 1), Where(25, 0), Where(13, major), Where(1, type)},
-             {12}}));
+            {{Where(3, profile), Where(23, 1), Where(25, 0), Where(13, major), Where(1, type)}, {12}}));
     };
     EXPECT_EQ(broadcast(0, 7, 1), kNorvexOne);
     EXPECT_EQ(broadcast(2, 7, 1), 0xc000000000000004u);
@@ -47,9 +45,8 @@ TEST(Queries, FindWhatTheConsoleLooksUp) {
     EXPECT_EQ(broadcast(0, 30, 2), 0xfffffffffffffffeu);
     EXPECT_EQ(broadcast(0, 13, 1), kInvalidService); // hidden
     EXPECT_EQ(broadcast(0, 14, 1), kInvalidService); // not listed
-    EXPECT_EQ(IdOf(client.FindService({{Where(3, 0), Where(23, 1), Where(25, 0), Where(13, 5),
-                                        Where(1, 9), Where(115, 2)},
-                                       {12}})),
+    EXPECT_EQ(IdOf(client.FindService(
+                  {{Where(3, 0), Where(23, 1), Where(25, 0), Where(13, 5), Where(1, 9), Where(115, 2)}, {12}})),
               0xe000000000000021u);
 }
 
@@ -70,8 +67,7 @@ TEST(Queries, BringTheFetchedFieldsOnlyInTheirOrder) {
         EXPECT_EQ(reply.Status(), 1);
         return ToRecord(*reply.Find(2));
     };
-    EXPECT_EQ(fetch({14, 12, 4, 13}),
-              (Record{{14, 2}, {12, 0xfa0000000002002eu}, {4, 474000}, {13, 7}}));
+    EXPECT_EQ(fetch({14, 12, 4, 13}), (Record{{14, 2}, {12, 0xfa0000000002002eu}, {4, 474000}, {13, 7}}));
     EXPECT_EQ(fetch({1, 3, 23, 25}), (Record{{1, 1}, {3, 0}, {23, 1}, {25, 0}}));
     EXPECT_EQ(fetch({13}), (Record{{13, 7}}));
     EXPECT_EQ(fetch({}), Record{});
@@ -113,8 +109,7 @@ TEST(Queries, RefuseUnknownFields) {
     huge.conditions.pop_back();
     EXPECT_EQ(client.FindService(huge).Status(), 1);
     // An unknown kind of condition.
-    EXPECT_EQ(client.FindService({{{static_cast<values::Comparison>(2), 13, 7}}, {12}}).Status(),
-              kNoStatus);
+    EXPECT_EQ(client.FindService({{{static_cast<values::Comparison>(2), 13, 7}}, {12}}).Status(), kNoStatus);
 }
 
 TEST(Queries, ShareAStatementWhenOnlyValuesDiffer) {
@@ -140,8 +135,7 @@ TEST(Queries, ListTheServicesOfATvModeInOrder) {
     LineUpTv tv;
     LineUpClient client(tv);
     const Criteria all{{Where(23, 1), Where(25, 0), WhereNot(1, 9)}, {12, 13, 14}};
-    const auto list = [&](std::int32_t antenna, std::int32_t mode, std::int32_t first = 0,
-                          std::int32_t count = 0) {
+    const auto list = [&](std::int32_t antenna, std::int32_t mode, std::int32_t first = 0, std::int32_t count = 0) {
         const Reply reply = client.GetServiceList(all, {antenna, mode}, first, count);
         EXPECT_EQ(reply.Status(), 1);
         return ToRecords(*reply.Find(2));
@@ -190,8 +184,7 @@ protected:
         for (int number = 0; number < 400; ++number) {
             const int antenna = Pick(3);
             const int frequency = Pick(4) * 1000; // 0: streamed
-            const std::uint64_t id =
-                static_cast<std::uint64_t>(number) | static_cast<std::uint64_t>(Pick(2)) << 63;
+            const std::uint64_t id = static_cast<std::uint64_t>(number) | static_cast<std::uint64_t>(Pick(2)) << 63;
             const int major = Pick(12);
             const int minor = Pick(3);
             const int profile = Pick(2) * 2;
@@ -201,9 +194,8 @@ protected:
             text += frequency == 0 ? "streamed " : "transponder ";
             text += kAntennas[antenna];
             text += frequency == 0 ? "" : " " + std::to_string(frequency);
-            text += "\nservice " + sim::ToHexText(id).get<std::string>() + " " +
-                    std::to_string(major) + "-" + std::to_string(minor) +
-                    " \"S\" profile=" + std::to_string(profile) + (listed ? "" : " unlisted") +
+            text += "\nservice " + sim::ToHexText(id).get<std::string>() + " " + std::to_string(major) + "-" +
+                    std::to_string(minor) + " \"S\" profile=" + std::to_string(profile) + (listed ? "" : " unlisted") +
                     (hidden ? " hidden" : "") + "\n";
             PlainService service{id,
                                  {{1, frequency == 0 ? 9 : antenna + 1},
@@ -225,8 +217,7 @@ protected:
         return text;
     }
     std::tuple<int, std::int64_t, std::int64_t, std::int64_t> Key(const PlainService& service) {
-        return {antennas.at(service.id), *service.fields.at(13), *service.fields.at(14),
-                *service.fields.at(12)};
+        return {antennas.at(service.id), *service.fields.at(13), *service.fields.at(14), *service.fields.at(12)};
     }
 
     Criteria MakeCriteria() {
@@ -243,8 +234,7 @@ protected:
                 value = Pick(500) - 1;
             else if (field == 23 || field == 25)
                 value %= 2;
-            criteria.conditions.push_back(Pick(3) == 0 ? WhereNot(field, value)
-                                                       : Where(field, value));
+            criteria.conditions.push_back(Pick(3) == 0 ? WhereNot(field, value) : Where(field, value));
         }
         criteria.fetched.push_back(12);
         for (int count = Pick(4); count > 0; --count)
@@ -253,19 +243,16 @@ protected:
     }
 
     static bool Meets(const PlainService& service, const Criteria& criteria) {
-        return std::all_of(criteria.conditions.begin(), criteria.conditions.end(),
-                           [&](const Condition& condition) {
-                               const bool equal = service.fields.at(condition.field) ==
-                                                  std::optional<std::int64_t>(condition.value);
-                               return equal == (condition.comparison == values::Comparison::Equal);
-                           });
+        return std::all_of(criteria.conditions.begin(), criteria.conditions.end(), [&](const Condition& condition) {
+            const bool equal = service.fields.at(condition.field) == std::optional<std::int64_t>(condition.value);
+            return equal == (condition.comparison == values::Comparison::Equal);
+        });
     }
     static Record ToPlainRecord(const PlainService& service, const Criteria& criteria) {
         Record record;
         for (const std::int32_t field : criteria.fetched) {
             const auto& value = service.fields.at(field);
-            record.emplace_back(field, value ? std::optional(static_cast<std::uint64_t>(*value))
-                                             : std::nullopt);
+            record.emplace_back(field, value ? std::optional(static_cast<std::uint64_t>(*value)) : std::nullopt);
         }
         return record;
     }
@@ -321,11 +308,9 @@ TEST(QueryPlans, NoLookUpScansTheTable) {
     const std::string kLookUps[] = {
         Queries::ToFindText({{Where(13, 0)}, {12}}),
         Queries::ToFindText({{Where(23, 0), Where(25, 0), Where(13, 0)}, {12}}),
+        Queries::ToFindText({{Where(3, 0), Where(23, 0), Where(25, 0), Where(13, 0), Where(1, 0)}, fetched}),
         Queries::ToFindText(
-            {{Where(3, 0), Where(23, 0), Where(25, 0), Where(13, 0), Where(1, 0)}, fetched}),
-        Queries::ToFindText(
-            {{Where(3, 0), Where(23, 0), Where(25, 0), Where(13, 0), Where(1, 0), Where(115, 0)},
-             {12}}),
+            {{Where(3, 0), Where(23, 0), Where(25, 0), Where(13, 0), Where(1, 0), Where(115, 0)}, {12}}),
         Queries::ToFindText({{Where(115, 0)}, {12}}),
         Queries::ToFindText({{Where(115, 0), Where(13, 0)}, {12}}),
         Queries::ToFindText({{Where(12, 0)}, fetched}),
@@ -346,8 +331,7 @@ TEST(QueryPlans, NoLookUpScansTheTable) {
     }
     // Lists and look-ups by number come in order without being sorted.
     for (const std::size_t place : {0u, 1u, 2u, 7u, 8u})
-        EXPECT_EQ(Plan(tv, kLookUps[place]).find("TEMP B-TREE"), std::string::npos)
-            << Plan(tv, kLookUps[place]);
+        EXPECT_EQ(Plan(tv, kLookUps[place]).find("TEMP B-TREE"), std::string::npos) << Plan(tv, kLookUps[place]);
 }
 
 } // namespace

@@ -62,9 +62,8 @@ TEST_F(ScansTest, TuneAroundTellsOfEachServiceAndOfItsEnd) {
     EXPECT_TRUE(client.TakeSignals().empty()); // in the background
     EXPECT_EQ(tv.State("/scan/running"), "tuneAround");
     EXPECT_EQ(tv.State("/scan/of"), 3);
-    EXPECT_EQ(WaitForEnd(),
-              (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "81 1:0 0x200000001", "193 1:0 0x2",
-                       "81 1:0 0x300000001", "193 1:0 0x8000000000000003", "194 1:0 0x0"}));
+    EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "81 1:0 0x200000001", "193 1:0 0x2",
+                                     "81 1:0 0x300000001", "193 1:0 0x8000000000000003", "194 1:0 0x0"}));
     EXPECT_EQ(tv.State("/scan/last"), "completed");
     EXPECT_EQ(tv.State("/scan/done"), 3);
 }
@@ -103,8 +102,8 @@ TEST_F(ScansTest, TheTunerIsMovedToEachServiceAndGoesBack) {
 TEST_F(ScansTest, ACutTransponderYieldsNothing) {
     EXPECT_EQ(tv.Set("tuner", {"air/482000", "off"}), "");
     EXPECT_EQ(client.StartTuneAround({1, kThree, 7}), kDone);
-    EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "81 1:0 0x700000009",
-                                     "193 1:0 0x7", "194 1:0 0x0"}));
+    EXPECT_EQ(WaitForEnd(),
+              (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "81 1:0 0x700000009", "193 1:0 0x7", "194 1:0 0x0"}));
     EXPECT_EQ(client.IsTuneAroundNeeded({kThree}), 1);
     EXPECT_EQ(client.IsTuneAroundNeeded({1, 7}), 0);
 }

@@ -25,8 +25,8 @@ TEST_F(TuningTest, TunesAndNotifiesSubscribers) {
     EXPECT_EQ(tv.MainState("tuner/at"), "cable/346000");
     EXPECT_EQ(client.SetTvMode({2, 1}, 0xe000000000000021ULL), kDone);
     EXPECT_EQ(tv.MainState("latest/2/streamed"), "0xe000000000000021");
-    EXPECT_EQ(client.TakeSignals(), (Signals{"81 1:0 0x700000001", "81 1:0 0x100000001",
-                                             "81 1:0 0x1e00000002", "81 1:0 0x500000009"}));
+    EXPECT_EQ(client.TakeSignals(),
+              (Signals{"81 1:0 0x700000001", "81 1:0 0x100000001", "81 1:0 0x1e00000002", "81 1:0 0x500000009"}));
     EXPECT_TRUE(other.TakeSignals().empty());
 }
 

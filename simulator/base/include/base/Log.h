@@ -36,8 +36,8 @@ public:
 
     __attribute__((format(printf, 3, 4))) void Write(const char* tag, const char* format, ...);
     // Writes why an operation is refused; returns `result`.
-    __attribute__((format(printf, 4, 5))) std::int32_t Refuse(std::int32_t result, const char* tag,
-                                                              const char* format, ...);
+    __attribute__((format(printf, 4, 5))) std::int32_t Refuse(std::int32_t result, const char* tag, const char* format,
+                                                              ...);
 
     // Initially the media elements' tags are started, those of the live provider are stopped.
     bool IsStarted(std::string_view tag) const;

@@ -13,13 +13,14 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <base/Path.h>
+
 #include "CommandLine.h"
 #include "Components.h"
 #include "Context.h"
 #include "ControlServer.h"
 #include "LineUpFile.h"
 #include "Server.h"
-#include <base/Path.h>
 
 namespace {
 
@@ -45,11 +46,9 @@ int Fail(const std::string& line, int status = kFailed) {
 
 // The program's status; nothing if it continues.
 std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, Given& given) {
-    sim::CommandLine line("norvex-sim",
-                          "The simulated TV. Serves clients on a socket until SIGTERM or SIGINT.");
-    line.Text(
-        "--socket", given.socket, "PATH",
-        "Where clients connect (NORVEX_SOCKET); the control socket has the same path with .ctl appended");
+    sim::CommandLine line("norvex-sim", "The simulated TV. Serves clients on a socket until SIGTERM or SIGINT.");
+    line.Text("--socket", given.socket, "PATH",
+              "Where clients connect (NORVEX_SOCKET); the control socket has the same path with .ctl appended");
     line.Text("--database", given.database, "FILE",
               "Keep the TV's state in this file; without it the state is lost when the TV ends");
     line.Text("--lineup", given.lineUp, "FILE",
@@ -59,9 +58,8 @@ std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, G
                  "When clients can connect, write a line to this descriptor and close it");
     line.Integer("--items", given.items, 0, kMaxItems, "N",
                  "Number of debug menu items in addition to the built-in ones");
-    line.Integer(
-        "--client-grace", given.clientGraceMilliseconds, 0, kMaxGraceMilliseconds, "MS",
-        "Milliseconds from the end of a client's last connection to the release of its sessions (2000)");
+    line.Integer("--client-grace", given.clientGraceMilliseconds, 0, kMaxGraceMilliseconds, "MS",
+                 "Milliseconds from the end of a client's last connection to the release of its sessions (2000)");
     if (const auto ending = line.Parse(arguments)) {
         if (ending->status != 0)
             return Fail(ending->text, ending->status);

@@ -47,8 +47,8 @@ template <class Method> constexpr std::string_view GetMethodName(Method method) 
 } // namespace interfaces
 
 // Declares an interface: its operations as an enumeration, and its table.
-#define NORVEX_INTERFACE(interface, ...)                                                           \
-    enum class interface##Method : std::int16_t{__VA_ARGS__};                                      \
-    constexpr ::interfaces::InterfaceTable GetInterfaceTable(interface##Method) {                  \
-        return ::interfaces::MakeInterfaceTable("com.holvi.I" #interface, #__VA_ARGS__);           \
+#define NORVEX_INTERFACE(interface, ...)                                                                               \
+    enum class interface##Method : std::int16_t{__VA_ARGS__};                                                          \
+    constexpr ::interfaces::InterfaceTable GetInterfaceTable(interface##Method) {                                      \
+        return ::interfaces::MakeInterfaceTable("com.holvi.I" #interface, #__VA_ARGS__);                               \
     }

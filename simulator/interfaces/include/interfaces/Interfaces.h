@@ -18,8 +18,8 @@ NORVEX_INTERFACE(SignalSubscriber, Subscribe, Unsubscribe)
 NORVEX_INTERFACE(Device, GetInt, StartLogTag, StopLogTag)
 
 // The plug-in has its own list of these eleven: it does not depend on the simulator.
-NORVEX_INTERFACE(DebugPrintControl, Start, Execute, Stop, Check, GetMenuItems, SetMenuItems,
-                 SetMenuItem, SetQoSEnabled, IsQoSEnabled, SetDebugMode, IsDebugModeEnabled)
+NORVEX_INTERFACE(DebugPrintControl, Start, Execute, Stop, Check, GetMenuItems, SetMenuItems, SetMenuItem, SetQoSEnabled,
+                 IsQoSEnabled, SetDebugMode, IsDebugModeEnabled)
 
 NORVEX_INTERFACE(ReferenceCount, GetReferenceCount)
 
@@ -31,27 +31,23 @@ NORVEX_INTERFACE(TunerControl, CheckTunerSignalState)
 
 NORVEX_INTERFACE(DataControl, CheckCaptionExist)
 
-NORVEX_INTERFACE(SourceControl, SetSource, SetSource_Service, PreSetSourceA, StartHDMIAnalysis,
-                 StopHDMIAnalysis, PreSetSourceC, PreSetSourceB, SetPreviewSource,
-                 SetPreviewSource_Service)
+NORVEX_INTERFACE(SourceControl, SetSource, SetSource_Service, PreSetSourceA, StartHDMIAnalysis, StopHDMIAnalysis,
+                 PreSetSourceC, PreSetSourceB, SetPreviewSource, SetPreviewSource_Service)
 
-NORVEX_INTERFACE(PipelineUtility, NotifyReceiverState, RegisterForStateChange,
-                 UnregisterFromStateChange, CheckPendingState, GetCurrentTPMSStatus,
-                 NotifyReadyForSetService)
+NORVEX_INTERFACE(PipelineUtility, NotifyReceiverState, RegisterForStateChange, UnregisterFromStateChange,
+                 CheckPendingState, GetCurrentTPMSStatus, NotifyReadyForSetService)
 
-NORVEX_INTERFACE(ZoomControl, CreateZoomWindow, DeleteZoomWindow, SetZoomWindow, MuteZoomWindow,
-                 IsZoomWindowStarted, IsZoomWindowMuted, SetZoomWindowRect, IsZoomAvailable,
-                 GetZoomSharingType, GetConnectedZoomWindows)
+NORVEX_INTERFACE(ZoomControl, CreateZoomWindow, DeleteZoomWindow, SetZoomWindow, MuteZoomWindow, IsZoomWindowStarted,
+                 IsZoomWindowMuted, SetZoomWindowRect, IsZoomAvailable, GetZoomSharingType, GetConnectedZoomWindows)
 
 NORVEX_INTERFACE(Service, FindService)
 
-NORVEX_INTERFACE(ServiceNavigation, GetTvMode, GetServiceList, SetTvMode, SetTvMode_Service,
-                 SetDTVMode, SetService, SetBootupService, GetLatestVeldaServiceId,
-                 GetLatestServiceId)
+NORVEX_INTERFACE(ServiceNavigation, GetTvMode, GetServiceList, SetTvMode, SetTvMode_Service, SetDTVMode, SetService,
+                 SetBootupService, GetLatestVeldaServiceId, GetLatestServiceId)
 
 NORVEX_INTERFACE(ServiceGuide, GetCurrentProgram)
 
-NORVEX_INTERFACE(ScanControl, IsTuneAroundNeeded, StartTuneAround, StopManualScan,
-                 IsBarkerChannelScanAvailable, StartBarkerChannelScan, StopBarkerChannelScan)
+NORVEX_INTERFACE(ScanControl, IsTuneAroundNeeded, StartTuneAround, StopManualScan, IsBarkerChannelScanAvailable,
+                 StartBarkerChannelScan, StopBarkerChannelScan)
 
 } // namespace interfaces

@@ -50,8 +50,7 @@ template <Described T, class Function> constexpr void ForEachField(Function&& fu
 }
 
 // Calls `function` with each number of an array's element.
-template <class Element, class Function>
-constexpr void ForEachNumber(Element& element, Function&& function) {
+template <class Element, class Function> constexpr void ForEachNumber(Element& element, Function&& function) {
     using T = std::remove_const_t<Element>;
     if constexpr (Packed<T>)
         ForEachField<T>([&](auto, const auto& field) { function(element.*field.member); });
@@ -77,9 +76,7 @@ template <class T> void Write(wire::TreeWriter& tree, std::int16_t tag, const T&
     } else if constexpr (!Array<T>) {
         const std::size_t branch = tree.BeginBranch(tag);
         if constexpr (Object<T>) {
-            ForEachField<T>([&](std::int16_t place, const auto& field) {
-                Write(tree, place, value.*field.member);
-            });
+            ForEachField<T>([&](std::int16_t place, const auto& field) { Write(tree, place, value.*field.member); });
         } else {
             // Tags restart after 16 bits: elements are identified by their order.
             std::uint16_t place = 0;

@@ -21,8 +21,7 @@ struct Rect {
     std::int32_t height = 0;
 
     bool operator==(const Rect&) const = default;
-    static constexpr std::tuple kFields{Field{"x", &Rect::x}, Field{"y", &Rect::y},
-                                        Field{"width", &Rect::width},
+    static constexpr std::tuple kFields{Field{"x", &Rect::x}, Field{"y", &Rect::y}, Field{"width", &Rect::width},
                                         Field{"height", &Rect::height}};
 };
 
@@ -32,8 +31,7 @@ struct TvMode {
     std::int32_t serviceMode = 0;
 
     auto operator<=>(const TvMode&) const = default;
-    static constexpr std::tuple kFields{Field{"antenna", &TvMode::antenna},
-                                        Field{"serviceMode", &TvMode::serviceMode}};
+    static constexpr std::tuple kFields{Field{"antenna", &TvMode::antenna}, Field{"serviceMode", &TvMode::serviceMode}};
 };
 
 // A switch of a debug menu.
@@ -42,8 +40,8 @@ struct MenuItem {
     bool on = false;
     std::uint32_t id = 0;
 
-    static constexpr std::tuple kFields{Field{"name", &MenuItem::name},
-                                        Field{"state", &MenuItem::on}, Field{"id", &MenuItem::id}};
+    static constexpr std::tuple kFields{Field{"name", &MenuItem::name}, Field{"state", &MenuItem::on},
+                                        Field{"id", &MenuItem::id}};
 };
 
 enum class Comparison : std::int32_t { Equal = 0, Different = 1 };
@@ -58,8 +56,7 @@ struct Condition {
     std::int32_t value = 0;
 
     static constexpr bool kPacked = true;
-    static constexpr std::tuple kFields{Field{"is", &Condition::comparison},
-                                        Field{"field", &Condition::field},
+    static constexpr std::tuple kFields{Field{"is", &Condition::comparison}, Field{"field", &Condition::field},
                                         Field{"value", &Condition::value}};
 };
 
@@ -68,8 +65,7 @@ struct Criteria {
     std::vector<Condition> conditions;
     std::vector<std::int32_t> fetched;
 
-    static constexpr std::tuple kFields{Field{"where", &Criteria::conditions},
-                                        Field{"fetch", &Criteria::fetched}};
+    static constexpr std::tuple kFields{Field{"where", &Criteria::conditions}, Field{"fetch", &Criteria::fetched}};
 };
 
 struct ServiceCode {
@@ -77,8 +73,7 @@ struct ServiceCode {
     std::uint32_t code = 0;
 
     static constexpr bool kPacked = true;
-    static constexpr std::tuple kFields{Field{"service", &ServiceCode::service},
-                                        Field{"code", &ServiceCode::code}};
+    static constexpr std::tuple kFields{Field{"service", &ServiceCode::service}, Field{"code", &ServiceCode::code}};
 };
 
 struct Programme {
@@ -86,8 +81,7 @@ struct Programme {
     std::uint32_t duration = 0; // seconds
     std::optional<std::u16string> title;
 
-    static constexpr std::tuple kFields{Field{"start", &Programme::start},
-                                        Field{"duration", &Programme::duration},
+    static constexpr std::tuple kFields{Field{"start", &Programme::start}, Field{"duration", &Programme::duration},
                                         Field{"title", &Programme::title}};
 };
 
@@ -117,8 +111,7 @@ struct StatusEntry {
     std::uint16_t screen = 0;
     std::string text;
 
-    static constexpr std::tuple kFields{Field{"profile", &StatusEntry::profile},
-                                        Field{"screen", &StatusEntry::screen},
+    static constexpr std::tuple kFields{Field{"profile", &StatusEntry::profile}, Field{"screen", &StatusEntry::screen},
                                         Field{"text", &StatusEntry::text}};
 };
 
@@ -127,8 +120,7 @@ struct Status {
     std::vector<PipelineEvents> pipelines;
     std::vector<StatusEntry> entries;
 
-    static constexpr std::tuple kFields{Field{"pipelines", &Status::pipelines},
-                                        Field{"entries", &Status::entries}};
+    static constexpr std::tuple kFields{Field{"pipelines", &Status::pipelines}, Field{"entries", &Status::entries}};
 };
 
 } // namespace values

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+
 #include <sys/uio.h>
 
 #include <wire/Buffer.h>
@@ -31,8 +32,8 @@ class PacketSender {
 public:
     // The data of `names` and `tree` must outlive the sender. The header's lengths are set from
     // them.
-    PacketSender(MessageHeader header, std::string_view interfaceName, std::string_view method,
-                 const void* tree, std::size_t treeSize);
+    PacketSender(MessageHeader header, std::string_view interfaceName, std::string_view method, const void* tree,
+                 std::size_t treeSize);
 
     // Fills `pieces` (room for kMaxPieces) with the next packet; returns the number of pieces used,
     // 0 when everything is sent.

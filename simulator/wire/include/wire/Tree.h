@@ -24,8 +24,8 @@ constexpr std::size_t kNodeHeaderSize = 8;
 constexpr int kMaxDepth = 32;
 
 // Writes a node header to the 8 bytes at `place`.
-inline void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind kind,
-                             Direction direction, std::uint32_t size) {
+inline void EncodeNodeHeader(unsigned char* place, std::int16_t tag, NodeKind kind, Direction direction,
+                             std::uint32_t size) {
     std::memcpy(place, &tag, 2);
     place[2] = static_cast<unsigned char>(kind);
     place[3] = static_cast<unsigned char>(direction);
@@ -90,8 +90,8 @@ public:
         std::uint32_t size = 0;
         std::memcpy(&size, m_next + 4, 4);
         const unsigned kind = m_next[2];
-        if (m_malformed || size > left - kNodeHeaderSize ||
-            kind - static_cast<unsigned>(NodeKind::Value) > 3u || m_next[3] > 1) {
+        if (m_malformed || size > left - kNodeHeaderSize || kind - static_cast<unsigned>(NodeKind::Value) > 3u ||
+            m_next[3] > 1) {
             m_malformed = true;
             return false;
         }
@@ -129,8 +129,7 @@ public:
         EncodeNodeHeader(place, tag, kind, direction, length);
         CopyContent(place + kNodeHeaderSize, data, size);
     }
-    template <class T>
-    void PutValue(std::int16_t tag, const T& value, Direction direction = Direction::Out) {
+    template <class T> void PutValue(std::int16_t tag, const T& value, Direction direction = Direction::Out) {
         PutLeaf(tag, NodeKind::Value, &value, sizeof value, direction);
     }
     // The encoding of texts: a branch with the length (tag 0, 32 bits) and, unless it is 0, the
