@@ -282,8 +282,6 @@ mutate("simulator/base/LogFile.cpp", "mine.st_ino == named.st_ino && mine.st_dev
        "a second process moves the new log away in place of the full one", "wire-test")
 mutate("simulator/base/LogFile.cpp", " || status.st_nlink == 0", "",
        "a log that somebody removed is written on without a name", "wire-test")
-mutate("simulator/base/NewFile.cpp", '? "./" :', '? "/" :',
-       "a file with a relative path is made in the root directory", "tests/daemon/control_test.py")
 mutate("simulator/base/NewFile.cpp", "(replaces && fchmod(m_file, old.st_mode & 0777) != 0)", "false",
        "a file that takes another's place has a mode of its own", "tests/daemon/control_test.py")
 mutate("simulator/base/Path.cpp", "(there.st_mode & 0077) != 0", "(there.st_mode & 0007) != 0",
@@ -416,6 +414,22 @@ mutate("simulator/daemon/services/Scans.cpp", 'Finish(SIGNAL_TUNE_AROUND_FINISHE
        "the signal at the end of a stopped scan says that it was completed", "daemon_services_tests")
 mutate("simulator/daemon/services/ServiceQueries.cpp", "page.count == 0 ? -1 : page.count", "page.count == 0 ? 1 : page.count",
        "a page of 0 services is not all of them", "daemon_services_tests")
+
+# The daemon: the TV's components, control channel, program
+mutate("simulator/daemon/tv/Context.cpp", "    journal.Clear();\n", "",
+       "a reset leaves the journal", "tests/daemon/control_test.py")
+mutate("simulator/daemon/control/ControlConnection.cpp", 'file.starts_with(\'/\') ? file : m_directory + "/" + file', "file",
+       "a relative path of norvex-simctl's is one from where the TV was started", "tests/daemon/control_test.py")
+mutate("simulator/daemon/app/main/main.cpp", "    sigaddset(&signals, SIGINT);\n", "",
+       "Ctrl-C ends a TV without its cleaning up", "tests/daemon/start_test.py")
+mutate("simulator/daemon/app/main/main.cpp", "    log.SetSink([&](std::string_view tag, std::string_view text) { server.PushLine(tag, text); });\n", "",
+       "viewers get no lines", "tests/system/device_logs_test.py")
+
+# norvex-simctl
+mutate("simulator/simctl/Ask.cpp", 'if (isEndless && Flush())', 'if (isEndless || Flush())',
+       "a TV that ends in the middle of its answer is a success", "tests/daemon/control_test.py")
+mutate("simulator/simctl/Ask.cpp", "request[\"directory\"] = directory;", "request[\"directory\"] = \"/\";",
+       "relative paths are not those of norvex-simctl's directory", "tests/daemon/control_test.py")
 
 # What people type
 mutate("script/console", "[[ -n ${NORVEX_SOCKET:-} ]] || start_tv", "start_tv",
