@@ -11,7 +11,7 @@
 
 namespace sim {
 
-// com.holvi.IDebugPrintControl: the TV's debug menu. Each client has its own dialogue; the switches
+// IDebugPrintControl: the TV's debug menu. Each client has its own dialogue; the switches
 // are shared.
 class DebugPrintControl : public Interface, public Component {
 public:

@@ -10,7 +10,7 @@
 
 namespace sim {
 
-// com.holvi.IDevice: the device's key-value store and the switches of the log's tags. Both are
+// IDevice: the device's key-value store and the switches of the log's tags. Both are
 // stored in the database.
 class Device : public Interface, public Component {
 public:

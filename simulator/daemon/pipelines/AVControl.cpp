@@ -8,7 +8,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IAVControl: sound and picture.
+// IAVControl: sound and picture.
 class AVControl : public PipelineInterface {
 public:
     using Method = interfaces::AVControlMethod;

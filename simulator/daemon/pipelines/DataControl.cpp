@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IDataControl: data received with a service.
+// IDataControl: data received with a service.
 class DataControl : public PipelineInterface {
 public:
     using Method = interfaces::DataControlMethod;

@@ -30,7 +30,7 @@ std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pen
     return entries;
 }
 
-// com.holvi.IPipelineUtility: changes that wait for their receivers, and the pipelines' status.
+// IPipelineUtility: changes that wait for their receivers, and the pipelines' status.
 class PipelineUtility : public PipelineInterface {
 public:
     using Method = interfaces::PipelineUtilityMethod;

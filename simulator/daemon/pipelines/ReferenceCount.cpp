@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IReferenceCount: the number of a pipeline's sessions, including the calling one.
+// IReferenceCount: the number of a pipeline's sessions, including the calling one.
 class ReferenceCount : public PipelineInterface {
 public:
     using Method = interfaces::ReferenceCountMethod;

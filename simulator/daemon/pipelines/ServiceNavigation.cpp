@@ -13,7 +13,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IServiceNavigation: tunes a pipeline, and lists the line-up.
+// IServiceNavigation: tunes a pipeline, and lists the line-up.
 class ServiceNavigation : public PipelineInterface {
 public:
     using Method = interfaces::ServiceNavigationMethod;

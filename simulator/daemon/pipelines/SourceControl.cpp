@@ -14,7 +14,7 @@ constexpr std::int32_t kLastSource = 47;
 // Maximum of recorded calls of A, B and C; the oldest are dropped.
 constexpr std::size_t kMaxPrepared = 16;
 
-// com.holvi.ISourceControl: which input a pipeline shows.
+// ISourceControl: which input a pipeline shows.
 class SourceControl : public PipelineInterface {
 public:
     using Method = interfaces::SourceControlMethod;

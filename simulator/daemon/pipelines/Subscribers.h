@@ -10,7 +10,7 @@
 
 namespace sim {
 
-// com.holvi.ISignalSubscriber: subscriptions to signals. A session is one registered callback.
+// ISignalSubscriber: subscriptions to signals. A session is one registered callback.
 // Subscriptions are counted per session and signal type, and end with the session.
 //
 // This TV does not restrict a subscription: mode, filter, profile and screen are only logged.

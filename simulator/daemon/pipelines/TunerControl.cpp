@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.ITunerControl: a pipeline's tuner.
+// ITunerControl: a pipeline's tuner.
 class TunerControl : public PipelineInterface {
 public:
     using Method = interfaces::TunerControlMethod;

@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IVideoControl: where and what a picture shows.
+// IVideoControl: where and what a picture shows.
 class VideoControl : public PipelineInterface {
 public:
     using Method = interfaces::VideoControlMethod;

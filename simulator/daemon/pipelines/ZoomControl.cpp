@@ -29,7 +29,7 @@ enum SharingType : std::int32_t {
     kSharedWithWindows = 2, // with the existing ones
 };
 
-// com.holvi.IZoomControl: windows that show an enlarged part of a pipeline's picture.
+// IZoomControl: windows that show an enlarged part of a pipeline's picture.
 //
 // A window belongs to the client that created it; only that client may change or delete it, and it
 // ends with the client, not with the session. All clients may query it.

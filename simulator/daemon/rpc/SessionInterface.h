@@ -8,7 +8,7 @@
 
 namespace sim {
 
-// com.holvi.INorvexSession: creates and releases the objects of the other interfaces.
+// INorvexSession: creates and releases the objects of the other interfaces.
 class SessionInterface : public Interface {
 public:
     SessionInterface(const Dispatcher& dispatcher, Sessions& sessions, Log& log);

@@ -12,7 +12,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IScanControl: background scans, and whether they are needed.
+// IScanControl: background scans, and whether they are needed.
 class ScanControl : public Interface {
 public:
     using Method = interfaces::ScanControlMethod;

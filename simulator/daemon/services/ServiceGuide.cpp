@@ -11,7 +11,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IServiceGuide: present programmes.
+// IServiceGuide: present programmes.
 class ServiceGuide : public Interface {
 public:
     using Method = interfaces::ServiceGuideMethod;

@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-// com.holvi.IService: looks up services by criteria.
+// IService: looks up services by criteria.
 class ServiceLookup : public Interface {
 public:
     using Method = interfaces::ServiceMethod;
