@@ -15,7 +15,7 @@ SANITIZE = _CACHE["ZARN_SANITIZE:STRING"]
 COVERAGE = _CACHE["ZARN_COVERAGE:BOOL"] == "ON"
 
 # In seconds; never reached in a run that goes well.
-LIMIT = 60
+LIMIT = 120
 
 
 def program(name):

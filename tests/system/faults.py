@@ -57,9 +57,11 @@ class Recorder(Fault):
 class Recording:
     """The run without a fault."""
 
-    def __init__(self, name, call_limit):
+    def __init__(self, name, call_limit, command_slack=COMMAND_SLACK, first_success=FIRST_SUCCESS):
         self.name = name
         self.call_limit = call_limit
+        self.command_limit = call_limit + command_slack
+        self.first_success = first_success
         self.steps = []
         # Each answer waits until the database has been read.
         with Harness(LIMIT, OPTIONS[name]) as harness:
@@ -150,7 +152,7 @@ class FaultyRun:
             console.type(word)
             self.typed.append(console.typed)
             place = self.harness.arrive()
-            self.expect_within(self.recording.call_limit + COMMAND_SLACK, time.monotonic() - console.typed, "command",
+            self.expect_within(self.recording.command_limit, time.monotonic() - console.typed, "command",
                                repr(word))
             if self.fault.happened and not self.recovered and place is not None:
                 self.come_back()
@@ -194,14 +196,14 @@ class FaultyRun:
         exchanges, ready = self.harness.relay.exchanges, self.harness.ready
         for exchange in exchanges:
             exchange.end()
-            self.expect_within(self.recording.call_limit + COMMAND_SLACK, exchange.seconds, "call", exchange.name)
+            self.expect_within(self.recording.command_limit, exchange.seconds, "call", exchange.name)
         self.expect(self.harness.failures() == self.logged, "calls have failed afterwards")
         # Of the calls that came after a restart, the first one. At the end of the run there may be none.
         for exchange in exchanges:
             if ready and exchange.kind == wire.CALL and exchange.began >= ready:
                 typed = max(typed for typed in self.typed if typed <= exchange.began)
                 self.expect(exchange.answered, "the first call afterwards has failed")
-                self.expect_within(FIRST_SUCCESS, exchange.ended - max(ready, typed), "success",
+                self.expect_within(self.recording.first_success, exchange.ended - max(ready, typed), "success",
                                    "the first call afterwards")
                 break
 
