@@ -412,6 +412,10 @@ mutate("simulator/daemon/services/Scans.cpp", "    m_timer.Stop();\n    m_state 
        "a scan goes on through a reset", "daemon_services_tests")
 mutate("simulator/daemon/services/Scans.cpp", 'Finish(SIGNAL_TUNE_AROUND_FINISHED, 1, "stopped")', 'Finish(SIGNAL_TUNE_AROUND_FINISHED, 0, "stopped")',
        "the signal at the end of a stopped scan says that it was completed", "daemon_services_tests")
+mutate("simulator/daemon/pipelines/Pipelines.cpp", "(pipeline.GetTuner() == itsOwn && HasSignal(pipeline))", "m_inputs.HasSignal(itsOwn)",
+       "a pipeline receives while a scan has its tuner on another transponder", "daemon_services_tests")
+mutate("simulator/daemon/services/Scans.cpp", "    if (m_pipelines.At(kMainPipeline).GetTuner() != transponder)\n", "    if (transponder.antenna < 0)\n",
+       "a service is scanned although a viewer has tuned away", "daemon_services_tests")
 mutate("simulator/daemon/services/ServiceQueries.cpp", "page.count == 0 ? -1 : page.count", "page.count == 0 ? 1 : page.count",
        "a page of 0 services is not all of them", "daemon_services_tests")
 

@@ -71,8 +71,9 @@ struct PipelineState {
     std::string preparedNext;
     std::string preparedLast;
 
-    // The tuner's transponder.
+    // The tuner's transponder, unless it is lent to a scan, which has moved it to another one.
     Transponder tuner;
+    std::optional<Transponder> lentTuner;
     // Whether the service's information is received, and has captions.
     bool receiving = false;
     bool captions = false;
@@ -90,6 +91,8 @@ struct Pipeline : PipelineState {
     // Open sessions of this pipeline: its reference count.
     std::int32_t sessions = 0;
 
+    // Where the tuner is: it receives one transponder.
+    const Transponder& GetTuner() const { return lentTuner ? *lentTuner : tuner; }
     bool IsAsNew() const { return PipelineState(*this) == PipelineState(); }
 };
 

@@ -90,7 +90,7 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     if (!facts) {
         // No service has been shown in that TV mode, or the line-up no longer has it.
         m_log.Write(kTunerTag, "pipeline %s: no service", pipeline.name.c_str());
-        MoveTuner(pipeline, {pipeline.tvMode.antenna, 0});
+        MoveTuner(pipeline, {pipeline.tvMode.antenna, 0}, {});
         return;
     }
     Latest& latest = pipeline.latest[pipeline.tvMode];
@@ -100,18 +100,24 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
         return;
     }
     m_log.Write(kTunerTag, "pipeline %s: tuned to service 0x%" PRIx64, pipeline.name.c_str(), service);
-    MoveTuner(pipeline, {pipeline.tvMode.antenna, facts->frequency});
+    MoveTuner(pipeline, {pipeline.tvMode.antenna, facts->frequency}, {});
 }
 
-void Pipelines::MoveTuner(Pipeline& pipeline, const Transponder& transponder) {
-    if (pipeline.tuner == transponder)
-        return;
-    pipeline.tuner = transponder;
-    m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.name.c_str(), transponder.ToText().c_str());
+void Pipelines::MoveTuner(Pipeline& pipeline, const Transponder& own, const std::optional<Transponder>& lent) {
+    const Transponder before = pipeline.GetTuner();
+    pipeline.tuner = own;
+    pipeline.lentTuner = lent;
+    if (pipeline.GetTuner() != before)
+        m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.name.c_str(), pipeline.GetTuner().ToText().c_str());
+}
+
+void Pipelines::LendTuner(Pipeline& pipeline, const std::optional<Transponder>& transponder) {
+    MoveTuner(pipeline, pipeline.tuner, transponder);
+    UpdateReception(pipeline);
 }
 
 bool Pipelines::HasSignal(const Pipeline& pipeline) const {
-    return m_inputs.HasSignal(pipeline.tuner);
+    return m_inputs.HasSignal(pipeline.GetTuner());
 }
 
 bool Pipelines::HasCaptions(const Pipeline& pipeline) const {
@@ -134,7 +140,7 @@ void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {
 void Pipelines::UpdateReception(Pipeline& pipeline) {
     const Transponder itsOwn{pipeline.tvMode.antenna, pipeline.facts.frequency};
     const bool receives = pipeline.source == SOURCE_TV && pipeline.service != INVALID_SERVICE_ID &&
-                          (pipeline.facts.streamed || m_inputs.HasSignal(itsOwn));
+                          (pipeline.facts.streamed || (pipeline.GetTuner() == itsOwn && HasSignal(pipeline)));
     if (receives != pipeline.receiving) {
         pipeline.receiving = receives;
         m_log.Write("tvdemuxer", "pipeline %s: service information %s", pipeline.name.c_str(),

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <optional>
 
 #include "Component.h"
 #include "Context.h"
@@ -37,8 +38,10 @@ public:
     // Shows it now; Preparation delays changes for receivers.
     void Perform(const Handle& handle, const Change& change);
 
-    // Moves a pipeline's tuner without changing what it shows, for scans.
-    void MoveTuner(Pipeline& pipeline, const Transponder& transponder);
+    // Lends a pipeline's tuner to a scan, which moves it; nothing: back again. What the pipeline
+    // shows stays the same, but is received only from the tuner's transponder. Tuning takes the
+    // tuner back.
+    void LendTuner(Pipeline& pipeline, const std::optional<Transponder>& transponder);
     // Whether the pipeline's tuner has a signal.
     bool HasSignal(const Pipeline& pipeline) const;
     bool HasCaptions(const Pipeline& pipeline) const;
@@ -62,6 +65,7 @@ private:
     void DropIfUnused(const Pipeline& pipeline);
     void SetSource(Pipeline& pipeline, std::int32_t source);
     void Tune(Pipeline& pipeline, std::uint64_t service);
+    void MoveTuner(Pipeline& pipeline, const Transponder& own, const std::optional<Transponder>& lent);
     void UpdateReception(Pipeline& pipeline);
     nlohmann::json Describe(const Pipeline& pipeline) const;
 

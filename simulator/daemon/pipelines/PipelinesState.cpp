@@ -70,7 +70,7 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
             {"hdmiAnalysis", pipeline.hdmiAnalysis},
             {"decoderRestarts", pipeline.decoderRestarts},
             {"preSetSource", {{"next", pipeline.preparedNext}, {"last", pipeline.preparedLast}}},
-            {"tuner", {{"at", pipeline.tuner.ToText()}, {"signal", HasSignal(pipeline)}}},
+            {"tuner", {{"at", pipeline.GetTuner().ToText()}, {"signal", HasSignal(pipeline)}}},
             {"receiving", pipeline.receiving},
             {"captions", pipeline.captions},
             {"events", DescribeEvents(pipeline)},

@@ -21,7 +21,7 @@ private:
         const Pipeline& pipeline = PipelineOf(call);
         const bool signal = m_pipelines.HasSignal(pipeline);
         m_log.Write(kTunerTag, "pipeline %s: %s at %s", pipeline.name.c_str(), signal ? "signal" : "no signal",
-                    pipeline.tuner.ToText().c_str());
+                    pipeline.GetTuner().ToText().c_str());
         // 0: no signal, which is not a refusal.
         out.Int(0, signal ? kDone : 0);
     }

@@ -76,9 +76,8 @@ std::int32_t Scans::Start(Running what, std::vector<std::uint64_t> services) {
                                     ToText(m_state.running));
     m_state.running = what;
     m_state.services = std::move(services);
-    m_state.place = 0;
+    m_state.place = m_state.done = 0;
     m_state.visited = INVALID_SERVICE_ID;
-    m_state.tunerBefore = m_pipelines.At(kMainPipeline).tuner;
     m_context.log.Write(kTunerTag, "%s starts", ToText(what));
     return kDone;
 }
@@ -111,38 +110,47 @@ void Scans::After(std::uint32_t milliseconds, void (Scans::*step)()) {
     });
 }
 
-bool Scans::HasSignal(const ServiceFacts& facts) const {
-    return facts.streamed || m_inputs.HasSignal({facts.antenna, facts.frequency});
+const char* Scans::WhyNotReceived(const std::optional<ServiceFacts>& facts) const {
+    if (!facts)
+        return "is not in the line-up";
+    if (facts->streamed)
+        return nullptr;
+    const Transponder transponder{facts->antenna, facts->frequency};
+    if (m_pipelines.At(kMainPipeline).GetTuner() != transponder)
+        return "is not received: the tuner is on another transponder";
+    return m_inputs.HasSignal(transponder) ? nullptr : "has no signal";
 }
 
 void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
     m_state.visited = service;
-    m_state.facts = facts;
     m_context.log.Write(kTunerTag, "%s: tuning to service 0x%" PRIx64, ToText(m_state.running), service);
     if (!facts.streamed)
-        m_pipelines.MoveTuner(m_pipelines.At(kMainPipeline), {facts.antenna, facts.frequency});
-    if (HasSignal(facts))
+        m_pipelines.LendTuner(m_pipelines.At(kMainPipeline), Transponder{facts.antenna, facts.frequency});
+    if (WhyNotReceived(facts) == nullptr)
         m_subscribers.Emit(SIGNAL_SI_STARTED, kMainPipeline, ToSignalData(facts));
-    else
-        m_context.log.Write(kTunerTag, "no signal for service 0x%" PRIx64, service);
 }
 
 void Scans::BeginVisit() {
-    // The line-up may have been replaced.
     for (; m_state.place < m_state.services.size(); ++m_state.place) {
-        if (const auto facts = m_lineUp.FindFacts(m_state.services[m_state.place])) {
-            Visit(m_state.services[m_state.place], *facts);
+        const std::uint64_t service = m_state.services[m_state.place];
+        // The line-up may have been replaced.
+        if (const auto facts = m_lineUp.FindFacts(service)) {
+            Visit(service, *facts);
             return After(m_state.pace, &Scans::EndVisit);
         }
+        m_context.log.Write(kTunerTag, "tune around: service 0x%" PRIx64 " is not in the line-up", service);
     }
     Finish(SIGNAL_TUNE_AROUND_FINISHED, 0, "completed");
 }
 
 void Scans::EndVisit() {
-    if (HasSignal(m_state.facts)) {
+    if (const char* why = WhyNotReceived(m_lineUp.FindFacts(m_state.visited))) {
+        m_context.log.Write(kTunerTag, "tune around: service 0x%" PRIx64 " %s", m_state.visited, why);
+    } else {
         if (!m_programmes.Collect(m_state.visited))
             m_context.log.Write(kTunerTag, "programmes of service 0x%" PRIx64 " could not be stored: %s",
                                 m_state.visited, m_context.database.GetError().c_str());
+        ++m_state.done;
         m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_state.visited);
     }
     ++m_state.place;
@@ -161,8 +169,10 @@ void Scans::BeginBarker() {
 }
 
 void Scans::EndBarker() {
-    if (!HasSignal(m_state.facts))
+    if (const char* why = WhyNotReceived(m_lineUp.FindFacts(m_state.visited))) {
+        m_context.log.Write(kTunerTag, "barker channel 0x%" PRIx64 " %s", m_state.visited, why);
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
+    }
     const bool all = m_lineUp.GetTables().ForEachReceived(
         m_state.antenna, [this](std::uint64_t service) { m_state.services.push_back(service); });
     if (!all)
@@ -174,8 +184,13 @@ void Scans::CollectSome() {
     Transaction transaction(m_context.database);
     const std::size_t end = std::min(m_state.services.size(), m_state.place + kCollectedATime);
     bool kept = transaction.IsOpen();
-    while (kept && m_state.place < end)
-        kept = m_programmes.Collect(m_state.services[m_state.place++]);
+    while (kept && m_state.place < end) {
+        const std::uint64_t service = m_state.services[m_state.place++];
+        if (!m_lineUp.FindFacts(service))
+            continue;
+        kept = m_programmes.Collect(service);
+        ++m_state.done;
+    }
     if (!kept || !transaction.Commit())
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
     if (m_state.place < m_state.services.size())
@@ -185,16 +200,13 @@ void Scans::CollectSome() {
 
 void Scans::Finish(ESignalType type, std::uint64_t data, const char* outcome) {
     m_timer.Stop();
-    m_context.log.Write(kTunerTag, "%s %s after %zu of %zu", ToText(m_state.running), outcome, m_state.place,
+    m_context.log.Write(kTunerTag, "%s %s, %zu of %zu services done", ToText(m_state.running), outcome, m_state.done,
                         m_state.services.size());
     m_state.running = Running::Nothing;
     m_state.visited = INVALID_SERVICE_ID;
     m_state.outcome = outcome;
-    Pipeline& pipeline = m_pipelines.At(kMainPipeline);
-    const bool tuned = pipeline.service != INVALID_SERVICE_ID && !pipeline.facts.streamed;
-    m_pipelines.MoveTuner(pipeline,
-                          tuned ? Transponder{pipeline.tvMode.antenna, pipeline.facts.frequency} : m_state.tunerBefore);
     m_subscribers.Emit(type, kMainPipeline, data);
+    m_pipelines.LendTuner(m_pipelines.At(kMainPipeline), {});
 }
 
 json Scans::DescribeState() const {
@@ -204,7 +216,7 @@ json Scans::DescribeState() const {
                         : m_state.running == Running::TuneAround ? json("tuneAround")
                                                                  : "barker"},
             {"service", visits ? ToHexText(m_state.visited) : json()},
-            {"done", m_state.place},
+            {"done", m_state.done},
             {"of", m_state.services.size()},
             {"paceMs", m_state.pace},
             {"last", m_state.outcome != nullptr ? json(m_state.outcome) : json()}};

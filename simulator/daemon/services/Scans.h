@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include <norvex/client/Signal.h>
@@ -19,13 +20,14 @@ namespace sim {
 //
 // A tune around visits services one after the other. A visit moves the tuner to the service's
 // transponder, sends SIGNAL_SI_STARTED, and after the pace SIGNAL_TUNE_AROUND_SERVICE_DONE; then
-// the service's present programme is known. Without a signal neither is sent. At the end it sends
-// SIGNAL_TUNE_AROUND_FINISHED.
+// the service's present programme is known. Each is sent only if the service is received at that
+// time: the line-up has it, the tuner is still on its transponder, and there is a signal. At the
+// end it sends SIGNAL_TUNE_AROUND_FINISHED.
 //
 // A barker channel scan visits the antenna's barker channel, collects the programmes of all
 // services of that antenna, and ends with SIGNAL_BARKER_CHANNEL_TUNE.
 //
-// Afterwards the tuner returns to the pipeline's service.
+// The pipeline's tuner is lent for the scan; a viewer who tunes meanwhile takes it back.
 class Scans : public Component {
 public:
     static constexpr std::uint32_t kDefaultPace = 200; // milliseconds per service
@@ -60,7 +62,8 @@ private:
 
     // Moves the tuner to the visited service; sends SIGNAL_SI_STARTED if it is received.
     void Visit(std::uint64_t service, const ServiceFacts& facts);
-    bool HasSignal(const ServiceFacts& facts) const;
+    // Why the service is not received from the tuner; null if it is. Nothing for an unknown service.
+    const char* WhyNotReceived(const std::optional<ServiceFacts>& facts) const;
     // `outcome` is a word for the state.
     void Finish(ESignalType type, std::uint64_t data, const char* outcome);
 
@@ -77,10 +80,9 @@ private:
         Running running = Running::Nothing;
         std::vector<std::uint64_t> services; // to be visited, or whose programmes are collected
         std::size_t place = 0;               // index of the current one
+        std::size_t done = 0;                // received, and their programmes collected
         std::int32_t antenna = 0;            // of the barker channel
         std::uint64_t visited = INVALID_SERVICE_ID;
-        ServiceFacts facts;      // of the visited one
-        Transponder tunerBefore; // the tuner's transponder before the scan
         const char* outcome = nullptr;
     };
     State m_state;

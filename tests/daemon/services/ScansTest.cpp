@@ -106,6 +106,8 @@ TEST_F(ScansTest, ACutTransponderYieldsNothing) {
               (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "81 1:0 0x700000009", "193 1:0 0x7", "194 1:0 0x0"}));
     EXPECT_EQ(client.IsTuneAroundNeeded({kThree}), 1);
     EXPECT_EQ(client.IsTuneAroundNeeded({1, 7}), 0);
+    EXPECT_EQ(tv.State("/scan/done"), 2);
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "tune around completed, 2 of 3 services done"));
 }
 
 TEST_F(ScansTest, ASignalThatIsCutWhileAServiceIsScannedYieldsNoProgramme) {
@@ -114,6 +116,57 @@ TEST_F(ScansTest, ASignalThatIsCutWhileAServiceIsScannedYieldsNoProgramme) {
     tv.WaitUntil([&] { return tv.State("/scan/service") == "0x1"; });
     EXPECT_EQ(tv.Set("tuner", {"air", "off"}), "");
     EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x100000001", "194 1:0 0x0"}));
+}
+
+TEST_F(ScansTest, AServiceThatTheLineUpNoLongerHasIsNotDone) {
+    EXPECT_EQ(tv.Set("scan-pace", {"1"}), "");
+    EXPECT_EQ(client.StartTuneAround({1, 2, kThree}), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x1"; });
+    EXPECT_EQ(tv.Load("transponder air 482000\nservice 0x8000000000000003 3 \"Three\""), "");
+    EXPECT_EQ(WaitForEnd(),
+              (Signals{"81 1:0 0x100000001", "81 1:0 0x300000001", "193 1:0 0x8000000000000003", "194 1:0 0x0"}));
+    EXPECT_EQ(tv.State("/scan/done"), 1);
+    EXPECT_EQ(tv.State("/scan/of"), 3);
+}
+
+TEST_F(ScansTest, AViewerWhoTunesMeanwhileTakesTheTunerBack) {
+    EXPECT_EQ(tv.Set("scan-pace", {"1"}), "");
+    EXPECT_EQ(client.StartTuneAround({1, 2}), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x1"; });
+    EXPECT_EQ(client.SetService(kThree), kDone);
+    EXPECT_EQ(Tuner(), "air/482000");
+    EXPECT_EQ(tv.MainState("receiving"), true);
+    EXPECT_EQ(client.TakeSignals(), (Signals{"81 1:0 0x100000001", "81 1:0 0x300000001"}));
+    // Without 193 for the first; the next service is visited, and the viewer's returns afterwards.
+    EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x200000001", "193 1:0 0x2", "194 1:0 0x0", "81 1:0 0x300000001"}));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "tune around completed, 1 of 2 services done"));
+    EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
+    EXPECT_EQ(Tuner(), "air/482000");
+}
+
+TEST_F(ScansTest, TheTunerStaysWhereAViewerHasMovedIt) {
+    EXPECT_EQ(tv.Set("scan-pace", {"3600000"}), "");
+    EXPECT_EQ(client.StartTuneAround({1}), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x1"; });
+    EXPECT_EQ(client.SetTvMode({1, 0}), kDone); // nothing has been shown there
+    EXPECT_EQ(client.StopManualScan(), kDone);
+    EXPECT_EQ(Tuner(), "cable");
+}
+
+TEST_F(ScansTest, APipelineReceivesNothingWhileItsTunerIsElsewhere) {
+    EXPECT_EQ(client.SetService(1), kDone);
+    EXPECT_EQ(tv.Set("scan-pace", {"3600000"}), "");
+    EXPECT_EQ(client.StartTuneAround({2}), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x2"; });
+    EXPECT_EQ(tv.MainState("receiving"), true); // the same transponder
+    EXPECT_EQ(client.StopManualScan(), kDone);
+    EXPECT_EQ(client.StartTuneAround({kThree}), kDone);
+    tv.WaitUntil([&] { return !tv.State("/scan/service").is_null(); });
+    EXPECT_EQ(tv.MainState("receiving"), false);
+    client.TakeSignals();
+    EXPECT_EQ(client.StopManualScan(), kDone);
+    EXPECT_EQ(tv.MainState("receiving"), true);
+    EXPECT_EQ(client.TakeSignals(), (Signals{"194 1:0 0x1", "81 1:0 0x100000001"}));
 }
 
 TEST_F(ScansTest, StoppedSaysSo) {
@@ -195,6 +248,15 @@ TEST_F(ScansTest, BarkerChannelScanFails) {
     EXPECT_EQ(client.IsBarkerChannelScanAvailable(0), 1);
     EXPECT_EQ(client.StartBarkerChannelScan(0), kDone);
     EXPECT_EQ(WaitForEnd(), (Signals{"195 1:0 0x0"}));
+    EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
+}
+
+TEST_F(ScansTest, ABarkerChannelThatTheLineUpNoLongerHasFails) {
+    EXPECT_EQ(tv.Set("scan-pace", {"1"}), "");
+    EXPECT_EQ(client.StartBarkerChannelScan(0), kDone);
+    tv.WaitUntil([&] { return tv.State("/scan/service") == "0x4"; });
+    EXPECT_EQ(tv.Load("transponder air 474000\nservice 0x1 1 \"One\""), "");
+    EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x400000001", "195 1:0 0x0"}));
     EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
 }
 
