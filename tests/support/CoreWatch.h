@@ -9,7 +9,7 @@
 //     TCApiPrintMessage(the text as formatted)
 //     TCDebugMenuUtility::OpenLibrary(path, entry)
 //
-// The number test and the remote call are passed on to the library and not recorded.
+// The number test, the remote call and the size of a node are passed on to the library and not recorded.
 namespace CoreWatch {
 
 // Words that the number test accepts in addition to those of the library.
@@ -20,6 +20,8 @@ void SetOpenLibrary(std::function<bool()> open);
 void OnAssert(std::function<void()> handler);
 // From now on every remote call reports failure after it was made; the values of its reply stay.
 void FailRuns();
+// From now on a branch answers 0 for its size, as it does on devices that keep no size with it.
+void HideSizesOfBranches();
 // Forgets all of these.
 void Reset();
 

@@ -67,6 +67,12 @@ TEST(MarshalableString, LongTextArrivesWhole) {
     EXPECT_EQ(WrittenText(std::string(300000, 'x')).size(), 300000 + WrittenText("x").size() - 1);
 }
 
+TEST(MarshalableString, LongTextArrivesWholeFromBranchesWithoutSizes) {
+    CoreWatch::HideSizesOfBranches();
+    EXPECT_EQ(ReadText(Tree::OfText(std::string(70000, 'x')), ""), std::string(70000, 'x'));
+    CoreWatch::Reset();
+}
+
 TEST(MarshalableString, LengthOfAnotherSizeIsNotTaken) {
     EXPECT_EQ(ReadText(Tree().ValueBytes(0, "\x01").Array(1, "x"), "kept"), "refused, kept");
 }
