@@ -63,7 +63,7 @@ struct PipelineState {
     std::optional<Crop> crop;
     std::optional<Rect> mainPicture; // where zooming has put it; else the whole screen
     DtvModes dtvModes;
-    std::set<std::int32_t> hdmiAnalysis; // inputs
+    std::set<std::pair<std::int32_t, std::uint32_t>> hdmiAnalysis; // inputs, and the clients that analyse them
     std::uint32_t decoderRestarts = 0;
 
     // Which of PreSetSourceA, B and C were called, in order: since the last change of source or

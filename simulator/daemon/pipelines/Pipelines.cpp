@@ -41,6 +41,14 @@ void Pipelines::DropIfUnused(const Pipeline& pipeline) {
         m_pipelines.erase(Handle(pipeline.handle));
 }
 
+template <class F> void Pipelines::ForEach(F&& visit) {
+    for (auto next = m_pipelines.begin(); next != m_pipelines.end();) {
+        Pipeline& pipeline = (next++)->second;
+        visit(pipeline);
+        DropIfUnused(pipeline);
+    }
+}
+
 std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* operation, std::uint64_t service,
                                      std::int32_t antenna) {
     if (service == INVALID_SERVICE_ID)
@@ -81,8 +89,15 @@ void Pipelines::SetSource(Pipeline& pipeline, std::int32_t source) {
     m_log.Write("extaudiosrc", "pipeline %s: sound from source %d", pipeline.name.c_str(), source);
 }
 
+std::optional<ServiceFacts> Pipelines::FindFacts(std::uint64_t service, std::int32_t antenna) {
+    auto facts = m_lineUp.FindFacts(service);
+    if (facts && facts->antenna >= 0 && facts->antenna != antenna)
+        facts.reset();
+    return facts;
+}
+
 void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
-    const auto facts = m_lineUp.FindFacts(service);
+    const auto facts = FindFacts(service, pipeline.tvMode.antenna);
     // Information and captions of the last service are discarded.
     pipeline.receiving = pipeline.captions = false;
     pipeline.facts = facts.value_or(ServiceFacts{});
@@ -157,25 +172,58 @@ void Pipelines::UpdateReception(Pipeline& pipeline) {
 }
 
 void Pipelines::LineUpChanged() {
-    for (auto& [handle, pipeline] : m_pipelines) {
-        if (pipeline.service == INVALID_SERVICE_ID)
-            continue;
-        const auto facts = m_lineUp.FindFacts(pipeline.service);
-        if (facts && *facts == pipeline.facts)
-            continue;
+    ForEach([this](Pipeline& pipeline) {
+        ForgetMissing(pipeline);
+        if (pipeline.service == INVALID_SERVICE_ID ||
+            FindFacts(pipeline.service, pipeline.tvMode.antenna) == pipeline.facts)
+            return;
         Tune(pipeline, pipeline.service);
         UpdateReception(pipeline);
+    });
+}
+
+void Pipelines::ForgetMissing(Pipeline& pipeline) {
+    for (auto& [tvMode, latest] : pipeline.latest) {
+        const auto broadcast = FindFacts(latest.broadcast, tvMode.antenna);
+        if (!broadcast || broadcast->streamed)
+            latest.broadcast = INVALID_SERVICE_ID;
+        const auto streamed = FindFacts(latest.streamed, tvMode.antenna);
+        if (!streamed || !streamed->streamed)
+            latest.streamed = INVALID_SERVICE_ID;
     }
+    std::erase_if(pipeline.latest, [](const auto& entry) { return entry.second == Latest(); });
+    if (!pipeline.preview || pipeline.preview->service == INVALID_SERVICE_ID ||
+        m_lineUp.FindFacts(pipeline.preview->service))
+        return;
+    pipeline.preview->service = INVALID_SERVICE_ID;
+    m_log.Write("extvideosrc", "pipeline %s: preview of no service", pipeline.name.c_str());
 }
 
 void Pipelines::SurroundingsChanged() {
-    for (auto& [handle, pipeline] : m_pipelines) {
+    ForEach([this](Pipeline& pipeline) {
         UpdateReception(pipeline);
-        const std::size_t ended =
-            std::erase_if(pipeline.hdmiAnalysis, [&](std::int32_t source) { return !m_inputs.IsPlugged(source); });
-        if (ended > 0)
-            m_log.Write("extvideosrc", "pipeline %s: analysis ended, its input was unplugged", pipeline.name.c_str());
-    }
+        EndAnalysis(
+            pipeline, [this](std::int32_t source, std::uint32_t) { return !m_inputs.IsPlugged(source); },
+            "was unplugged");
+    });
+}
+
+void Pipelines::ReleaseClient(Client& client) {
+    ForEach([&](Pipeline& pipeline) {
+        EndAnalysis(
+            pipeline, [&](std::int32_t, std::uint32_t owner) { return owner == client.GetNumber(); },
+            "has lost its client");
+    });
+}
+
+template <class F> void Pipelines::EndAnalysis(Pipeline& pipeline, F&& ends, const char* why) {
+    std::erase_if(pipeline.hdmiAnalysis, [&](const auto& analysis) {
+        if (!ends(analysis.first, analysis.second))
+            return false;
+        m_log.Write("extvideosrc", "pipeline %s: analysis ended, source %d %s", pipeline.name.c_str(), analysis.first,
+                    why);
+        return true;
+    });
 }
 
 bool Pipelines::Reset() {

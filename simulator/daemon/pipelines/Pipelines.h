@@ -52,7 +52,7 @@ public:
     // Marks the event as seen now.
     void NoteEvent(Pipeline& pipeline, ESIEvent event);
 
-    // The line-up has been replaced: services that are not in it are no longer shown.
+    // The line-up has been replaced: services that are not in it are no longer shown or remembered.
     void LineUpChanged();
     // Signals, captions or inputs may have changed.
     void SurroundingsChanged();
@@ -60,9 +60,18 @@ public:
     const char* GetStateName() const override { return "pipelines"; }
     nlohmann::json DescribeState() const override;
     bool Reset() override;
+    void ReleaseClient(Client& client) override;
 
 private:
     void DropIfUnused(const Pipeline& pipeline);
+    // Calls `visit` with each pipeline, which is dropped if it is unused afterwards.
+    template <class F> void ForEach(F&& visit);
+    // Nothing if the line-up does not have the service on that antenna.
+    std::optional<ServiceFacts> FindFacts(std::uint64_t service, std::int32_t antenna);
+    // Removes remembered services that the line-up no longer has.
+    void ForgetMissing(Pipeline& pipeline);
+    // Ends the analysis of those inputs for which `ends` is true, with their client.
+    template <class F> void EndAnalysis(Pipeline& pipeline, F&& ends, const char* why);
     void SetSource(Pipeline& pipeline, std::int32_t source);
     void Tune(Pipeline& pipeline, std::uint64_t service);
     void MoveTuner(Pipeline& pipeline, const Transponder& own, const std::optional<Transponder>& lent);

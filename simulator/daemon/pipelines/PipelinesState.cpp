@@ -48,6 +48,13 @@ json DescribePreview(const PipelineState& state) {
     return {{"source", state.preview->source}, {"service", DescribeService(state.preview->service)}};
 }
 
+json DescribeAnalysis(const PipelineState& state) {
+    std::set<std::int32_t> inputs;
+    for (const auto& [source, client] : state.hdmiAnalysis)
+        inputs.insert(source);
+    return inputs;
+}
+
 json DescribeCrop(const PipelineState& state) {
     if (!state.crop)
         return {};
@@ -67,7 +74,7 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
             {"videoMute", pipeline.videoMute},
             {"audioMute", pipeline.audioMute},
             {"dtvModes", DescribeDtvModes(pipeline.dtvModes)},
-            {"hdmiAnalysis", pipeline.hdmiAnalysis},
+            {"hdmiAnalysis", DescribeAnalysis(pipeline)},
             {"decoderRestarts", pipeline.decoderRestarts},
             {"preSetSource", {{"next", pipeline.preparedNext}, {"last", pipeline.preparedLast}}},
             {"tuner", {{"at", pipeline.GetTuner().ToText()}, {"signal", HasSignal(pipeline)}}},

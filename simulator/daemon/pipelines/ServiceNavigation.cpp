@@ -67,15 +67,19 @@ private:
         auto tvMode = in.Value<TvMode>(1);
         if (!Complete(pipeline, "SetTvMode", tvMode))
             return out.Int(0, kBadArgument);
+        const auto latest = pipeline.latest.find(tvMode);
+        const std::uint64_t service = latest == pipeline.latest.end() ? INVALID_SERVICE_ID : latest->second.broadcast;
+        out.Int(0, kDone);
+        if (tvMode == pipeline.tvMode && service == pipeline.service) {
+            // Not a change, so it does not replace a pending one.
+            m_log.Write(kTunerTag, "pipeline %s: SetTvMode changes nothing", pipeline.name.c_str());
+            return;
+        }
         Change change;
         change.sequence = call.sequence;
         change.tvMode = tvMode;
-        if (tvMode != pipeline.tvMode) {
-            const auto latest = pipeline.latest.find(tvMode);
-            change.service = latest == pipeline.latest.end() ? INVALID_SERVICE_ID : latest->second.broadcast;
-        }
+        change.service = service;
         m_preparation.Request(HandleOf(call), change);
-        out.Int(0, kDone);
     }
 
     void SetTvModeAndService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
@@ -126,11 +130,11 @@ private:
     }
 
     void GetLatestVeldaServiceId(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        GetLatest(call, in, &Latest::streamed, out);
+        GetLatest(call, in, "GetLatestVeldaServiceId", "streamed", &Latest::streamed, out);
     }
 
     void GetLatestServiceId(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        GetLatest(call, in, &Latest::broadcast, out);
+        GetLatest(call, in, "GetLatestServiceId", "broadcast", &Latest::broadcast, out);
     }
 
     // Fields of -1 mean the pipeline's current values. False, with a line in the log, for an
@@ -158,15 +162,19 @@ private:
         m_preparation.Request(HandleOf(call), change);
     }
 
-    void GetLatest(const Call& call, const ArgumentReader& in, std::uint64_t Latest::*kind, ReplyWriter& out) {
+    void GetLatest(const Call& call, const ArgumentReader& in, const char* operation, const char* kindName,
+                   std::uint64_t Latest::*kind, ReplyWriter& out) {
         const Pipeline& pipeline = PipelineOf(call);
         auto tvMode = in.Value<TvMode>(2);
-        if (!Complete(pipeline, "GetLatestServiceId", tvMode))
+        if (!Complete(pipeline, operation, tvMode))
             return out.Int(0, kBadArgument);
         const auto latest = pipeline.latest.find(tvMode);
         if (latest == pipeline.latest.end() || latest->second.*kind == INVALID_SERVICE_ID)
-            return out.Int(0, m_log.Refuse(kUnknown, kTunerTag, "pipeline %s: no service of antenna %s has been shown",
-                                           pipeline.name.c_str(), ToAntennaName(tvMode.antenna).c_str()));
+            return out.Int(0, m_log.Refuse(kUnknown, kTunerTag,
+                                           "pipeline %s: %s refused: the line-up has no %s service that was shown with "
+                                           "antenna %s, service mode %d",
+                                           pipeline.name.c_str(), operation, kindName,
+                                           ToAntennaName(tvMode.antenna).c_str(), tvMode.serviceMode));
         out.Int(0, kDone);
         out.Number64(1, latest->second.*kind);
     }

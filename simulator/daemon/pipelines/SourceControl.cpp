@@ -1,5 +1,7 @@
 #include <cinttypes>
 
+#include <norvex/client/Source.h>
+
 #include "Inputs.h"
 #include "PipelineComponents.h"
 #include "PipelineInterface.h"
@@ -56,9 +58,7 @@ private:
         const Pipeline& pipeline = PipelineOf(call);
         const std::int32_t source = in.Int(1);
         const std::uint64_t service = in.Number64(2);
-        std::int32_t status = CheckSource(pipeline, "SetSource", source);
-        if (status == kDone)
-            status = m_pipelines.CheckService(pipeline, "SetSource", service, pipeline.tvMode.antenna);
+        const std::int32_t status = CheckSourceAndService(pipeline, "SetSource", source, service);
         if (status == kDone) {
             Change change;
             change.sequence = call.sequence;
@@ -78,7 +78,7 @@ private:
         const std::int32_t source = in.Int(1);
         const std::int32_t status = CheckHdmi(pipeline, "StartHDMIAnalysis", source);
         if (status == kDone) {
-            const bool started = pipeline.hdmiAnalysis.insert(source).second;
+            const bool started = pipeline.hdmiAnalysis.emplace(source, call.client.GetNumber()).second;
             m_log.Write("extvideosrc", "pipeline %s: analysis of source %d %s", pipeline.name.c_str(), source,
                         started ? "started" : "already running");
         }
@@ -89,11 +89,10 @@ private:
         Pipeline& pipeline = PipelineOf(call);
         const std::int32_t source = in.Int(1);
         std::int32_t status = CheckHdmi(pipeline, "StopHDMIAnalysis", source);
-        if (status == kDone && pipeline.hdmiAnalysis.erase(source) == 0) {
+        if (status == kDone && pipeline.hdmiAnalysis.erase({source, call.client.GetNumber()}) == 0) {
             m_log.Write("extvideosrc",
-                        "pipeline %s: StopHDMIAnalysis refused: source %d is not "
-                        "analysed",
-                        pipeline.name.c_str(), source);
+                        "pipeline %s: StopHDMIAnalysis refused: source %d is not analysed by client %" PRIu32,
+                        pipeline.name.c_str(), source, call.client.GetNumber());
             status = kRefused;
         } else if (status == kDone) {
             m_log.Write("extvideosrc", "pipeline %s: analysis of source %d stopped", pipeline.name.c_str(), source);
@@ -118,9 +117,7 @@ private:
         Pipeline& pipeline = PipelineOf(call);
         const std::int32_t source = in.Int(1);
         const std::uint64_t service = in.Number64(2);
-        std::int32_t status = CheckSource(pipeline, "SetPreviewSource", source);
-        if (status == kDone)
-            status = m_pipelines.CheckService(pipeline, "SetPreviewSource", service, pipeline.tvMode.antenna);
+        const std::int32_t status = CheckSourceAndService(pipeline, "SetPreviewSource", source, service);
         if (status == kDone)
             SetPreview(pipeline, {source, service});
         out.Int(0, status);
@@ -132,6 +129,19 @@ private:
             return kDone;
         return m_log.Refuse(kUnknown, "extvideosrc", "pipeline %s: %s refused: unknown source %d",
                             pipeline.name.c_str(), operation, source);
+    }
+
+    // Only the tuner has services.
+    std::int32_t CheckSourceAndService(const Pipeline& pipeline, const char* operation, std::int32_t source,
+                                       std::uint64_t service) {
+        const std::int32_t status = CheckSource(pipeline, operation, source);
+        if (status != kDone)
+            return status;
+        if (source != SOURCE_TV)
+            return m_log.Refuse(kBadArgument, "extvideosrc",
+                                "pipeline %s: %s refused: source %d has no services, only %d (the tuner) has",
+                                pipeline.name.c_str(), operation, source, SOURCE_TV);
+        return m_pipelines.CheckService(pipeline, operation, service, pipeline.tvMode.antenna);
     }
 
     std::int32_t CheckHdmi(const Pipeline& pipeline, const char* operation, std::int32_t source) {

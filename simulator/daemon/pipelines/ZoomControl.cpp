@@ -25,8 +25,8 @@ constexpr std::uint32_t kMaxWindowLimit = 64;
 // How a further window would get its picture.
 enum SharingType : std::int32_t {
     kNoWindowLeft = 0,
-    kFromMainPicture = 1,   // it would be the first
-    kSharedWithWindows = 2, // with the existing ones
+    kFromMainPicture = 1,   // it would be the pipeline's first
+    kSharedWithWindows = 2, // with the pipeline's existing ones
 };
 
 // IZoomControl: windows that show an enlarged part of a pipeline's picture.
@@ -101,10 +101,8 @@ public:
             const Handle handle = entry->second.handle;
             m_log.Write("tvfpaparser", "window %d removed with client %" PRIu32, entry->first, client.GetNumber());
             entry = m_windows.erase(entry);
-            const bool zoomed = std::any_of(m_windows.begin(), m_windows.end(),
-                                            [&](const auto& other) { return other.second.handle == handle; });
             // No client is left to restore the main picture.
-            if (!zoomed)
+            if (!HasWindow(handle))
                 m_pipelines.ResetMainPicture(handle);
         }
     }
@@ -197,12 +195,12 @@ private:
         out.Bool(1, m_windows.size() < m_limit);
     }
 
-    void GetZoomSharingType(const Call&, const ArgumentReader&, ReplyWriter& out) {
+    void GetZoomSharingType(const Call& call, const ArgumentReader&, ReplyWriter& out) {
         out.Int(0, kDone);
         if (m_windows.size() >= m_limit)
             out.Int(1, kNoWindowLeft);
         else
-            out.Int(1, m_windows.empty() ? kFromMainPicture : kSharedWithWindows);
+            out.Int(1, HasWindow(HandleOf(call)) ? kSharedWithWindows : kFromMainPicture);
     }
 
     void GetConnectedZoomWindows(const Call& call, const ArgumentReader&, ReplyWriter& out) {
@@ -213,6 +211,11 @@ private:
         }
         out.Int(0, kDone);
         out.Value(1, ids);
+    }
+
+    bool HasWindow(const Handle& handle) const {
+        return std::any_of(m_windows.begin(), m_windows.end(),
+                           [&](const auto& entry) { return entry.second.handle == handle; });
     }
 
     // Null, with a line in the log, if the call's pipeline has no such window.

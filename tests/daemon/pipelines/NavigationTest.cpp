@@ -11,8 +11,9 @@ using sim::TvMode;
 class NavigationTest : public testing::Test {
 protected:
     // The id, or nothing when there is none.
-    std::optional<std::uint64_t> GetLatest(ServiceNavigationMethod method, std::int32_t antenna) {
-        const Reply reply = client.Call(method, Out{kInvalidService}, TvMode{antenna, 0});
+    std::optional<std::uint64_t> GetLatest(ServiceNavigationMethod method, std::int32_t antenna,
+                                           std::int32_t serviceMode = 0) {
+        const Reply reply = client.Call(method, Out{kInvalidService}, TvMode{antenna, serviceMode});
         EXPECT_EQ(reply.Status() > 0, reply.Get<std::uint64_t>(1).has_value());
         return reply.Get<std::uint64_t>(1);
     }
@@ -96,7 +97,8 @@ TEST_F(NavigationTest, KnowsTheLatestServiceOfEachKind) {
     constexpr auto kLatest = ServiceNavigationMethod::GetLatestServiceId;
     constexpr auto kLatestVelda = ServiceNavigationMethod::GetLatestVeldaServiceId;
     EXPECT_FALSE(GetLatest(kLatest, 0));
-    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "no service of antenna air has been shown"));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "GetLatestServiceId refused: the line-up has no broadcast service that was "
+                                            "shown with antenna air, service mode 0"));
     client.SetService(kAirService);
     client.SetService(kStreamedService);
     EXPECT_TRUE(tv.Logged("quarle-provider", "streams service 0x22"));
@@ -105,6 +107,21 @@ TEST_F(NavigationTest, KnowsTheLatestServiceOfEachKind) {
     EXPECT_EQ(GetLatest(kLatestVelda, 0), kStreamedService);
     EXPECT_EQ(GetLatest(kLatest, 1), kCableService);
     EXPECT_FALSE(GetLatest(kLatestVelda, 1));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "GetLatestVeldaServiceId refused: the line-up has no streamed service that "
+                                            "was shown with antenna cable, service mode 0"));
+    EXPECT_FALSE(GetLatest(kLatest, 1, 1));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "antenna cable, service mode 1"));
+    EXPECT_FALSE(GetLatest(kLatestVelda, 7));
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "GetLatestVeldaServiceId refused: unknown antenna 7"));
+}
+
+TEST_F(NavigationTest, ReturnsFromAStreamedServiceToTheBroadcastOneOfTheSameMode) {
+    client.SetService(kAirService);
+    client.SetService(kStreamedService);
+    EXPECT_EQ(client.SetTvMode({-1, -1}), kDone);
+    EXPECT_EQ(tv.MainState("service"), "0xfa0000000002002d");
+    EXPECT_EQ(client.SetTvMode({-1, -1}), kDone);
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "SetTvMode changes nothing"));
 }
 
 TEST_F(NavigationTest, SwitchesDtvModesOneByOneAndAllAtOnce) {

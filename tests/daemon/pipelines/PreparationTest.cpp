@@ -172,6 +172,13 @@ TEST_F(PreparationTest, ANewerChangeTakesThePlaceOfOneThatWaits) {
     EXPECT_EQ(tv.MainState("service"), "0x8000000000000007");
 }
 
+TEST_F(PreparationTest, ATvModeThatChangesNothingLeavesThePendingChange) {
+    app.Register(kService, "one");
+    viewer.SetService(kAirService);
+    EXPECT_EQ(viewer.SetTvMode({0, 0}), kDone);
+    EXPECT_EQ(tv.State("/preparation/pipelines/1:0/pending/service"), "0xfa0000000002002d");
+}
+
 TEST_F(PreparationTest, ARefusedChangeLeavesThePendingOne) {
     app.Register(kService, "one");
     viewer.SetService(kAirService);

@@ -46,6 +46,19 @@ TEST_F(SourceControlTest, RefusesAnUnknownSource) {
     EXPECT_TRUE(tv.MainState("preview").is_null());
 }
 
+TEST_F(SourceControlTest, OnlyTheTunerHasServices) {
+    for (const std::int32_t source : {7, 13, 47}) {
+        EXPECT_EQ(client.SetSource(source, kAirService), -3);
+        EXPECT_TRUE(
+            tv.Logged("extvideosrc", "SetSource refused: source " + std::to_string(source) + " has no services"));
+        EXPECT_EQ(Preview(source, kAirService), -3);
+        EXPECT_TRUE(tv.Logged("extvideosrc", "SetPreviewSource refused: source " + std::to_string(source)));
+    }
+    EXPECT_EQ(tv.MainState("source"), 0);
+    EXPECT_TRUE(tv.MainState("service").is_null());
+    EXPECT_TRUE(tv.MainState("preview").is_null());
+}
+
 TEST_F(SourceControlTest, TunesAService) {
     client.SetSource(13);
     EXPECT_EQ(client.SetSource(0, kAirService), kDone);
@@ -134,6 +147,52 @@ TEST_F(SourceControlTest, AnalysesOnlyWhatIsPluggedIntoAnHdmiInput) {
     EXPECT_EQ(client.SetSource(14), kDone);
     EXPECT_EQ(tv.Set("hdmi", {"14", "plugged"}), "");
     EXPECT_EQ(StartAnalysis(14), kDone);
+}
+
+TEST_F(SourceControlTest, AnAnalysisEndsWithItsClient) {
+    TestClient other(tv);
+    EXPECT_EQ(other.Do(SourceControlMethod::StartHDMIAnalysis, 13), kDone);
+    EXPECT_EQ(other.Do(SourceControlMethod::StartHDMIAnalysis, 14), kDone);
+    EXPECT_EQ(StartAnalysis(14), kDone);
+    EXPECT_LT(StopAnalysis(13), 0);
+    EXPECT_TRUE(tv.Logged("extvideosrc", "StopHDMIAnalysis refused: source 13 is not analysed by client 1"));
+    EXPECT_EQ(tv.MainState("hdmiAnalysis"), nlohmann::json({13, 14}));
+    other.Die();
+    EXPECT_EQ(tv.MainState("hdmiAnalysis"), nlohmann::json({14}));
+    EXPECT_TRUE(tv.Logged("extvideosrc", "analysis ended, source 13 has lost its client"));
+}
+
+TEST_F(SourceControlTest, APipelineGoesWithTheClientThatAnalysedWithIt) {
+    TestClient other(tv, {101, 0});
+    EXPECT_EQ(other.Do(SourceControlMethod::StartHDMIAnalysis, 13), kDone);
+    EXPECT_EQ(tv.State("/pipelines").size(), 2u);
+    other.Die();
+    EXPECT_EQ(tv.State("/pipelines").size(), 1u);
+}
+
+TEST(LineUpChange, ForgetsServicesThatAreGone) {
+    TestTv tv;
+    TestClient client(tv);
+    client.SetService(kAirService);
+    client.SetService(kStreamedService);
+    EXPECT_EQ(client.Do(SourceControlMethod::SetPreviewSource_Service, 0, kOtherAirService, ""), kDone);
+    tv.lineUp.services.erase(kAirService);
+    tv.components.pipelines.LineUpChanged();
+    EXPECT_TRUE(tv.MainState("latest/0/broadcast").is_null());
+    EXPECT_EQ(tv.MainState("latest/0/streamed"), "0x22");
+    EXPECT_EQ(tv.MainState("preview/service"), "0x8000000000000007");
+    // The streamed one is now broadcast.
+    tv.lineUp.services = {{kStreamedService, {.antenna = 0, .frequency = 474000}}};
+    tv.components.pipelines.LineUpChanged();
+    EXPECT_EQ(tv.MainState("latest/0/broadcast"), "0x22");
+    EXPECT_TRUE(tv.MainState("latest/0/streamed").is_null());
+    EXPECT_TRUE(tv.MainState("preview/service").is_null());
+    EXPECT_EQ(tv.MainState("preview/source"), 0);
+    // It moves to another antenna.
+    tv.lineUp.services.at(kStreamedService).antenna = 1;
+    tv.components.pipelines.LineUpChanged();
+    EXPECT_TRUE(tv.MainState("service").is_null());
+    EXPECT_TRUE(tv.MainState("latest").empty());
 }
 
 TEST(LineUpChange, DropsServicesThatAreGone) {

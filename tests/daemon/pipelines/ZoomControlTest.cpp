@@ -75,6 +75,15 @@ TEST(ZoomControl, MakesWindowsUpToALimit) {
     EXPECT_EQ(zoomer.IsAvailable(), true);
 }
 
+TEST(ZoomControl, SharesWithWindowsOfItsOwnPipelineOnly) {
+    TestTv tv;
+    Zoomer zoomer(tv);
+    Zoomer other(tv, {101, 0});
+    other.Create();
+    EXPECT_EQ(other.SharingType(), 2);
+    EXPECT_EQ(zoomer.SharingType(), 1);
+}
+
 TEST(ZoomControl, ChecksEveryRectangle) {
     TestTv tv;
     Zoomer zoomer(tv);
