@@ -59,6 +59,28 @@ TEST_F(SessionsTest, HooksAreCalledAfterOpeningAndBeforeClosing) {
     EXPECT_EQ(fake.events, (Events{"open 7", "opened 1", "closes 1", "close 7"}));
 }
 
+TEST_F(SessionsTest, BeyondTheLimitTheOneUnusedTheLongestIsClosed) {
+    constexpr std::size_t kLimit = 4096;
+    client.ListenToSignals(); // the longest unused, but connected
+    EXPECT_EQ(client.Do(FakeMethod::Set, 1), kDone);
+    client.Open<FakeMethod>({7, 0});
+    client.Open<FakeMethod>({8, 0});
+    const sim::Client& owner = *tv.context.sessions.Find(1)->client;
+    while (owner.GetSessionCount() < kLimit)
+        client.Open<FakeMethod>({9, 0});
+    fake.events.clear();
+    EXPECT_EQ(client.Do(FakeMethod::Set, 2), kDone);
+    EXPECT_NE(client.Open<FakeMethod>({10, 0}), 0u);
+    EXPECT_TRUE(tv.Logged("norvex", "has more than 4096 sessions: session 3, unused the longest, is closed"));
+    EXPECT_NE(client.Open<FakeMethod>({11, 0}), 0u);
+    EXPECT_EQ(fake.events, (Events{"set 2", "open 10", "close 7", "open 11", "close 8"}));
+    EXPECT_EQ(owner.GetSessionCount(), kLimit);
+    EXPECT_TRUE(tv.context.signals.IsAttached(1));
+    // Others have their own share.
+    other.Open<FakeMethod>({12, 0});
+    EXPECT_EQ(fake.events.back(), "open 12");
+}
+
 TEST_F(SessionsTest, AClientThatIsGoneLosesItsSessionsNewestFirst) {
     client.Open<FakeMethod>({1, 0});
     other.Open<FakeMethod>({2, 0});

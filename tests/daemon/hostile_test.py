@@ -154,6 +154,22 @@ def test_incomplete_messages_take_bounded_memory(tv, connect, client):
     assert "take too much memory" in tv.log()
 
 
+@pytest.mark.slow
+def test_who_stops_in_the_middle_of_a_message_makes_room_for_others(tv, connect, client):
+    stuck = [connect(), connect()]
+    for peer in stuck:
+        peer.socket.send(wire.packet(SIXTY_MIB.ljust(wire.MAX_PAYLOAD, b"\0"), more=True))
+        for _ in range((60 << 20) // wire.MAX_PAYLOAD - 1):
+            peer.socket.send(wire.packet(bytes(wire.MAX_PAYLOAD), more=True))
+    assert client.execute("x" * (60 << 20)) == (-1, "")
+    # One was in the way, the other one's time ends.
+    for peer in stuck:
+        peer.assert_closed()
+    assert tv.log().count("take too much memory") == 1
+    assert tv.log().count("the rest of its message did not come in time") == 1
+    assert client.stop() == 0
+
+
 def test_queued_answers_take_bounded_memory(tv, connect, client):
     # Some 48 MiB each.
     tv.set("items", 500000)
@@ -323,15 +339,28 @@ def test_signals_are_for_the_client_whose_session_it_is(tv, client):
     assert f"requested signals of session {session}, which is not its own" in tv.log()
 
 
-def test_a_client_has_4096_sessions_at_most_and_others_have_their_own(tv, client):
-    sessions = [client.open_session("IAVControl") for _ in range(4096)]
-    assert {status for status, _ in sessions} == {0}
-    assert client.open_session("IAVControl")[0] < 0
-    assert "already has 4096 sessions" in tv.log()
-    with tv.connect() as other:
-        assert other.open_session("IAVControl")[0] == 0
-    assert client.close_session(sessions[0][1]) == 1
-    assert client.open_session("IAVControl")[0] == 0
+def test_a_second_signal_connection_of_a_session_ends_the_first(tv, client):
+    _, session = client.open_session("ISignalSubscriber", 0)
+    options = {"token": client.token, "role": wire.ROLE_SIGNALS, "session": session}
+    with tv.connect(**options) as first, tv.connect(**options) as second:
+        first.assert_closed()
+        tv.signal(193, "serviceId=1")
+        assert second.receive()[0] == wire.SIGNAL
+        assert "dropped connection 2: replaced by connection 3" in tv.log()
+        # Nor does it outlive its session.
+        assert client.close_session(session) == 1
+        second.assert_closed()
+
+
+def test_a_client_has_64_connections_at_most_and_others_have_their_own(tv, connect, client):
+    own = [connect(token=client.token) for _ in range(63)]
+    with pytest.raises(wire.Closed):
+        connect(token=client.token)
+    assert "client 1 already has 64 connections" in tv.log()
+    assert_serves(tv)
+    own.pop().close()
+    tv.wait("/daemon/clients/0/connections == 63")
+    assert connect(token=client.token).stop() == 0
 
 
 def test_the_key_value_store_has_1024_keys_at_most(tv):

@@ -359,6 +359,13 @@ mutate("simulator/daemon/rpc/Connection.cpp", "            m_queued -= first.tre
        "tests/daemon/hostile_test.py::test_signals_that_are_read_late_are_all_there_in_their_order")
 mutate("simulator/daemon/rpc/Server.cpp", "    if (m_followers.remove(&connection) > 0)\n        FollowersChanged();", "    m_followers.remove(&connection);",
        "the state counts log viewers that are gone", "tests/system/device_logs_test.py")
+mutate("simulator/daemon/rpc/Connection.cpp", "        due.splice(due.end(), m_late, late);\n", "",
+       "a late reply that has been sent is still there", "daemon_tests:*LateReplies*")
+mutate("simulator/daemon/rpc/Server.cpp", "        if (most->second <= shares[connection.client])\n            return false;", "        return false;",
+       "a message has no room while others hold half ones",
+       "tests/daemon/hostile_test.py::test_who_stops_in_the_middle_of_a_message_makes_room_for_others")
+mutate("simulator/daemon/rpc/Sessions.cpp", "return session->signals == nullptr;", "return session != nullptr;",
+       "a signal subscriber that makes no calls is closed when its client leaks", "daemon_tests:SessionsTest.*")
 mutate("simulator/daemon/rpc/Server.cpp", "        connection.helloDeadline.Stop();\n", "",
        "a client is dropped two seconds after its hello",
        "tests/daemon/hostile_test.py::test_running_out_of_descriptors_is_survived")

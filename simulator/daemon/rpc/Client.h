@@ -2,12 +2,15 @@
 
 #include <array>
 #include <cstdint>
+#include <list>
 
 #include <wire/Message.h>
 
 #include "EventSources.h"
 
 namespace sim {
+
+struct Session;
 
 using Token = std::array<unsigned char, wire::kTokenSize>;
 
@@ -22,7 +25,7 @@ public:
     std::uint32_t GetNumber() const { return m_number; }
     const Token& GetToken() const { return m_token; }
     unsigned GetConnectionCount() const { return m_connections; }
-    std::size_t GetSessionCount() const { return m_sessions; }
+    std::size_t GetSessionCount() const { return m_sessions.size(); }
 
 private:
     friend class Clients;
@@ -31,7 +34,8 @@ private:
     std::uint32_t m_number;
     Token m_token;
     unsigned m_connections = 0;
-    std::size_t m_sessions = 0;
+    // In the order of their last use, the longest unused first.
+    std::list<Session*> m_sessions;
     Timer m_grace;
 };
 

@@ -16,7 +16,6 @@ constexpr std::size_t kMaxPacket = wire::kPacketHeaderSize + wire::kMaxPacketPay
 constexpr int kPacketsInARow = 16;
 // Fewer rounds for long replies; the kernel caps it at its limit.
 constexpr int kSendBuffer = 4 << 20;
-const char kTooMuch[] = "messages of all connections take too much memory";
 
 } // namespace
 
@@ -33,6 +32,12 @@ struct Connection::Outgoing {
     wire::PacketSender sender;
     iovec pieces[wire::PacketSender::kMaxPieces];
     int count;
+};
+
+struct Connection::Late {
+    wire::MessageHeader header;
+    wire::Buffer tree;
+    Timer timer;
 };
 
 Connection::Connection(int fd, std::uint32_t number, Owner& owner) : m_fd(fd), m_number(number), m_owner(owner) {
@@ -91,8 +96,10 @@ bool Connection::ReadPacket() {
         // A hello is short: before it, no memory is allocated for more.
         if (client == nullptr)
             End("long message before the hello");
-        else if (!m_owner.HasRoomFor(wire::kMaxPacketPayload))
+        else if (!m_owner.HasRoomFor(*this, wire::kMaxPacketPayload))
             End(kTooMuch);
+        else
+            m_rest.Start(kRestMilliseconds, [this] { End("the rest of its message did not come in time"); });
         return IsOpen();
     case wire::PacketAssembler::Result::Malformed:
         End("malformed packet");
@@ -100,6 +107,7 @@ bool Connection::ReadPacket() {
     case wire::PacketAssembler::Result::Complete:
         break;
     }
+    m_rest.Stop();
     const wire::Buffer& bytes = m_assembler.GetMessage();
     wire::Message message;
     if (!wire::ParseMessage(bytes.GetData(), bytes.GetSize(), message)) {
@@ -150,7 +158,7 @@ void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
         tree.Clear();
         return End("does not read its replies");
     }
-    if (!m_owner.HasRoomFor(tree.GetSize())) {
+    if (!m_owner.HasRoomFor(*this, tree.GetSize())) {
         tree.Clear();
         return End(kTooMuch);
     }
@@ -161,6 +169,28 @@ void Connection::Send(const wire::MessageHeader& header, wire::Buffer& tree) {
         m_watch.SetEvents(EPOLLOUT);
         m_stuck.Start(kStuckMilliseconds, [this] { End("does not read its replies"); });
     }
+}
+
+void Connection::SendLate(unsigned milliseconds, const wire::MessageHeader& header, wire::Buffer& tree) {
+    if (!IsOpen())
+        return tree.Clear();
+    if (!m_owner.HasRoomFor(*this, tree.GetSize())) {
+        tree.Clear();
+        return End(kTooMuch);
+    }
+    const auto late = m_late.emplace(m_late.end());
+    late->header = header;
+    std::swap(late->tree, tree);
+    m_lateBytes += late->tree.GetSize();
+    CountHeld();
+    late->timer.Start(milliseconds, [this, late] {
+        // Taken out first: sending may end the connection, which drops all that are left.
+        std::list<Late> due;
+        due.splice(due.end(), m_late, late);
+        m_lateBytes -= late->tree.GetSize();
+        CountHeld();
+        Send(late->header, late->tree);
+    });
 }
 
 void Connection::Flush() {
@@ -194,17 +224,21 @@ void Connection::End(const std::string& why) {
         return;
     m_watch.Stop();
     m_stuck.Stop();
+    m_rest.Stop();
     helloDeadline.Stop();
+    m_late.clear();
     close(std::exchange(m_fd, -1));
     CountHeld();
     m_owner.ConnectionEnded(*this, why);
 }
 
-// Memory of messages that are incomplete or not yet sent.
+// Memory of messages that are incomplete or not sent yet.
 void Connection::CountHeld() {
     // A queued message takes more than its bytes, a signal ten times as much.
     constexpr std::size_t kEach = sizeof(Outgoing) + 512;
-    const std::size_t held = IsOpen() ? m_assembler.GetMessage().GetSize() + m_queued + m_queue.size() * kEach : 0;
+    const std::size_t held = IsOpen() ? m_assembler.GetMessage().GetSize() + m_queued + m_lateBytes +
+                                            (m_queue.size() + m_late.size()) * kEach
+                                      : 0;
     m_owner.held += held - std::exchange(m_held, held);
 }
 

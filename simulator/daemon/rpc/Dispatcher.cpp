@@ -122,7 +122,7 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
     if (!injection || injection->kind == Injection::Kind::Result)
         connection.Send(header, m_reply);
     else if (injection->kind == Injection::Kind::Delay)
-        SendLate(connection, header, static_cast<unsigned>(injection->number));
+        connection.SendLate(static_cast<unsigned>(injection->number), header, m_reply);
     else if (injection->kind == Injection::Kind::Close)
         connection.End("injected: close");
     if (m_listener)
@@ -141,6 +141,7 @@ std::string Dispatcher::Run(Connection& connection, const wire::Message& message
         if (call.session == nullptr || call.session->client != connection.client ||
             call.session->interface != &interface)
             return "this client has no session " + std::to_string(message.header.session);
+        Sessions::Use(*call.session);
     }
     ReplyWriter out(m_reply);
     try {
@@ -151,21 +152,6 @@ std::string Dispatcher::Run(Connection& connection, const wire::Message& message
     if (m_reply.GetSize() > wire::kMaxTreeSize)
         return "the reply is too long";
     return {};
-}
-
-void Dispatcher::SendLate(Connection& connection, const wire::MessageHeader& header, unsigned milliseconds) {
-    const auto late = m_late.emplace(m_late.end());
-    late->connection = &connection;
-    late->header = header;
-    std::swap(late->tree, m_reply);
-    late->timer.Start(milliseconds, [this, late] {
-        late->connection->Send(late->header, late->tree);
-        m_late.erase(late);
-    });
-}
-
-void Dispatcher::Forget(const Connection& connection) {
-    m_late.remove_if([&](const Late& late) { return late.connection == &connection; });
 }
 
 void Dispatcher::Reset() {

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -36,8 +35,6 @@ public:
 
     // Answers a call on its connection.
     void Handle(Connection& connection, const wire::Message& message);
-    // A connection has ended: its delayed replies are dropped.
-    void Forget(const Connection& connection);
 
     // Called after each call.
     void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
@@ -45,17 +42,9 @@ public:
     void Reset();
 
 private:
-    struct Late {
-        Connection* connection;
-        wire::MessageHeader header;
-        wire::Buffer tree;
-        Timer timer;
-    };
-
     // Runs the operation. Returns why it could not run, or an empty text.
     std::string Run(Connection& connection, const wire::Message& message, Interface& interface, Operation& method,
                     std::uint64_t sequence);
-    void SendLate(Connection& connection, const wire::MessageHeader& header, unsigned milliseconds);
 
     Journal& m_journal;
     Sessions& m_sessions;
@@ -64,7 +53,6 @@ private:
     std::vector<Interface*> m_interfaces;
     std::unordered_map<std::string_view, Interface*> m_byName;
     wire::Buffer m_reply;
-    std::list<Late> m_late;
     std::function<void()> m_listener;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <random>
 
 #include <sys/socket.h>
@@ -115,8 +116,10 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
         m_withoutHello.remove(&connection);
         connection.client = &m_clients.Connected(hello.token);
         connection.role = static_cast<wire::Role>(hello.role);
-        connection.session = hello.session;
         connection.tag = hello.tag;
+        if (connection.client->GetConnectionCount() > kMaxOfOneClient)
+            return connection.End("client " + std::to_string(connection.client->GetNumber()) + " already has " +
+                                  std::to_string(kMaxOfOneClient) + " connections");
         if (connection.role == wire::Role::Log) {
             m_followers.push_back(&connection);
             FollowersChanged();
@@ -147,7 +150,6 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
     if (m_followers.remove(&connection) > 0)
         FollowersChanged();
     m_signals.Detach(connection);
-    m_dispatcher.Forget(connection);
     if (connection.client != nullptr)
         m_clients.Disconnected(*connection.client);
     m_changes.Tell();
@@ -158,8 +160,23 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
     m_cleanUp.StartSoon([this] { m_ended.clear(); });
 }
 
-bool Server::HasRoomFor(std::size_t size) {
-    return held + size <= kMaxHeld;
+bool Server::HasRoomFor(Connection& connection, std::size_t size) {
+    while (held + size > kMaxHeld) {
+        std::map<const Client*, std::size_t> shares{{connection.client, size}};
+        for (const auto& each : m_connections)
+            shares[each->client] += each->GetHeld();
+        const auto most = std::max_element(shares.begin(), shares.end(),
+                                           [](const auto& a, const auto& b) { return a.second < b.second; });
+        if (most->second <= shares[connection.client])
+            return false;
+        Connection* largest = nullptr;
+        for (const auto& each : m_connections) {
+            if (each->client == most->first && (largest == nullptr || each->GetHeld() > largest->GetHeld()))
+                largest = each.get();
+        }
+        largest->End(Connection::kTooMuch);
+    }
+    return true;
 }
 
 void Server::FollowersChanged() {

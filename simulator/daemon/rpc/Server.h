@@ -21,12 +21,14 @@ namespace sim {
 // Copes with clients that are silent, send malformed data or never read.
 class Server : private Connection::Owner {
 public:
-    // Maximum number of connections; of those without a hello, the oldest is evicted.
+    // Maximum number of connections, and of those of one client.
     static constexpr std::size_t kMaxConnections = 512;
+    static constexpr unsigned kMaxOfOneClient = 64;
+    // Of those without a hello, the oldest is evicted.
     static constexpr std::size_t kMaxWithoutHello = 64;
     static constexpr unsigned kHelloMilliseconds = 2000;
-    // Maximum bytes of messages in transit on all connections; the connection that exceeds it is
-    // dropped.
+    // Maximum bytes of messages in transit on all connections. When more are needed, the client that
+    // has most of them loses a connection.
     static constexpr std::size_t kMaxHeld = 128u << 20;
 
     Server(Clients& clients, Dispatcher& dispatcher, Signals& signals, Changes& changes, Log& log);
@@ -45,7 +47,7 @@ private:
     void Accept(int fd);
     void MessageArrived(Connection& connection, const wire::Message& message) override;
     void ConnectionEnded(Connection& connection, const std::string& why) override;
-    bool HasRoomFor(std::size_t size) override;
+    bool HasRoomFor(Connection& connection, std::size_t size) override;
     void FollowersChanged();
     void Hello(Connection& connection, const wire::Message& message);
 

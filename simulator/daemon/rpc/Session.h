@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <list>
 #include <memory>
 
 namespace sim {
 
 class Client;
+class Connection;
 class Interface;
 
 // Data that an interface keeps per session; derive from it.
@@ -20,7 +22,9 @@ struct Session {
     std::int32_t profile;
     std::uint16_t screen;
     Client* client; // outlives its sessions
-    std::unique_ptr<SessionData> data;
+    std::unique_ptr<SessionData> data = nullptr;
+    Connection* signals = nullptr;               // of a signal subscriber; null: not connected
+    std::list<Session*>::iterator inClient = {}; // its place in the client's list
 };
 
 } // namespace sim

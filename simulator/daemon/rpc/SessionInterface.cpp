@@ -9,7 +9,8 @@ namespace sim {
 
 namespace {
 
-// Per client; a program that leaks its objects must not use up the TV's memory.
+// Per client; a program that leaks its objects does not use up the TV's memory. It does not lose those
+// that it uses, and factories do not fail: the console does not check what they return.
 constexpr std::size_t kMaxSessions = 4096;
 
 } // namespace
@@ -32,15 +33,20 @@ void SessionInterface::Open(const Call& call, const ArgumentReader& in, ReplyWri
         return out.Int(0, m_log.Refuse(kUnknown, kOwnTag, "unknown interface %s", name.c_str()));
     if (screen < 0 || screen > UINT16_MAX)
         return out.Int(0, m_log.Refuse(kBadArgument, kOwnTag, "%s: unknown screen %d", name.c_str(), screen));
-    if (call.client.GetSessionCount() >= kMaxSessions)
-        return out.Int(0, m_log.Refuse(kTooMany, kOwnTag, "client %u already has %zu sessions", call.client.GetNumber(),
-                                       call.client.GetSessionCount()));
     std::int32_t status = 0;
     const Session* session =
         m_sessions.Open(*interface, profile, static_cast<std::uint16_t>(screen), call.client, status);
     out.Int(0, status);
-    if (session != nullptr)
-        out.UInt(1, session->id);
+    if (session == nullptr)
+        return;
+    out.UInt(1, session->id);
+    if (call.client.GetSessionCount() <= kMaxSessions)
+        return;
+    if (const Session* unused = Sessions::FindLongestUnused(call.client)) {
+        m_log.Write(kOwnTag, "client %u has more than %zu sessions: session %u, unused the longest, is closed",
+                    call.client.GetNumber(), kMaxSessions, unused->id);
+        m_sessions.Close(unused->id, call.client);
+    }
 }
 
 void SessionInterface::Close(const Call& call, const ArgumentReader& in, ReplyWriter& out) {

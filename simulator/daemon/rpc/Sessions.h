@@ -27,6 +27,11 @@ public:
 
     // Null if the id is not in use.
     Session* Find(std::uint32_t id);
+    // To be called when the session is used.
+    static void Use(Session& session);
+    // The session that the client has not used for the longest time, but for those with signals;
+    // null if there is none.
+    static Session* FindLongestUnused(const Client& client);
     void AddHook(Hook hook) { m_hooks.push_back(std::move(hook)); }
     std::size_t GetCount() const { return m_sessions.size(); }
     template <class F> void ForEach(F&& visit) const {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 
 #include "Connection.h"
 #include "Sessions.h"
@@ -19,13 +18,14 @@ public:
         std::uint64_t data;
     };
 
-    explicit Signals(Sessions& sessions) : m_sessions(sessions) {}
+    // A connection ends with its session.
+    explicit Signals(Sessions& sessions);
 
-    // Uses the connection for the signal subscriber with this session, in place of an earlier one.
+    // Uses the connection for the signal subscriber with this session; an earlier one is ended.
     // False: its client has no such session.
     bool Attach(std::uint32_t session, Connection& connection);
     void Detach(const Connection& connection);
-    bool IsAttached(std::uint32_t session) const { return m_connections.contains(session); }
+    bool IsAttached(std::uint32_t session) const { return FindConnection(session) != nullptr; }
 
     // The number of the next signal, from 1; the same for all its receivers.
     std::uint64_t TakeNumber() { return ++m_lastNumber; }
@@ -34,8 +34,9 @@ public:
     bool Send(std::uint32_t session, const Signal& signal, std::uint64_t number);
 
 private:
+    Connection* FindConnection(std::uint32_t session) const;
+
     Sessions& m_sessions;
-    std::map<std::uint32_t, Connection*> m_connections;
     std::uint64_t m_lastNumber = 0;
     wire::Buffer m_tree;
 };

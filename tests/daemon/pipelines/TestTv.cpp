@@ -151,6 +151,8 @@ void TestClient::ListenToSignals() {
     std::uint32_t& session = m_sessions[GetName<SignalSubscriberMethod>()];
     if (session == 0)
         session = Open<SignalSubscriberMethod>();
+    if (m_signals != nullptr)
+        m_tv.context.signals.Detach(*m_signals->connection);
     m_signals = std::make_unique<Link>();
     m_signals->connection->client = m_client;
     EXPECT_TRUE(m_tv.context.signals.Attach(session, *m_signals->connection));
@@ -186,8 +188,6 @@ void TestClient::Disconnect() {
     if (m_signals != nullptr)
         m_tv.context.signals.Detach(*m_signals->connection);
     m_signals.reset();
-    if (m_calls != nullptr)
-        m_tv.context.dispatcher.Forget(*m_calls->connection);
     m_calls.reset();
     m_tv.context.clients.Disconnected(*m_client);
 }
