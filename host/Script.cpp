@@ -1,5 +1,6 @@
 #include "Script.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <utility>
@@ -26,6 +27,39 @@ std::string_view FirstWord(std::string_view text, std::string_view& rest) {
     const std::size_t end = text.find_first_of(kLineBlanks);
     rest = end == std::string_view::npos ? std::string_view() : Trim(text.substr(end));
     return text.substr(0, end);
+}
+
+// Whether `word` is `keyword`, or the same in other case, with one letter wrong, missing, too many or swapped with
+// the next, or with more letters after it: a slip, rather than a word for the console.
+bool IsLike(std::string_view word, std::string_view keyword) {
+    std::string lower(word);
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    word = lower;
+    if (word.substr(0, keyword.size()) == keyword) {
+        return true;
+    }
+    while (!word.empty() && !keyword.empty() && word.front() == keyword.front()) {
+        word.remove_prefix(1);
+        keyword.remove_prefix(1);
+    }
+    while (!word.empty() && !keyword.empty() && word.back() == keyword.back()) {
+        word.remove_suffix(1);
+        keyword.remove_suffix(1);
+    }
+    return (word.size() <= 1 && keyword.size() <= 1) ||
+           (word.size() == 2 && keyword.size() == 2 && word[0] == keyword[1] && word[1] == keyword[0]);
+}
+
+// Whether one of the words of `text`, which is trimmed, is like `keyword`.
+bool HasWordLike(std::string_view text, std::string_view keyword) {
+    while (!text.empty()) {
+        if (IsLike(FirstWord(text, text), keyword)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 std::optional<std::chrono::milliseconds> ParseSeconds(std::string_view text) {
@@ -102,7 +136,6 @@ std::optional<std::string> ParseExpect(std::string_view arguments, ExpectStep& s
         return std::nullopt;
     }
 
-    // An unquoted text may contain the word within: it is a limit only before a last number.
     step.text = arguments;
     const std::size_t lastBlank = arguments.find_last_of(kLineBlanks);
     if (lastBlank != std::string_view::npos) {
@@ -114,32 +147,94 @@ std::optional<std::string> ParseExpect(std::string_view arguments, ExpectStep& s
             step.limit = *limit;
         }
     }
+    if (HasWordLike(step.text, "within")) {
+        return "after the text, only \"within SECONDS\" may follow, a number from 0.001 to 3600; a text with such a "
+               "word needs quotes";
+    }
     return std::nullopt;
+}
+
+// The size of the UTF-8 character at the start of `text`; 0 when it is malformed.
+std::size_t CharacterSize(std::string_view text) {
+    const auto byte = [text](std::size_t at) { return at < text.size() ? static_cast<unsigned char>(text[at]) : 0u; };
+    const unsigned first = byte(0);
+    const unsigned second = byte(1);
+    if (first < 0x80) {
+        return 1;
+    }
+    // Overlong forms, surrogates and numbers above the last character are malformed.
+    if (first < 0xc2 || first > 0xf4 || (first == 0xe0 && second < 0xa0) || (first == 0xed && second > 0x9f) ||
+        (first == 0xf0 && second < 0x90) || (first == 0xf4 && second > 0x8f)) {
+        return 0;
+    }
+    const std::size_t size = first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
+    for (std::size_t at = 1; at < size; ++at) {
+        if ((byte(at) & 0xc0) != 0x80) {
+            return 0;
+        }
+    }
+    return size;
+}
+
+// Why a line is not text; nothing when it is.
+std::optional<std::string> FindMalformedText(std::string_view line) {
+    while (!line.empty()) {
+        if (line.front() == '\0') {
+            return "a NUL byte: a script is a UTF-8 text";
+        }
+        const std::size_t size = CharacterSize(line);
+        if (size == 0) {
+            return "not UTF-8: a script is a UTF-8 text";
+        }
+        line.remove_prefix(size);
+    }
+    return std::nullopt;
+}
+
+// The step of a line that is trimmed and not empty. `reason` is set when it is malformed.
+std::variant<TypeStep, ExpectStep> ParseLine(std::string_view line, std::optional<std::string>& reason) {
+    if (line.front() == '\\') {
+        return TypeStep{std::string(line.substr(1))};
+    }
+    std::string_view arguments;
+    const std::string_view word = FirstWord(line, arguments);
+    if (word == "expect") {
+        ExpectStep step;
+        reason = ParseExpect(arguments, step);
+        return step;
+    }
+    for (const char* keyword : {"expect", "within"}) {
+        if (IsLike(word, keyword)) {
+            reason = Quoted(word) + " looks like a mistake for \"expect TEXT [within SECONDS]\"; to type it, put a "
+                                    "backslash before it";
+        }
+    }
+    return TypeStep{std::string(line)};
 }
 
 } // namespace
 
 std::optional<std::vector<Step>> ParseScript(std::string_view text, ScriptError& error) {
     std::vector<Step> steps;
+    if (text.substr(0, 3) == "\xef\xbb\xbf") {
+        text.remove_prefix(3); // a byte-order mark, as some editors write it
+    }
+    if (const std::string_view mark = text.substr(0, 2); mark == "\xff\xfe" || mark == "\xfe\xff") {
+        error = {1, "UTF-16: a script is a UTF-8 text"};
+        return std::nullopt;
+    }
     for (unsigned number = 1; !text.empty(); ++number) {
         const std::size_t end = text.find('\n');
         const std::string_view line = Trim(text.substr(0, end));
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
 
-        if (line.empty() || line.front() == '#') {
-            continue;
+        std::optional<std::string> reason = FindMalformedText(line);
+        if (!reason && !line.empty() && line.front() != '#') {
+            steps.push_back({number, ParseLine(line, reason)});
         }
-        std::string_view arguments;
-        if (FirstWord(line, arguments) == "expect") {
-            ExpectStep step;
-            if (const auto reason = ParseExpect(arguments, step)) {
-                error = {number, *reason};
-                return std::nullopt;
-            }
-            steps.push_back({number, std::move(step)});
-        } else {
-            const bool literal = line.front() == '\\';
-            steps.push_back({number, TypeStep{std::string(line.substr(literal ? 1 : 0))}});
+        if (reason) {
+            error = {number, *reason};
+            return std::nullopt;
         }
     }
     return steps;

@@ -52,10 +52,55 @@ TEST(Script, ALimitMayFollowTheText) {
               (Steps{"1: expect cmd>|3000", "2: expect cmd>|250"}));
 }
 
-TEST(Script, WithinIsPartOfTheTextWhereNoNumberFollowsIt) {
-    EXPECT_EQ(Parse("expect within reach\nexpect came within\nexpect within 5\nexpect a within 5 s"),
-              (Steps{"1: expect within reach|10000", "2: expect came within|10000", "3: expect within 5|10000",
-                     "4: expect a within 5 s|10000"}));
+TEST(Script, WithoutQuotesATextHasNoWordThatLooksLikeWithin) {
+    for (const char* text : {"within reach", "came within", "within 5", "a within 5 s", "a within zero", "a within 0",
+                             "a within -1", "a Within 5", "a witin 5", "a wihtin 5", "a within: 5", "a within 5s"}) {
+        EXPECT_EQ(Parse("expect " + std::string(text)), Steps{"error 1"}) << text;
+        EXPECT_EQ(Parse("expect \"" + std::string(text) + '"'), Steps{"1: expect " + std::string(text) + "|10000"});
+    }
+    EXPECT_EQ(Parse("expect without a width 5"), Steps{"1: expect without a width 5|10000"});
+}
+
+TEST(Script, ALineThatLooksLikeAnExpectationIsRefusedNotTyped) {
+    for (const char* line : {"expectt x", "Expect x", "EXPECT x", "expct x", "exepct x", "expekt x", "expected x",
+                             "expect: x", "expect\"x\"", "expectt", "within 5", "within zero", "Within"}) {
+        EXPECT_EQ(Parse(line), Steps{"error 1"}) << line;
+        EXPECT_EQ(Parse('\\' + std::string(line)), Steps{"1: type " + std::string(line)});
+    }
+    EXPECT_EQ(Parse("exec\nexport x\nexit\nx expectt"),
+              (Steps{"1: type exec", "2: type export x", "3: type exit", "4: type x expectt"}));
+}
+
+TEST(Script, AByteOrderMarkIsSkipped) {
+    EXPECT_EQ(Parse("\xef\xbb\xbf"
+                    "expect a\n5"),
+              (Steps{"1: expect a|10000", "2: type 5"}));
+}
+
+TEST(Script, ATextThatIsNotUtf8IsRefusedWithItsLine) {
+    using namespace std::string_view_literals;
+    for (const std::string_view bytes :
+         {"\0"sv, "\x80"sv, "\xc3"sv, "\xc3("sv, "\xc0\xaf"sv, "\xe0\x80\x80"sv, "\xed\xa0\x80"sv, "\xe2\x82"sv,
+          "\xf0\x80\x80\x80"sv, "\xf4\x90\x80\x80"sv, "\xf5\x80\x80\x80"sv, "\xff"sv}) {
+        EXPECT_EQ(Parse("5\n" + std::string(bytes) + "\n99"), Steps{"error 2"}) << testing::PrintToString(bytes);
+        EXPECT_EQ(Parse("5\n# " + std::string(bytes) + "\n99"), Steps{"error 2"}) << "in a comment";
+    }
+    const std::string good =
+        "\x7f \xc2\x80 \xdf\xbf \xe0\xa0\x80 \xed\x9f\xbf \xef\xbf\xbf \xf0\x90\x80\x80 \xf4\x8f\xbf\xbf";
+    EXPECT_EQ(Parse(good), Steps{"1: type " + good});
+}
+
+TEST(Script, Utf16IsRefusedInItsFirstLine) {
+    using namespace std::string_view_literals;
+    for (const std::string_view text : {"\xff\xfe"
+                                        "5\0\n\0"sv,
+                                        "\xfe\xff\0"
+                                        "5\0\n"sv,
+                                        "5\0\n\0"sv,
+                                        "\0"
+                                        "5\0\n"sv}) {
+        EXPECT_EQ(Parse(text), Steps{"error 1"});
+    }
 }
 
 TEST(Script, QuotesKeepBlanksLineEndsAndWithin) {
@@ -64,8 +109,7 @@ TEST(Script, QuotesKeepBlanksLineEndsAndWithin) {
 }
 
 TEST(Script, ABackslashTypesALineThatWouldMeanSomethingElse) {
-    EXPECT_EQ(Parse("\\expect it\n\\# 5\n\\\\\nexpected\n"),
-              (Steps{"1: type expect it", "2: type # 5", "3: type \\", "4: type expected"}));
+    EXPECT_EQ(Parse("\\expect it\n\\# 5\n\\\\\n"), (Steps{"1: type expect it", "2: type # 5", "3: type \\"}));
 }
 
 TEST(Script, BadLinesAreRefusedWithTheirNumber) {
