@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Report.h"
+
 namespace host {
 
 namespace {
@@ -17,7 +19,7 @@ const char kFooter[] = "Without -c and --script the plug-in reads standard input
                        "  expect TEXT [within SECONDS]   waits until TEXT has been printed since the last step\n"
                        "                                 (default: 10 seconds; TEXT may be in \"quotes\")\n"
                        "  \\WORDS                         typed without the backslash, for lines that start with\n"
-                       "                                 'expect', '#' or a backslash\n"
+                       "                                 'expect', '#' or a backslash, or look as if\n"
                        "  # ...                          a comment\n"
                        "\n"
                        "Exit status: 0 done, 1 plug-in, entry or a file cannot be used, 2 malformed command line or\n"
@@ -56,10 +58,13 @@ std::optional<ExitStatus> ReadCommandLine(int argc, const char* const* argv, Com
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
-        std::cout << app.help();
-        return std::cout.flush() ? ExitStatus::Done : ExitStatus::Unavailable;
+        if (std::cout << app.help() << std::flush) {
+            return ExitStatus::Done;
+        }
+        Report("cannot write to standard output");
+        return ExitStatus::Unavailable;
     } catch (const CLI::ParseError& error) {
-        std::cerr << "zarn-debughost: " << OneLine(error.what()) << std::endl;
+        Report(OneLine(error.what()));
         return ExitStatus::Usage;
     }
     return std::nullopt;

@@ -27,6 +27,7 @@ std::string_view DescriptorInput::Next() {
             pollfd waiting{m_descriptor, POLLIN, 0};
             static_cast<void>(::poll(&waiting, 1, -1));
         } else if (errno != EINTR) {
+            m_error = errno;
             return {};
         }
     }

@@ -18,6 +18,9 @@ public:
     // The next bytes as they arrive; blocks until there are some. Empty at the end. The bytes stay
     // valid until the next call.
     virtual std::string_view Next() = 0;
+
+    // After the end: 0, or the errno of the read that failed.
+    virtual int Error() const { return 0; }
 };
 
 // A text that is known from the start.
@@ -36,17 +39,19 @@ private:
 
 // Reads a descriptor, which is not owned. A read returns what is there and does not wait for a full
 // block: a user's line is available at once, and a hundred thousand words of a pipe need few reads.
-// An error counts as the end.
+// A failed read is the end.
 class DescriptorInput : public InputSource {
 public:
     explicit DescriptorInput(int descriptor) : m_descriptor(descriptor) {}
 
     std::string_view Next() override;
+    int Error() const override { return m_error; }
 
 private:
     static constexpr std::size_t kBlock = std::size_t{64} * 1024; // the capacity of a pipe
 
     int m_descriptor;
+    int m_error = 0;
     std::array<char, kBlock> m_block;
 };
 

@@ -4,13 +4,22 @@
 #include <streambuf>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include <sys/stat.h>
 
 namespace host {
 
 class OutputWatch;
 
-// The record of a run in a file. Each write is complete when the call returns, so that a crash of
-// the plug-in, or Ctrl-C, loses nothing. Not locked: its user holds a lock.
+// A file that the run uses, and what it is called in messages.
+struct UsedFile {
+    const char* name;
+    struct stat status;
+};
+
+// The record of a run in a file. Once it is open, each write is complete when the call returns, so that a
+// crash of the plug-in, or Ctrl-C, loses nothing. Not locked: its user holds a lock.
 class Transcript {
 public:
     Transcript() = default;
@@ -18,8 +27,9 @@ public:
     Transcript(const Transcript&) = delete;
     Transcript& operator=(const Transcript&) = delete;
 
-    // Creates or truncates the file. False on failure, with the reason in errno.
-    bool Open(const std::string& file);
+    // Creates or truncates the file, and writes what came before. False on failure, with the `reason`; a
+    // file in use is left as it is.
+    bool Open(const std::string& file, const std::vector<UsedFile>& inUse, std::string& reason);
 
     // After a failed write nothing more is written: a short record is better than one with a gap.
     void Write(std::string_view text);
@@ -29,7 +39,9 @@ public:
 
 private:
     int m_descriptor = -1;
+    bool m_isPipe = false;
     int m_error = 0;
+    std::string m_early; // written before the file is open
 };
 
 // The buffer behind std::cout when there is a transcript or a script: passes everything on to the

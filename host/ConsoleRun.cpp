@@ -3,24 +3,50 @@
 #include <cerrno>
 #include <cstdio>
 #include <exception>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <system_error>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "ConsoleInput.h"
 #include "Plugin.h"
 #include "Process.h"
+#include "Report.h"
 
 namespace host {
 
 namespace {
 
-void Report(const std::string& line) {
-    // One insertion: the script's thread reports too.
-    std::cerr << "zarn-debughost: " + line + '\n';
+ConsoleRun* running = nullptr; // for the handler of exceptions that nobody catches
+
+// More than any script that is written, or generated, for a console.
+constexpr std::size_t kLongestScript = std::size_t{16} << 20;
+
+std::string Reason(int error) {
+    return std::generic_category().message(error);
+}
+
+// The whole file, up to `limit` bytes and one more. 0, or the errno of what failed.
+int ReadFile(const std::string& name, std::size_t limit, std::string& text, struct stat& status) {
+    const int file = ::open(name.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
+    if (file == -1) {
+        return errno;
+    }
+    int error = ::fstat(file, &status) == 0 ? 0 : errno;
+    char block[65536];
+    for (ssize_t got = 1; error == 0 && got != 0 && text.size() <= limit;) {
+        got = ::read(file, block, sizeof block);
+        if (got > 0) {
+            text.append(block, static_cast<std::size_t>(got));
+        } else if (got < 0 && errno != EINTR) {
+            error = errno;
+        }
+    }
+    ::close(file);
+    return error;
 }
 
 // Replaces the buffer of a standard stream for its lifetime.
@@ -48,9 +74,6 @@ ExitStatus ConsoleRun::Run() {
     if (const std::optional<ExitStatus> status = ReadScript()) {
         return *status;
     }
-    if (const std::optional<ExitStatus> status = OpenTranscript()) {
-        return *status;
-    }
     SaveTerminalModes();
 
     if (m_commandLine.scriptFile) {
@@ -71,17 +94,17 @@ std::optional<ExitStatus> ConsoleRun::ReadScript() {
     }
     const std::string& name = *m_commandLine.scriptFile;
 
-    std::ifstream file(name, std::ios::binary);
     std::string text;
-    char block[4096];
-    do {
-        file.read(block, sizeof block);
-        text.append(block, static_cast<std::size_t>(file.gcount()));
-    } while (file);
-    if (!file.is_open() || file.bad()) {
-        Report("cannot read the script " + name + ": " + std::generic_category().message(errno));
+    UsedFile script{"the script", {}};
+    if (const int error = ReadFile(name, kLongestScript, text, script.status); error != 0) {
+        Report("cannot read the script " + name + ": " + Reason(error));
         return ExitStatus::Unavailable;
     }
+    if (text.size() > kLongestScript) {
+        Report("the script " + name + " is too long: expected at most 16 MiB");
+        return ExitStatus::Unavailable;
+    }
+    m_filesInUse.push_back(script);
 
     ScriptError error;
     std::optional<std::vector<Step>> steps = ParseScript(text, error);
@@ -93,13 +116,25 @@ std::optional<ExitStatus> ConsoleRun::ReadScript() {
     return std::nullopt;
 }
 
-std::optional<ExitStatus> ConsoleRun::OpenTranscript() {
-    if (!m_commandLine.transcriptFile || m_transcript.Open(*m_commandLine.transcriptFile)) {
-        return std::nullopt;
+bool ConsoleRun::OpenTranscript(const Plugin& plugin) {
+    UsedFile input{"standard input", {}};
+    UsedFile output{"standard output", {}};
+    UsedFile library{"the plug-in", {}};
+    if (::fstat(STDIN_FILENO, &input.status) == 0) {
+        m_filesInUse.push_back(input);
     }
-    Report("cannot write the transcript " + *m_commandLine.transcriptFile + ": " +
-           std::generic_category().message(errno));
-    return ExitStatus::Unavailable;
+    if (::fstat(STDOUT_FILENO, &output.status) == 0) {
+        m_filesInUse.push_back(output);
+    }
+    if (::stat(plugin.GetFile().c_str(), &library.status) == 0) {
+        m_filesInUse.push_back(library);
+    }
+    std::string reason;
+    if (m_transcript.Open(*m_commandLine.transcriptFile, m_filesInUse, reason)) {
+        return true;
+    }
+    Report("cannot write the transcript " + *m_commandLine.transcriptFile + ": " + reason);
+    return false;
 }
 
 ExitStatus ConsoleRun::RunConsole(InputSource& source, ScriptInput* script) {
@@ -125,11 +160,14 @@ ExitStatus ConsoleRun::RunConsole(InputSource& source, ScriptInput* script) {
             EndProcess(ExitStatus::Unavailable); // nobody sees the output
         }
     };
-    hooks.atEnd = [this, &run] {
+    hooks.atEnd = [this, &run, &source] {
         if (run) {
             run->Finish();
         }
-        EndProcess(ExitStatus::Done);
+        if (source.Error() != 0) {
+            Report("cannot read standard input: " + Reason(source.Error()));
+        }
+        EndProcess(source.Error() == 0 ? ExitStatus::Done : ExitStatus::Unavailable);
     };
     if (recorded) {
         hooks.typed = [&tee](std::string_view text) { tee.RecordTyped(text); };
@@ -137,24 +175,30 @@ ExitStatus ConsoleRun::RunConsole(InputSource& source, ScriptInput* script) {
     InputBuffer buffer(source, std::move(hooks));
     const BufferReplacement input(std::cin, buffer);
 
-    Plugin plugin;
-    std::string reason;
-    if (!plugin.Load(m_commandLine.plugin, m_commandLine.entry, reason)) {
-        Report(reason);
-        return ExitStatus::Unavailable;
-    }
+    // Also for exceptions of the console's other threads, and while it is loaded and closed.
+    running = this;
+    const std::terminate_handler handler = std::set_terminate([] { running->EndByException(); });
 
+    Plugin plugin;
     try {
+        std::string reason;
+        if (!plugin.Load(m_commandLine.plugin, m_commandLine.entry, reason)) {
+            Report(reason);
+            return ExitStatus::Unavailable;
+        }
+        if (recorded && !OpenTranscript(plugin)) {
+            EndProcess(ExitStatus::Unavailable);
+        }
         if (run) {
             run->Start();
         }
         plugin.Enter();
-    } catch (const std::exception& failure) {
-        // No thread or no memory: whatever of the console still runs ends with the process.
-        Report(std::string("the console threw an exception: ") + failure.what());
-        EndProcess(ExitStatus::Unavailable);
+    } catch (...) {
+        // Whatever of the console still runs ends with the process.
+        EndByException();
     }
     plugin.Close();
+    std::set_terminate(handler);
     if (run) {
         run->Finish();
     }
@@ -174,6 +218,21 @@ void ConsoleRun::EndProcess(ExitStatus status) {
     ::_exit(static_cast<int>(status));
 }
 
+void ConsoleRun::EndByException() {
+    const std::exception_ptr thrown = std::current_exception();
+    try {
+        if (thrown) {
+            std::rethrow_exception(thrown);
+        }
+        Report("the console called std::terminate");
+    } catch (const std::exception& failure) {
+        Report(std::string("the console threw an exception: ") + failure.what());
+    } catch (...) {
+        Report("the console threw an exception that is no std::exception");
+    }
+    EndProcess(ExitStatus::Unavailable);
+}
+
 ExitStatus ConsoleRun::Conclude(ExitStatus status) {
     std::cout.flush();
     RestoreTerminalModes();
@@ -182,8 +241,7 @@ ExitStatus ConsoleRun::Conclude(ExitStatus status) {
         status = status == ExitStatus::Done ? ExitStatus::Unavailable : status;
     }
     if (m_transcript.Error() != 0) {
-        Report("cannot write the transcript " + *m_commandLine.transcriptFile + ": " +
-               std::generic_category().message(m_transcript.Error()));
+        Report("cannot write the transcript " + *m_commandLine.transcriptFile + ": " + Reason(m_transcript.Error()));
         status = status == ExitStatus::Done ? ExitStatus::Unavailable : status;
     }
     return status;

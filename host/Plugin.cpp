@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include <dlfcn.h>
+#include <link.h>
 
 namespace host {
 
@@ -50,6 +51,11 @@ bool Plugin::Load(const std::string& library, const std::string& entry, std::str
         return false;
     }
     return true;
+}
+
+std::string Plugin::GetFile() const {
+    link_map* library = nullptr;
+    return ::dlinfo(m_handle, RTLD_DI_LINKMAP, &library) == 0 ? library->l_name : "";
 }
 
 void Plugin::Close() {

@@ -16,6 +16,9 @@ public:
     // line in `reason`.
     bool Load(const std::string& library, const std::string& entry, std::string& reason);
 
+    // The library's file, as the loader has found it.
+    std::string GetFile() const;
+
     // Runs the console; returns when the user leaves it.
     void Enter() const { m_entry(); }
 

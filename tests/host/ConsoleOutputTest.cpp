@@ -28,7 +28,12 @@ protected:
 
 class OutputTee : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(m_transcript.Open(m_file)); }
+    void SetUp() override { ASSERT_TRUE(Open(m_transcript)); }
+
+    bool Open(host::Transcript& transcript) {
+        std::string reason;
+        return transcript.Open(m_file, {}, reason);
+    }
 
     std::string Recorded() const {
         std::ifstream file(m_file, std::ios::binary);
@@ -109,6 +114,14 @@ TEST_F(OutputTee, LinesOfTwoThreadsStayWholeAndInOneOrderEverywhere) {
         ASSERT_EQ(number, next[who]++) << who;
     }
     EXPECT_EQ(next, (std::map<std::string, int>{{"left", kLines}, {"right", kLines}}));
+}
+
+TEST_F(OutputTee, WhatIsPrintedBeforeTheTranscriptIsOpenStandsAtItsStart) {
+    host::Transcript later;
+    later.Write("at load ");
+    ASSERT_TRUE(Open(later));
+    later.Write("and after");
+    EXPECT_EQ(Recorded(), "at load and after");
 }
 
 } // namespace

@@ -3,8 +3,10 @@
 // thread.
 
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -18,6 +20,14 @@ namespace {
 struct Farewell {
     ~Farewell() { std::cout << "example closed" << std::endl; }
 } farewell;
+
+struct Start {
+    Start() {
+        if (std::getenv("EXAMPLE_THROWS_AT_LOAD") != nullptr) {
+            throw 1;
+        }
+    }
+} start;
 
 std::thread signalThread;
 
@@ -148,6 +158,12 @@ extern "C" __attribute__((visibility("default"))) void zarn_startmaindebug() {
                 lostMemory = new int[100];
             }
             lostMemory = nullptr;
+        } else if (word == "throw") {
+            throw std::runtime_error("\x1b[31mred\xc2\x9b" + std::string(100000, 'x'));
+        } else if (word == "throw-number") {
+            throw 1;
+        } else if (word == "throw-in-thread") {
+            std::thread([] { throw 1; }).join();
         } else if (word == "race") {
             Race();
         } else {

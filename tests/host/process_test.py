@@ -79,6 +79,15 @@ def test_a_read_interrupted_by_a_signal_is_taken_up_again():
         assert host.wait(LIMIT) == 0
 
 
+def test_a_standard_input_that_cannot_be_read_is_named(folder):
+    directory = os.open(folder, os.O_RDONLY)
+    try:
+        result = run(HOST, EXAMPLE, stdin=directory, status=1)
+    finally:
+        os.close(directory)
+    assert result.stderr == "zarn-debughost: cannot read standard input: Is a directory\n"
+
+
 def test_a_non_blocking_standard_input_is_waited_for():
     reader, writer = os.pipe()
     fcntl.fcntl(reader, fcntl.F_SETFL, os.O_NONBLOCK)
@@ -207,6 +216,29 @@ def test_absent_standard_descriptors_are_not_taken_by_a_file_that_the_host_opens
         folder / "record")
     assert (folder / "record").read_text() == \
         START + "one\ngot one\ncmd> child\nchild has:\ncmd> 99\nexample closed\n"
+
+
+# ---- exceptions ----
+
+@pytest.mark.parametrize("source", ["given", "script"])
+def test_an_exception_of_any_type_is_one_line_that_is_safe_to_show(folder, source):
+    def end_of(word):
+        (folder / "script").write_text(word + "\n")
+        result = run(HOST, EXAMPLE, *(["-c", word] if source == "given" else ["--script", folder / "script"]), status=1)
+        assert result.stdout == START and result.stderr.count("\n") == 1
+        return result.stderr
+
+    assert end_of("throw-number") == "zarn-debughost: the console threw an exception that is no std::exception\n"
+    told = end_of("throw")
+    assert told.startswith("zarn-debughost: the console threw an exception: \\x1b[31mred\\xc2\\x9bxxx")
+    assert told.endswith("xxx...\n") and len(told) < 1100
+
+
+def test_an_exception_that_cannot_reach_the_host_is_one_line():
+    told = "zarn-debughost: the console threw an exception that is no std::exception\n"
+    assert refused(env={**os.environ, "EXAMPLE_THROWS_AT_LOAD": "1"}) == told
+    result = run(HOST, EXAMPLE, "-c", "throw-in-thread", status=1)
+    assert (result.stdout, result.stderr) == (START, told)
 
 
 # ---- what a build reports at the end of input ----

@@ -89,6 +89,16 @@ def test_signals_are_left_to_the_plug_ins_threads(script):
             assert (not blocked & 1 << (signal.SIGINT - 1)) == (int(thread) == host.pid)
 
 
+def test_a_long_expected_text_is_cut_in_the_line_about_it(script):
+    path = script(f"expect {'x' * 100_000} within 0.01\n")
+    told = run(HOST, EXAMPLE, "--script", path, status=3).stderr
+    assert told.startswith(f"zarn-debughost: {path}:1: ") and told.endswith("x...\n") and len(told) < 1100
+
+
+def test_a_script_without_end_is_refused():
+    assert "the script /dev/zero is too long" in refused("--script", "/dev/zero")
+
+
 def test_a_badly_written_script_is_status_2_before_anything_runs(script):
     path = script("one\nexpect\n")
     assert f"{path}:2: " in refused("--script", path, status=2)

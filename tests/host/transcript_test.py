@@ -1,11 +1,14 @@
 """The record of a session."""
 
+import os
+import pathlib
 import re
+import subprocess
 
 import pytest
 
-from example import EXAMPLE, START, output_of, refused
-from programs import HOST, run
+from example import EXAMPLE, START, output_of, read_until, refused, started_host
+from programs import HOST, LIMIT, run
 
 
 @pytest.fixture
@@ -47,6 +50,40 @@ def test_a_session_that_is_killed_has_left_its_record(record):
 
 def test_a_record_that_cannot_be_opened_is_named_before_anything_runs():
     assert "no/such/folder" in refused("--transcript", "no/such/folder", input="one")
+
+
+@pytest.mark.parametrize("used", ["the script", "the plug-in", "standard input", "standard output"])
+def test_a_file_that_the_run_uses_is_not_overwritten(record, folder, used):
+    record.write_bytes(pathlib.Path(EXAMPLE).read_bytes() if used == "the plug-in" else b"one\n99\n")
+    before = record.read_bytes()
+    (folder / "link").symlink_to(record)
+    with open(record, "r+b") as file:
+        arguments = {"the script": [EXAMPLE, "--script", record], "the plug-in": [record]}.get(used, [EXAMPLE])
+        streams = {"standard input": {"stdin": file}, "standard output": {
+            "stdout": file, "stderr": subprocess.PIPE, "capture_output": False}}.get(used, {})
+        result = run(HOST, *arguments, "--transcript", folder / "link", status=1, **streams)
+    assert result.stderr.count("\n") == 1 and "/link: this file is " + used in result.stderr
+    assert record.read_bytes() == before
+
+
+@pytest.mark.parametrize("arguments", [["/no/such/plugin.so"], [EXAMPLE, "--entry", "no_such_entry"],
+                                       [EXAMPLE, "--script", "/no/such/script"], [EXAMPLE, "--script", "/dev/zero"]])
+def test_a_run_that_does_not_start_leaves_the_earlier_record(record, arguments):
+    record.write_text("earlier")
+    run(HOST, *arguments, "--transcript", record, status=1)
+    assert record.read_text() == "earlier"
+
+
+def test_a_record_whose_reader_goes_is_reported_at_the_end(record):
+    os.mkfifo(record)
+    with started_host("--transcript", str(record)) as host:
+        with open(record, "rb", buffering=0) as reader:
+            read_until(host.stdout, "cmd> ")
+            assert reader.read(len(START)) == START.encode()
+        assert host.communicate(b"one two 99\n", LIMIT) == (
+            b"got one\ncmd> got two\ncmd> example closed\n",
+            f"zarn-debughost: cannot write the transcript {record}: Broken pipe\n".encode())
+        assert host.returncode == 1
 
 
 @pytest.mark.parametrize("words, output", [("one", "got one\ncmd> "), ("99", "example closed\n")])
