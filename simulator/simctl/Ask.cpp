@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <base/Path.h>
+#include <base/Program.h>
 #include <nlohmann/json.hpp>
 
 namespace simctl {
@@ -28,22 +29,6 @@ constexpr double kLimitSeconds = 10;
 constexpr double kMaxLimitSeconds = 1e6;
 constexpr int kFailed = 1;
 constexpr int kBadArguments = 2;
-
-// Control characters in names and texts do not reach the terminal.
-std::string Escape(const std::string& text, bool isOneLine) {
-    std::string escaped;
-    for (const char character : text) {
-        const auto code = static_cast<unsigned char>(character);
-        if ((code >= 0x20 && code != 0x7f) || character == '\t' || (character == '\n' && !isOneLine)) {
-            escaped += character;
-            continue;
-        }
-        char form[5];
-        std::snprintf(form, sizeof form, "\\x%02x", code);
-        escaped += form;
-    }
-    return escaped;
-}
 
 // The connection to a TV's control socket. Each operation that fails has reported why.
 class Connection {
@@ -107,8 +92,8 @@ public:
         }
     }
 
-    // Without the line end. False when there are no more (errno is not EAGAIN), or on timeout
-    // (EAGAIN).
+    // Without the line end. False when there are no more (errno is not EAGAIN), on timeout (EAGAIN), or
+    // when what has been printed cannot be written.
     bool ReadLine(std::string& line) {
         std::size_t searched = 0;
         for (;;) {
@@ -120,7 +105,8 @@ public:
             }
             searched = m_received.size();
             // Print what has arrived before waiting for more.
-            std::fflush(stdout);
+            if (std::fflush(stdout) != 0)
+                return false;
             char bytes[65536];
             errno = 0;
             const ssize_t size = recv(m_fd, bytes, sizeof bytes, 0);
@@ -141,7 +127,7 @@ private:
 // False when it cannot be written.
 bool Print(const std::string& text) {
     static const bool kOnTerminal = isatty(STDOUT_FILENO) != 0;
-    const std::string shown = kOnTerminal ? Escape(text, false) : text;
+    const std::string shown = kOnTerminal ? sim::EscapeControls(text) : text;
     return std::fwrite(shown.data(), 1, shown.size(), stdout) == shown.size();
 }
 
@@ -153,7 +139,7 @@ int PrintAnswer(Connection& connection) {
         const std::string name = answer.is_object() && answer.size() == 1 ? answer.begin().key() : "";
         if (name == "print" && answer[name].is_string()) {
             if (!Print(answer[name].get<std::string>()))
-                return Flush() ? 0 : kFailed;
+                break;
         } else if (name == "error" && answer[name].is_string()) {
             Complain(answer[name].get<std::string>());
         } else if (name == "limit" && answer[name].is_number()) {
@@ -169,9 +155,12 @@ int PrintAnswer(Connection& connection) {
             return kFailed;
         }
     }
-    if (isEndless && Flush())
+    const bool isLate = errno == EAGAIN;
+    if (!Flush())
+        return kFailed;
+    if (isEndless)
         return 0;
-    Complain(errno == EAGAIN ? "the TV is not responding" : "the TV ended before its answer was complete");
+    Complain(isLate ? "the TV is not responding" : "the TV ended before its answer was complete");
     return kFailed;
 }
 
@@ -184,14 +173,11 @@ std::string GetDirectory() {
 } // namespace
 
 void Complain(const std::string& line) {
-    std::fputs(("norvex-simctl: " + Escape(line, true) + "\n").c_str(), stderr);
+    sim::Complain("norvex-simctl", line);
 }
 
 bool Flush() {
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
-        return true;
-    Complain("standard output: " + std::generic_category().message(errno));
-    return false;
+    return sim::FlushOutput("norvex-simctl");
 }
 
 int Ask(const std::string& socketPath, const std::vector<std::string>& arguments) {

@@ -292,15 +292,6 @@ def test_an_answer_counts_once_it_is_complete(folder, answer, status, printed, r
     assert reason in errors
 
 
-def test_what_cannot_be_printed_is_an_error(tv):
-    for arguments in (["state"], ["calls"], ["lineup", "show"], ["--help"]):
-        with open("/dev/full", "w") as full, tv.connect() as client:
-            client.start()
-            result = subprocess.run([SIMCTL, *arguments], env=tv.environment, stdout=full, stderr=subprocess.PIPE,
-                                    text=True, timeout=LIMIT, check=False)
-        assert (result.returncode, result.stderr) == (1, "norvex-simctl: standard output: No space left on device\n")
-
-
 def test_a_saved_line_up_is_the_one_that_is_shown_and_loads_again(tv, folder):
     (folder / "small").write_text(SMALL_LINE_UP)
     tv.simctl("lineup", "load", folder / "small")

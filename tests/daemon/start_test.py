@@ -2,6 +2,7 @@
 
 import os
 import signal
+import socket
 import stat
 import subprocess
 
@@ -43,12 +44,46 @@ def test_a_file_that_is_not_a_database_is_refused(folder):
 def test_sockets_are_the_users_own_and_go_at_the_end(tv):
     for path in (tv.socket, tv.control_path):
         assert stat.S_IMODE(os.stat(path).st_mode) == 0o600
-    for number in (signal.SIGTERM, signal.SIGINT):
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
         with tv.connect() as client:
             assert tv.end(number) == 0
             client.assert_closed()
         assert {"errors", "log"} == set(os.listdir(tv.folder))
         tv.start()
+
+
+def test_a_hang_up_that_its_starter_ignores_does_not_end_it(tv_off):
+    before = signal.signal(signal.SIGHUP, signal.SIG_IGN)
+    try:
+        tv_off.start()
+    finally:
+        signal.signal(signal.SIGHUP, before)
+    tv_off.process.send_signal(signal.SIGHUP)
+    tv_off.wait("/debug/qos == false")
+    assert tv_off.end() == 0
+
+
+@pytest.mark.parametrize("make", [os.pipe, lambda: [end.detach() for end in socket.socketpair()]],
+                         ids=["pipe", "socket pair"])
+def test_it_ends_when_the_pipe_that_it_was_given_is_closed(tv_off, make):
+    given, kept = make()
+    process = None
+    try:
+        [process], ready = start_sims(1, "--socket", tv_off.socket, "--life-fd", given, pass_also=[given])
+        assert ready
+        os.write(kept, b"what it says does not matter")
+        tv_off.wait("/debug/qos == false")
+    finally:
+        os.close(given)
+        os.close(kept)
+    assert process.wait(LIMIT) == 0
+    assert os.listdir(tv_off.folder) == []
+
+
+@pytest.mark.parametrize("descriptor", ["987", "0"])
+def test_a_descriptor_that_is_no_pipe_is_refused(folder, descriptor):
+    assert "is not a pipe" in refusal(SIM, "--socket", folder / "s", "--life-fd", descriptor, status=2,
+                                      stdin=subprocess.DEVNULL)
 
 
 def test_a_second_daemon_on_a_socket_is_refused(tv):

@@ -15,12 +15,12 @@ CALL_LIMIT = 3.0
 PROCESS_PROMPT = " 99 : Exit\r\n====================================\r\n\r\ncmd> "
 
 
-def start_sims(count, *arguments, **options):
+def start_sims(count, *arguments, pass_also=(), **options):
     """Processes of norvex-sim that are started at once, and whether clients can connect to one of them. Those that
     they cannot connect to end by themselves."""
     ready, told = os.pipe()
     try:
-        processes = [subprocess.Popen([SIM, "--ready-fd", str(told), *map(str, arguments)], pass_fds=[told],
+        processes = [subprocess.Popen([SIM, "--ready-fd", str(told), *map(str, arguments)], pass_fds=[told, *pass_also],
                                       stdin=subprocess.DEVNULL, **options) for _ in range(count)]
     finally:
         os.close(told)

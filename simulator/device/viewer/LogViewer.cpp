@@ -2,14 +2,15 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <iostream>
 #include <memory>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <poll.h>
 #include <unistd.h>
 
+#include <base/Program.h>
 #include <wire/Tree.h>
 
 #include "DaemonConnection.h"
@@ -17,7 +18,7 @@
 
 namespace {
 
-// False when the reader has gone.
+// False with the reason in errno; EPIPE: the reader has gone.
 bool WriteWhole(std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
@@ -72,8 +73,8 @@ int LogViewer::Run() {
     Failure failure = Failure::None;
     const std::unique_ptr<DaemonConnection> connection = Follow(m_tag, failure);
     if (connection == nullptr) {
-        std::cerr << "dlogutil: " << (failure == Failure::Absent ? "no TV is running at " : "no answer from ")
-                  << FindSocketPath() << "\n";
+        sim::Complain(kProgram,
+                      (failure == Failure::Absent ? "no TV is running at " : "no answer from ") + FindSocketPath());
         return EXIT_FAILURE;
     }
     std::string line;
@@ -81,8 +82,12 @@ int LogViewer::Run() {
         wire::Message message;
         switch (connection->TakePushed(message)) {
         case Failure::None:
-            if (GetLine(message, line) && !WriteWhole(line))
-                return EXIT_SUCCESS;
+            if (GetLine(message, line) && !WriteWhole(line)) {
+                if (errno == EPIPE)
+                    return EXIT_SUCCESS;
+                sim::Complain(kProgram, "standard output: " + std::generic_category().message(errno));
+                return EXIT_FAILURE;
+            }
             continue;
         case Failure::Unresponsive:
             break;

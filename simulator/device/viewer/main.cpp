@@ -1,8 +1,10 @@
 #include <csignal>
-#include <iostream>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include <CLI/CLI.hpp>
+#include <base/Program.h>
 
 #include "LogViewer.h"
 
@@ -25,9 +27,10 @@ void TakeUsualSignals() {
 
 // NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the viewer.
 int main(int argc, char** argv) {
+    sim::OpenStandardDescriptors();
     TakeUsualSignals();
 
-    CLI::App app("Prints the lines of one tag of the simulated TV's log as they are written.", "dlogutil");
+    CLI::App app("Prints the lines of one tag of the simulated TV's log as they are written.", kProgram);
     app.footer("Follows the TV at NORVEX_SOCKET until the TV ends, or until interrupted. An unused tag shows nothing.");
     std::string tag;
     app.add_option("TAG", tag, "the tag, for example tvvideosink")
@@ -39,10 +42,11 @@ int main(int argc, char** argv) {
             "", "length"));
     try {
         app.parse(argc, argv);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
+    } catch (const CLI::CallForHelp&) {
+        std::fputs(app.help().c_str(), stdout);
+        return sim::FlushOutput(kProgram) ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const CLI::ParseError& error) {
-        std::cerr << "dlogutil: " << error.what() << "; see dlogutil --help\n";
+        sim::Complain(kProgram, std::string(error.what()) + "; see dlogutil --help");
         return kBadCommandLine;
     }
     return LogViewer(tag).Run();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <base/Path.h>
+#include <base/Program.h>
 
 #include "Ask.h"
 
@@ -27,6 +28,7 @@ constexpr int kBadArguments = 2;
 
 // NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
 int main(int count, char** given) {
+    sim::OpenStandardDescriptors();
     const std::string option = "--socket";
     std::string socketPath = sim::FindSocketPath();
     std::vector<std::string> arguments;
@@ -51,8 +53,9 @@ int main(int count, char** given) {
         std::fputs(kHelp, stdout);
         if (!simctl::Flush())
             return kFailed;
+        // Also without a TV.
         simctl::Ask(socketPath, arguments);
-        return 0;
+        return std::ferror(stdout) == 0 ? 0 : kFailed;
     }
     return simctl::Ask(socketPath, arguments);
 }

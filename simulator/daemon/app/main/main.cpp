@@ -2,7 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <iostream>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,9 +11,11 @@
 
 #include <fcntl.h>
 #include <sys/signalfd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <base/Path.h>
+#include <base/Program.h>
 
 #include "CommandLine.h"
 #include "Components.h"
@@ -30,23 +32,30 @@ struct Given {
     std::string log;
     std::string lineUp;
     std::optional<std::int32_t> readyDescriptor;
+    std::optional<std::int32_t> lifeDescriptor;
     std::int32_t items = 0;
     std::int32_t clientGraceMilliseconds = sim::Clients::kGraceMilliseconds;
 };
 
+const char kProgram[] = "norvex-sim";
 constexpr int kFailed = 1;
 constexpr std::int32_t kMaxDescriptor = 1 << 20;
 constexpr std::int32_t kMaxItems = 1'000'000;
 constexpr std::int32_t kMaxGraceMilliseconds = 3'600'000;
 
 int Fail(const std::string& line, int status = kFailed) {
-    std::cerr << "norvex-sim: " + line + "\n";
+    sim::Complain(kProgram, line);
     return status;
+}
+
+bool IsPipe(int descriptor) {
+    struct stat status {};
+    return fstat(descriptor, &status) == 0 && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
 }
 
 // The program's status; nothing if it continues.
 std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, Given& given) {
-    sim::CommandLine line("norvex-sim", "The simulated TV. Serves clients on a socket until SIGTERM or SIGINT.");
+    sim::CommandLine line(kProgram, "The simulated TV. Serves clients on a socket until SIGTERM, SIGINT or SIGHUP.");
     line.Text("--socket", given.socket, "PATH",
               "Where clients connect (NORVEX_SOCKET); the control socket has the same path with .ctl appended");
     line.Text("--database", given.database, "FILE",
@@ -56,6 +65,8 @@ std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, G
     line.Text("--log", given.log, "FILE", "Append the log to this file");
     line.Integer("--ready-fd", given.readyDescriptor, 0, kMaxDescriptor, "N",
                  "When clients can connect, write a line to this descriptor and close it");
+    line.Integer("--life-fd", given.lifeDescriptor, 0, kMaxDescriptor, "N",
+                 "End when the other end of the pipe at this descriptor is closed");
     line.Integer("--items", given.items, 0, kMaxItems, "N",
                  "Number of debug menu items in addition to the built-in ones");
     line.Integer("--client-grace", given.clientGraceMilliseconds, 0, kMaxGraceMilliseconds, "MS",
@@ -63,8 +74,8 @@ std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, G
     if (const auto ending = line.Parse(arguments)) {
         if (ending->status != 0)
             return Fail(ending->text, ending->status);
-        std::cout << ending->text << std::flush;
-        return std::cout ? 0 : Fail("standard output: cannot be written");
+        std::fputs(ending->text.c_str(), stdout);
+        return sim::FlushOutput(kProgram) ? 0 : kFailed;
     }
     if (given.socket.empty())
         given.socket = sim::FindSocketPath();
@@ -72,6 +83,9 @@ std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, G
         return Fail("--socket: " + given.socket + " is too long", sim::CommandLine::kBadArguments);
     if (given.readyDescriptor && fcntl(*given.readyDescriptor, F_GETFD) < 0)
         return Fail("--ready-fd: " + std::to_string(*given.readyDescriptor) + " is not open",
+                    sim::CommandLine::kBadArguments);
+    if (given.lifeDescriptor && !IsPipe(*given.lifeDescriptor))
+        return Fail("--life-fd: " + std::to_string(*given.lifeDescriptor) + " is not a pipe",
                     sim::CommandLine::kBadArguments);
     return {};
 }
@@ -83,6 +97,10 @@ int BlockEndSignals() {
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
+    // Unless the starter (nohup) wants it to be ignored.
+    struct sigaction hangUp {};
+    if (sigaction(SIGHUP, nullptr, &hangUp) == 0 && hangUp.sa_handler != SIG_IGN)
+        sigaddset(&signals, SIGHUP);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
@@ -106,6 +124,7 @@ bool TellReady(std::optional<int> descriptor) {
 
 // NOLINTNEXTLINE(bugprone-exception-escape): one that nothing can be done about ends the program.
 int main(int count, char** arguments) try {
+    sim::OpenStandardDescriptors();
     Given given;
     if (const auto status = ParseCommandLine({arguments + 1, arguments + count}, given))
         return *status;
@@ -152,6 +171,9 @@ int main(int count, char** arguments) try {
 
     sim::FdWatch endWatch;
     endWatch.Start(ends, EPOLLIN, [&](std::uint32_t) { loop.Quit(); });
+    sim::FdWatch lifeWatch;
+    if (given.lifeDescriptor)
+        lifeWatch.Start(*given.lifeDescriptor, 0, [&](std::uint32_t) { loop.Quit(); });
     log.Write(sim::kOwnTag, "ready on %s", given.socket.c_str());
     int status = 0;
     if (TellReady(given.readyDescriptor))
@@ -161,6 +183,7 @@ int main(int count, char** arguments) try {
     log.Write(sim::kOwnTag, "ends");
     log.SetSink(nullptr);
     endWatch.Stop();
+    lifeWatch.Stop();
     close(ends);
     return status;
 } catch (const std::system_error& failure) {
