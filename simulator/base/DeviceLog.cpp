@@ -37,7 +37,7 @@ void Write(std::string_view tag, std::string_view text) {
     char prefix[kMaxPrefixSize];
     std::string line(prefix, sim::WriteLogPrefix(prefix, sizeof prefix, std::string(tag).c_str()));
     line.append(text.substr(0, kMaxTextSize));
-    sim::MaskControlCharacters(line.data(), line.size());
+    sim::MaskUnprintable(line.data(), line.size());
     line += '\n';
     {
         Log& log = GetLog();

@@ -1,10 +1,6 @@
 #include <algorithm>
-#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <base/Log.h>
 #include <base/LogLine.h>
@@ -26,16 +22,6 @@ Log::Log() {
     ResetTags();
 }
 
-Log::~Log() {
-    if (m_file >= 0)
-        close(m_file);
-}
-
-bool Log::OpenFile(const std::string& path) {
-    m_file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    return m_file >= 0;
-}
-
 // NOLINTNEXTLINE(cert-dcl50-cpp): the compiler checks the arguments against the format.
 void Log::Write(const char* tag, const char* format, ...) {
     va_list arguments;
@@ -54,7 +40,7 @@ std::int32_t Log::Refuse(std::int32_t result, const char* tag, const char* forma
 }
 
 void Log::WriteLine(const char* tag, const char* format, va_list arguments) {
-    if ((m_file < 0 && !m_sink) || !IsStarted(tag))
+    if ((!m_writer.IsOpen() && !m_sink) || !IsStarted(tag))
         return;
     char line[kMaxLine];
     std::size_t used = WriteLogPrefix(line, sizeof line, tag);
@@ -65,14 +51,12 @@ void Log::WriteLine(const char* tag, const char* format, va_list arguments) {
         return;
     // One byte for the line end, which a truncated line needs as well.
     used = std::min(used + static_cast<std::size_t>(size), sizeof line - 1);
-    MaskControlCharacters(line, used);
+    MaskUnprintable(line, used);
     if (m_sink)
         m_sink(tag, {line, used});
-    if (m_file >= 0) {
+    if (m_writer.IsOpen()) {
         line[used] = '\n';
-        // Failing to write the log is not fatal.
-        while (write(m_file, line, used + 1) < 0 && errno == EINTR) {
-        }
+        m_writer.Write({line, used + 1});
     }
 }
 

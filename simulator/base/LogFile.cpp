@@ -1,9 +1,7 @@
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,11 +29,6 @@ const char* FindVariable(const char* name) {
 
 LogFile::LogFile(std::string path, long limit) : m_path(std::move(path)), m_limit(limit) {}
 
-LogFile::~LogFile() {
-    if (m_file >= 0)
-        close(m_file);
-}
-
 std::string LogFile::FindPath() {
     if (const char* file = FindVariable("NORVEX_LOG"))
         return file;
@@ -51,39 +44,32 @@ std::string LogFile::FindPath() {
     return directory + "/norvex.log";
 }
 
-bool LogFile::Open() {
-    m_file = open(m_path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600);
-    return m_file >= 0;
-}
-
 // The lock lets one process at a time rotate the file; a process that finds it rotated already only
-// opens the new one.
+// opens the new one. Without the lock the file grows on: a process that holds it may be stopped.
 void LogFile::Rotate() {
-    flock(m_file, LOCK_EX);
+    const int file = m_writer.GetDescriptor();
+    if (flock(file, LOCK_EX | LOCK_NB) != 0)
+        return;
     struct stat mine {};
     struct stat named {};
-    if (fstat(m_file, &mine) == 0 && stat(m_path.c_str(), &named) == 0 && mine.st_ino == named.st_ino &&
+    if (fstat(file, &mine) == 0 && stat(m_path.c_str(), &named) == 0 && mine.st_ino == named.st_ino &&
         mine.st_dev == named.st_dev)
         // A file that cannot be renamed keeps being written.
         static_cast<void>(std::rename(m_path.c_str(), (m_path + ".1").c_str()));
-    close(m_file);
-    m_file = -1;
+    m_writer.Close();
+    m_writer.Open(m_path);
 }
 
 bool LogFile::Append(std::string_view line) {
-    if (m_path.empty() || (m_file < 0 && !Open()))
+    if (m_path.empty())
         return false;
+    if (!m_writer.IsOpen())
+        m_writer.Open(m_path);
     struct stat status {};
-    if (fstat(m_file, &status) == 0 && S_ISREG(status.st_mode) && (status.st_size >= m_limit || status.st_nlink == 0)) {
+    if (fstat(m_writer.GetDescriptor(), &status) == 0 && S_ISREG(status.st_mode) &&
+        (status.st_size >= m_limit || status.st_nlink == 0))
         Rotate();
-        if (!Open())
-            return false;
-    }
-    ssize_t written = 0;
-    do
-        written = write(m_file, line.data(), line.size());
-    while (written < 0 && errno == EINTR);
-    return written == static_cast<ssize_t>(line.size());
+    return m_writer.Write(line);
 }
 
 } // namespace devicelog

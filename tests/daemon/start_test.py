@@ -86,6 +86,19 @@ def test_a_descriptor_that_is_no_pipe_is_refused(folder, descriptor):
                                       stdin=subprocess.DEVNULL)
 
 
+def test_a_log_pipe_that_nobody_reads_delays_nobody(folder):
+    os.mkfifo(folder / "log")
+    [daemon], ready = start_sims(1, "--socket", folder / "s", "--log", folder / "log")
+    assert ready
+    control = Control(str(folder / "s"))
+    with wire.Connection(str(folder / "s")) as client:
+        while not control.state("/daemon/lostLogLines"):
+            for _ in range(500):
+                assert client.execute("x") == (-1, "")
+    daemon.terminate()
+    assert daemon.wait(LIMIT) == 0
+
+
 def test_a_second_daemon_on_a_socket_is_refused(tv):
     assert "another norvex-sim is running on " + tv.socket in refusal(SIM, "--socket", tv.socket)
     tv.wait("/debug/qos == false")

@@ -4,6 +4,8 @@
 #include <string>
 #include <thread>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -90,6 +92,18 @@ TEST_F(LogFileTest, ItsSizeIsBounded) {
     EXPECT_LE(Read(path).size(), 100u + 31);
     EXPECT_LE(Read(path + ".1").size(), 100u + 2 * 31);
     EXPECT_GE(Read(path + ".1").size(), 100u) << "exchanged by one of the two, not by both";
+}
+
+TEST_F(LogFileTest, WhoHoldsItsLockIsNotWaitedFor) {
+    devicelog::LogFile file(path, 1);
+    EXPECT_TRUE(file.Append("one\n"));
+    const int holder = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(holder, LOCK_EX), 0);
+    EXPECT_TRUE(file.Append("two\n"));
+    EXPECT_EQ(Read(path), "one\ntwo\n");
+    close(holder);
+    EXPECT_TRUE(file.Append("three\n"));
+    EXPECT_EQ(Read(path), "three\n");
 }
 
 TEST_F(LogFileTest, OneThatSomebodyRemovesIsMadeAnew) {

@@ -39,6 +39,7 @@ json Context::DescribeClients() const {
                    {"calls", journal.GetEnd()},
                    {"signals", signals.GetLastNumber()},
                    {"viewers", log.GetFollowerCount()},
+                   {"lostLogLines", log.GetLostCount()},
                    {"injections", injections.Describe()},
                    {"clients", json::array()},
                    {"sessions", json::array()}};

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include <base/LogWriter.h>
+
 namespace sim {
 
 // The daemon's own tag; never stopped.
@@ -22,12 +24,14 @@ public:
     using Sink = std::function<void(std::string_view tag, std::string_view line)>;
 
     Log();
-    ~Log();
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
 
-    // Appends to the file. False when it cannot be opened, with the reason in errno.
-    bool OpenFile(const std::string& path);
+    // Appends to the file or pipe, without ever waiting. False when it cannot be opened, with the
+    // reason in errno.
+    bool OpenFile(const std::string& path) { return m_writer.Open(path); }
+    // Lines that could not be written so far.
+    std::uint64_t GetLostCount() const { return m_writer.GetLostCount(); }
     // Gets each line, without a line end.
     void SetSink(Sink sink) { m_sink = std::move(sink); }
 
@@ -52,7 +56,7 @@ public:
 private:
     void WriteLine(const char* tag, const char* format, va_list arguments);
 
-    int m_file = -1;
+    LogWriter m_writer{kOwnTag, "#0 "};
     Sink m_sink;
     std::uint64_t m_sequence = 0;
     std::size_t m_followerCount = 0;

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include <base/LogWriter.h>
+
 namespace devicelog {
 
 // A file that lines are appended to, by several processes at a time. When it reaches its limit it
@@ -11,11 +13,8 @@ class LogFile {
 public:
     // Does not open the file. `limit` in bytes.
     LogFile(std::string path, long limit);
-    ~LogFile();
-    LogFile(const LogFile&) = delete;
-    LogFile& operator=(const LogFile&) = delete;
 
-    // One write; false when the line could not be written.
+    // False: the line is lost.
     bool Append(std::string_view line);
 
     // The log's path according to the environment; empty when there is none. Creates the default
@@ -23,12 +22,11 @@ public:
     static std::string FindPath();
 
 private:
-    bool Open();
     void Rotate();
 
     std::string m_path;
     long m_limit;
-    int m_file = -1;
+    sim::LogWriter m_writer{"norvex-log", ""};
 };
 
 } // namespace devicelog

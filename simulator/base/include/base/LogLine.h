@@ -9,8 +9,8 @@ namespace sim {
 // thread.
 std::size_t WriteLogPrefix(char* line, std::size_t size, const char* tag);
 
-// External texts must not produce lines or terminal sequences: line ends and other control
-// characters become '?'.
-void MaskControlCharacters(char* text, std::size_t size);
+// External texts must not produce lines or terminal sequences, and a log is UTF-8: line ends, other
+// control characters and each byte that is not UTF-8 become '?'.
+void MaskUnprintable(char* text, std::size_t size);
 
 } // namespace sim
