@@ -3,12 +3,15 @@
 #include <functional>
 #include <string>
 
+#include <sys/stat.h>
+
 #include "EventSources.h"
 
 namespace sim {
 
 // The exclusive right to listen on a path: a lock on "PATH.lock", so that of two daemons that start
-// at once exactly one gets it, and a crashed one does not block the path.
+// at once exactly one gets it, and a crashed one does not block the path. A file of that name that is not such a lock is
+// left alone.
 class PathClaim {
 public:
     PathClaim() = default;
@@ -25,7 +28,7 @@ private:
 };
 
 // A listening socket that only accepts this user's processes. Replaces a stale socket at the path,
-// so the path must have been claimed.
+// so the path must have been claimed. At its end it removes the socket, unless another one is there.
 class Listener {
 public:
     // Takes ownership of the descriptor, unless it throws std::system_error; non-blocking,
@@ -48,6 +51,7 @@ private:
     void Accept();
 
     std::string m_path;
+    struct stat m_file {}; // of the socket at the path
     int m_socket = -1;
     FdWatch m_watch;
     Timer m_pause;
