@@ -3,13 +3,14 @@
 import os
 import signal
 import socket
+import sqlite3
 import stat
 import subprocess
 
 import pytest
 
 import norvex_wire as wire
-from norvex_control import Control
+from norvex_control import Control, Refused
 from norvex_tv import start_sims
 from programs import LIMIT, SIM, SIMCTL, refusal, run
 
@@ -37,8 +38,48 @@ def test_a_file_that_is_not_a_database_is_refused(folder):
     (folder / "text").write_text("no database\n" * 100)
     words = [SIM, "--socket", folder / "s", "--database"]
     assert "file is not a database" in refusal(*words, folder / "text")
-    assert "unable to open" in refusal(*words, folder / "none/db")
+    assert "No such file or directory" in refusal(*words, folder / "none/db")
+    assert "expected a regular file" in refusal(*words, "/dev/null")
     assert os.listdir(folder) == ["text"]
+
+
+@pytest.mark.parametrize("application, version, reason", [
+    (0, 0, "database of another program"), (0x12345678, 1, "database of another program"),
+    (0x4E56544D, 2, "database of version 2, expected 1")])
+def test_a_database_of_another_program_or_version_is_refused_and_left_alone(folder, application, version, reason):
+    with sqlite3.connect(folder / "db") as database:
+        database.executescript(f"PRAGMA application_id = {application}; PRAGMA user_version = {version};"
+                               "CREATE TABLE setting (mine)")
+    database.close()
+    before = (folder / "db").read_bytes()
+    assert refusal(SIM, "--socket", folder / "s", "--database", folder / "db") == f"norvex-sim: {folder}/db: {reason}\n"
+    assert (folder / "db").read_bytes() == before
+    assert os.listdir(folder) == ["db"]
+
+
+def test_a_new_database_is_the_users_own(tv_off):
+    tv_off.start("--database", tv_off.folder / "db")
+    for name in ("db", "db-wal"):
+        assert stat.S_IMODE((tv_off.folder / name).stat().st_mode) == 0o600
+
+
+@pytest.mark.parametrize("replacement", [None, b"another file"])
+def test_a_change_is_refused_once_the_database_has_gone(tv_off, replacement):
+    path = tv_off.folder / "db"
+    tv_off.start("--database", path)
+    tv_off.set("key", "db/first", 1)
+    path.unlink()
+    if replacement:
+        path.write_bytes(replacement)
+    with pytest.raises(Refused, match=f"{path} was deleted or replaced"):
+        tv_off.set("key", "db/second", 2)
+    with tv_off.connect() as client:
+        assert client.status("IDevice.StartLogTag", wire.text(1, "quarle-daemon", wire.IN)) == -5
+    assert f"{path} was deleted or replaced" in tv_off.log()
+    # What was there stays, here and at the path.
+    assert (tv_off.state("/device/keys/db~1first"), tv_off.state("/device/keys/db~1second")) == (1, None)
+    tv_off.end()
+    assert (path.read_bytes() if path.exists() else None) == replacement
 
 
 def test_sockets_are_the_users_own_and_go_at_the_end(tv):
@@ -133,6 +174,48 @@ def test_a_file_that_is_not_a_socket_stays(folder):
     (folder / "s").write_text("mine")
     assert "exists and is not a socket" in refusal(SIM, "--socket", folder / "s")
     assert (folder / "s").read_text() == "mine"
+
+
+@pytest.mark.parametrize("name", ["s", "s.ctl"])
+@pytest.mark.parametrize("kind", [socket.SOCK_SEQPACKET, socket.SOCK_STREAM, socket.SOCK_DGRAM])
+def test_the_socket_of_another_program_stays(folder, name, kind):
+    with socket.socket(socket.AF_UNIX, kind) as other:
+        other.bind(str(folder / name))
+        if kind != socket.SOCK_DGRAM:
+            # Nobody accepts, and the queue is full.
+            other.listen(0)
+            waiting = socket.socket(socket.AF_UNIX, kind)
+            waiting.connect(str(folder / name))
+        before = (folder / name).stat()
+        assert f"{folder}/{name}: another program is listening there" in refusal(SIM, "--socket", folder / "s")
+        assert (folder / name).stat() == before
+        assert os.listdir(folder) == [name]
+
+
+@pytest.mark.parametrize("make", [
+    lambda path: path.write_text("mine"), lambda path: path.write_text(""), os.mkfifo, os.mkdir,
+    lambda path: path.symlink_to("elsewhere")], ids=["text", "empty", "fifo", "folder", "link"])
+def test_a_lock_file_that_is_not_one_is_neither_used_nor_removed(folder, make):
+    make(folder / "s.lock")
+    before = (folder / "s.lock").lstat()
+    assert f"{folder}/s.lock: " in refusal(SIM, "--socket", folder / "s")
+    assert (folder / "s.lock").lstat() == before
+    assert os.listdir(folder) == ["s.lock"]
+
+
+def test_a_tv_whose_files_were_removed_leaves_those_of_the_next_one(tv, folder):
+    for name in ("tv.sock", "tv.sock.ctl", "tv.sock.lock"):
+        (folder / name).unlink()
+    [second], ready = start_sims(1, "--socket", tv.socket)
+    try:
+        assert ready
+        assert tv.end() == 0
+        assert tv.state("/daemon/pid") == second.pid
+        assert "another norvex-sim is running" in refusal(SIM, "--socket", tv.socket)
+    finally:
+        second.terminate()
+        second.wait(LIMIT)
+    assert {"errors", "log"} == set(os.listdir(folder))
 
 
 def test_the_environment_names_the_socket(folder):

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 namespace sim {
 
@@ -58,8 +59,8 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    // An empty path: in memory. False if it is not a database, is in use by another process, or
-    // cannot be written.
+    // An empty path: in memory. A new file is this user's only. False if it is not a database of this program and this
+    // version of it, is in use by another process, or cannot be written.
     bool Open(const std::string& path);
     // Statements without rows, several at once.
     bool Execute(const char* text);
@@ -67,7 +68,15 @@ public:
     sqlite3* Get() const { return m_database; }
 
 private:
+    bool PrepareFile(bool& isNew);
+    // Once the file is no longer at its path, nothing is committed: it would be lost.
+    bool NoteWhetherLost();
+
     sqlite3* m_database = nullptr;
+    std::string m_path;
+    struct stat m_file {};
+    bool m_isLost = false;
+    std::string m_error; // of this class; else SQLite's
 };
 
 // Several changes that are committed together, or not at all without Commit. If it is not open,
