@@ -20,7 +20,8 @@ const char kSchema[] = "CREATE TABLE IF NOT EXISTS service ("
                        " ON service (major, antenna, minor, id, listed, hidden, profile, type);"
                        "CREATE INDEX IF NOT EXISTS service_virtual"
                        " ON service (virtual_antenna, major) WHERE virtual_antenna IS NOT NULL;"
-                       "CREATE INDEX IF NOT EXISTS service_barker ON service (antenna) WHERE barker = 1;"
+                       "CREATE INDEX IF NOT EXISTS service_barker ON service (antenna)"
+                       " WHERE barker = 1 AND listed = 1;"
                        "CREATE TABLE IF NOT EXISTS programme ("
                        " service INTEGER NOT NULL, start INTEGER NOT NULL, duration INTEGER NOT NULL, title TEXT,"
                        " found INTEGER NOT NULL, PRIMARY KEY (service, start)) WITHOUT ROWID;"
@@ -113,8 +114,9 @@ bool LineUpTables::Prepare() {
     return m_database.Execute(kSchema) &&
            m_facts.Prepare(m_database, "SELECT antenna, frequency, type, captions, profile, major"
                                        " FROM service WHERE id = ?1") &&
-           m_barker.Prepare(m_database, "SELECT id FROM service WHERE barker = 1 AND antenna = ?1"
-                                        " AND listed = 1 ORDER BY antenna, major, minor, id LIMIT 1") &&
+           // SQLite would not choose the index: the table's key has the same order.
+           m_barker.Prepare(m_database, "SELECT id FROM service INDEXED BY service_barker WHERE barker = 1"
+                                        " AND listed = 1 AND antenna = ?1 ORDER BY major, minor, id LIMIT 1") &&
            m_received.Prepare(m_database, "SELECT id FROM service WHERE antenna = ?1 AND frequency IS NOT NULL"
                                           " ORDER BY antenna, major, minor, id") &&
            m_next.Prepare(m_database, "SELECT antenna, major, minor, id, frequency, profile, listed, hidden,"
