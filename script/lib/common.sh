@@ -2,11 +2,20 @@
 # shellcheck shell=bash disable=SC2034 # what is set here is used by the scripts
 set -euo pipefail
 
+# The caller's shell may have exported its options (noclobber, noglob, monitor) and CDPATH: start again without them.
+if [[ ${SHELLOPTS@a}${BASHOPTS@a} == *x* ]]; then
+    exec env -u SHELLOPTS -u BASHOPTS "$BASH" "$0" "$@"
+fi
+unset -v CDPATH
+
 self=$(readlink -f "$0")
 root=${self%/script/*}
 
-# The help is the comment at the top of the script.
-usage() { sed -n '1d; /^#/!q; s/^# \{0,1\}//p' "$self"; }
+# Prints the help, the comment at the top of the script, and ends the script.
+usage() {
+    sed -n '1d; /^#/!q; s/^# \{0,1\}//p' "$self" 2>/dev/null || fail 1 "cannot write to standard output"
+    exit 0
+}
 say() { echo "${self##*/}: $1" >&2; }
 fail() {
     say "$2"
@@ -39,7 +48,7 @@ options() {
     arguments=()
     while (($#)); do
         case $1 in
-        --help | -h) usage && exit 0 ;;
+        --help | -h) usage ;;
         --)
             [[ $_words != none ]] || fail 2 "unknown argument '--', see --help"
             shift && break

@@ -1,5 +1,6 @@
 """The programs under test, and how they are run. ZARN_BUILD names the build's folder (build/debug without it)."""
 
+import functools
 import os
 import pathlib
 import subprocess
@@ -44,3 +45,13 @@ def refusal(*command, status=1, **options):
     assert not result.stdout and result.stderr.count("\n") == 1, result
     assert result.stderr.startswith(os.path.basename(command[0]) + ": "), result
     return result.stderr
+
+
+@functools.cache
+def can_mount():
+    """Whether this machine lets its user mount in a view of their own. Not asked of the script, which is what is tested."""
+    view = ["unshare", "--mount"]
+    if os.geteuid() != 0:
+        view = ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount"]
+    overlay = "mount -t overlay overlay -o lowerdir=/usr/lib:/usr/bin /usr/bin"
+    return run(*view, "sh", "-c", overlay, status=None).returncode == 0

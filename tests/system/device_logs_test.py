@@ -9,7 +9,7 @@ import subprocess
 import pytest
 
 from norvex_tv import PROCESS_PROMPT
-from programs import BUILD, LIMIT, ROOT, program, refusal
+from programs import BUILD, LIMIT, ROOT, can_mount, program, refusal
 
 GST_PROMPT = " 11. GST_FPA_PARSER\r\n------------------------------------\r\n" + PROCESS_PROMPT
 VIEWER = program("dlogutil")
@@ -18,13 +18,7 @@ VIEWER = program("dlogutil")
 @pytest.fixture
 def open_on_device(tv):
     """Opens a console that finds the viewer and the sibling library where a TV has them."""
-    # Whether this machine lets its user mount in a view of their own. Not asked of the script, which is what is tested.
-    view = ["unshare", "--mount"]
-    if os.geteuid() != 0:
-        view = ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount"]
-    overlay = "mount -t overlay overlay -o lowerdir=/usr/lib:/usr/bin /usr/bin"
-    if subprocess.run([*view, "sh", "-c", overlay], stdin=subprocess.DEVNULL, capture_output=True, timeout=LIMIT,
-                      check=False).returncode != 0:
+    if not can_mount():
         pytest.skip("nothing can be mounted here, as in a container without the right to")
     return lambda: tv.open_console(through=[str(ROOT / "script/in-device"), "--build", str(BUILD)])
 

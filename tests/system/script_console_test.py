@@ -1,11 +1,17 @@
 """script/console, as it is typed: in a checkout of which this build is the release."""
 
 import os
+import pathlib
+import select
 import shutil
+import signal
+import socket
+import struct
+import subprocess
 
 import pytest
 
-from programs import BUILD, LIMIT, ROOT, run
+from programs import BUILD, LIMIT, ROOT, can_mount, refusal, run
 from terminal import Terminal
 
 EXIT = " 99 : Exit"
@@ -81,3 +87,141 @@ def test_control_c_ends_the_console_and_its_tv(checkout, environment):
     terminal.sendintr()
     terminal.end()
     assert_nothing_is_left(checkout)
+
+
+def read_until(stream, text):
+    got = b""
+    while not got.endswith(text):
+        piece = os.read(stream.fileno(), 4096)
+        assert piece, f"the output ended with {got!r}"
+        got += piece
+
+
+class Watched:
+    """Another process, and its end."""
+
+    def __init__(self, number):
+        self.number = number
+        self.descriptor = os.pidfd_open(number)
+
+    def parent(self):
+        status = pathlib.Path(f"/proc/{self.number}/status").read_text()
+        return Watched(int(status.split("PPid:")[1].split()[0]))
+
+    def await_end(self):
+        assert select.select([self.descriptor], [], [], LIMIT)[0]
+        os.close(self.descriptor)
+
+
+def find_tv(path):
+    """The process that serves the socket."""
+    with socket.socket(socket.AF_UNIX) as control:
+        control.connect(path)
+        return Watched(struct.unpack("3i", control.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, 12))[0])
+
+
+def test_a_console_whose_script_is_killed_ends_with_its_tv_and_leaves_nothing(checkout, environment):
+    with subprocess.Popen([checkout / "script/console"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                          env=environment, bufsize=0) as script:
+        read_until(script.stdout, b"cmd> ")
+        [path] = (checkout / "tmp").glob("zarn-console.*/norvex.sock.ctl")
+        tv = find_tv(str(path))
+        keeper = tv.parent()
+        script.kill()
+        tv.await_end()
+        keeper.await_end()
+        # The host, and the script that it runs in, have ended.
+        while os.read(script.stdout.fileno(), 4096):
+            pass
+    assert_nothing_is_left(checkout)
+
+
+@pytest.mark.slow
+def test_a_tv_that_does_not_end_is_killed(checkout, environment):
+    with subprocess.Popen([checkout / "script/console"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                          env=environment, bufsize=0) as script:
+        read_until(script.stdout, b"cmd> ")
+        [path] = (checkout / "tmp").glob("zarn-console.*/norvex.sock.ctl")
+        tv = find_tv(str(path))
+        os.kill(tv.number, signal.SIGSTOP)
+        script.stdin.close()
+        tv.await_end()
+        assert script.wait(LIMIT) == 0
+    assert_nothing_is_left(checkout)
+
+
+def test_a_tv_that_ended_early_is_said(checkout, environment):
+    with subprocess.Popen([checkout / "script/console"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                          stderr=subprocess.PIPE, env=environment, bufsize=0) as script:
+        read_until(script.stdout, b"cmd> ")
+        [path] = (checkout / "tmp").glob("zarn-console.*/norvex.sock.ctl")
+        tv = find_tv(str(path))
+        os.kill(tv.number, signal.SIGTERM)
+        tv.await_end()
+        script.stdin.close()
+        assert script.wait(LIMIT) == 0
+        assert b"console: the simulated TV ended early: " in script.stderr.read()
+    assert_nothing_is_left(checkout)
+
+
+def test_a_tv_that_is_named_and_gone_is_an_error(checkout, environment, folder):
+    environment["NORVEX_SOCKET"] = str(folder / "gone")
+    assert refusal(checkout / "script/console", "-c", "99", env=environment) == (
+        f"console: no TV is running at {folder}/gone: start one (norvex-sim), or unset NORVEX_SOCKET\n")
+
+
+@pytest.mark.parametrize("name", ["a b", "a:b", "a,b", 'a"b', "a\\b", "a'b", "a[b]*", "a$b", "-a", "a=b"])
+def test_temporary_files_may_be_in_a_folder_of_any_name(checkout, environment, console, name):
+    environment["TMPDIR"] = str(checkout / "tmp" / name)
+    os.mkdir(environment["TMPDIR"])
+    result = console("-c", "6 99 1 qos on 99 99")
+    assert "QoS is ON" in result.stdout and result.stderr == ""
+    # The sibling library, where nothing hinders mounts.
+    assert "[LUMO Debug]" in result.stdout or not can_mount()
+    assert os.listdir(checkout / "tmp") == [name] and not os.listdir(environment["TMPDIR"])
+
+
+def test_a_tmpdir_that_is_missing_or_too_long_is_one_line(checkout, environment):
+    script = checkout / "script/console"
+    environment["TMPDIR"] = str(checkout / "none")
+    assert str(checkout / "none") in run(script, "-c", "99", status=1, env=environment).stderr
+    environment["TMPDIR"] = str(checkout / "tmp" / ("x" * 100))
+    os.mkdir(environment["TMPDIR"])
+    assert "is too long" in refusal(script, "-c", "99", env=environment)
+    assert not os.listdir(environment["TMPDIR"])
+
+
+@pytest.mark.parametrize("way", ["a symbolic link", "a folder with blanks", "CDPATH", "exported options"])
+def test_the_console_opens_by_way_of(checkout, environment, way):
+    script = checkout / "script/console"
+    if way == "a symbolic link":
+        (checkout / "zarn").symlink_to("script/console")
+        (checkout / "other").symlink_to(checkout / "zarn")
+        script = checkout / "other"
+    elif way == "a folder with blanks":
+        (checkout / "a b").mkdir()
+        for name in ("script", "build"):
+            (checkout / name).rename(checkout / "a b" / name)
+        script = checkout / "a b/script/console"
+    elif way == "CDPATH":
+        environment["CDPATH"] = str(checkout)
+    else:
+        environment["SHELLOPTS"] = "braceexpand:emacs:hashall:histexpand:history:monitor:noclobber:noglob:nounset"
+        environment["BASHOPTS"] = "failglob:nocasematch:nullglob"
+    result = run(script, "-c", "1 qos on 99 99", env=environment, cwd=checkout)
+    assert "QoS is ON" in result.stdout and result.stderr == ""
+    assert_nothing_is_left(checkout)
+
+
+def test_help_on_a_full_disk_ends_the_script_with_status_1(checkout):
+    for name in ("console", "in-device"):
+        with open("/dev/full", "wb") as full:
+            told = run(checkout / "script" / name, "--help", status=1, capture_output=False, stdout=full,
+                       stderr=subprocess.PIPE).stderr
+        assert told == f"{name}: cannot write to standard output\n"
+
+
+@pytest.mark.skipif(not can_mount(), reason="nothing can be mounted here")
+def test_what_a_command_leaves_running_is_ended_though_it_ignores_sigterm():
+    # It holds the script's output, which is read to its end.
+    run(ROOT / "script/in-device", "--build", BUILD, "sh", "-c", "trap '' TERM; tail -f /dev/null &")
