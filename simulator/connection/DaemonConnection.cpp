@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <mutex>
+#include <set>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
@@ -61,13 +64,57 @@ bool IsOwnProcess(int socket) {
     return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &client, &size) == 0 && client.uid == geteuid();
 }
 
+// The sockets of this process's connections. In a child of fork, which would share them with its
+// parent, each is replaced by one that is not connected.
+class OpenSockets {
+public:
+    // Never destroyed: destructors of static objects close connections, too.
+    static OpenSockets& Get() {
+        static auto* sockets = new OpenSockets;
+        return *sockets;
+    }
+
+    void Add(int socket) {
+        const std::lock_guard lock(m_mutex);
+        m_sockets.insert(socket);
+    }
+    void Close(int socket) {
+        const std::lock_guard lock(m_mutex);
+        m_sockets.erase(socket);
+        close(socket);
+    }
+
+private:
+    OpenSockets() {
+        pthread_atfork([] { Get().m_mutex.lock(); }, [] { Get().m_mutex.unlock(); }, [] { Get().BecomeChild(); });
+    }
+
+    void BecomeChild() {
+        ClientToken::Renew();
+        for (const int shared : m_sockets) {
+            close(shared);
+            const int own = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+            if (own >= 0 && own != shared) {
+                dup3(own, shared, O_CLOEXEC);
+                close(own);
+            }
+        }
+        m_mutex.unlock();
+    }
+
+    std::mutex m_mutex;
+    std::set<int> m_sockets;
+};
+
 } // namespace
 
 DaemonConnection::DaemonConnection(int socket)
-    : m_socket(socket), m_packet(std::make_unique_for_overwrite<unsigned char[]>(kMaxPacket)) {}
+    : m_socket(socket), m_packet(std::make_unique_for_overwrite<unsigned char[]>(kMaxPacket)) {
+    OpenSockets::Get().Add(socket);
+}
 
 DaemonConnection::~DaemonConnection() {
-    close(m_socket);
+    OpenSockets::Get().Close(m_socket);
 }
 
 std::unique_ptr<DaemonConnection> DaemonConnection::Open(const std::string& path, const Purpose& purpose,

@@ -27,7 +27,8 @@ enum class Failure {
 };
 
 // One connection to the daemon: a socket on which a hello has been sent. It is discarded after its
-// first failure, so that a late reply is never taken for another call's.
+// first failure, so that a late reply is never taken for another call's. In a child of fork it has
+// ended: the child is a client of its own, as after a restart of the daemon.
 //
 // One thread at a time.
 class DaemonConnection {

@@ -39,7 +39,19 @@ Limits Limits::Find() {
     return {FindLimit("NORVEX_CONNECT_LIMIT_MS", 1000), FindLimit("NORVEX_CALL_LIMIT_MS", 5000)};
 }
 
-const ClientToken& ClientToken::Get() {
-    static const ClientToken token = MakeToken();
+namespace {
+
+ClientToken& GetToken() {
+    static ClientToken token = MakeToken();
     return token;
+}
+
+} // namespace
+
+const ClientToken& ClientToken::Get() {
+    return GetToken();
+}
+
+void ClientToken::Renew() {
+    GetToken() = MakeToken();
 }

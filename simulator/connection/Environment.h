@@ -26,4 +26,6 @@ struct ClientToken {
     unsigned char bytes[wire::kTokenSize];
 
     static const ClientToken& Get();
+    // In a child of fork, which is a client of its own.
+    static void Renew();
 };

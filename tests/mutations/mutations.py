@@ -220,6 +220,8 @@ mutate("simulator/connection/DaemonClient.cpp",
        "        if (session.generation != connection.generation)\n            return Failure::None;\n        wire::Buffer tree;",
        "        wire::Buffer tree;",
        "the end of a session of an earlier TV closes one of the new TV's", "wire-test", "client-test")
+mutate("simulator/connection/DaemonConnection.cpp", "        ClientToken::Renew();\n", "",
+       "a child of fork is taken for its parent", "wire-test:DaemonClientTest.AForked*")
 mutate("simulator/connection/DaemonClient.cpp", "(status >= 0 && !hasId)", "false",
        "a session without an id is taken for open", "wire-test", "client-test")
 mutate("simulator/connection/DaemonClient.cpp", "            return failure;\n        DropIdle();\n", "            return failure;\n",

@@ -3,6 +3,9 @@
 #include <functional>
 #include <thread>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 #include <interfaces/Interfaces.h>
 #include <norvex/core/MessageBuffer.h>
@@ -106,6 +109,26 @@ TEST_F(DaemonClientTest, IsSharedByAllWhoUseTheSameSocket) {
     EXPECT_EQ(DaemonClient::Find(), daemon);
     const FakeService other;
     EXPECT_NE(DaemonClient::Find(), daemon);
+}
+
+TEST_F(DaemonClientTest, AForkedProcessIsAClientOfItsOwn) {
+    const auto connection = CallOnce(&session, 1, 4);
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(Call(&session) == Failure::None && Call(&session) == Failure::None ? 0 : 1);
+    const auto ofChild = service.Accept();
+    ofChild->Welcome(1, 5);
+    EXPECT_NE(ofChild->helloToken, connection->helloToken);
+    EXPECT_EQ(FakeService::Serve(*ofChild, 50), (Calls{"Open 0", "Test 50", "Test 50"}));
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    // The parent's own goes on as it was, and ends with it.
+    std::thread serving([&] { EXPECT_EQ(FakeService::Serve(*connection), (Calls{"Test 40", "Close 0"})); });
+    EXPECT_EQ(Call(&session), Failure::None);
+    daemon->Close(session);
+    daemon.reset();
+    serving.join();
 }
 
 TEST_F(DaemonClientTest, LimitsThatAreNotNumbersCountAsNotSet) {

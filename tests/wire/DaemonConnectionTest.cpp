@@ -5,6 +5,8 @@
 #include <thread>
 
 #include <pthread.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 #include <norvex/core/MessageBuffer.h>
@@ -70,6 +72,19 @@ TEST_F(DaemonConnectionTest, TheHelloSaysWhoAndWhatFor) {
     EXPECT_EQ(connection->AwaitWelcome(kEnough), Failure::None);
     EXPECT_EQ(connection->GetEpoch(), 0xFEDCBA9876543210u);
     EXPECT_EQ(connection->GetClient(), 5u);
+}
+
+TEST_F(DaemonConnectionTest, HasEndedInAForkedProcess) {
+    const auto connection = Open();
+    serviceEnd->SendSignal(81, 1, 0, 7);
+    wire::Message message;
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(connection->TakePushed(message) == Failure::Gone ? 0 : 1);
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(connection->TakePushed(message), Failure::None);
 }
 
 TEST_F(DaemonConnectionTest, NobodyListening) {

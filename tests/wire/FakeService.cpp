@@ -100,6 +100,8 @@ wire::Role FakeService::Connection::Welcome(std::uint64_t epoch, std::uint32_t c
             node.Get(role);
         else if (node.tag == wire::kHelloSession)
             node.Get(helloSession);
+        else if (node.tag == wire::kHelloToken)
+            helloToken = node.GetBytes();
     SendWelcome(epoch, client);
     return role;
 }

@@ -41,7 +41,9 @@ public:
         // Until the client has closed its end.
         void AwaitEnd();
 
-        std::uint32_t helloSession = 0; // of the hello that Welcome took
+        // Of the hello that Welcome took.
+        std::uint32_t helloSession = 0;
+        std::string helloToken;
 
     private:
         int m_socket;
