@@ -13,15 +13,15 @@ namespace {
 using nlohmann::json;
 using wire::Direction;
 
-NORVEX_INTERFACE(Fake, Do)
+NORVEX_INTERFACE(Shown, Do)
 
-class FakeInterface : public sim::Interface {
+class ShownInterface : public sim::Interface {
 public:
-    FakeInterface() : Interface(interfaces::kTable<FakeMethod>, Calls::ToInterface) {
-        Add(FakeMethod::Do,
+    ShownInterface() : Interface(interfaces::kTable<ShownMethod>, Calls::ToInterface) {
+        Add(ShownMethod::Do,
             {sim::Out("status", sim::kInt), sim::In("service", sim::kNumber64), sim::In("text", sim::kText),
              sim::Out("screen", sim::kText)},
-            &FakeInterface::Do);
+            &ShownInterface::Do);
     }
 
 private:
@@ -56,7 +56,7 @@ protected:
                      {m_results.GetData(), m_results.GetSize()}});
     }
 
-    FakeInterface m_interface;
+    ShownInterface m_interface;
     wire::Buffer m_arguments;
     wire::Buffer m_results;
 };

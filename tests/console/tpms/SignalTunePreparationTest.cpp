@@ -17,7 +17,7 @@ const std::string kApp2 = "\"org.plexa.sigtunepreptest2\"";
 std::string Step(const std::string& command, const std::string& call, const std::string& line) {
     return "{menu}<" + command + ">{PipelineUtility." + call + "}" + line + "\n";
 }
-std::string Channel(const std::string& command, const std::string& word) {
+std::string SetChannel(const std::string& command, const std::string& word) {
     return "{menu}<" + command + ">Enter next channel major (int)> <" + word + ">";
 }
 std::string Ready(const std::string& app, const std::string& serviceId, const std::string& line) {
@@ -64,21 +64,21 @@ TEST_F(SignalTunePreparation, AnnouncesThatAnApplicationIsReady) {
     tv.GiveFound({{{12, 5}}});
     tv.Answer("PipelineUtility.NotifyReadyForSetService", {1, -4});
     EXPECT_EQ(Visit("2 7 5 65543"),
-              Channel("2", "7") + FindByMajor("7") + "major = 7 ,serviceId = 18446744073709551600\n" +
+              SetChannel("2", "7") + FindByMajor("7") + "major = 7 ,serviceId = 18446744073709551600\n" +
                   Ready(kApp1, "0xfffffffffffffff0", "Succesfully called NotifyReceiverState (App1), ret=1") +
-                  Channel("5", "65543") + FindByMajor("7") + "major = 65543 ,serviceId = 5\n" +
+                  SetChannel("5", "65543") + FindByMajor("7") + "major = 65543 ,serviceId = 5\n" +
                   Ready(kApp2, "0x0000000000000005", "Fail to NotifyReceiverState (App2), ret=-4"));
 }
 
 // The look-up's words and the channel stand on one line.
 TEST_F(SignalTunePreparation, AnnouncesNothingForAChannelThatDoesNotExist) {
-    EXPECT_EQ(Visit("2 7 5 -2 2 65535"), Channel("2", "7") + FindByMajor("7", "FindService failed") + " for major=7\n" +
-                                             Channel("5", "-2") + FindByMajor("65534", "FindService failed") +
-                                             " for major=-2\n" + Channel("2", "65535") +
-                                             FindByMajor("65535", "FindService failed") + " for major=65535\n");
+    EXPECT_EQ(Visit("2 7 5 -2 2 65535"),
+              SetChannel("2", "7") + FindByMajor("7", "FindService failed") + " for major=7\n" + SetChannel("5", "-2") +
+                  FindByMajor("65534", "FindService failed") + " for major=-2\n" + SetChannel("2", "65535") +
+                  FindByMajor("65535", "FindService failed") + " for major=65535\n");
     EXPECT_NE(console.Transcript().find("FindService failed for major=7\n"), std::string::npos);
     tv.GiveFound({{{13, 7}}});
-    EXPECT_EQ(Visit("2 +007x"), Channel("2", "+007x") + FindByMajor("7", MissingTag(" 12")) + " for major=7\n");
+    EXPECT_EQ(Visit("2 +007x"), SetChannel("2", "+007x") + FindByMajor("7", MissingTag(" 12")) + " for major=7\n");
 }
 
 TEST_F(SignalTunePreparation, GoesBackSilentlyForAChannelThatIsNoNumber) {
@@ -86,7 +86,7 @@ TEST_F(SignalTunePreparation, GoesBackSilentlyForAChannelThatIsNoNumber) {
     std::string expected;
     for (const std::string& word : kNoNumbers) {
         words += "2 " + word + " 5 " + word + " ";
-        expected += Channel("2", word) + Channel("5", word);
+        expected += SetChannel("2", word) + SetChannel("5", word);
     }
     EXPECT_EQ(Visit(words), expected);
 }

@@ -4,20 +4,20 @@
 
 namespace {
 
-const char kText[] = "transponder air 474000\n"
-                     "service 0x1 1 \"One\"\n"
-                     "service 0x2 2 \"Two\"\n"
-                     "  programme 00:00 1440 \"All day\"\n"
-                     "transponder air 482000\n"
-                     "service 0x8000000000000003 3 \"Three\"\n"
-                     "transponder air 490000\n"
-                     "service 0x4 4 \"Guide\" barker\n"
-                     "transponder cable 330000\n"
-                     "service 0x5 5 \"Cable\"\n"
-                     "transponder satellite 11347000\n"
-                     "service 0x6 6 \"Secret guide\" barker unlisted\n"
-                     "streamed air\n"
-                     "service 0x7 7 \"Stream\"\n";
+const char kTwoTransponders[] = "transponder air 474000\n"
+                                "service 0x1 1 \"One\"\n"
+                                "service 0x2 2 \"Two\"\n"
+                                "  programme 00:00 1440 \"All day\"\n"
+                                "transponder air 482000\n"
+                                "service 0x8000000000000003 3 \"Three\"\n"
+                                "transponder air 490000\n"
+                                "service 0x4 4 \"Guide\" barker\n"
+                                "transponder cable 330000\n"
+                                "service 0x5 5 \"Cable\"\n"
+                                "transponder satellite 11347000\n"
+                                "service 0x6 6 \"Secret guide\" barker unlisted\n"
+                                "streamed air\n"
+                                "service 0x7 7 \"Stream\"\n";
 constexpr std::uint64_t kThree = 0x8000000000000003ULL;
 
 using namespace interfaces;
@@ -53,7 +53,7 @@ protected:
     }
     std::string Tuner() { return tv.MainState("tuner/at"); }
 
-    LineUpTv tv{kText};
+    LineUpTv tv{kTwoTransponders};
     ScanClient client{tv};
 };
 
@@ -77,7 +77,7 @@ TEST_F(ScansTest, TuneAroundCollectsMissingProgrammes) {
     // Only the rest of the hour is known; programmes of the line-up stay unchanged.
     EXPECT_EQ(tv.Set("clock", {"2026-03-01T21:00:00Z"}), "");
     EXPECT_EQ(client.IsTuneAroundNeeded({1}), 1);
-    EXPECT_EQ(tv.Show(), LineUpTv(kText).Show());
+    EXPECT_EQ(tv.Show(), LineUpTv(kTwoTransponders).Show());
     EXPECT_EQ(tv.Set("clock", {"2026-03-01T20:59:00Z"}), "");
     EXPECT_EQ(client.IsTuneAroundNeeded({1}), 0);
     tv.context.Reset();
