@@ -319,7 +319,7 @@ mutate("simulator/daemon/store/Database.cpp", "    sqlite3_reset(m_statement);\n
        "a statement that failed once fails for ever", "daemon_tests")
 mutate("simulator/daemon/store/Database.cpp", '        m_database.Execute("ROLLBACK");', "        static_cast<void>(m_database);",
        "a transaction that is given up stays open", "daemon_services_tests")
-mutate("simulator/daemon/store/Database.cpp", '"PRAGMA locking_mode = EXCLUSIVE;"\n                   ', "",
+mutate("simulator/daemon/store/Database.cpp", "PRAGMA locking_mode = EXCLUSIVE; BEGIN", "BEGIN",
        "two TVs run on one database", "tests/daemon/start_test.py")
 mutate("simulator/daemon/store/NumberStore.cpp", '"DELETE FROM setting WHERE part = ?1"', '"DELETE FROM setting WHERE part >= ?1"',
        "resetting one component forgets what others keep", "daemon_tests")
@@ -395,7 +395,7 @@ mutate("simulator/daemon/pipelines/Preparation.cpp", "            receiver.state
        "a receiver that was ready once is ready for each later change", "daemon_pipelines_tests")
 mutate("simulator/daemon/pipelines/Preparation.cpp", "        Check(handle, queue);\n    }", "    }",
        "a change waits for a client that is gone", "daemon_pipelines_tests")
-mutate("simulator/daemon/pipelines/ZoomControl.cpp", "            if (!zoomed)\n                m_pipelines.ResetMainPicture(handle);", "            if (zoomed)\n                m_pipelines.ResetMainPicture(handle);",
+mutate("simulator/daemon/pipelines/ZoomControl.cpp", "if (!HasWindow(handle))", "if (HasWindow(handle))",
        "the main picture stays small after the last window's client is gone", "daemon_pipelines_tests")
 mutate("simulator/daemon/pipelines/ZoomControl.cpp", "m_windows.size() < m_limit);", "m_windows.size() <= m_limit);",
        "one more zoom window is available than the limit allows", "daemon_pipelines_tests")
