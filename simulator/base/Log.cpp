@@ -14,7 +14,6 @@ constexpr std::size_t kMaxLine = 2048;
 const char* const kStartedTags[] = {kOwnTag,       "tvvideosink", "tvvideodec", "tvtunerinfosrc",
                                     "tvaudiosink", "tvaudiodec",  "tvdemuxer",  "tvdrmsink",
                                     "extaudiosrc", "extvideosrc", "tvfpaparser"};
-const char* const kStoppedTags[] = {"quarle-daemon", "quarle-provider"};
 
 } // namespace
 
@@ -73,7 +72,7 @@ void Log::ResetTags() {
     m_tags.clear();
     for (const char* tag : kStartedTags)
         m_tags[tag] = true;
-    for (const char* tag : kStoppedTags)
+    for (const char* tag : kProviderTags)
         m_tags[tag] = false;
 }
 

@@ -7,41 +7,22 @@
 #include <unistd.h>
 
 #include <base/LogFile.h>
+#include <base/Path.h>
 
 namespace devicelog {
-
-namespace {
-
-// Creates `path` and its parents.
-void MakeDirectories(const std::string& path) {
-    for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
-        mkdir(path.substr(0, slash).c_str(), 0700);
-    mkdir(path.c_str(), 0700);
-}
-
-const char* FindVariable(const char* name) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
-    const char* value = std::getenv(name);
-    return value != nullptr && *value != '\0' ? value : nullptr;
-}
-
-} // namespace
 
 LogFile::LogFile(std::string path, long limit) : m_path(std::move(path)), m_limit(limit) {}
 
 std::string LogFile::FindPath() {
-    if (const char* file = FindVariable("NORVEX_LOG"))
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody here changes the environment.
+    const char* file = std::getenv("NORVEX_LOG");
+    if (file != nullptr && *file != '\0')
         return file;
-    std::string directory;
-    if (const char* state = FindVariable("XDG_STATE_HOME"))
-        directory = state;
-    else if (const char* home = FindVariable("HOME"))
-        directory = std::string(home) + "/.local/state";
-    else
+    const std::string state = sim::FindStateDirectory();
+    if (state.empty())
         return {};
-    directory += "/norvex";
-    MakeDirectories(directory);
-    return directory + "/norvex.log";
+    sim::MakeDirectories(state + "/norvex");
+    return state + "/norvex/norvex.log";
 }
 
 // The lock lets one process at a time rotate the file; a process that finds it rotated already only

@@ -55,4 +55,29 @@ bool MakeDefaultDirectory(std::string& error) {
     return true;
 }
 
+bool MakeDirectories(const std::string& path) {
+    for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
+        mkdir(path.substr(0, slash).c_str(), 0700);
+    return mkdir(path.c_str(), 0700) == 0 || errno == EEXIST;
+}
+
+std::string FindStateDirectory() {
+    if (const char* state = FindVariable("XDG_STATE_HOME"); state != nullptr && *state == '/')
+        return state;
+    if (const char* home = FindVariable("HOME"); home != nullptr && *home == '/')
+        return std::string(home) + "/.local/state";
+    return {};
+}
+
+std::string FindDeviceDirectory(std::string& error) {
+    if (const char* directory = FindVariable("NORVEX_DEVICE_DIR")) {
+        if (*directory == '/')
+            return directory;
+        error = std::string("NORVEX_DEVICE_DIR: expected an absolute path, not ") + directory;
+        return {};
+    }
+    const std::string state = FindStateDirectory();
+    return (state.empty() ? GetOwnDirectory() : state + "/norvex") + "/device";
+}
+
 } // namespace sim

@@ -89,7 +89,7 @@ def test_sockets_are_the_users_own_and_go_at_the_end(tv):
         with tv.connect() as client:
             assert tv.end(number) == 0
             client.assert_closed()
-        assert {"errors", "log"} == set(os.listdir(tv.folder))
+        assert {"device", "errors", "log"} == set(os.listdir(tv.folder))
         tv.start()
 
 
@@ -215,7 +215,7 @@ def test_a_tv_whose_files_were_removed_leaves_those_of_the_next_one(tv, folder):
     finally:
         second.terminate()
         second.wait(LIMIT)
-    assert {"errors", "log"} == set(os.listdir(folder))
+    assert {"device", "errors", "log"} == set(os.listdir(folder))
 
 
 def test_the_environment_names_the_socket(folder):
@@ -231,13 +231,13 @@ def switch_on(tv):
         client.start()
         for word in ("items", "103", "qos", "on"):
             client.execute(word)
-        client.status("IDevice.StartLogTag", wire.text(1, "quarle-daemon", wire.IN))
+        client.status("IDevice.StartLogTag", wire.text(1, "other", wire.IN))
     tv.set("key", "db/other", -5)
 
 
 def switched_on(tv):
     return (tv.state("/debug/itemsOn"), tv.state("/debug/items/2/state"), tv.state("/debug/qos"),
-            tv.state("/device/logTags/quarle-daemon"), tv.state("/device/keys/db~1other"))
+            tv.state("/device/logTags/other"), tv.state("/device/keys/db~1other"))
 
 
 def test_state_is_kept_in_the_database_through_a_sudden_end(tv_off):
@@ -254,7 +254,7 @@ def test_what_was_reset_is_not_back_after_the_next_start(tv_off):
     tv_off.reset()
     tv_off.kill()
     tv_off.start()
-    assert switched_on(tv_off) == (0, False, False, False, None)
+    assert switched_on(tv_off) == (0, False, False, None, None)
 
 
 def test_a_database_is_one_tvs(tv_off):
@@ -267,4 +267,4 @@ def test_without_a_database_state_outlives_the_client_and_ends_with_the_daemon(t
     assert switched_on(tv) == (1, True, True, True, -5)
     tv.end()
     tv.start()
-    assert switched_on(tv) == (0, False, False, False, None)
+    assert switched_on(tv) == (0, False, False, None, None)

@@ -82,19 +82,25 @@ TEST_F(DevicePaths, AnEmptyVariableNamesNoDirectory) {
     EXPECT_EQ(Resolve("file"), InFolder("home/.local/state/norvex/device/file"));
 }
 
-TEST_F(DevicePaths, DirectoriesAreMadeAndTheFileIsNot) {
+TEST_F(DevicePaths, LookingMakesNothing) {
     Set("NORVEX_DEVICE_DIR", InFolder("device"));
     Resolve("a/b/file");
-    EXPECT_TRUE(fs::is_directory(InFolder("device/a/b")));
-    EXPECT_FALSE(fs::exists(InFolder("device/a/b/file")));
+    EXPECT_FALSE(fs::exists(InFolder("device")));
 }
 
-TEST_F(DevicePaths, ADirectoryThatCannotBeMadeIsLoggedAndThePathIsGivenAllTheSame) {
-    Set("NORVEX_DEVICE_DIR", InFolder("taken"));
-    std::ofstream(InFolder("taken")) << "a file";
+TEST_F(DevicePaths, ARelativeDirectoryOfTheDeviceIsRefused) {
+    Set("NORVEX_DEVICE_DIR", "device");
     const LogWatch log;
-    EXPECT_EQ(Resolve("a/file"), InFolder("taken/a/file"));
-    EXPECT_EQ(log.Count("cannot create the directory " + InFolder("taken/a")), 1);
+    EXPECT_EQ(Resolve("a/file"), "");
+    EXPECT_EQ(log.Count("NORVEX_DEVICE_DIR: expected an absolute path, not device"), 1);
+}
+
+TEST_F(DevicePaths, ARelativeDirectoryOfTheUserIsPassedOver) {
+    Set("XDG_STATE_HOME", "state");
+    Set("HOME", InFolder("home"));
+    EXPECT_EQ(Resolve("file"), InFolder("home/.local/state/norvex/device/file"));
+    Set("HOME", "home");
+    EXPECT_EQ(Resolve("file"), "/tmp/norvex-" + std::to_string(geteuid()) + "/device/file");
 }
 
 TEST_F(DevicePaths, AnUnknownDirectoryHasNoPathAndIsLogged) {

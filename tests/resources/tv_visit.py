@@ -42,7 +42,7 @@ def kept_by(tv):
         "items": tuple(item["id"] for item in debug["items"] if item["state"]),
         "mode": debug["modes"]["timing"],
         "key": device["keys"].get("db/kept"),
-        "tag": device["logTags"]["quarle-daemon"],
+        "tag": device["logTags"].get("other", False),
         "bootup": (line_up["bootup"] or {}).get("service"),
         # What a scan has found comes and goes in one piece with the rest of the line-up.
         "lineUp": (line_up["services"], line_up["programmes"]),
@@ -138,7 +138,7 @@ class Visit:
         if self.may_be["items"] == {(101, 102, 103)}:
             self.note(self.status("IDebugPrintControl.SetMenuItem", wire.menu_item(1, "", 0, 102, IN)),
                       items=(101, 103))
-        self.note(self.status("IDevice.StartLogTag", wire.text(1, "quarle-daemon", IN)), tag=True)
+        self.note(self.status("IDevice.StartLogTag", wire.text(1, "other", IN)), tag=True)
         self.note(self.order(self.tv.set, "key", "db/kept", 7), key=7)
 
     def look_up(self):

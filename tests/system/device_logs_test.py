@@ -9,10 +9,11 @@ import subprocess
 import pytest
 
 from norvex_tv import PROCESS_PROMPT
-from programs import BUILD, LIMIT, ROOT, can_mount, program, refusal
+from programs import BUILD, LIMIT, ROOT, SIM, can_mount, program, refusal
 
 GST_PROMPT = " 11. GST_FPA_PARSER\r\n------------------------------------\r\n" + PROCESS_PROMPT
 VIEWER = program("dlogutil")
+MARKER = "device/quarle-provider/data/FCdebug.conf"
 
 
 @pytest.fixture
@@ -32,12 +33,67 @@ def switch_provider_log(tv, before, word, after):
 
 
 def test_the_provider_log_switched_on_is_on_when_the_console_is_entered_again(tv):
-    marker = tv.folder / "device/quarle-provider/data/FCdebug.conf"
+    marker = tv.folder / MARKER
     for change, on in ((("OFF", "1", "ON "), True), (("ON ", "0", "OFF"), False)):
         switch_provider_log(tv, *change)
         assert marker.exists() is on
-        tags = tv.state("/device/logTags")
-        assert (tags["quarle-daemon"], tags["quarle-provider"]) == (on, on)
+        assert provider_tags(tv) == (on, on)
+
+
+def provider_tags(tv):
+    tags = tv.state("/device/logTags")
+    return tags["quarle-daemon"], tags["quarle-provider"]
+
+
+@pytest.mark.parametrize("options", [(), ("--database", "base")], ids=["in memory", "database"])
+def test_the_provider_log_is_as_its_menu_shows_it_after_the_tv_was_started_again(tv_off, options):
+    options = [tv_off.folder / word if word == "base" else word for word in options]
+    tv_off.start(*options)
+    switch_provider_log(tv_off, "OFF", "1", "ON ")
+    tv_off.end()
+    tv_off.start()
+    assert provider_tags(tv_off) == (True, True)
+    tv_off.end()
+    # While no TV runs.
+    switch_provider_log(tv_off, "ON ", "0", "OFF")
+    tv_off.start()
+    assert provider_tags(tv_off) == (False, False)
+    tv_off.end()
+    switch_provider_log(tv_off, "OFF", "1", "ON ")
+    tv_off.start()
+    assert provider_tags(tv_off) == (True, True)
+    # Back to a new TV's state: off, for the menu as well.
+    tv_off.reset()
+    assert provider_tags(tv_off) == (False, False)
+    switch_provider_log(tv_off, "OFF", "0", "OFF")
+
+
+def test_the_provider_log_is_as_its_menu_shows_it_when_a_console_begins(tv):
+    marker = tv.folder / MARKER
+    marker.touch()
+    tv.run_words("5 12 1 99 99 99\n")
+    assert "quarle-daemon: " in tv.log() and "registered for changes" in tv.log()
+    marker.unlink()
+    assert " 0: [OFF] QUARLE_PROVIDER" in tv.run_words("4 99 99\n")
+    assert provider_tags(tv) == (False, False)
+
+
+def test_looking_at_the_provider_log_makes_no_folder(tv_off):
+    assert " 0: [OFF] QUARLE_PROVIDER" in tv_off.run_words("4 99 99\n")
+    assert not (tv_off.folder / "device").exists()
+
+
+def test_a_tv_without_a_folder_for_its_files_says_so_and_runs(tv_off):
+    (tv_off.folder / "device").write_text("a file")
+    tv_off.start()
+    assert f"cannot create the directory {tv_off.folder}/device/quarle-provider/data" in tv_off.log()
+    tv_off.reset()
+    assert provider_tags(tv_off) == (False, False)
+
+
+def test_a_relative_folder_of_the_device_is_refused(tv_off):
+    assert refusal(SIM, env={**tv_off.environment, "NORVEX_DEVICE_DIR": "device"}) == \
+        "norvex-sim: NORVEX_DEVICE_DIR: expected an absolute path, not device\n"
 
 
 def start_viewer(tv, console, row, tag):

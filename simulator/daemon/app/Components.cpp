@@ -11,7 +11,7 @@ namespace sim {
 
 bool RegisterComponents(Context& context, const Options& options, std::string& error) {
     context.Register<SessionInterface>(context.dispatcher, context.sessions, context.log);
-    context.Register<Device>(context);
+    context.Register<Device>(context, options.deviceDirectory);
     context.Register<DebugPrintControl>(context, options.items);
     if (!RegisterServices(context, options.lineUp ? &*options.lineUp : nullptr, error))
         return false;

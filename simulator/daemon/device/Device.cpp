@@ -1,8 +1,14 @@
 #include "Device.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <base/Number.h>
+#include <base/Path.h>
 #include <nlohmann/json.hpp>
 
 #include "Results.h"
@@ -29,8 +35,9 @@ bool IsName(const std::string& text) {
 
 } // namespace
 
-Device::Device(Context& context)
-    : Interface(interfaces::kTable<interfaces::DeviceMethod>, Calls::ToInterface), m_context(context) {
+Device::Device(Context& context, const std::string& directory)
+    : Interface(interfaces::kTable<interfaces::DeviceMethod>, Calls::ToInterface), m_context(context),
+      m_marker(directory.empty() ? "" : directory + "/" + kProviderMarker) {
     Add(interfaces::DeviceMethod::GetInt, {Out("status", kInt), In("key", kText), Out("value", kInt)}, &Device::GetInt);
     Add(interfaces::DeviceMethod::StartLogTag, {Out("status", kInt), In("tag", kText)}, &Device::StartLogTag);
     Add(interfaces::DeviceMethod::StopLogTag, {Out("status", kInt), In("tag", kText)}, &Device::StopLogTag);
@@ -44,6 +51,28 @@ Device::Device(Context& context)
     m_context.numbers.ForEach(kTagsPart, [this](std::string_view tag, std::int64_t started) {
         m_context.log.SetTag(std::string(tag), started != 0);
     });
+    if (m_marker.empty())
+        return;
+    if (const std::string parent = m_marker.substr(0, m_marker.rfind('/')); !MakeDirectories(parent))
+        context.log.Write(kOwnTag, "cannot create the directory %s: %s", parent.c_str(),
+                          std::generic_category().message(errno).c_str());
+    FollowMarker();
+    context.clients.SetBeginHook([this] { FollowMarker(); });
+}
+
+bool Device::HasMarker() const {
+    struct stat marker {};
+    return stat(m_marker.c_str(), &marker) == 0;
+}
+
+void Device::FollowMarker() const {
+    m_isFollowed = HasMarker();
+    for (const char* tag : kProviderTags)
+        m_context.log.SetTag(tag, m_isFollowed);
+}
+
+bool Device::RemoveMarker() {
+    return m_marker.empty() || unlink(m_marker.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
 }
 
 void Device::SetDefaults() {
@@ -101,6 +130,8 @@ bool Device::SetKey(const std::vector<std::string>& values, std::string& error) 
 }
 
 json Device::DescribeState() const {
+    if (!m_marker.empty() && HasMarker() != m_isFollowed)
+        FollowMarker();
     json tags = json::object();
     for (const auto& [tag, started] : m_context.log.GetTags())
         tags[tag] = started;
@@ -113,6 +144,11 @@ bool Device::Reset() {
         !together.Commit())
         return false;
     SetDefaults();
+    if (!RemoveMarker())
+        m_context.log.Write(kOwnTag, "cannot remove %s: %s", m_marker.c_str(),
+                            std::generic_category().message(errno).c_str());
+    if (!m_marker.empty())
+        FollowMarker();
     return true;
 }
 

@@ -4,8 +4,11 @@ namespace sim {
 
 Client& Clients::Connected(const Token& token) {
     auto& client = m_clients[token];
-    if (client == nullptr)
+    if (client == nullptr) {
         client = std::make_unique<Client>(++m_lastNumber, token);
+        if (m_begins)
+            m_begins();
+    }
     ++client->m_connections;
     client->m_grace.Stop();
     return *client;

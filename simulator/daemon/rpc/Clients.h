@@ -25,6 +25,8 @@ public:
     // A connection of the client has ended.
     void Disconnected(Client& client);
 
+    // Called when a client sends its first hello.
+    void SetBeginHook(std::function<void()> hook) { m_begins = std::move(hook); }
     // Called in the order of adding when a client is released.
     void AddReleaseHook(ReleaseHook hook) { m_hooks.push_back(std::move(hook)); }
 
@@ -40,6 +42,7 @@ private:
     unsigned m_graceMilliseconds;
     std::uint32_t m_lastNumber = 0;
     std::map<Token, std::unique_ptr<Client>> m_clients;
+    std::function<void()> m_begins;
     std::vector<ReleaseHook> m_hooks;
 };
 

@@ -17,6 +17,9 @@ constexpr const char* kOwnTag = "norvex";
 // The tag of tuning, line-up and scans.
 constexpr const char* kTunerTag = "tvtunerinfosrc";
 
+// The tags of the live provider, one switch of the console.
+constexpr const char* kProviderTags[] = {"quarle-daemon", "quarle-provider"};
+
 // The TV's log: lines with a tag, written to a file and sent to the tag's followers. A stopped tag
 // writes nothing.
 class Log {

@@ -16,4 +16,15 @@ inline std::string GetControlPath(const std::string& socketPath) {
 // Creates the default path's directory, for this user only. False: `error` is a line.
 bool MakeDefaultDirectory(std::string& error);
 
+// Creates the directory and its parents, for this user only. False if it does not exist then, with the reason in errno.
+bool MakeDirectories(const std::string& path);
+
+// The user's state directory, by XDG_STATE_HOME and HOME; a relative path in one is ignored. Empty when there is none.
+std::string FindStateDirectory();
+// Where the simulated device keeps its files: NORVEX_DEVICE_DIR or, without it, norvex/device in the user's state
+// directory. Empty if the variable is not an absolute path: `error` is a line.
+std::string FindDeviceDirectory(std::string& error);
+// Below the device's directory: exists while the live provider's log is on.
+constexpr const char* kProviderMarker = "quarle-provider/data/FCdebug.conf";
+
 } // namespace sim

@@ -144,6 +144,9 @@ int main(int count, char** arguments) try {
     if (!given.log.empty() && !log.OpenFile(given.log))
         return Fail(given.log + ": " + std::generic_category().message(errno));
     sim::Options options;
+    options.deviceDirectory = sim::FindDeviceDirectory(error);
+    if (options.deviceDirectory.empty())
+        return Fail(error);
     options.items = static_cast<std::uint32_t>(given.items);
     if (!given.lineUp.empty()) {
         sim::LineUpSource lineUp{given.lineUp, {}};
