@@ -267,11 +267,12 @@ mutate("simulator/device/DeviceService.cpp", "if (status <= 0", "if (status < 0"
        "a status of 0 from the TV is a success", "device-test")
 mutate("simulator/device/DeviceService.cpp", "bool hasAnswer = false;", "bool hasAnswer = true;",
        "a value that the reply does not bring is 0", "device-test")
-mutate("simulator/device/PathResolver.cpp", "std::filesystem::create_directories(parent, error);",
-       "std::filesystem::create_directory(parent, error);",
-       "the data directory is not made where the one above it is missing", "device-test")
-mutate("simulator/device/PathResolver.cpp", "!directory.empty())\n        return directory;", "std::getenv(\"NORVEX_DEVICE_DIR\"))\n        return directory;",
-       "an empty NORVEX_DEVICE_DIR is the root directory", "device-test")
+mutate("simulator/base/Path.cpp", "mkdir(path.substr(0, slash).c_str(), 0700);", "static_cast<void>(slash);",
+       "the data directory is not made where the one above it is missing", "tests/system/device_logs_test.py", "device-test")
+mutate("simulator/base/Path.cpp", "return value != nullptr && *value != '\\0' ? value : nullptr;", "return value;",
+       "an empty NORVEX_DEVICE_DIR is not as one that is unset", "device-test")
+mutate("simulator/daemon/device/Device.cpp", "    context.clients.SetBeginHook([this] { FollowMarker(); });\n", "",
+       "the provider's tags do not follow their marker file when a console begins", "tests/system/device_logs_test.py")
 mutate("simulator/device/viewer/LogViewer.cpp", "        if (sources[1].revents != 0)\n            return EXIT_SUCCESS;\n", "",
        "a viewer stays after its reader has gone", "tests/system/device_logs_test.py")
 mutate("simulator/device/viewer/main.cpp", "    pthread_sigmask(SIG_SETMASK, &none, nullptr);\n", "",
