@@ -50,10 +50,17 @@ bool NewFile::Open(const std::string& path, std::string& error) {
         error = "expected a regular file";
         return false;
     }
+    if (replaces && access(path.c_str(), W_OK) != 0)
+        return FailWith(errno, error);
     m_path = path;
     m_temporary = MakeTemporaryName(GetDirectory(path));
     m_file = open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-    if (m_file < 0 || (replaces && fchmod(m_file, old.st_mode & 0777) != 0))
+    if (m_file < 0)
+        return FailWith(errno, error);
+    // The owner is kept where this user may give the file away.
+    if (replaces && fchown(m_file, old.st_uid, old.st_gid) != 0 && errno != EPERM)
+        return FailWith(errno, error);
+    if (replaces && fchmod(m_file, old.st_mode & 0777) != 0)
         return FailWith(errno, error);
     return true;
 }

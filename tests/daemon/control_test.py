@@ -51,8 +51,12 @@ def test_the_journal_has_every_call_with_its_words(tv, client):
     assert calls[1]["results"][0]["value"] == 1
     assert calls[2]["arguments"][0]["value"] == {"hex": "0102"}
     assert calls[2]["fault"] == "unknown operation"
+    client.send(wire.message(wire.CALL, interface="com.holvi.I\x1b[31m", method="D\u009bo", serial=4))
+    client.receive()
+    lines = tv.simctl("calls").splitlines()
+    assert lines[3] == r"#4 client 1 I\x1b[31m.D\xc2\x9bo() [unknown operation]"
     assert re.match(r'#2 client 1 IDebugPrintControl.Execute\(command="a\\n\\u00e4"\) = status 1, screen "',
-                    tv.simctl("calls").splitlines()[1])
+                    lines[1])
 
 
 def test_the_journal_is_never_invalid_json(tv, client):
@@ -333,16 +337,16 @@ def test_a_line_up_is_written_to_a_regular_file_only(shared_tv, folder):
     assert (folder / "kept").read_text() == "kept"
 
 
-def test_a_saved_line_up_keeps_the_mode_of_the_file_that_it_replaces_and_touches_no_other(tv, folder):
-    (folder / "saved").write_text("before")
-    (folder / "saved").chmod(0o640)
-    (folder / "saved.part").write_text("the user's")
-    before = sorted(os.listdir(folder))
-    tv.simctl("lineup", "save", folder / "saved")
-    assert (folder / "saved").stat().st_mode & 0o777 == 0o640
-    assert (folder / "saved").read_text() == tv.show_lineup()
-    assert (folder / "saved.part").read_text() == "the user's"
-    assert sorted(os.listdir(folder)) == before
+def test_a_line_up_whose_tv_dies_in_the_middle_is_not_taken_for_the_whole(tv, folder):
+    # More than the buffers between the TV and the reader hold.
+    services = "".join(f'service {number:#x} 7-{number} "Service {number}"\n' for number in range(1, 30_000))
+    (folder / "large").write_text("transponder air 474000\n" + services)
+    tv.load_lineup(folder / "large")
+    with popen_simctl(tv, "lineup", "show", stdout=subprocess.PIPE, stderr=subprocess.PIPE) as simctl:
+        assert simctl.stdout.readline()
+        tv.kill()
+        assert simctl.communicate(timeout=LIMIT)[1] == "norvex-simctl: the TV ended before its answer was complete\n"
+        assert simctl.returncode == 1
 
 
 def test_what_cannot_be_loaded_is_said_and_leaves_the_line_up(shared_tv, folder):

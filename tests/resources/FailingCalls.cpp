@@ -182,6 +182,7 @@ MAY_FAIL("stat", int, -1, fstat, (int fd, struct stat* to), (fd, to))
 MAY_FAIL("stat", int, -1, stat64, (const char* path, struct stat64* to), (path, to))
 MAY_FAIL("stat", int, -1, fstat64, (int fd, struct stat64* to), (fd, to))
 MAY_FAIL("unlink", int, -1, unlink, (const char* path), (path))
+MAY_FAIL("rename", int, -1, rename, (const char* from, const char* to), (from, to))
 MAY_FAIL("lock", int, -1, flock, (int fd, int operation), (fd, operation))
 
 MAY_FAIL("socket", int, -1, socket, (int domain, int type, int protocol), (domain, type, protocol))

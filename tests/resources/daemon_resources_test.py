@@ -92,8 +92,8 @@ def fail_in_turn(left, kind, is_new=False, visit_by=Visit.run):
 
 @pytest.mark.slow
 @pytest.mark.parametrize("kind", [
-    "open", "read", "write", "sync", "truncate", "stat", "unlink", "lock", "socket", "bind", "listen", "accept", "send",
-    "receive", "option", "epoll", "signalfd", "sqlite-open", "sqlite-prepare", "sqlite-exec", "sqlite-text",
+    "open", "read", "write", "sync", "truncate", "stat", "unlink", "rename", "lock", "socket", "bind", "listen",
+    "accept", "send", "receive", "option", "epoll", "signalfd", "sqlite-open", "sqlite-prepare", "sqlite-exec", "sqlite-text",
     "sqlite-step", "sqlite-bind"])
 def test_a_tv_with_a_database_keeps_what_it_has_answered(left, kind):
     fail_in_turn(left, kind)

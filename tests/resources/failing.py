@@ -16,7 +16,7 @@ EVERY_CALL = os.environ.get("ZARN_EVERY_CALL") == "1"
 # a full disk.
 ERRORS = {kind: errors.split() for kind, errors in {
     "open": "EMFILE EACCES", "read": "EIO", "write": "ENOSPC ENOSPC+ EIO", "sync": "EIO", "truncate": "EIO",
-    "stat": "EACCES", "unlink": "EACCES", "lock": "ENOLCK",
+    "stat": "EACCES", "unlink": "EACCES", "rename": "EACCES", "lock": "ENOLCK",
     "socket": "EMFILE", "bind": "EACCES", "listen": "EADDRINUSE", "connect": "ECONNREFUSED ENOMEM",
     "accept": "EMFILE ECONNABORTED", "send": "ENOBUFS EPIPE", "receive": "ECONNRESET ENOMEM", "option": "ENOBUFS",
     "epoll": "ENOMEM", "poll": "ENOMEM", "eventfd": "EMFILE", "signalfd": "EMFILE", "random": "ENOSYS",

@@ -171,7 +171,19 @@ class Visit:
         path = self.tv.folder / "new.lineup"
         path.write_text(NEW_LINE_UP)
         self.order(show)
+        self.save_line_up()
         self.note(self.order(self.tv.load_lineup, path), lineUp=(5, 2))
+
+    def save_line_up(self):
+        """Replaces a file as a whole, or not at all."""
+        path = self.tv.folder / "saved.lineup"
+        path.write_text("before")
+        answer = self.order(self.tv.save_lineup, path)
+        self.note(answer)
+        is_new = path.read_text() != "before"
+        assert not is_new or path.read_text().count("service") == 4, "a part was saved"
+        assert answer is None or is_new == (answer == 1)
+        assert answer is None or not list(self.tv.folder.glob(".new-*"))
 
     def run(self):
         """All of it, as far as the TV lives."""

@@ -82,3 +82,6 @@ class Control:
 
     def load_lineup(self, path, **options):
         self.ask("lineup", "load", path, **options)
+
+    def save_lineup(self, path, **options):
+        self.ask("lineup", "save", path, **options)

@@ -69,25 +69,25 @@ void Show(Context& context, ServiceLineUp& lineUp, ControlConnection& connection
         });
 }
 
-// The file replaces an existing one once it is complete.
+// The file replaces an existing one once it is complete. When the answer is sent, it is gone or in its place.
 void Save(Context& context, ServiceLineUp& lineUp, const std::string& name, ControlConnection& connection) {
     auto file = std::make_shared<NewFile>();
     if (std::string error; !file->Open(connection.GetPath(name), error))
         return connection.Fail(name + ": " + error);
     connection.SetLimit(kLoadSeconds);
-    connection.SetSource(
-        [pieces = std::make_shared<Pieces>(context.database, lineUp), file, name, &connection]() -> std::optional<int> {
-            std::string error;
-            const std::string text = pieces->Next(error);
-            if (!error.empty())
-                return End(error, connection);
-            if (text.empty() ? !file->Commit(error) : !file->Write(text, error))
-                return End(name + ": " + error, connection);
-            if (text.empty())
-                return 0;
-            connection.Wake();
-            return {};
-        });
+    connection.SetSource([pieces = std::make_shared<Pieces>(context.database, lineUp), file = std::move(file), name,
+                          &connection]() -> std::optional<int> {
+        std::string error;
+        const std::string text = pieces->Next(error);
+        if (!error.empty())
+            return End(error, connection);
+        if (text.empty() ? !file->Commit(error) : !file->Write(text, error))
+            return End(name + ": " + error, connection);
+        if (text.empty())
+            return 0;
+        connection.Wake();
+        return {};
+    });
 }
 
 } // namespace

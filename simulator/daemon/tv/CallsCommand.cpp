@@ -1,5 +1,6 @@
 #include <memory>
 
+#include <base/Program.h>
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
@@ -35,7 +36,10 @@ std::string ToReadableLine(const json& call) {
                        std::to_string(call.at("client").get<std::uint32_t>());
     if (const auto session = call.at("session").get<std::uint32_t>(); session != 0)
         line += " session " + std::to_string(session);
-    line += " " + interface.substr(interface.rfind('.') + 1) + "." + call.at("method").get<std::string>() + "(";
+    // A client may send any name.
+    line +=
+        " " + EscapeControls(interface.substr(interface.rfind('.') + 1) + "." + call.at("method").get<std::string>());
+    line += "(";
     const char* between = "";
     for (const json& argument : call.at("arguments")) {
         if (argument.at("direction") != "in")

@@ -6,7 +6,7 @@
 namespace sim {
 
 // A file that appears at its path completely or not at all. An existing file stays until then, and
-// the new one gets its mode. Each operation that fails sets `error`.
+// the new one gets its mode and, where permitted, its owner. Each operation that fails sets `error`.
 class NewFile {
 public:
     NewFile() = default;
@@ -15,7 +15,7 @@ public:
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
-    // The path must be a regular file, or not exist.
+    // The path must be a regular file that this user may write, or not exist.
     bool Open(const std::string& path, std::string& error);
     bool Write(std::string_view bytes, std::string& error);
     // Afterwards the file is on the disk, under its name.
