@@ -270,7 +270,7 @@ mutate("simulator/device/DeviceService.cpp", "bool hasAnswer = false;", "bool ha
 mutate("simulator/base/NewFile.cpp", "fchmod(m_file, old.st_mode & 0777) != 0", "m_file < 0",
        "a saved file loses the mode of the one before", "tests/system/files_test.py")
 mutate("simulator/base/NewFile.cpp", "fsync(m_file) != 0 || ", "",
-       "a saved file is not on the disk", "tests/resources/daemon_resources_test.py::test_a_tv_with_a_database_keeps_what_it_has_answered")
+       "a saved file is not on the disk", "tests/resources/daemon_resources_test.py::test_a_line_up_that_does_not_reach_the_disk_is_not_saved")
 mutate("simulator/base/Path.cpp", "mkdir(path.substr(0, slash).c_str(), 0700);", "static_cast<void>(slash);",
        "the data directory is not made where the one above it is missing", "tests/system/device_logs_test.py", "device-test")
 mutate("simulator/base/Path.cpp", "return value != nullptr && *value != '\\0' ? value : nullptr;", "return value;",

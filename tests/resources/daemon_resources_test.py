@@ -90,6 +90,13 @@ def fail_in_turn(left, kind, is_new=False, visit_by=Visit.run):
     failing.fail_in_turn(kind, lambda order: run_one(left, order, is_new, visit_by))
 
 
+def test_a_line_up_that_does_not_reach_the_disk_is_not_saved(tv_off, folder):
+    (folder / "saved").write_text("before")
+    tv_off.start(**failing.environment(failing.Order("sync", "EIO+", 1), folder / "note"))
+    assert "Input/output error" in tv_off.simctl_refusal("lineup", "save", folder / "saved")
+    assert (folder / "saved").read_text() == "before"
+
+
 @pytest.mark.slow
 @pytest.mark.parametrize("kind", [
     "open", "read", "write", "sync", "truncate", "stat", "unlink", "rename", "lock", "socket", "bind", "listen",
