@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include <wire/Message.h>
@@ -21,6 +22,10 @@ bool DecodeMessageHeader(const void* data, std::size_t size, MessageHeader& head
     const auto* bytes = static_cast<const unsigned char*>(data);
     if (bytes[0] < static_cast<unsigned char>(MessageKind::Hello) ||
         bytes[0] > static_cast<unsigned char>(MessageKind::Log))
+        return false;
+    // Reserved for later versions of the format.
+    if (bytes[1] != 0 ||
+        std::any_of(bytes + 20, bytes + kMessageHeaderSize, [](unsigned char byte) { return byte != 0; }))
         return false;
     header.kind = static_cast<MessageKind>(bytes[0]);
     std::memcpy(&header.methodId, bytes + 2, 2);

@@ -13,6 +13,8 @@ namespace {
 bool IsWellFormed(NodeCursor cursor, int depth) {
     Node node;
     while (cursor.Next(node)) {
+        if (node.direction != Direction::Out)
+            return false;
         if (node.IsBranch() && (depth == 0 || !IsWellFormed(NodeCursor(node), depth - 1)))
             return false;
     }

@@ -230,6 +230,11 @@ def test_a_malformed_request_is_refused_with_one_line(shared_tv, request_line):
     assert shared_tv.state("/debug/qos") is False
 
 
+def test_a_request_of_100_mib_is_taken_and_refused(shared_tv):
+    error, status = map(json.loads, shared_tv.exchange(b"x" * (100 << 20)).splitlines())
+    assert (error, status) == ({"error": "malformed request: longer than 1 MiB"}, {"status": 2})
+
+
 @pytest.mark.parametrize("arguments", [
     "nonsense", "lineup", "lineup sing", "inject IA.B", "inject IA.B --drop --die", "inject --drop",
     "inject IA.B --delay -1", "inject IA.B --count 0", "wait", "wait /debug/qos", "wait /debug/qos like 1",

@@ -296,6 +296,17 @@ def test_many_connections_to_the_control_socket_delay_no_client(tv, client):
                 assert peer.recv(1) == b""
 
 
+def test_the_129th_control_connection_is_told_why_it_is_refused(tv):
+    with contextlib.ExitStack() as ends:
+        crowd = [ends.enter_context(socket.socket(socket.AF_UNIX)) for _ in range(128)]
+        for peer in crowd:
+            peer.connect(tv.control_path)
+            peer.sendall(tv.written("wait", "/debug/qos == true"))
+            assert peer.recv(100)
+        assert "128 control connections are open" in tv.simctl_refusal("state")
+        assert_serves(tv)
+
+
 @pytest.mark.slow
 def test_running_out_of_descriptors_is_survived(tv, connect, client):
     limit = descriptors(tv) + 2

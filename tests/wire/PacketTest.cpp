@@ -83,6 +83,26 @@ TEST(Packet, AMessageOfAnUnknownKindIsRefused) {
     }
 }
 
+TEST(Packet, ReservedBytesAreZero) {
+    for (const std::size_t place : {1, 20, 21, 22, 23}) {
+        Packet packet = PacketsOf(16)[0];
+        packet[wire::kPacketHeaderSize + place] = 1;
+        wire::PacketAssembler assembler;
+        EXPECT_EQ(Feed(assembler, packet), Result::Malformed) << place;
+    }
+}
+
+TEST(Packet, OnlyTheArgumentsOfACallHaveADirection) {
+    for (const auto direction : {wire::Direction::Out, wire::Direction::In}) {
+        wire::Buffer tree;
+        wire::TreeWriter writer(tree);
+        const std::size_t branch = writer.BeginBranch(0);
+        writer.PutValue(0, 1, direction);
+        writer.EndBranch(branch);
+        EXPECT_EQ(wire::IsWellFormed(tree.GetData(), tree.GetSize()), direction == wire::Direction::Out);
+    }
+}
+
 TEST(Packet, NamesHaveUpTo255Bytes) {
     const auto isTaken = [](std::uint16_t interfaceSize, std::uint16_t methodSize) {
         wire::MessageHeader header;

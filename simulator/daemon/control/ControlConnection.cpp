@@ -60,9 +60,12 @@ void ControlConnection::Read() {
     if (end == std::string::npos && m_in.size() <= kMaxRequest)
         return;
     m_asked = true;
-    m_patience.Stop();
-    if (m_in.size() > kMaxRequest)
+    if (m_in.size() > kMaxRequest) {
+        m_in = {};
+        // The time for the request goes on: see Write.
         return Fail("malformed request: longer than 1 MiB", kBadRequest);
+    }
+    m_patience.Stop();
     m_in.resize(end);
     Request(std::exchange(m_in, {}));
 }
@@ -143,7 +146,10 @@ void ControlConnection::Write() {
             m_out.clear();
             m_written = 0;
             m_watch.SetEvents(EPOLLIN);
-            if (m_last)
+            // Whoever is still sending the request gets the answer, not an error of the socket.
+            if (m_last && m_patience.IsRunning())
+                shutdown(m_fd, SHUT_WR);
+            else if (m_last)
                 End();
             return;
         }

@@ -5,6 +5,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <base/Printed.h>
+
 namespace sim {
 
 ControlServer::ControlServer(const ControlCommands& commands, Log& log) : m_commands(commands), m_log(log) {}
@@ -25,6 +27,10 @@ void ControlServer::Accept(int fd) {
     }
     if (m_connections.size() >= kMaxConnections) {
         m_log.Write(kOwnTag, "refused a control connection: %zu are open", m_connections.size());
+        const std::string answer =
+            Printed("{\"error\":\"%zu control connections are open: one of them must end first\"}\n{\"status\":1}\n",
+                    m_connections.size());
+        send(fd, answer.data(), answer.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
         close(fd);
         return;
     }

@@ -73,7 +73,8 @@ struct MessageHeader {
 };
 
 void EncodeMessageHeader(unsigned char* place, const MessageHeader& header);
-// False for an unknown kind or lengths over the limits.
+// False for an unknown kind, lengths over the limits, or reserved bytes that are not 0: they are for
+// later versions of the format.
 bool DecodeMessageHeader(const void* data, std::size_t size, MessageHeader& header);
 
 // A complete message for reading; views of the parsed bytes.

@@ -114,7 +114,8 @@ private:
     bool m_malformed = false;
 };
 
-// True if every node of the sequence, at every depth, is complete and of a known kind.
+// True if every node of the sequence, at every depth, is complete, of a known kind, and out: only the
+// arguments of a call, which are not checked here, have a direction.
 bool IsWellFormed(const void* data, std::size_t size);
 
 // Writes nodes at the end of a buffer. The length of a branch is written when the branch ends.
