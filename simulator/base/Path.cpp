@@ -22,6 +22,16 @@ const char* FindVariable(const char* name) {
     return value != nullptr && *value != '\0' ? value : nullptr;
 }
 
+// Under /tmp another user may have created it first. True when it is missing.
+bool IsTrusted(const std::string& directory, std::string& error) {
+    struct stat there {};
+    if (lstat(directory.c_str(), &there) != 0 ||
+        (S_ISDIR(there.st_mode) && there.st_uid == geteuid() && (there.st_mode & 0077) == 0))
+        return true;
+    error = directory + ": not a directory of this user only";
+    return false;
+}
+
 // Of the default socket.
 std::string GetSocketDirectory() {
     const char* runtime = FindVariable("XDG_RUNTIME_DIR");
@@ -41,18 +51,11 @@ std::string FindSocketPath() {
 
 bool MakeDefaultDirectory(std::string& error) {
     const std::string path = GetSocketDirectory();
-    struct stat there {};
     if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
         error = path + ": " + std::generic_category().message(errno);
         return false;
     }
-    // Under /tmp another user may have created it first.
-    if (lstat(path.c_str(), &there) != 0 || !S_ISDIR(there.st_mode) || there.st_uid != geteuid() ||
-        (there.st_mode & 0077) != 0) {
-        error = path + ": not a directory of this user only";
-        return false;
-    }
-    return true;
+    return IsTrusted(path, error);
 }
 
 bool MakeDirectories(const std::string& path) {
@@ -76,8 +79,10 @@ std::string FindDeviceDirectory(std::string& error) {
         error = std::string("NORVEX_DEVICE_DIR: expected an absolute path, not ") + directory;
         return {};
     }
-    const std::string state = FindStateDirectory();
-    return (state.empty() ? GetOwnDirectory() : state + "/norvex") + "/device";
+    if (const std::string state = FindStateDirectory(); !state.empty())
+        return state + "/norvex/device";
+    const std::string own = GetOwnDirectory();
+    return IsTrusted(own, error) ? own + "/device" : "";
 }
 
 } // namespace sim

@@ -123,3 +123,20 @@ def test_a_missing_folder_is_created_for_this_user_only(folder):
     finally:
         daemon.terminate()
         assert daemon.wait(LIMIT) == 0
+
+
+@ROOT_ONLY
+def test_a_device_folder_of_another_user_is_not_used(folder):
+    # Where a user without a home has it; nobody has this number.
+    user = 2_000_000_000 + os.getpid()
+    own = f"/tmp/norvex-{user}"
+    os.chmod(folder, 0o777)
+    environment = {name: value for name, value in os.environ.items()
+                   if name not in ("HOME", "XDG_STATE_HOME", "NORVEX_DEVICE_DIR")}
+    os.mkdir(own)
+    try:
+        assert f"{own}: not a directory of this user only" in \
+            refusal(SIM, "--socket", folder / "s", env=environment, user=user)
+        assert os.listdir(own) == []
+    finally:
+        os.rmdir(own)

@@ -22,7 +22,8 @@ bool MakeDirectories(const std::string& path);
 // The user's state directory, by XDG_STATE_HOME and HOME; a relative path in one is ignored. Empty when there is none.
 std::string FindStateDirectory();
 // Where the simulated device keeps its files: NORVEX_DEVICE_DIR or, without it, norvex/device in the user's state
-// directory. Empty if the variable is not an absolute path: `error` is a line.
+// directory or, without one, in the user's directory under /tmp. Empty if the variable is not an absolute path, or that
+// directory is another user's: `error` is a line.
 std::string FindDeviceDirectory(std::string& error);
 // Below the device's directory: exists while the live provider's log is on.
 constexpr const char* kProviderMarker = "quarle-provider/data/FCdebug.conf";
