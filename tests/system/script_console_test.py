@@ -167,7 +167,7 @@ def test_a_tv_that_ended_early_is_said(checkout, environment):
 def test_a_tv_that_is_named_and_gone_is_an_error(checkout, environment, folder):
     environment["NORVEX_SOCKET"] = str(folder / "gone")
     assert refusal(checkout / "script/console", "-c", "99", env=environment) == (
-        f"console: no TV is running at {folder}/gone: start one (norvex-sim), or unset NORVEX_SOCKET\n")
+        f"console: no TV is running at {folder}/gone; start norvex-sim, or unset NORVEX_SOCKET\n")
 
 
 @pytest.mark.parametrize("name", ["a b", "a:b", "a,b", 'a"b', "a\\b", "a'b", "a[b]*", "a$b", "-a", "a=b"])
