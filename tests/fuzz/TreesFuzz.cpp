@@ -14,25 +14,27 @@
 
 namespace {
 
-// False where a node is broken, or stands too deep.
+// False where a node is broken, has a direction, or stands too deep.
 bool Rewrite(wire::NodeCursor cursor, int depth, wire::TreeWriter& writer) {
     wire::Node node;
     while (cursor.Next(node)) {
+        if (node.direction != wire::Direction::Out)
+            return false;
         const std::size_t before = writer.GetBuffer().GetSize();
         if (node.IsBranch()) {
-            const std::size_t begin = writer.BeginBranch(node.tag, node.direction);
+            const std::size_t begin = writer.BeginBranch(node.tag);
             if (depth == wire::kMaxDepth || !Rewrite(wire::NodeCursor(node), depth + 1, writer))
                 return false;
             writer.EndBranch(begin);
         } else {
-            writer.PutLeaf(node.tag, node.kind, node.data, node.size, node.direction);
+            writer.PutLeaf(node.tag, node.kind, node.data, node.size);
         }
         std::string_view text;
         if (wire::GetText(node, text)) {
             REQUIRE(text.size() <= node.size);
-            // A child's tag and direction are not looked at in a text; the rest is one form only.
+            // A child's tag is not looked at in a text; the rest is one form only.
             wire::Buffer again;
-            wire::TreeWriter(again).PutText(node.tag, text, node.direction);
+            wire::TreeWriter(again).PutText(node.tag, text);
             REQUIRE(again.GetSize() == writer.GetBuffer().GetSize() - before);
         }
     }
