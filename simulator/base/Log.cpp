@@ -38,6 +38,26 @@ std::int32_t Log::Refuse(std::int32_t result, const char* tag, const char* forma
     return result;
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): the same.
+void Log::WriteDebug(Debug part, const char* format, ...) {
+    if (!IsOn(part))
+        return;
+    const DebugPart& described = kDebugParts.at(static_cast<std::size_t>(part));
+    char line[kMaxLine];
+    const int name = std::snprintf(line, sizeof line, "%s: ", described.name);
+    va_list arguments;
+    va_start(arguments, format);
+    const int text = std::vsnprintf(line + name, sizeof line - static_cast<std::size_t>(name), format, arguments);
+    va_end(arguments);
+    if (text < 0)
+        return;
+    const std::size_t size = std::min(static_cast<std::size_t>(name) + static_cast<std::size_t>(text), sizeof line - 1);
+    MaskUnprintable(line, size);
+    Write(described.tag, "%s", line);
+    if (m_debugSink)
+        m_debugSink({line, size});
+}
+
 void Log::WriteLine(const char* tag, const char* format, va_list arguments) {
     if ((!m_writer.IsOpen() && !m_sink) || !IsStarted(tag))
         return;

@@ -28,7 +28,8 @@ protected:
 
     sim::Database m_database;
     sim::NumberStore m_numbers{m_database};
-    sim::DebugSwitches m_switches{m_numbers, 0};
+    sim::Log m_log;
+    sim::DebugSwitches m_switches{m_numbers, m_log, 0};
     sim::DebugDialogue m_dialogue{m_switches};
 };
 
@@ -161,6 +162,7 @@ protected:
         }
         sim::Database database;
         sim::NumberStore numbers{database};
+        sim::Log log;
     };
 
     std::string m_path;
@@ -169,7 +171,7 @@ protected:
 TEST_F(StoredDebugSwitchesTest, SwitchesAreFoundAgain) {
     {
         Run run(m_path);
-        sim::DebugSwitches switches(run.numbers, 0);
+        sim::DebugSwitches switches(run.numbers, run.log, 0);
         EXPECT_TRUE(switches.SetItem(*switches.FindItem(103), true));
         EXPECT_TRUE(switches.SetItems({{101, true}, {116, true}}));
         EXPECT_TRUE(switches.SetItem(*switches.FindItem(101), false));
@@ -177,7 +179,7 @@ TEST_F(StoredDebugSwitchesTest, SwitchesAreFoundAgain) {
         EXPECT_TRUE(switches.SetMode(*switches.FindMode(2), true));
     }
     Run run(m_path);
-    sim::DebugSwitches switches(run.numbers, 0);
+    sim::DebugSwitches switches(run.numbers, run.log, 0);
     EXPECT_EQ(switches.CountOn(), 2);
     EXPECT_TRUE(switches.FindItem(103)->on);
     EXPECT_TRUE(switches.FindItem(116)->on);
@@ -185,14 +187,14 @@ TEST_F(StoredDebugSwitchesTest, SwitchesAreFoundAgain) {
     EXPECT_TRUE(switches.FindMode(2)->on);
     EXPECT_FALSE(switches.FindMode(1)->on);
     switches.Reset();
-    sim::DebugSwitches again(run.numbers, 0);
+    sim::DebugSwitches again(run.numbers, run.log, 0);
     EXPECT_EQ(again.CountOn(), 0);
     EXPECT_FALSE(again.IsQoSOn());
 }
 
 TEST_F(StoredDebugSwitchesTest, ASwitchThatCannotBeStoredStaysAsItIs) {
     Run run(m_path);
-    sim::DebugSwitches switches(run.numbers, 0);
+    sim::DebugSwitches switches(run.numbers, run.log, 0);
     ASSERT_TRUE(run.database.Execute("PRAGMA query_only = ON"));
     EXPECT_FALSE(switches.SetItem(*switches.FindItem(103), true));
     EXPECT_FALSE(switches.SetItems({{101, true}}));

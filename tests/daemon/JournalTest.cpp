@@ -1,11 +1,17 @@
 #include "Journal.h"
 
+#include <functional>
+#include <map>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <values/Values.h>
 #include <wire/Tree.h>
 
+#include "CallLine.h"
+#include "Components.h"
+#include "Context.h"
 #include "Interface.h"
 
 namespace {
@@ -152,6 +158,122 @@ TEST_F(JournalTest, SequencesGoOnAfterAClear) {
     EXPECT_EQ(journal.GetBegin(), journal.GetEnd());
     Add(journal);
     EXPECT_EQ(journal.Describe(journal.GetBegin())["sequence"], 2);
+}
+
+// A value of a type as a client or the TV sends it, and how the journal shows it.
+struct Sample {
+    std::function<void(wire::TreeWriter& tree, std::int16_t place)> write;
+    json shown;
+};
+
+template <class T> Sample MakeSample(T value, const char* shown) {
+    return {[value](wire::TreeWriter& tree, std::int16_t place) { values::WriteArgument(tree, place, value); },
+            json::parse(shown)};
+}
+
+void WriteRecord(wire::TreeWriter& tree, std::int16_t place) {
+    const std::size_t branch = tree.BeginBranch(place);
+    tree.PutValue(12, std::uint64_t{0x8000000000000001});
+    tree.PutValue(13, std::int32_t{7});
+    tree.EndBranch(branch);
+}
+
+const std::map<const sim::ArgumentType*, Sample>& GetSamples() {
+    using namespace values;
+    static const std::map<const sim::ArgumentType*, Sample> kSamples{
+        {&sim::kInt, MakeSample(std::int32_t{-5}, "-5")},
+        {&sim::kUInt, MakeSample(std::uint32_t{5}, "5")},
+        {&sim::kUShort, MakeSample(std::uint16_t{5}, "5")},
+        {&sim::kBool, MakeSample(true, "true")},
+        {&sim::kNumber64, MakeSample(std::uint64_t{0x8000000000000001}, R"("0x8000000000000001")")},
+        {&sim::kText, MakeSample(std::string("word"), R"("word")")},
+        {&sim::kIntList, MakeSample(std::vector<std::int32_t>{1, 2}, "[1, 2]")},
+        {&sim::kRect, MakeSample(Rect{1, 2, 3, 4}, R"({"x": 1, "y": 2, "width": 3, "height": 4})")},
+        {&sim::kTvMode, MakeSample(TvMode{1, 2}, R"({"antenna": 1, "serviceMode": 2})")},
+        {&sim::kCriteria, MakeSample(Criteria{{{Comparison::Different, 13, 7}}, {12}},
+                                     R"({"where": [{"is": "different", "field": 13, "value": 7}], "fetch": [12]})")},
+        {&sim::kServiceCodes, MakeSample(std::vector<ServiceCode>{{0x11, 5}}, R"([{"service": "0x11", "code": 5}])")},
+        {&sim::kMenuItem, MakeSample(MenuItem{"item", true, 7}, R"({"name": "item", "state": true, "id": 7})")},
+        {&sim::kMenuItemList,
+         MakeSample(std::vector<MenuItem>{{"item", true, 7}}, R"([{"name": "item", "state": true, "id": 7}])")},
+        {&sim::kProgramme, MakeSample(Programme{1, 2, u"news"}, R"({"start": 1, "duration": 2, "title": "news"})")},
+        {&sim::kStatus,
+         MakeSample(Status{{{1, 0, {{3, 4}}}}, {{101, 0, "muted"}}},
+                    R"({"pipelines": [{"profile": 1, "screen": 0, "events": [{"event": 3, "milliseconds": 4}]}],
+                        "entries": [{"profile": 101, "screen": 0, "text": "muted"}]})")},
+        {&sim::kRecord, {WriteRecord, json::parse(R"({"id": "0x8000000000000001", "major": 7})")}},
+        {&sim::kRecordList,
+         {[](wire::TreeWriter& tree, std::int16_t place) {
+              const std::size_t branch = tree.BeginBranch(place);
+              WriteRecord(tree, 0);
+              tree.EndBranch(branch);
+          },
+          json::parse(R"([{"id": "0x8000000000000001", "major": 7}])")}},
+    };
+    return kSamples;
+}
+
+// A call with a sample of each argument and of each result, as the journal describes it.
+json DescribeSampleCall(const sim::Interface& interface, const sim::Operation& operation) {
+    wire::Buffer argumentBytes;
+    wire::Buffer resultBytes;
+    wire::TreeWriter arguments(argumentBytes);
+    wire::TreeWriter results(resultBytes);
+    for (std::int16_t place = 0; const sim::Argument& argument : operation.arguments) {
+        GetSamples().at(argument.type).write(arguments, place);
+        if (argument.direction == Direction::Out)
+            GetSamples().at(argument.type).write(results, place);
+        ++place;
+    }
+    sim::Journal journal;
+    journal.Add({journal.TakeSequence(),
+                 1,
+                 0,
+                 &interface,
+                 &operation,
+                 {},
+                 {},
+                 operation.id,
+                 nullptr,
+                 {},
+                 {argumentBytes.GetData(), argumentBytes.GetSize()},
+                 {resultBytes.GetData(), resultBytes.GetSize()}});
+    return journal.Describe(0);
+}
+
+TEST(JournalOfTheTv, ShowsEveryArgumentAndResultOfEveryOperationInWords) {
+    sim::Database database;
+    sim::Log log;
+    ASSERT_TRUE(database.Open(""));
+    sim::Context context(database, log);
+    std::string error;
+    ASSERT_TRUE(context.numbers.Prepare());
+    ASSERT_TRUE(sim::RegisterComponents(context, {}, error)) << error;
+    std::size_t operations = 0;
+    for (const sim::Interface* interface : context.dispatcher.GetInterfaces()) {
+        for (const auto& operation : interface->GetOperations()) {
+            SCOPED_TRACE(interface->GetName() + "." + operation->name);
+            ++operations;
+            const json call = DescribeSampleCall(*interface, *operation);
+            const std::string line = sim::ToLine(call);
+            std::size_t result = 0;
+            for (std::size_t place = 0; place < operation->arguments.size(); ++place) {
+                const sim::Argument& argument = operation->arguments[place];
+                const json& shown = GetSamples().at(argument.type).shown;
+                EXPECT_EQ(call["arguments"][place]["name"], argument.name);
+                EXPECT_EQ(call["arguments"][place]["value"], shown);
+                if (argument.isRead) {
+                    EXPECT_NE(line.find(std::string(argument.name) + "=" + shown.dump().substr(0, 50)),
+                              std::string::npos)
+                        << line;
+                }
+                if (argument.direction == Direction::Out) {
+                    EXPECT_EQ(call["results"][result++]["value"], shown);
+                }
+            }
+        }
+    }
+    EXPECT_GE(operations, 60u);
 }
 
 } // namespace

@@ -430,6 +430,10 @@ mutate("simulator/daemon/pipelines/Pipelines.cpp", "(pipeline.GetTuner() == itsO
        "a pipeline receives while a scan has its tuner on another transponder", "daemon_services_tests")
 mutate("simulator/daemon/services/Scans.cpp", "    if (m_pipelines.At(kMainPipeline).GetTuner() != transponder)\n", "    if (transponder.antenna < 0)\n",
        "a service is scanned although a viewer has tuned away", "daemon_services_tests")
+mutate("simulator/daemon/debug/DebugDialogue.cpp", '        screen = "\\n" + m_lines + screen;\n', '        screen = "\\n" + screen;\n',
+       "a debug menu's screen lacks the lines of the items that are on", "daemon_services_tests")
+mutate("simulator/daemon/rpc/Dispatcher.cpp", "m_log.IsOn(Debug::DryRun) && ", "",
+       "calls are not executed without dry-run", "daemon_services_tests")
 mutate("simulator/daemon/services/ServiceQueries.cpp", "page.count == 0 ? -1 : page.count", "page.count == 0 ? 1 : page.count",
        "a page of 0 services is not all of them", "daemon_services_tests")
 

@@ -12,6 +12,7 @@ namespace {
 const char kRule[] = "====================================\n";
 const char kThinRule[] = "------------------------------------\n";
 const char kPrompt[] = "norvex> ";
+constexpr std::size_t kMaxLines = 20; // above a screen
 
 std::string Frame(const char* title, const std::string& rows) {
     std::string screen = "\n";
@@ -54,10 +55,28 @@ const char* DebugDialogue::GetScreenName() const {
 
 std::string DebugDialogue::Open() {
     m_open = true;
+    m_lines.clear();
+    m_lineCount = 0;
     return Show(Screen::Main);
 }
 
+void DebugDialogue::Add(std::string_view line) {
+    if (m_open && ++m_lineCount <= kMaxLines)
+        m_lines.append(line).append("\n");
+}
+
 bool DebugDialogue::Execute(std::string_view word, std::string& screen) {
+    const bool goesOn = FindScreen(word, screen);
+    if (m_lineCount > kMaxLines)
+        m_lines += "... and " + std::to_string(m_lineCount - kMaxLines) + " more lines\n";
+    if (m_lineCount > 0)
+        screen = "\n" + m_lines + screen;
+    m_lines.clear();
+    m_lineCount = 0;
+    return goesOn;
+}
+
+bool DebugDialogue::FindScreen(std::string_view word, std::string& screen) {
     if (word == "99") {
         m_open = false;
         screen = "\nNorvex debug menu left\n";

@@ -18,7 +18,11 @@ constexpr std::uint32_t kMaxExtraItems = 1000000;
 
 DebugPrintControl::DebugPrintControl(Context& context, std::uint32_t extraItems)
     : Interface(interfaces::kTable<interfaces::DebugPrintControlMethod>, Calls::ToInterface), m_context(context),
-      m_switches(context.numbers, extraItems) {
+      m_switches(context.numbers, context.log, extraItems) {
+    context.log.SetDebugSink([this](std::string_view line) {
+        for (auto& [client, dialogue] : m_dialogues)
+            dialogue.Add(line);
+    });
     const Argument status = Out("status", kInt);
     Add(interfaces::DebugPrintControlMethod::Start, {status, Out("screen", kText)}, &DebugPrintControl::Start);
     Add(interfaces::DebugPrintControlMethod::Execute, {status, In("command", kText), Out("screen", kText)},
@@ -49,6 +53,10 @@ DebugPrintControl::DebugPrintControl(Context& context, std::uint32_t extraItems)
                              error = context.database.GetError();
                              return false;
                          });
+}
+
+DebugPrintControl::~DebugPrintControl() {
+    m_context.log.SetDebugSink(nullptr);
 }
 
 void DebugPrintControl::Start(const Call& call, const ArgumentReader&, ReplyWriter& out) {

@@ -17,6 +17,7 @@ class DebugPrintControl : public Interface, public Component {
 public:
     // `extraItems`: debug menu items in addition to the built-in ones.
     DebugPrintControl(Context& context, std::uint32_t extraItems);
+    ~DebugPrintControl() override;
 
     const char* GetStateName() const override { return "debug"; }
     nlohmann::json DescribeState() const override;

@@ -1,7 +1,8 @@
 #include "DebugSwitches.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cinttypes>
+#include <span>
 
 #include <base/Number.h>
 #include <base/Printed.h>
@@ -13,21 +14,8 @@ namespace {
 // In the database.
 const char kPart[] = "debug";
 
-// Names fit the column in which consoles show them (17 characters). Ids have three digits, so that
-// none of them is 99.
+// Ids have three digits, so that none of them is 99.
 constexpr std::uint32_t kFirstId = 101;
-const char* const kItemNames[] = {
-    "Tuner lock",    "Section filter", "Channel change",  "Service list", "Signal queue",  "Video decoder",
-    "Audio decoder", "Captions",       "Zoom windows",    "Crop video",   "Scan progress", "Preparation",
-    "HDMI input",    "Sessions",       "Database access", "Memory use",
-};
-
-const DebugSwitches::Mode kModes[] = {
-    {"trace", 0, false},
-    {"timing", 1, false},
-    {"frames", 2, false},
-    {"dry-run", 3, false},
-};
 
 // 24 characters: the length of a long name.
 std::string MakeExtraName(std::uint32_t number) {
@@ -49,8 +37,8 @@ template <class T> void TakeKept(T* kept, bool on) {
 
 } // namespace
 
-DebugSwitches::DebugSwitches(NumberStore& numbers, std::uint32_t extraItems)
-    : m_numbers(numbers), m_extraAtStart(extraItems), m_extraItems(extraItems) {
+DebugSwitches::DebugSwitches(NumberStore& numbers, Log& log, std::uint32_t extraItems)
+    : m_numbers(numbers), m_log(log), m_extraAtStart(extraItems), m_extraItems(extraItems) {
     SetDefaults();
     m_numbers.ForEach(kPart, [this](std::string_view key, std::int64_t on) {
         if (key == "qos")
@@ -60,15 +48,46 @@ DebugSwitches::DebugSwitches(NumberStore& numbers, std::uint32_t extraItems)
         else if (key.starts_with("mode/"))
             TakeKept(FindMode(static_cast<std::int32_t>(ReadKeyNumber(key))), on != 0);
     });
+    Apply();
+}
+
+DebugSwitches::~DebugSwitches() {
+    m_numbers.GetDatabase().SetTrace(nullptr);
+}
+
+void DebugSwitches::Apply() {
+    DebugState state;
+    for (std::size_t place = 0; place < kDebugItems; ++place)
+        state.parts[place] = m_items[place].on;
+    for (const Mode& mode : m_modes)
+        state.parts[kDebugItems + static_cast<std::size_t>(mode.number)] = mode.on;
+    state.qos = m_qos;
+
+    const DebugState before = m_log.GetDebug();
+    m_log.SetDebug(state);
+    for (std::size_t part = 0; part < kDebugParts.size(); ++part) {
+        if (state.parts[part] != before.parts[part])
+            m_log.Write(kOwnTag, "debug menu: %s %s", kDebugParts[part].name, state.parts[part] ? "on" : "off");
+    }
+    if (state.qos != before.qos)
+        m_log.Write("tvvideosink", "QoS %s", state.qos ? "on" : "off");
+    Database::Trace trace;
+    if (state.IsOn(Debug::DatabaseAccess))
+        trace = [&log = m_log](const char* text, std::int64_t nanoseconds) {
+            log.WriteDebug(Debug::DatabaseAccess, "%s: %" PRId64 " us", text, nanoseconds / 1000);
+        };
+    m_numbers.GetDatabase().SetTrace(std::move(trace));
 }
 
 void DebugSwitches::SetDefaults() {
     m_qos = false;
-    m_modes.assign(std::begin(kModes), std::end(kModes));
+    m_modes.clear();
     m_items.clear();
     std::uint32_t id = kFirstId;
-    for (const char* name : kItemNames)
-        m_items.push_back({name, false, id++});
+    for (std::size_t part = 0; part < kDebugItems; ++part)
+        m_items.push_back({kDebugParts[part].name, false, id++});
+    for (std::int32_t number = 0; const DebugPart& mode : std::span(kDebugParts).subspan(kDebugItems))
+        m_modes.push_back({mode.name, number++, false});
     for (std::uint32_t number = 1; number <= m_extraItems; ++number)
         m_items.push_back({MakeExtraName(number), false, id++});
 }
@@ -97,6 +116,7 @@ bool DebugSwitches::SetItem(Item& item, bool on) {
     if (!Keep("item/" + std::to_string(item.id), on))
         return false;
     item.on = on;
+    Apply();
     return true;
 }
 
@@ -112,6 +132,7 @@ bool DebugSwitches::SetItems(const std::vector<std::pair<std::uint32_t, bool>>& 
         return false;
     for (const auto& [id, on] : states)
         FindItem(id)->on = on;
+    Apply();
     return true;
 }
 
@@ -126,6 +147,7 @@ bool DebugSwitches::SetQoS(bool on) {
     if (!Keep("qos", on))
         return false;
     m_qos = on;
+    Apply();
     return true;
 }
 
@@ -133,6 +155,7 @@ bool DebugSwitches::SetMode(Mode& mode, bool on) {
     if (!Keep("mode/" + std::to_string(mode.number), on))
         return false;
     mode.on = on;
+    Apply();
     return true;
 }
 
@@ -141,6 +164,7 @@ bool DebugSwitches::SetExtraItems(std::uint32_t count) {
         return false;
     m_extraItems = count;
     SetDefaults();
+    Apply();
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include <base/Log.h>
 #include <values/Values.h>
 
 #include "NumberStore.h"
@@ -12,7 +13,7 @@
 namespace sim {
 
 // The switches of the debug menu: items, the QoS switch, debug modes. Each change is stored in the
-// database before it takes effect.
+// database before it takes effect. The log knows what is on; the extra items switch nothing.
 class DebugSwitches {
 public:
     using Item = values::MenuItem;
@@ -23,7 +24,10 @@ public:
     };
 
     // Loads the stored switches. `extraItems` are added to the built-in ones.
-    DebugSwitches(NumberStore& numbers, std::uint32_t extraItems);
+    DebugSwitches(NumberStore& numbers, Log& log, std::uint32_t extraItems);
+    ~DebugSwitches();
+    DebugSwitches(const DebugSwitches&) = delete;
+    DebugSwitches& operator=(const DebugSwitches&) = delete;
 
     const std::vector<Item>& GetItems() const { return m_items; }
     // The number of items that are on.
@@ -50,8 +54,11 @@ public:
 private:
     void SetDefaults();
     bool Keep(const std::string& key, bool on);
+    // Tells the log what is on now, and writes what has changed.
+    void Apply();
 
     NumberStore& m_numbers;
+    Log& m_log;
     std::uint32_t m_extraAtStart;
     std::uint32_t m_extraItems;
     std::vector<Item> m_items;

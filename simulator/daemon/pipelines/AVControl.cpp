@@ -27,6 +27,8 @@ private:
         m_pipelines.NoteEvent(pipeline, SI_EVENT_DECODER_RESTARTED);
         m_log.Write("tvvideodec", "pipeline %s: decoder restarted, %" PRIu32 " times so far", pipeline.name.c_str(),
                     pipeline.decoderRestarts);
+        m_pipelines.NoteVideo(pipeline);
+        m_pipelines.NoteFrames(pipeline);
         out.Int(0, kDone);
     }
 
@@ -35,6 +37,7 @@ private:
         Pipeline& pipeline = PipelineOf(call);
         pipeline.videoMute = in.Int(1);
         m_log.Write("tvvideosink", "pipeline %s: mute %d", pipeline.name.c_str(), pipeline.videoMute);
+        m_pipelines.NoteVideo(pipeline);
         out.Int(0, kDone);
     }
 
@@ -42,6 +45,7 @@ private:
         Pipeline& pipeline = PipelineOf(call);
         pipeline.audioMute = in.Int(1);
         m_log.Write("tvaudiosink", "pipeline %s: mute %d", pipeline.name.c_str(), pipeline.audioMute);
+        m_pipelines.NoteAudio(pipeline);
         out.Int(0, kDone);
     }
 };

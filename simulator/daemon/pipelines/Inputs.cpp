@@ -107,6 +107,9 @@ bool Inputs::SetHdmi(const Values& values) {
         return false;
     m_state.plugged[source] = plugged;
     m_context.log.Write("extvideosrc", "source %d %s", source, values[1].c_str());
+    m_context.log.WriteDebug(
+        Debug::HdmiInput, "%td inputs are plugged",
+        std::count_if(m_state.plugged.begin(), m_state.plugged.end(), [](const auto& input) { return input.second; }));
     Tell();
     return true;
 }

@@ -14,7 +14,7 @@ namespace sim {
 namespace {
 
 // The texts of a pipeline in the status.
-std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pending) {
+std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pending, bool qos) {
     std::vector<std::string> entries;
     entries.push_back(Printed("source %d, antenna %s, service mode %d", pipeline.source,
                               ToAntennaName(pipeline.tvMode.antenna).c_str(), pipeline.tvMode.serviceMode));
@@ -23,6 +23,8 @@ std::vector<std::string> MakeEntries(const Pipeline& pipeline, const Change* pen
             Printed("service 0x%" PRIx64 ", %s", pipeline.service, pipeline.receiving ? "received" : "not received"));
     if (pipeline.videoMute != 0 || pipeline.audioMute != 0)
         entries.push_back(Printed("mute: video %d, audio %d", pipeline.videoMute, pipeline.audioMute));
+    if (qos)
+        entries.emplace_back("QoS on");
     if (pending != nullptr && pending->source)
         entries.push_back(Printed("pending: source %d", *pending->source));
     if (pending != nullptr && pending->service)
@@ -88,7 +90,7 @@ private:
             status.pipelines.push_back({handle.profile, handle.screen, {}});
             for (const auto& [event, milliseconds] : pipeline.events)
                 status.pipelines.back().events.push_back({event, static_cast<std::int64_t>(milliseconds)});
-            for (std::string& text : MakeEntries(pipeline, m_preparation.GetPending(handle)))
+            for (std::string& text : MakeEntries(pipeline, m_preparation.GetPending(handle), m_log.GetDebug().qos))
                 status.entries.push_back({handle.profile, handle.screen, std::move(text)});
         }
         out.Value(1, status);

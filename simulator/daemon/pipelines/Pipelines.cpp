@@ -68,6 +68,10 @@ std::int32_t Pipelines::CheckService(const Pipeline& pipeline, const char* opera
 
 void Pipelines::Perform(const Handle& handle, const Change& change) {
     Pipeline& pipeline = At(handle);
+    m_log.WriteDebug(Debug::ChannelChange,
+                     "pipeline %s: call #%" PRIu64 ", source %d to %d, service 0x%" PRIx64 " to 0x%" PRIx64,
+                     pipeline.name.c_str(), change.sequence, pipeline.source, change.source.value_or(pipeline.source),
+                     pipeline.service, change.service.value_or(pipeline.service));
     if (change.source || change.service)
         pipeline.preparedLast = std::exchange(pipeline.preparedNext, {});
     if (change.tvMode && *change.tvMode != pipeline.tvMode) {
@@ -87,6 +91,9 @@ void Pipelines::SetSource(Pipeline& pipeline, std::int32_t source) {
     pipeline.source = source;
     m_log.Write("extvideosrc", "pipeline %s: picture from source %d", pipeline.name.c_str(), source);
     m_log.Write("extaudiosrc", "pipeline %s: sound from source %d", pipeline.name.c_str(), source);
+    if (Inputs::IsHdmi(source))
+        m_log.WriteDebug(Debug::HdmiInput, "pipeline %s: source %d is %s", pipeline.name.c_str(), source,
+                         m_inputs.IsPlugged(source) ? "plugged" : "unplugged");
 }
 
 std::optional<ServiceFacts> Pipelines::FindFacts(std::uint64_t service, std::int32_t antenna) {
@@ -99,7 +106,8 @@ std::optional<ServiceFacts> Pipelines::FindFacts(std::uint64_t service, std::int
 void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     const auto facts = FindFacts(service, pipeline.tvMode.antenna);
     // Information and captions of the last service are discarded.
-    pipeline.receiving = pipeline.captions = false;
+    SetReceiving(pipeline, false);
+    pipeline.captions = false;
     pipeline.facts = facts.value_or(ServiceFacts{});
     pipeline.service = facts ? service : INVALID_SERVICE_ID;
     if (!facts) {
@@ -122,8 +130,15 @@ void Pipelines::MoveTuner(Pipeline& pipeline, const Transponder& own, const std:
     const Transponder before = pipeline.GetTuner();
     pipeline.tuner = own;
     pipeline.lentTuner = lent;
-    if (pipeline.GetTuner() != before)
-        m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.name.c_str(), pipeline.GetTuner().ToText().c_str());
+    if (pipeline.GetTuner() == before)
+        return;
+    m_log.Write(kTunerTag, "pipeline %s: tuner at %s", pipeline.name.c_str(), pipeline.GetTuner().ToText().c_str());
+    NoteLock(pipeline);
+}
+
+void Pipelines::NoteLock(const Pipeline& pipeline) {
+    m_log.WriteDebug(Debug::TunerLock, "pipeline %s: %s at %s", pipeline.name.c_str(),
+                     HasSignal(pipeline) ? "locked" : "no lock", pipeline.GetTuner().ToText().c_str());
 }
 
 void Pipelines::LendTuner(Pipeline& pipeline, const std::optional<Transponder>& transponder) {
@@ -146,9 +161,33 @@ void Pipelines::ResetMainPicture(const Handle& handle) {
 }
 
 void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {
+    pipeline.events[event] = GetMilliseconds();
+}
+
+std::uint64_t Pipelines::GetMilliseconds() const {
     const auto since = std::chrono::steady_clock::now() - m_start;
-    pipeline.events[event] =
-        static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
+    return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
+}
+
+void Pipelines::NoteVideo(const Pipeline& pipeline) {
+    m_log.WriteDebug(Debug::VideoDecoder, "pipeline %s: %s, mute %d, video only %s, %" PRIu32 " restarts",
+                     pipeline.name.c_str(), pipeline.receiving ? "decoding" : "idle", pipeline.videoMute,
+                     pipeline.dtvModes.video ? "on" : "off", pipeline.decoderRestarts);
+}
+
+void Pipelines::NoteAudio(const Pipeline& pipeline) {
+    m_log.WriteDebug(Debug::AudioDecoder, "pipeline %s: %s, mute %d, audio only %s", pipeline.name.c_str(),
+                     pipeline.receiving ? "decoding" : "idle", pipeline.audioMute,
+                     pipeline.dtvModes.audio ? "on" : "off");
+}
+
+void Pipelines::NoteFrames(const Pipeline& pipeline) {
+    constexpr std::uint64_t kFrameMilliseconds = 20;
+    const auto started = pipeline.events.find(SI_EVENT_STARTED);
+    if (started != pipeline.events.end())
+        m_log.WriteDebug(Debug::Frames, "pipeline %s: %" PRIu64 " frames since its service is received, QoS %s",
+                         pipeline.name.c_str(), (GetMilliseconds() - started->second) / kFrameMilliseconds,
+                         m_log.GetDebug().qos ? "on" : "off");
 }
 
 // What a pipeline receives depends on its settings and on the TV's environment.
@@ -156,19 +195,35 @@ void Pipelines::UpdateReception(Pipeline& pipeline) {
     const Transponder itsOwn{pipeline.tvMode.antenna, pipeline.facts.frequency};
     const bool receives = pipeline.source == SOURCE_TV && pipeline.service != INVALID_SERVICE_ID &&
                           (pipeline.facts.streamed || (pipeline.GetTuner() == itsOwn && HasSignal(pipeline)));
-    if (receives != pipeline.receiving) {
-        pipeline.receiving = receives;
-        m_log.Write("tvdemuxer", "pipeline %s: service information %s", pipeline.name.c_str(),
-                    receives ? "received" : "stopped");
-        if (receives) {
-            NoteEvent(pipeline, SI_EVENT_STARTED);
-            m_subscribers.Emit(SIGNAL_SI_STARTED, pipeline.handle, ToSignalData(pipeline.facts));
-        }
-    }
+    SetReceiving(pipeline, receives);
     const bool captions = HasCaptions(pipeline);
+    if (captions != pipeline.captions)
+        m_log.WriteDebug(Debug::Captions, "pipeline %s: captions %s", pipeline.name.c_str(),
+                         captions ? "received" : "stopped");
     if (captions && !pipeline.captions)
         NoteEvent(pipeline, SI_EVENT_CAPTIONS);
     pipeline.captions = captions;
+}
+
+void Pipelines::SetReceiving(Pipeline& pipeline, bool receives) {
+    if (receives == pipeline.receiving)
+        return;
+    pipeline.receiving = receives;
+    const char* name = pipeline.name.c_str();
+    m_log.Write("tvdemuxer", "pipeline %s: service information %s", name, receives ? "received" : "stopped");
+    m_log.Write("tvaudiodec", "pipeline %s: sound of service 0x%" PRIx64 " %s", name, pipeline.service,
+                receives ? "decoded" : "stopped");
+    m_log.Write("tvdrmsink", "pipeline %s: service 0x%" PRIx64 " %s", name, pipeline.service,
+                receives ? "is not encrypted" : "stopped");
+    m_log.WriteDebug(Debug::SectionFilter, "pipeline %s: filters of service 0x%" PRIx64 " %s", name, pipeline.service,
+                     receives ? "opened" : "closed");
+    NoteVideo(pipeline);
+    NoteAudio(pipeline);
+    if (receives) {
+        NoteEvent(pipeline, SI_EVENT_STARTED);
+        m_subscribers.Emit(SIGNAL_SI_STARTED, pipeline.handle, ToSignalData(pipeline.facts));
+    }
+    NoteFrames(pipeline);
 }
 
 void Pipelines::LineUpChanged() {
@@ -201,6 +256,7 @@ void Pipelines::ForgetMissing(Pipeline& pipeline) {
 
 void Pipelines::SurroundingsChanged() {
     ForEach([this](Pipeline& pipeline) {
+        NoteLock(pipeline);
         UpdateReception(pipeline);
         EndAnalysis(
             pipeline, [this](std::int32_t source, std::uint32_t) { return !m_inputs.IsPlugged(source); },

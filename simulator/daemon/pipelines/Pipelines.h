@@ -51,6 +51,10 @@ public:
 
     // Marks the event as seen now.
     void NoteEvent(Pipeline& pipeline, ESIEvent event);
+    // Write the state of the decoders, and the number of shown frames, for the debug menu.
+    void NoteVideo(const Pipeline& pipeline);
+    void NoteAudio(const Pipeline& pipeline);
+    void NoteFrames(const Pipeline& pipeline);
 
     // The line-up has been replaced: services that are not in it are no longer shown or remembered.
     void LineUpChanged();
@@ -76,6 +80,9 @@ private:
     void Tune(Pipeline& pipeline, std::uint64_t service);
     void MoveTuner(Pipeline& pipeline, const Transponder& own, const std::optional<Transponder>& lent);
     void UpdateReception(Pipeline& pipeline);
+    void SetReceiving(Pipeline& pipeline, bool receives);
+    void NoteLock(const Pipeline& pipeline);
+    std::uint64_t GetMilliseconds() const; // since the daemon's start
     nlohmann::json Describe(const Pipeline& pipeline) const;
 
     Context& m_context;

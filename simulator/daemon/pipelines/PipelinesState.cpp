@@ -76,6 +76,7 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
             {"dtvModes", DescribeDtvModes(pipeline.dtvModes)},
             {"hdmiAnalysis", DescribeAnalysis(pipeline)},
             {"decoderRestarts", pipeline.decoderRestarts},
+            {"qos", m_log.GetDebug().qos},
             {"preSetSource", {{"next", pipeline.preparedNext}, {"last", pipeline.preparedLast}}},
             {"tuner", {{"at", pipeline.GetTuner().ToText()}, {"signal", HasSignal(pipeline)}}},
             {"receiving", pipeline.receiving},

@@ -72,12 +72,26 @@ void Preparation::Request(const Handle& handle, const Change& change) {
         return Perform(handle, queue, "made");
     m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " waits for its receivers",
                         handle.ToText().c_str(), change.sequence);
+    NoteReceivers(handle, queue, change);
     queue.limit.Start(m_limit, [this, handle] { LimitPassed(handle); });
 }
 
 void Preparation::Check(const Handle& handle, Queue& queue) {
-    if (queue.pending && !IsHeld(queue, *queue.pending))
+    if (!queue.pending)
+        return;
+    NoteReceivers(handle, queue, *queue.pending);
+    if (!IsHeld(queue, *queue.pending))
         Perform(handle, queue, "made: no receiver delays it any longer");
+}
+
+void Preparation::NoteReceivers(const Handle& handle, const Queue& queue, const Change& change) {
+    for (const auto& [key, receiver] : queue.receivers) {
+        if (Concerns(change, key.type))
+            m_context.log.WriteDebug(Debug::Preparation,
+                                     "pipeline %s: change #%" PRIu64 ", \"%s\" of client %" PRIu32 " is %s",
+                                     handle.ToText().c_str(), change.sequence, key.name.c_str(), key.client,
+                                     IsReady(receiver, change) ? "ready" : "not ready");
+    }
 }
 
 void Preparation::Perform(const Handle& handle, Queue& queue, const char* why) {

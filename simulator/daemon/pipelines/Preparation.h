@@ -72,6 +72,8 @@ private:
     void Check(const Handle& handle, Queue& queue);
     void Perform(const Handle& handle, Queue& queue, const char* why);
     void LimitPassed(const Handle& handle);
+    // Writes who delays the change, for the debug menu.
+    void NoteReceivers(const Handle& handle, const Queue& queue, const Change& change);
     std::int32_t Refuse(const Handle& handle, const char* what, const std::string& name, std::int32_t result) const;
     static nlohmann::json Describe(const Queue& queue);
 

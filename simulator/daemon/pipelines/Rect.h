@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+
+#include <base/Printed.h>
 #include <values/Values.h>
 
 namespace sim {
@@ -8,6 +11,11 @@ using values::Rect;
 
 constexpr std::int32_t kScreenWidth = 1920;
 constexpr std::int32_t kScreenHeight = 1080;
+
+// "0,0 1920x1080"
+inline std::string DescribeRect(const Rect& rect) {
+    return Printed("%d,%d %dx%d", rect.x, rect.y, rect.width, rect.height);
+}
 
 // Has an area and lies on the TV's screen.
 constexpr bool IsOnScreen(const Rect& rect) {

@@ -110,6 +110,8 @@ private:
         if (mode == DTV_MODE_VIDEO_ONLY || mode == DTV_MODE_ALL)
             modes.video = enable;
         m_log.Write("tvdemuxer", "pipeline %s: DTV mode %d %s", pipeline.name.c_str(), mode, enable ? "on" : "off");
+        m_pipelines.NoteVideo(pipeline);
+        m_pipelines.NoteAudio(pipeline);
         out.Int(0, kDone);
     }
 

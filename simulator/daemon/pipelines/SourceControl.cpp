@@ -81,6 +81,7 @@ private:
             const bool started = pipeline.hdmiAnalysis.emplace(source, call.client.GetNumber()).second;
             m_log.Write("extvideosrc", "pipeline %s: analysis of source %d %s", pipeline.name.c_str(), source,
                         started ? "started" : "already running");
+            NoteAnalysis(pipeline);
         }
         out.Int(0, status);
     }
@@ -96,6 +97,7 @@ private:
             status = kRefused;
         } else if (status == kDone) {
             m_log.Write("extvideosrc", "pipeline %s: analysis of source %d stopped", pipeline.name.c_str(), source);
+            NoteAnalysis(pipeline);
         }
         out.Int(0, status);
     }
@@ -155,6 +157,11 @@ private:
         m_log.Write("extvideosrc", "pipeline %s: %s refused: source %d %s", pipeline.name.c_str(), operation, source,
                     why);
         return Inputs::IsHdmi(source) ? kRefused : kBadArgument;
+    }
+
+    void NoteAnalysis(const Pipeline& pipeline) {
+        m_log.WriteDebug(Debug::HdmiInput, "pipeline %s: %zu analyses are running", pipeline.name.c_str(),
+                         pipeline.hdmiAnalysis.size());
     }
 
     void PreSetSource(const Call& call, char which, ReplyWriter& out) {

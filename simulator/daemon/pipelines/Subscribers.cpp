@@ -66,13 +66,20 @@ void Subscribers::Unsubscribe(const Call& call, const ArgumentReader& in, ReplyW
     out.Int(0, kDone);
 }
 
+bool Subscribers::Send(std::uint32_t session, const Signals::Signal& signal, std::uint64_t number) {
+    const bool sent = m_context.signals.Send(session, signal, number);
+    m_context.log.WriteDebug(Debug::SignalQueue, "signal %d, number %" PRIu64 ", to session %" PRIu32 ": %s",
+                             signal.type, number, session, sent ? "sent" : "no connection");
+    return sent;
+}
+
 void Subscribers::Emit(std::int32_t type, const Handle& handle, std::uint64_t data) {
     const std::uint64_t number = m_context.signals.TakeNumber();
     const Signals::Signal signal{type, handle.profile, handle.screen, data};
     std::size_t sent = 0;
     for (const auto& [session, subscriber] : m_subscribers) {
         if (subscriber.counts.contains(type))
-            sent += m_context.signals.Send(session, signal, number);
+            sent += Send(session, signal, number);
     }
     m_context.log.Write(kOwnTag, "signal %d of pipeline %s to %zu", type, handle.ToText().c_str(), sent);
 }
@@ -81,7 +88,7 @@ std::size_t Subscribers::SendToAll(const Signals::Signal& signal) {
     const std::uint64_t number = m_context.signals.TakeNumber();
     std::size_t sent = 0;
     for (const auto& [session, subscriber] : m_subscribers)
-        sent += m_context.signals.Send(session, signal, number);
+        sent += Send(session, signal, number);
     return sent;
 }
 

@@ -38,6 +38,7 @@ private:
     };
 
     void Subscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out);
+    bool Send(std::uint32_t session, const Signals::Signal& signal, std::uint64_t number);
     void Unsubscribe(const Call& call, const ArgumentReader& in, ReplyWriter& out);
 
     Context& m_context;

@@ -27,10 +27,14 @@ private:
                                            "pipeline %s: SetCropVideo refused: the %s rectangle is not on "
                                            "the screen",
                                            pipeline.name.c_str(), IsOnScreen(crop.first) ? "second" : "first"));
+        if (pipeline.crop)
+            m_log.WriteDebug(Debug::CropVideo, "pipeline %s: replaces %s and %s", pipeline.name.c_str(),
+                             DescribeRect(pipeline.crop->first).c_str(), DescribeRect(pipeline.crop->second).c_str());
+        else
+            m_log.WriteDebug(Debug::CropVideo, "pipeline %s: replaces the whole picture", pipeline.name.c_str());
         pipeline.crop = crop;
-        m_log.Write("tvvideodec", "pipeline %s: crop %d,%d %dx%d and %d,%d %dx%d", pipeline.name.c_str(), crop.first.x,
-                    crop.first.y, crop.first.width, crop.first.height, crop.second.x, crop.second.y, crop.second.width,
-                    crop.second.height);
+        m_log.Write("tvvideodec", "pipeline %s: crop %s and %s", pipeline.name.c_str(),
+                    DescribeRect(crop.first).c_str(), DescribeRect(crop.second).c_str());
         out.Int(0, kDone);
     }
 

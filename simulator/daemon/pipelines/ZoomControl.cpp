@@ -132,8 +132,9 @@ private:
         const std::int32_t id = ++m_lastId;
         m_windows[id] = {HandleOf(call), call.client.GetNumber(), source, destination};
         PipelineOf(call).mainPicture = main;
-        m_log.Write("tvfpaparser", "window %d of pipeline %s: %d,%d %dx%d", id, HandleOf(call).ToText().c_str(),
-                    destination.x, destination.y, destination.width, destination.height);
+        m_log.Write("tvfpaparser", "window %d of pipeline %s: %s", id, HandleOf(call).ToText().c_str(),
+                    DescribeRect(destination).c_str());
+        NoteWindows(HandleOf(call));
         out.Int(0, kDone);
         out.Int(1, id);
     }
@@ -151,6 +152,7 @@ private:
                 if (m_windows.erase(id) > 0)
                     m_log.Write("tvfpaparser", "window %d deleted", id);
             }
+            NoteWindows(HandleOf(call));
         }
         out.Int(0, status);
     }
@@ -184,8 +186,8 @@ private:
             window.source = source;
             window.destination = destination;
             PipelineOf(call).mainPicture = main;
-            m_log.Write("tvfpaparser", "window %d: %d,%d %dx%d", id, destination.x, destination.y, destination.width,
-                        destination.height);
+            m_log.Write("tvfpaparser", "window %d: %s", id, DescribeRect(destination).c_str());
+            NoteWindows(HandleOf(call));
         }
         out.Int(0, status);
     }
@@ -211,6 +213,21 @@ private:
         }
         out.Int(0, kDone);
         out.Value(1, ids);
+    }
+
+    // Writes the pipeline's windows for the debug menu.
+    void NoteWindows(const Handle& handle) {
+        if (!m_log.IsOn(Debug::ZoomWindows))
+            return;
+        const auto& main = m_pipelines.At(handle).mainPicture;
+        m_log.WriteDebug(Debug::ZoomWindows, "pipeline %s: main picture %s", handle.ToText().c_str(),
+                         main ? DescribeRect(*main).c_str() : "whole");
+        for (const auto& [id, window] : m_windows) {
+            if (window.handle == handle)
+                m_log.WriteDebug(Debug::ZoomWindows, "window %d: %s of the picture at %s%s%s", id,
+                                 DescribeRect(window.source).c_str(), DescribeRect(window.destination).c_str(),
+                                 window.started ? ", started" : "", window.muted ? ", muted" : "");
+        }
     }
 
     bool HasWindow(const Handle& handle) const {
@@ -247,8 +264,8 @@ private:
         for (const Rect& rect : rects) {
             if (IsOnScreen(rect))
                 continue;
-            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: %d,%d %dx%d is not on the screen", operation,
-                                rect.x, rect.y, rect.width, rect.height);
+            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: %s is not on the screen", operation,
+                                DescribeRect(rect).c_str());
         }
         return kDone;
     }
@@ -263,6 +280,7 @@ private:
                 m_windows.at(id).*flag = on;
                 m_log.Write("tvfpaparser", "%s: window %d, %s", operation, id, on ? "on" : "off");
             }
+            NoteWindows(HandleOf(call));
         }
         out.Int(0, status);
     }

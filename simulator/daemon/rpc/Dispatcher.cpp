@@ -1,6 +1,7 @@
 #include "Dispatcher.h"
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <exception>
 #include <optional>
@@ -8,6 +9,7 @@
 #include <unistd.h>
 
 #include "Client.h"
+#include "Results.h"
 
 namespace sim {
 
@@ -25,6 +27,15 @@ void WriteResult(const Operation& method, std::int32_t result, ReplyWriter& out)
         out.Int(0, result);
     else if (method.arguments[0].type == &kBool)
         out.Bool(0, result != 0);
+}
+
+// By their names; subscribing changes what the client hears, not the TV.
+bool ChangesTv(const Interface& interface, const Operation& method) {
+    if (interface.GetCalls() != Interface::Calls::ToSession)
+        return false;
+    const auto begins = [&](std::string_view prefix) { return method.name.starts_with(prefix); };
+    return !begins("Get") && !begins("Is") && !begins("Check") && !begins("Find") && !begins("Subscribe") &&
+           !begins("Unsubscribe");
 }
 
 // The common prefix of interface names may be omitted.
@@ -86,7 +97,11 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
         ++method->calls;
         injection = m_injections.Take(*method, [&](std::string_view text) { return HasText(*method, message, text); });
         if (!injection || injection->kind == Injection::Kind::Delay || injection->kind == Injection::Kind::Drop) {
+            const auto begin = std::chrono::steady_clock::now();
             fault = Run(connection, message, *interface, *method, sequence);
+            const std::chrono::duration<double, std::micro> taken = std::chrono::steady_clock::now() - begin;
+            m_log.WriteDebug(Debug::Timing, "%s.%s took %.1f us", interface->GetName().c_str(), method->name.c_str(),
+                             taken.count());
         } else if (injection->kind == Injection::Kind::Result) {
             ReplyWriter out(m_reply);
             WriteResult(*method, injection->number, out);
@@ -144,6 +159,11 @@ std::string Dispatcher::Run(Connection& connection, const wire::Message& message
         Sessions::Use(*call.session);
     }
     ReplyWriter out(m_reply);
+    if (m_log.IsOn(Debug::DryRun) && ChangesTv(interface, method)) {
+        m_log.WriteDebug(Debug::DryRun, "%s.%s is not executed", interface.GetName().c_str(), method.name.c_str());
+        WriteResult(method, kDone, out);
+        return {};
+    }
     try {
         method.handler(call, in, out);
     } catch (const std::exception& failure) {

@@ -154,7 +154,13 @@ void Scans::EndVisit() {
         m_subscribers.Emit(SIGNAL_TUNE_AROUND_SERVICE_DONE, kMainPipeline, m_state.visited);
     }
     ++m_state.place;
+    NoteProgress();
     BeginVisit();
+}
+
+void Scans::NoteProgress() {
+    m_context.log.WriteDebug(Debug::ScanProgress, "%s: %zu of %zu, %zu done", ToText(m_state.running), m_state.place,
+                             m_state.services.size(), m_state.done);
 }
 
 void Scans::BeginBarker() {
@@ -193,6 +199,7 @@ void Scans::CollectSome() {
     }
     if (!kept || !transaction.Commit())
         return Finish(SIGNAL_BARKER_CHANNEL_TUNE, 0, "failed");
+    NoteProgress();
     if (m_state.place < m_state.services.size())
         return After(0, &Scans::CollectSome);
     Finish(SIGNAL_BARKER_CHANNEL_TUNE, 1, "completed");

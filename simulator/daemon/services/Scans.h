@@ -59,6 +59,7 @@ private:
     void BeginBarker();
     void EndBarker();
     void CollectSome();
+    void NoteProgress();
 
     // Moves the tuner to the visited service; sends SIGNAL_SI_STARTED if it is received.
     void Visit(std::uint64_t service, const ServiceFacts& facts);

@@ -172,6 +172,8 @@ std::int32_t ServiceQueries::WriteFirst(const Criteria& criteria, std::int32_t c
     if (step == Statement::Step::Failed)
         found = Refuse("FindService");
     statement->Reset();
+    m_log.WriteDebug(Debug::ServiceList, "FindService: %zu conditions, up to %d: %d services",
+                     criteria.conditions.size(), count, found);
     return found;
 }
 
@@ -193,11 +195,13 @@ std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page
 
     result = kDone;
     const std::size_t list = tree.BeginBranch(kResultPlace);
+    std::size_t found = 0;
     std::int16_t number = 0;
     Statement::Step step = statement->Next();
     for (; step == Statement::Step::Row && result == kDone; step = statement->Next()) {
         // Tags restart after 16 bits: records are identified by their order.
         WriteRecord(criteria, *statement, tree, number);
+        ++found;
         number = number == INT16_MAX ? std::int16_t{0} : static_cast<std::int16_t>(number + 1);
         if (tree.GetBuffer().GetSize() > wire::kMaxTreeSize) {
             m_log.Write(kTunerTag, "GetServiceList refused: the list is too long for one reply");
@@ -208,6 +212,8 @@ std::int32_t ServiceQueries::WriteAll(const Criteria& criteria, const Page& page
         result = Refuse("GetServiceList");
     statement->Reset();
     tree.EndBranch(list);
+    m_log.WriteDebug(Debug::ServiceList, "GetServiceList: antenna %d, profile %d, %zu conditions: %zu services",
+                     page.antenna, page.profile, criteria.conditions.size(), found);
     return result;
 }
 

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -163,6 +164,18 @@ std::string Database::GetError() const {
     if (!m_error.empty())
         return m_error;
     return m_database == nullptr ? "out of memory" : sqlite3_errmsg(m_database);
+}
+
+void Database::SetTrace(Trace trace) {
+    if (m_database == nullptr)
+        return;
+    m_trace = std::move(trace);
+    const auto call = [](unsigned, void* database, void* statement, void* nanoseconds) {
+        static_cast<Database*>(database)->m_trace(sqlite3_sql(static_cast<sqlite3_stmt*>(statement)),
+                                                  *static_cast<sqlite3_int64*>(nanoseconds));
+        return 0;
+    };
+    sqlite3_trace_v2(m_database, m_trace ? SQLITE_TRACE_PROFILE : 0, m_trace ? +call : nullptr, this);
 }
 
 Transaction::Transaction(Database& database) : m_database(database), m_open(database.Execute("BEGIN IMMEDIATE")) {}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -65,6 +66,9 @@ public:
     // Statements without rows, several at once.
     bool Execute(const char* text);
     std::string GetError() const;
+    // Called after each statement of an open database with its text and duration; null: no longer.
+    using Trace = std::function<void(const char* text, std::int64_t nanoseconds)>;
+    void SetTrace(Trace trace);
     sqlite3* Get() const { return m_database; }
 
 private:
@@ -77,6 +81,7 @@ private:
     struct stat m_file {};
     bool m_isLost = false;
     std::string m_error; // of this class; else SQLite's
+    Trace m_trace;
 };
 
 // Several changes that are committed together, or not at all without Commit. If it is not open,

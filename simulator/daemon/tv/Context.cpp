@@ -1,27 +1,53 @@
 #include "Context.h"
 
 #include <cinttypes>
+#include <fstream>
 
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
+#include "CallLine.h"
 #include "Event.h"
 
 namespace sim {
 
 using nlohmann::json;
 
+namespace {
+
+long GetResidentKibibytes() {
+    long total = 0;
+    long resident = 0;
+    std::ifstream("/proc/self/statm") >> total >> resident;
+    return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+} // namespace
+
 Context::Context(Database& openDatabase, Log& openLog, unsigned clientGraceMilliseconds)
     : log(openLog), database(openDatabase), numbers(openDatabase), clients(clientGraceMilliseconds),
       dispatcher(journal, sessions, injections, openLog) {
     clients.AddReleaseHook([this](Client& client) { Release(client); });
-    dispatcher.SetListener([this] { changes.Tell(); });
+    dispatcher.SetListener([this] { CallEnded(); });
+    sessions.AddHook([this](const Session& session, bool opened) {
+        log.WriteDebug(Debug::Sessions, "%" PRIu32 " of %s, client %" PRIu32 ", pipeline %" PRId32 ":%u, %s",
+                       session.id, session.interface->GetName().c_str(), session.client->GetNumber(), session.profile,
+                       session.screen, opened ? "opened" : "closed");
+    });
 }
 
 Context::~Context() {
     while (!m_owned.empty())
         m_owned.pop_back();
+}
+
+void Context::CallEnded() {
+    if (log.IsOn(Debug::Trace))
+        log.WriteDebug(Debug::Trace, "%s", ToLine(journal.Describe(journal.GetEnd() - 1)).c_str());
+    if (log.IsOn(Debug::MemoryUse))
+        log.WriteDebug(Debug::MemoryUse, "%ld KiB", GetResidentKibibytes());
+    changes.Tell();
 }
 
 void Context::Release(Client& client) {

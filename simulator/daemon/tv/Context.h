@@ -72,6 +72,8 @@ public:
     ~Context();
 
 private:
+    // Writes what the debug menu wants to know of each call.
+    void CallEnded();
     void Release(Client& client);
     nlohmann::json DescribeClients() const;
 

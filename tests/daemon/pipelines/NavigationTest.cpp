@@ -73,6 +73,13 @@ TEST_F(NavigationTest, SetsServicesOfItsAntennaOnly) {
     EXPECT_EQ(tv.MainState("service"), "0x8000000000000007");
 }
 
+TEST_F(NavigationTest, EachMediaElementOfAServiceHasALine) {
+    for (const char* tag : {"tvtunerinfosrc", "tvdemuxer", "tvaudiodec", "tvdrmsink"}) {
+        client.SetService(kAirService);
+        EXPECT_TRUE(tv.Logged(tag, "service ")) << tag;
+    }
+}
+
 TEST_F(NavigationTest, ShowsAServiceWithTheTuner) {
     client.SetSource(13);
     client.SetService(kAirService);

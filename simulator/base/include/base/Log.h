@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include <base/Debug.h>
 #include <base/LogWriter.h>
 
 namespace sim {
@@ -46,6 +47,15 @@ public:
     __attribute__((format(printf, 4, 5))) std::int32_t Refuse(std::int32_t result, const char* tag, const char* format,
                                                               ...);
 
+    // What the debug menu has switched on.
+    void SetDebug(const DebugState& debug) { m_debug = debug; }
+    const DebugState& GetDebug() const { return m_debug; }
+    bool IsOn(Debug part) const { return m_debug.IsOn(part); }
+    // Gets each line of WriteDebug, whether or not its tag is started.
+    void SetDebugSink(std::function<void(std::string_view line)> sink) { m_debugSink = std::move(sink); }
+    // Writes a line of a part that is on, with the part's name and under its tag.
+    __attribute__((format(printf, 3, 4))) void WriteDebug(Debug part, const char* format, ...);
+
     // Initially the media elements' tags are started, those of the live provider are stopped.
     bool IsStarted(std::string_view tag) const;
     const std::map<std::string, bool, std::less<>>& GetTags() const { return m_tags; }
@@ -61,6 +71,8 @@ private:
 
     LogWriter m_writer{kOwnTag, "#0 "};
     Sink m_sink;
+    DebugState m_debug;
+    std::function<void(std::string_view line)> m_debugSink;
     std::uint64_t m_sequence = 0;
     std::size_t m_followerCount = 0;
     std::map<std::string, bool, std::less<>> m_tags;
