@@ -291,7 +291,7 @@ mutate("simulator/base/LogFile.cpp", " || status.st_nlink == 0", "",
        "a log that somebody removed is written on without a name", "wire-test")
 mutate("simulator/base/NewFile.cpp", "(replaces && fchmod(m_file, old.st_mode & 0777) != 0)", "false",
        "a file that takes another's place has a mode of its own", "tests/daemon/control_test.py")
-mutate("simulator/base/Path.cpp", "(there.st_mode & 0077) != 0", "(there.st_mode & 0007) != 0",
+mutate("simulator/base/Path.cpp", "(there.st_mode & 0077) == 0", "(there.st_mode & 0007) == 0",
        "a runtime directory that is open to a group is used", "tests/daemon/start_test.py", "tests/daemon/other_users_test.py")
 mutate("simulator/interfaces/include/interfaces/Interfaces.h", "StartLogTag, StopLogTag", "StopLogTag, StartLogTag",
        "starting a log tag has the number of stopping one, on both sides", "wire-test", "device-test")
