@@ -168,6 +168,8 @@ mutate("simulator/wire/Packet.cpp", "EncodePacketHeader(m_packetHeader, m_left >
 mutate("simulator/wire/Message.cpp",
        "bytes[0] < static_cast<unsigned char>(MessageKind::Hello) ||\n        ", "",
        "a message of kind 0 is taken", "wire-test")
+mutate("simulator/wire/Message.cpp", "bytes[1] != 0 ||", "bytes[1] > 1 ||",
+       "a reserved byte may be 1", "wire-test:Packet.*")
 mutate("simulator/wire/Message.cpp", "header.methodSize <= kMaxNameSize", "header.methodSize < kMaxNameSize",
        "an operation's name of the longest length is refused", "wire-test")
 mutate("simulator/wire/Tree.cpp", "    text = child.GetBytes();\n    return cursor.IsAtEnd();",
@@ -285,6 +287,8 @@ mutate("simulator/device/viewer/main.cpp", "{SIGTERM, SIGINT, SIGHUP}", "{SIGTER
        "a viewer that was started by nohup survives its terminal", "tests/system/device_logs_test.py")
 
 # Shared by the programs
+mutate("simulator/base/LogWriter.cpp", "if (m_file < 0 && errno == ENXIO)", "if (m_file < 0 && errno == ENOENT)",
+       "a pipe that nobody reads yet cannot be the log", "daemon_tests:LogPipeTest.*")
 mutate("simulator/base/LogFile.cpp", "mine.st_ino == named.st_ino && mine.st_dev == named.st_dev", "mine.st_dev == named.st_dev",
        "a second process moves the new log away in place of the full one", "wire-test")
 mutate("simulator/base/LogFile.cpp", " || status.st_nlink == 0", "",

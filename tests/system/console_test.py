@@ -138,6 +138,12 @@ def test_a_thousand_words_of_entering_and_leaving_end(tv_off):
     tv_off.wait("/daemon/clients == []")
 
 
+def test_a_console_that_keeps_thousands_of_objects_goes_on(tv):
+    printed = tv.run_words("5 " + "21 65535 " * 4200 + "99 99\n")
+    assert printed.count("major> ") == 4200
+    assert "has more than 4096 sessions" in tv.log()
+
+
 def test_two_consoles_at_once_count_each_others_sessions(tv):
     def count(console):
         console.type("1", "Reference count value is: ")
