@@ -94,7 +94,11 @@ void DebugPrintControl::GetMenuItems(const Call&, const ArgumentReader&, ReplyWr
 
 void DebugPrintControl::SetMenuItems(const Call&, const ArgumentReader& in, ReplyWriter& out) {
     std::vector<std::pair<std::uint32_t, bool>> states;
-    for (const values::MenuItem& item : in.Value<std::vector<values::MenuItem>>(1)) {
+    const auto items = in.Value<std::vector<values::MenuItem>>(1);
+    if (items.size() > m_switches.GetItems().size())
+        return out.Int(0, m_context.log.Refuse(kBadArgument, kOwnTag, "SetMenuItems refused: %zu items, there are %zu",
+                                               items.size(), m_switches.GetItems().size()));
+    for (const values::MenuItem& item : items) {
         if (m_switches.FindItem(item.id) == nullptr)
             return out.Int(0, m_context.log.Refuse(kUnknown, kOwnTag, "unknown debug menu item %u", item.id));
         states.emplace_back(item.id, item.on);

@@ -249,6 +249,9 @@ private:
     std::int32_t CheckOwn(const Call& call, const char* operation, const Ids& ids) {
         if (ids.empty())
             return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: no window ids", operation);
+        if (ids.size() > kMaxWindowLimit)
+            return m_log.Refuse(kBadArgument, "tvfpaparser", "%s refused: %zu window ids, expected at most %" PRIu32,
+                                operation, ids.size(), kMaxWindowLimit);
         for (const std::int32_t id : ids) {
             const Window* window = Find(call, operation, id);
             if (window == nullptr)

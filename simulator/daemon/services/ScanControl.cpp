@@ -36,9 +36,15 @@ private:
     // A service that is not in the line-up needs no programme.
     void IsTuneAroundNeeded(const Call&, const ArgumentReader& in, ReplyWriter& out) {
         const std::vector<std::uint64_t> services = ReadServiceIds(in);
-        out.Int(0, std::any_of(services.begin(), services.end(), [this](std::uint64_t service) {
-                    return !m_programmes.HasPresent(service) && m_lineUp.FindFacts(service);
-                }));
+        const std::size_t lookedUp = std::min(services.size(), Scans::kMaxLookUps);
+        const bool isNeeded = std::any_of(services.data(), services.data() + lookedUp, [this](std::uint64_t service) {
+            return !m_programmes.HasPresent(service) && m_lineUp.FindFacts(service);
+        });
+        if (!isNeeded && lookedUp < services.size())
+            return out.Int(0, m_log.Refuse(kTooMany, kTunerTag,
+                                           "IsTuneAroundNeeded refused: not for the first %zu of %zu services",
+                                           lookedUp, services.size()));
+        out.Int(0, isNeeded);
     }
 
     void StartTuneAround(const Call&, const ArgumentReader& in, ReplyWriter& out) {

@@ -17,7 +17,8 @@ using nlohmann::json;
 namespace {
 
 constexpr std::uint32_t kMaxPace = 3600 * 1000;
-// Services whose programmes are collected in a row before other events are handled.
+// Services that are looked up, or whose programmes are collected, in a row before other events are handled.
+constexpr std::size_t kLookedUpATime = 1000;
 constexpr std::size_t kCollectedATime = 500;
 
 } // namespace
@@ -49,12 +50,13 @@ const char* Scans::ToText(Running running) {
 }
 
 std::int32_t Scans::StartTuneAround(std::vector<std::uint64_t> services) {
-    const std::size_t given = services.size();
-    std::erase_if(services, [this](std::uint64_t id) { return !m_lineUp.FindFacts(id); });
-    if (services.size() < given)
-        m_context.log.Write(kTunerTag, "tune around: %zu services are not in the line-up", given - services.size());
-    if (services.empty())
-        return m_context.log.Refuse(kBadArgument, kTunerTag, "tune around refused: no services");
+    // Unknown ones are passed over when the scan comes to them.
+    const std::size_t lookedUp = std::min(services.size(), kMaxLookUps);
+    const bool any = std::any_of(services.data(), services.data() + lookedUp,
+                                 [this](std::uint64_t id) { return m_lineUp.FindFacts(id).has_value(); });
+    if (!any)
+        return m_context.log.Refuse(kBadArgument, kTunerTag,
+                                    "tune around refused: none of the first %zu services is in the line-up", lookedUp);
     const std::int32_t status = Start(Running::TuneAround, std::move(services));
     if (status == kDone)
         After(0, &Scans::BeginVisit);
@@ -131,15 +133,20 @@ void Scans::Visit(std::uint64_t service, const ServiceFacts& facts) {
 }
 
 void Scans::BeginVisit() {
-    for (; m_state.place < m_state.services.size(); ++m_state.place) {
-        const std::uint64_t service = m_state.services[m_state.place];
-        // The line-up may have been replaced.
-        if (const auto facts = m_lineUp.FindFacts(service)) {
-            Visit(service, *facts);
-            return After(m_state.pace, &Scans::EndVisit);
-        }
-        m_context.log.Write(kTunerTag, "tune around: service 0x%" PRIx64 " is not in the line-up", service);
+    const std::size_t first = m_state.place;
+    const std::size_t end = std::min(m_state.services.size(), first + kLookedUpATime);
+    std::optional<ServiceFacts> facts;
+    while (m_state.place < end && !(facts = m_lineUp.FindFacts(m_state.services[m_state.place])))
+        ++m_state.place;
+    if (m_state.place > first)
+        m_context.log.Write(kTunerTag, "tune around: %zu services are not in the line-up, the first is 0x%" PRIx64,
+                            m_state.place - first, m_state.services[first]);
+    if (facts) {
+        Visit(m_state.services[m_state.place], *facts);
+        return After(m_state.pace, &Scans::EndVisit);
     }
+    if (m_state.place < m_state.services.size())
+        return After(0, &Scans::BeginVisit);
     Finish(SIGNAL_TUNE_AROUND_FINISHED, 0, "completed");
 }
 

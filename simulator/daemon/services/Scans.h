@@ -31,6 +31,8 @@ namespace sim {
 class Scans : public Component {
 public:
     static constexpr std::uint32_t kDefaultPace = 200; // milliseconds per service
+    // Services of a list that one call looks up; other clients wait meanwhile.
+    static constexpr std::size_t kMaxLookUps = 100'000;
 
     Scans(Context& context, ServiceLineUp& lineUp, Programmes& programmes, Pipelines& pipelines, const Inputs& inputs,
           Subscribers& subscribers);

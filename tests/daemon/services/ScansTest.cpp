@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "LineUpTv.h"
@@ -210,6 +213,59 @@ TEST_F(ScansTest, RefusesToScanNothing) {
     EXPECT_LT(client.StartTuneAround({kInvalidService, 99}), 0);
     EXPECT_EQ(client.StartTuneAround({99, 1}), kDone);
     EXPECT_EQ(WaitForEnd(), (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "194 1:0 0x0"}));
+}
+
+// Statements that SQLite runs for the daemon.
+class StatementCount {
+public:
+    explicit StatementCount(sim::Database& database) : m_database(database) {
+        sqlite3_trace_v2(
+            m_database.Get(), SQLITE_TRACE_STMT,
+            [](unsigned, void* count, void*, void*) {
+                ++*static_cast<std::size_t*>(count);
+                return 0;
+            },
+            &m_count);
+    }
+    ~StatementCount() { sqlite3_trace_v2(m_database.Get(), 0, nullptr, nullptr); }
+
+    std::size_t Take() { return std::exchange(m_count, 0u); }
+
+private:
+    sim::Database& m_database;
+    std::size_t m_count = 0;
+};
+
+TEST_F(ScansTest, ALongListIsGoneThroughInSlices) {
+    Services services(10'000, 99);
+    services.front() = 1;
+    services.back() = 2;
+    StatementCount statements(tv.database);
+    EXPECT_EQ(client.StartTuneAround(services), kDone);
+    EXPECT_LT(statements.Take(), 10u);
+    std::size_t most = 0;
+    while (!tv.State("/scan/running").is_null()) {
+        sim::EventLoop::Get().RunRound(sim::EventLoop::Wait::UntilReady);
+        most = std::max(most, statements.Take());
+    }
+    EXPECT_LT(most, 1100u);
+    EXPECT_EQ(client.TakeSignals(),
+              (Signals{"81 1:0 0x100000001", "193 1:0 0x1", "81 1:0 0x200000001", "193 1:0 0x2", "194 1:0 0x0"}));
+}
+
+TEST_F(ScansTest, OneCallLooksUpALimitedNumberOfServices) {
+    // Two has a programme; of the others one is enough for an answer.
+    Services services(sim::Scans::kMaxLookUps, 2);
+    EXPECT_EQ(client.IsTuneAroundNeeded(services), 0);
+    services.push_back(1);
+    EXPECT_EQ(client.IsTuneAroundNeeded(services), -4);
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "IsTuneAroundNeeded refused: not for the first 100000 of 100001 services"));
+    services.front() = 1;
+    EXPECT_EQ(client.IsTuneAroundNeeded(services), 1);
+    services.assign(sim::Scans::kMaxLookUps, 99);
+    services.push_back(1);
+    EXPECT_EQ(client.StartTuneAround(services), -3);
+    EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "none of the first 100000 services is in the line-up"));
 }
 
 TEST_F(ScansTest, OnlySubscribersHear) {
