@@ -1,6 +1,8 @@
 #include "Pipelines.h"
 
+#include <algorithm>
 #include <cinttypes>
+#include <iterator>
 #include <utility>
 
 #include <norvex/client/Signal.h>
@@ -9,6 +11,13 @@
 #include "Results.h"
 
 namespace sim {
+
+namespace {
+
+// Of each pipeline, with their latest services.
+constexpr std::size_t kMaxTvModes = 64;
+
+} // namespace
 
 Pipelines::Pipelines(Context& context, LineUp& lineUp, Inputs& inputs, Subscribers& subscribers)
     : m_context(context), m_log(context.log), m_lineUp(lineUp), m_inputs(inputs), m_subscribers(subscribers),
@@ -22,7 +31,7 @@ Pipeline& Pipelines::At(const Handle& handle) {
 }
 
 bool Pipelines::Hold(const Handle& handle) {
-    if (!m_pipelines.contains(handle) && m_pipelines.size() >= kMaxPipelines) {
+    if (!m_pipelines.contains(handle) && m_pipelines.size() >= kMaxPipelines && !ForgetOne()) {
         m_log.Write(kOwnTag, "pipeline %s refused: there are %zu already", handle.ToText().c_str(), m_pipelines.size());
         return false;
     }
@@ -31,21 +40,36 @@ bool Pipelines::Hold(const Handle& handle) {
 }
 
 void Pipelines::Release(const Handle& handle) {
-    Pipeline& pipeline = At(handle);
-    --pipeline.sessions;
-    DropIfUnused(pipeline);
+    --At(handle).sessions;
+    DropIfUnused(handle);
 }
 
-void Pipelines::DropIfUnused(const Pipeline& pipeline) {
-    if (pipeline.sessions == 0 && pipeline.IsAsNew() && pipeline.handle != kMainPipeline)
-        m_pipelines.erase(Handle(pipeline.handle));
+bool Pipelines::IsHeld(const Pipeline& pipeline) const {
+    return pipeline.sessions > 0 || pipeline.handle == kMainPipeline || (m_isHeld && m_isHeld(pipeline.handle));
+}
+
+void Pipelines::DropIfUnused(const Handle& handle) {
+    const auto found = m_pipelines.find(handle);
+    if (found != m_pipelines.end() && found->second.IsAsNew() && !IsHeld(found->second))
+        m_pipelines.erase(found);
+}
+
+bool Pipelines::ForgetOne() {
+    const auto found = std::find_if(m_pipelines.begin(), m_pipelines.end(),
+                                    [this](const auto& entry) { return !IsHeld(entry.second); });
+    if (found == m_pipelines.end())
+        return false;
+    m_log.Write(kOwnTag, "pipeline %s forgotten: there are %zu, and it has no session", found->second.name.c_str(),
+                m_pipelines.size());
+    m_pipelines.erase(found);
+    return true;
 }
 
 template <class F> void Pipelines::ForEach(F&& visit) {
     for (auto next = m_pipelines.begin(); next != m_pipelines.end();) {
         Pipeline& pipeline = (next++)->second;
         visit(pipeline);
-        DropIfUnused(pipeline);
+        DropIfUnused(Handle(pipeline.handle));
     }
 }
 
@@ -84,7 +108,7 @@ void Pipelines::Perform(const Handle& handle, const Change& change) {
     if (change.service)
         Tune(pipeline, *change.service);
     UpdateReception(pipeline);
-    DropIfUnused(pipeline);
+    DropIfUnused(handle);
 }
 
 void Pipelines::SetSource(Pipeline& pipeline, std::int32_t source) {
@@ -118,6 +142,15 @@ void Pipelines::Tune(Pipeline& pipeline, std::uint64_t service) {
     }
     Latest& latest = pipeline.latest[pipeline.tvMode];
     (facts->streamed ? latest.streamed : latest.broadcast) = service;
+    if (pipeline.latest.size() > kMaxTvModes) {
+        auto forgotten = std::prev(pipeline.latest.end());
+        if (forgotten->first == pipeline.tvMode)
+            --forgotten;
+        m_log.Write(kTunerTag, "pipeline %s: forgets the latest services of antenna %s, service mode %d: %zu TV modes",
+                    pipeline.name.c_str(), ToAntennaName(forgotten->first.antenna).c_str(),
+                    forgotten->first.serviceMode, pipeline.latest.size());
+        pipeline.latest.erase(forgotten);
+    }
     if (facts->streamed) {
         m_log.Write("quarle-provider", "pipeline %s: streams service 0x%" PRIx64, pipeline.name.c_str(), service);
         return;
@@ -157,7 +190,7 @@ bool Pipelines::HasCaptions(const Pipeline& pipeline) const {
 void Pipelines::ResetMainPicture(const Handle& handle) {
     Pipeline& pipeline = At(handle);
     pipeline.mainPicture.reset();
-    DropIfUnused(pipeline);
+    DropIfUnused(handle);
 }
 
 void Pipelines::NoteEvent(Pipeline& pipeline, ESIEvent event) {

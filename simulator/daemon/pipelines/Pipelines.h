@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 
@@ -15,8 +16,8 @@ namespace sim {
 
 // All pipelines of the TV, and the tuning of services.
 //
-// A pipeline exists while it has a session or its state differs from that of a new one; the main
-// one always exists.
+// A pipeline exists while it has a session or a receiver, or its state differs from that of a new one;
+// the main one always exists. When there are too many, one without session and receiver is forgotten.
 class Pipelines : public Component {
 public:
     static constexpr std::size_t kMaxPipelines = 1024;
@@ -30,6 +31,10 @@ public:
     // Begin and end of a session of a pipeline. False: there are too many pipelines.
     bool Hold(const Handle& handle);
     void Release(const Handle& handle);
+    // Whether a pipeline is needed without a session.
+    void SetHoldCheck(std::function<bool(const Handle&)> isHeld) { m_isHeld = std::move(isHeld); }
+    // A session or what else held it has ended.
+    void DropIfUnused(const Handle& handle);
 
     // Whether a pipeline in that antenna mode could show the service: kDone, or a refusal, which
     // has been logged.
@@ -67,7 +72,9 @@ public:
     void ReleaseClient(Client& client) override;
 
 private:
-    void DropIfUnused(const Pipeline& pipeline);
+    bool IsHeld(const Pipeline& pipeline) const;
+    // Makes room for one more; false if all of them are held.
+    bool ForgetOne();
     // Calls `visit` with each pipeline, which is dropped if it is unused afterwards.
     template <class F> void ForEach(F&& visit);
     // Nothing if the line-up does not have the service on that antenna.
@@ -91,6 +98,7 @@ private:
     Inputs& m_inputs;
     Subscribers& m_subscribers;
     std::chrono::steady_clock::time_point m_start;
+    std::function<bool(const Handle&)> m_isHeld;
     std::map<Handle, Pipeline> m_pipelines;
 };
 

@@ -15,7 +15,7 @@ using nlohmann::json;
 
 namespace {
 
-constexpr std::size_t kMaxReceivers = 256; // per pipeline
+constexpr std::size_t kMaxReceivers = 256; // per client
 constexpr std::size_t kMaxName = 255;
 constexpr std::uint32_t kMaxLimitMilliseconds = 24 * 3600 * 1000;
 
@@ -33,6 +33,7 @@ bool IsKind(EStateChangeType type) {
 } // namespace
 
 Preparation::Preparation(Context& context, Pipelines& pipelines) : m_context(context), m_pipelines(pipelines) {
+    pipelines.SetHoldCheck([this](const Handle& handle) { return m_queues.contains(handle); });
     context.settings.Add("preparation-limit",
                          "MILLISECONDS: how long receivers can delay a change of service or source",
                          [this](const auto& values, auto&) {
@@ -136,11 +137,14 @@ std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type, 
     if (name.empty() || name.size() > kMaxName)
         return Refuse(handle, "a receiver needs a name", name, kBadArgument);
     const ReceiverKey key{type, client.GetNumber(), name};
-    Queue& queue = m_queues[handle];
-    if (!queue.receivers.contains(key) && queue.receivers.size() >= kMaxReceivers)
-        return Refuse(handle, "too many receivers", name, kTooMany);
+    const auto known = m_queues.find(handle);
+    const bool isNew = known == m_queues.end() || !known->second.receivers.contains(key);
+    std::size_t& count = m_receivers[client.GetNumber()];
+    if (isNew && count >= kMaxReceivers)
+        return Refuse(handle, "its client already has 256 receivers", name, kTooMany);
+    count += isNew;
     // A second registration only changes the option.
-    queue.receivers[key].option = option;
+    m_queues[handle].receivers[key].option = option;
     m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" registered for changes of the %s",
                         handle.ToText().c_str(), name.c_str(), ToText(type));
     return kDone;
@@ -155,9 +159,12 @@ std::int32_t Preparation::Unregister(const Handle& handle, EStateChangeType type
         return Refuse(handle, "is not registered", name, kUnknown);
     m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" unregistered from changes of the %s",
                         handle.ToText().c_str(), name.c_str(), ToText(type));
+    --m_receivers[client.GetNumber()];
     Check(handle, queue->second);
-    if (queue->second.receivers.empty())
+    if (queue->second.receivers.empty()) {
         m_queues.erase(queue);
+        m_pipelines.DropIfUnused(handle);
+    }
     return kDone;
 }
 
@@ -184,7 +191,16 @@ void Preparation::ReleaseClient(Client& client) {
         std::erase_if(queue.receivers, [&](const auto& entry) { return entry.first.client == client.GetNumber(); });
         Check(handle, queue);
     }
-    std::erase_if(m_queues, [](const auto& entry) { return entry.second.receivers.empty(); });
+    m_receivers.erase(client.GetNumber());
+    for (auto queue = m_queues.begin(); queue != m_queues.end();) {
+        if (!queue->second.receivers.empty()) {
+            ++queue;
+            continue;
+        }
+        const Handle handle = queue->first;
+        queue = m_queues.erase(queue);
+        m_pipelines.DropIfUnused(handle);
+    }
 }
 
 json Preparation::Describe(const Queue& queue) {
@@ -221,6 +237,7 @@ json Preparation::DescribeState() const {
 
 bool Preparation::Reset() {
     m_queues.clear();
+    m_receivers.clear();
     m_limit = kDefaultLimit;
     return true;
 }

@@ -81,6 +81,7 @@ private:
     Pipelines& m_pipelines;
     std::uint32_t m_limit = kDefaultLimit;
     std::map<Handle, Queue> m_queues;
+    std::map<std::uint32_t, std::size_t> m_receivers; // of each client, on all pipelines
 };
 
 } // namespace sim

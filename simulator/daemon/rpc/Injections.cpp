@@ -48,6 +48,13 @@ std::optional<Injection> Injections::Take(const Operation& method, const HasText
     return injection;
 }
 
+std::size_t Injections::GetCount() const {
+    std::size_t count = 0;
+    for (const auto& [method, orders] : m_orders)
+        count += orders.size();
+    return count;
+}
+
 nlohmann::json Injections::Describe() const {
     nlohmann::json described = nlohmann::json::array();
     for (const auto& [method, orders] : m_orders) {

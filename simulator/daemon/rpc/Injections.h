@@ -40,6 +40,7 @@ public:
     std::optional<Injection> Take(const Operation& method, const HasText& hasText);
     bool IsEmpty() const { return m_orders.empty(); }
     void Clear() { m_orders.clear(); }
+    std::size_t GetCount() const;
 
     // Remaining failures, by operation.
     nlohmann::json Describe() const;

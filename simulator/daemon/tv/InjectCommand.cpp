@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::int32_t kMaxDelayMilliseconds = 3'600'000;
 constexpr std::int32_t kMaxCount = 1'000'000;
+constexpr std::size_t kMaxOrders = 1000;
 
 struct Order {
     std::string operation;
@@ -45,6 +46,8 @@ void Inject(Context& context, const Order& order, ControlConnection& connection)
     const std::vector<Operation*> operations = context.dispatcher.FindOperations(order.operation);
     if (operations.empty())
         return connection.Fail("unknown operation '" + order.operation + "'");
+    if (context.injections.GetCount() >= kMaxOrders)
+        return connection.Fail(std::to_string(kMaxOrders) + " failures are pending already; reset removes them");
     for (const Operation* each : operations)
         context.injections.Add(*each, *injection, static_cast<unsigned>(order.count));
     context.changes.Tell();

@@ -209,6 +209,20 @@ TEST(Pipelines, AreLimitedInNumber) {
     EXPECT_NE(client.Open<AVControlMethod>({1, 1024}), 0u);
 }
 
+TEST(Pipelines, OneThatOnlyHasSettingsIsForgottenWhenThereAreTooMany) {
+    TestTv tv;
+    TestClient viewer(tv, {2, 0});
+    EXPECT_EQ(viewer.Do(AVControlMethod::MuteVideo, 1), kDone);
+    viewer.Close<AVControlMethod>();
+    TestClient client(tv);
+    for (std::uint16_t screen = 1; screen < 1023; ++screen)
+        EXPECT_NE(client.Open<AVControlMethod>({1, screen}), 0u);
+    EXPECT_EQ(tv.State("/pipelines/2:0/videoMute"), 1);
+    EXPECT_NE(client.Open<AVControlMethod>({1, 1023}), 0u);
+    EXPECT_FALSE(tv.State("/pipelines").contains("2:0"));
+    EXPECT_TRUE(tv.Logged("norvex", "pipeline 2:0 forgotten"));
+}
+
 TEST(Pipelines, AreAsNewAfterAReset) {
     TestTv tv;
     TestClient client(tv);

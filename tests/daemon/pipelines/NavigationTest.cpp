@@ -50,6 +50,20 @@ TEST_F(NavigationTest, GivesBackTheTvModeThatWasSet) {
     EXPECT_EQ(GetTvMode(), (TvMode{1, 0}));
 }
 
+TEST_F(NavigationTest, RemembersTheServicesOf64TvModes) {
+    for (std::int32_t mode = 0; mode < 64; ++mode)
+        EXPECT_EQ(client.SetTvMode({0, mode}, kAirService), kDone);
+    EXPECT_EQ(tv.MainState("latest").size(), 64u);
+    EXPECT_FALSE(tv.Logged("tvtunerinfosrc", "forgets"));
+    for (const std::int32_t mode : {1000, 2000}) {
+        EXPECT_EQ(client.SetTvMode({0, mode}, kAirService), kDone);
+        EXPECT_TRUE(tv.Logged("tvtunerinfosrc", "forgets the latest services of antenna air, service mode"));
+        EXPECT_EQ(GetLatest(ServiceNavigationMethod::GetLatestServiceId, 0, mode), kAirService);
+    }
+    EXPECT_EQ(tv.MainState("latest").size(), 64u);
+    EXPECT_EQ(GetLatest(ServiceNavigationMethod::GetLatestServiceId, 0, 0), kAirService);
+}
+
 TEST_F(NavigationTest, SetsAModeWithAServiceOfItsAntenna) {
     EXPECT_EQ(client.SetTvMode({1, 0}, kCableService), kDone);
     EXPECT_EQ(tv.MainState("tvMode/antenna"), 1);

@@ -19,6 +19,15 @@ public:
     std::int32_t Register(std::int32_t kind, const std::string& name) {
         return Do(PipelineUtilityMethod::RegisterForStateChange, kind, name, 0);
     }
+    // At another pipeline, with a session only for that.
+    std::int32_t RegisterAt(const sim::Handle& pipeline) {
+        const std::uint32_t session = Open<PipelineUtilityMethod>(pipeline);
+        const auto method = PipelineUtilityMethod::RegisterForStateChange;
+        const Reply reply = Exchange(kTable<PipelineUtilityMethod>.name, session, GetMethodName(method),
+                                     static_cast<std::int16_t>(method), CallTree(kService, "one", 0));
+        Close(session);
+        return reply.Status();
+    }
     std::int32_t Unregister(std::int32_t kind, const std::string& name) {
         return Do(PipelineUtilityMethod::UnregisterFromStateChange, kind, name);
     }
@@ -239,10 +248,26 @@ TEST_F(PreparationTest, ReceiversAreLimitedInNumber) {
     for (int number = 0; number < 256; ++number)
         EXPECT_EQ(app.Register(kService, std::to_string(number)), kDone);
     EXPECT_LT(app.Register(kService, "one too many"), 0);
-    EXPECT_TRUE(tv.Logged("norvex", "too many receivers"));
+    EXPECT_TRUE(tv.Logged("norvex", "already has 256 receivers"));
     EXPECT_EQ(app.Register(kService, "0"), kDone); // has its place
     EXPECT_EQ(app.Unregister(kService, "1"), kDone);
     EXPECT_EQ(app.Register(kService, "one too many"), kDone);
+    // On all pipelines together, each client for itself.
+    EXPECT_LT(app.RegisterAt({101, 0}), 0);
+    EXPECT_EQ(Application(tv).RegisterAt({101, 0}), kDone);
+    app.Die();
+    EXPECT_EQ(tv.State("/preparation/pipelines").size(), 1u);
+}
+
+TEST_F(PreparationTest, APipelineStaysForItsReceiversAndCounts) {
+    EXPECT_EQ(app.RegisterAt({101, 0}), kDone);
+    EXPECT_TRUE(tv.State("/pipelines").contains("101:0"));
+    for (std::uint16_t screen = 1; screen < 1023; ++screen)
+        EXPECT_NE(viewer.Open<AVControlMethod>({1, screen}), 0u);
+    EXPECT_EQ(viewer.Open<AVControlMethod>({1, 1023}), 0u);
+    app.Die();
+    EXPECT_FALSE(tv.State("/pipelines").contains("101:0"));
+    EXPECT_NE(viewer.Open<AVControlMethod>({1, 1023}), 0u);
 }
 
 // The content of the snapshot: the events of each pipeline, and lines of text.
