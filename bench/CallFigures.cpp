@@ -1,6 +1,7 @@
 // One small call: 16 bytes of command out, a status and a screen of some 200 bytes back. The
 // plug-in's own proxy and the daemon as it ships, compared with a bare ping-pong and two bus
-// libraries with the same screen; and the same call while 500 other clients are connected.
+// libraries with the same screen; and the same call while 500 other clients are connected, or while
+// 1,000 wait for values that do not change.
 
 #include "DebugPrintControlProxy.h"
 #include "Figure.h"
@@ -18,6 +19,7 @@ constexpr int kCalls = 4000;
 constexpr int kRounds = 21;
 // The daemon accepts 512 connections.
 constexpr int kIdleClients = 500;
+constexpr int kWaiters = 1000;
 
 // The daemon's shortest screen is its answer to an unknown word of this length.
 constexpr char kScreen[] = "qos";
@@ -55,6 +57,9 @@ int main() {
     const bench::SimulatedTv crowdedTv;
     bench::RoundProcess amongOthers({RunCallsAmongOthers});
     const bench::IdleClients idle(kIdleClients);
+    const bench::SimulatedTv waitedTv;
+    bench::RoundProcess amongWaiters({RunCallsAmongOthers});
+    const bench::Waiters waiters(kWaiters);
 
     const bench::SimulatedTv tv;
     TCDebugPrintControlProxy control(bench::kInterface);
@@ -73,7 +78,8 @@ int main() {
                                {"bare seqpacket", [&] { return RunCalls(bare); }},
                                {"sd-bus", [&] { return RunCalls(sdBus); }},
                                {"GDBus", [&] { return RunCalls(gdBus); }},
-                               {"Execute among others", [&] { return amongOthers.Run(0); }}},
+                               {"Execute among others", [&] { return amongOthers.Run(0); }},
+                               {"Execute among waiters", [&] { return amongWaiters.Run(0); }}},
                               kRounds);
 
     bench::Figure execute;
@@ -93,5 +99,13 @@ int main() {
     crowded.peers = {{"without others", medians[0]}};
     crowded.ratio = medians[4] / medians[0];
     crowded.limit = 1.15;
-    return bench::PrintFigures({execute, crowded}) ? 0 : 1;
+
+    bench::Figure waited;
+    waited.name = "execute_with_1000_waiters";
+    waited.unit = "ns";
+    waited.value = medians[5];
+    waited.peers = {{"without waiters", medians[0]}};
+    waited.ratio = medians[5] / medians[0];
+    waited.limit = 2;
+    return bench::PrintFigures({execute, crowded, waited}) ? 0 : 1;
 }

@@ -2,7 +2,10 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <string_view>
 
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -16,14 +19,18 @@ namespace bench {
 
 namespace {
 
-int Connect() {
+int Connect(int type, const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, std::getenv("NORVEX_SOCKET"), sizeof address.sun_path - 1);
-    const int descriptor = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
+    const int descriptor = socket(AF_UNIX, type | SOCK_CLOEXEC, 0);
     if (connect(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
-        GiveUp("an idle client could not connect");
+        GiveUp("an idle client or waiter could not connect");
     return descriptor;
+}
+
+std::string GetSocketPath() {
+    return std::getenv("NORVEX_SOCKET");
 }
 
 void SayHello(int descriptor, int number) {
@@ -48,12 +55,35 @@ void SayHello(int descriptor, int number) {
 
 IdleClients::IdleClients(int count) {
     for (int number = 1; number <= count; ++number) {
-        m_sockets.push_back(Connect());
+        m_sockets.push_back(Connect(SOCK_SEQPACKET, GetSocketPath()));
         SayHello(m_sockets.back(), number);
     }
 }
 
 IdleClients::~IdleClients() {
+    for (const int descriptor : m_sockets)
+        close(descriptor);
+}
+
+Waiters::Waiters(int count) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+    const char* const paths[] = {"/pipelines/1:0/service", "/debug/items/0/id", "/debug/qos", "/scan/service"};
+    for (int number = 0; number < count; ++number) {
+        m_sockets.push_back(Connect(SOCK_STREAM, GetSocketPath() + ".ctl"));
+        const std::string request = std::string(R"({"arguments":["wait",")") + paths[number % 4] +
+                                    " == " + std::to_string(1'000'000 + number) + R"(","--timeout","80000"]})" + "\n";
+        char answer[4096];
+        const bool isSent = write(m_sockets.back(), request.data(), request.size()) > 0;
+        const ssize_t size = isSent ? read(m_sockets.back(), answer, sizeof answer) : 0;
+        if (size <= 0 || !std::string_view(answer, static_cast<std::size_t>(size)).starts_with(R"({"limit")"))
+            GiveUp("the TV does not let everyone wait");
+    }
+}
+
+Waiters::~Waiters() {
     for (const int descriptor : m_sockets)
         close(descriptor);
 }

@@ -297,15 +297,23 @@ def test_many_connections_to_the_control_socket_delay_no_client(tv, client):
                 assert peer.recv(1) == b""
 
 
-def test_the_129th_control_connection_is_told_why_it_is_refused(tv):
+@pytest.mark.slow
+@pytest.mark.usefixtures("many_descriptors")
+def test_1280_can_wait_at_once_and_are_told_and_one_more_is_told_why_not(tv, client):
     with contextlib.ExitStack() as ends:
-        crowd = [ends.enter_context(socket.socket(socket.AF_UNIX)) for _ in range(128)]
-        for peer in crowd:
-            peer.connect(tv.control_path)
-            peer.sendall(tv.written("wait", "/debug/qos == true"))
-            assert peer.recv(100)
-        assert "128 control connections are open" in tv.simctl_refusal("state")
-        assert_serves(tv)
+        answers = []
+        for _ in range(1280):
+            waiter = ends.enter_context(socket.socket(socket.AF_UNIX))
+            waiter.settimeout(LIMIT)
+            waiter.connect(tv.control_path)
+            waiter.sendall(tv.written("wait", "/debug/itemsOn == 1", "--timeout", 3600))
+            answers.append(ends.enter_context(waiter.makefile()))
+            assert "limit" in answers[-1].readline()
+        assert "1280 control connections are open" in tv.simctl_refusal("state")
+        client.start()
+        for word in ("items", "101"):
+            client.execute(word)
+        assert {answer.read() for answer in answers} == {'{"status":0}\n'}
 
 
 @pytest.mark.slow

@@ -334,12 +334,19 @@ mutate("simulator/daemon/store/NumberStore.cpp", '"DELETE FROM setting WHERE par
        "resetting one component forgets what others keep", "daemon_tests")
 mutate("simulator/daemon/store/NumberStore.cpp", "DO UPDATE SET value = ?3", "DO NOTHING",
        "a number that is kept again stays as it was first", "daemon_tests")
+mutate("simulator/daemon/store/Database.cpp", "    return m_isLost;", "    return false;",
+       "a change is lost with a database that has been replaced, and answered with success", "tests/daemon/start_test.py")
 
 # The daemon: io
 mutate("simulator/daemon/io/Listener.cpp", "umask(0177)", "umask(0077)",
        "the sockets have a mode of 0700", "tests/daemon/start_test.py", "tests/daemon/other_users_test.py")
 mutate("simulator/daemon/io/Listener.cpp", "[this] { m_watch.SetEvents(EPOLLIN); }", "[] {}",
        "after descriptors ran out no connection is ever accepted again", "tests/daemon/hostile_test.py")
+
+mutate("simulator/daemon/io/Listener.cpp", "    if (IsSame(m_path, m_file))\n", "",
+       "a TV's end removes the socket of the next one", "tests/daemon/start_test.py")
+mutate("simulator/daemon/io/Listener.cpp", "        if (!IsStale(address, type)) {", "        if (IsStale(address, SOCK_RAW)) {",
+       "another program's socket is taken away", "tests/daemon/start_test.py")
 
 # The daemon: rpc
 mutate("simulator/daemon/rpc/Clients.cpp", "    client->m_grace.Stop();\n", "",
@@ -396,7 +403,7 @@ mutate("simulator/daemon/debug/DebugPrintControl.cpp", "m_dialogues.erase(call.c
        "stopping a dialogue that was never started is the success", "tests/daemon/clients_test.py")
 
 # The daemon: pipelines
-mutate("simulator/daemon/pipelines/Pipelines.cpp", "    --pipeline.sessions;\n", "",
+mutate("simulator/daemon/pipelines/Pipelines.cpp", "    --At(handle).sessions;\n", "",
        "a pipeline's reference count is never lowered", "daemon_pipelines_tests")
 mutate("simulator/daemon/pipelines/Pipelines.cpp", "std::exchange(pipeline.preparedNext, {})", "pipeline.preparedNext",
        "what was prepared for one source is there for the next as well", "daemon_pipelines_tests")
@@ -412,6 +419,9 @@ mutate("simulator/daemon/pipelines/Subscribers.cpp", "    if (left == 0)\n      
        "a session whose subscriptions are all undone gets the signal still", "daemon_pipelines_tests")
 mutate("simulator/daemon/pipelines/SourceControl.cpp", "source >= 0 && source <= kLastSource", "source <= kLastSource",
        "source -1 is a source", "daemon_pipelines_tests")
+
+mutate("simulator/daemon/pipelines/Pipelines.cpp", "    Mark(handle);\n    return m_pipelines.try_emplace", "    return m_pipelines.try_emplace",
+       "nobody who waits is told of a change of a pipeline", "daemon_pipelines_tests")
 
 # The daemon: services
 mutate("simulator/daemon/services/Programmes.cpp", "second < m_last.Int(0) + m_last.Int(1))", "second <= m_last.Int(0) + m_last.Int(1))",
@@ -432,7 +442,7 @@ mutate("simulator/daemon/services/Scans.cpp", 'Finish(SIGNAL_TUNE_AROUND_FINISHE
        "the signal at the end of a stopped scan says that it was completed", "daemon_services_tests")
 mutate("simulator/daemon/pipelines/Pipelines.cpp", "(pipeline.GetTuner() == itsOwn && HasSignal(pipeline))", "m_inputs.HasSignal(itsOwn)",
        "a pipeline receives while a scan has its tuner on another transponder", "daemon_services_tests")
-mutate("simulator/daemon/services/Scans.cpp", "    if (m_pipelines.At(kMainPipeline).GetTuner() != transponder)\n", "    if (transponder.antenna < 0)\n",
+mutate("simulator/daemon/services/Scans.cpp", "    if (m_pipelines.Get(kMainPipeline).GetTuner() != transponder)\n", "    if (transponder.antenna < 0)\n",
        "a service is scanned although a viewer has tuned away", "daemon_services_tests")
 mutate("simulator/daemon/debug/DebugDialogue.cpp", '        screen = "\\n" + m_lines + screen;\n', '        screen = "\\n" + screen;\n',
        "a debug menu's screen lacks the lines of the items that are on", "daemon_services_tests")

@@ -18,13 +18,12 @@ bool ControlServer::Open(const std::string& path, std::string& error) {
 }
 
 void ControlServer::Accept(int fd) {
-    if (m_connections.size() >= kMaxConnections) {
-        // The oldest without a request is evicted.
-        const auto silent = std::find_if(m_connections.begin(), m_connections.end(),
-                                         [](const auto& each) { return !each->HasAsked(); });
-        if (silent != m_connections.end())
-            (*silent)->End();
-    }
+    const auto isSilent = [](const auto& each) { return !each->HasAsked(); };
+    const auto silent = std::count_if(m_connections.begin(), m_connections.end(), isSilent);
+    if (static_cast<std::size_t>(silent) >= kMaxWithoutRequest ||
+        (silent > 0 && m_connections.size() >= kMaxConnections))
+        // The oldest is evicted.
+        (*std::find_if(m_connections.begin(), m_connections.end(), isSilent))->End();
     if (m_connections.size() >= kMaxConnections) {
         m_log.Write(kOwnTag, "refused a control connection: %zu are open", m_connections.size());
         const std::string answer =

@@ -17,7 +17,9 @@ namespace sim {
 // environment.
 class ControlServer {
 public:
-    static constexpr std::size_t kMaxConnections = 128;
+    // With those that wait for a condition.
+    static constexpr std::size_t kMaxConnections = 1280;
+    static constexpr std::size_t kMaxWithoutRequest = 128;
 
     ControlServer(const ControlCommands& commands, Log& log);
 

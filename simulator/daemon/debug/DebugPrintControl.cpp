@@ -60,6 +60,7 @@ DebugPrintControl::~DebugPrintControl() {
 }
 
 void DebugPrintControl::Start(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+    m_context.changes.Mark("/debug/dialogues");
     DebugDialogue& dialogue = m_dialogues.try_emplace(call.client.GetNumber(), m_switches).first->second;
     out.Int(0, kDone);
     out.Text(1, dialogue.Open());
@@ -71,12 +72,17 @@ void DebugPrintControl::Execute(const Call& call, const ArgumentReader& in, Repl
         return out.Int(
             0, m_context.log.Refuse(kRefused, kOwnTag, "client %u has no dialogue open", call.client.GetNumber()));
     std::string screen;
+    const std::uint64_t before = m_switches.GetRevision();
     const bool goesOn = found->second.Execute(in.Text(1), screen);
+    m_context.changes.Mark("/debug/dialogues");
+    if (m_switches.GetRevision() != before)
+        SwitchesChanged();
     out.Int(0, goesOn ? kDone : 0);
     out.Text(2, screen);
 }
 
 void DebugPrintControl::Stop(const Call& call, const ArgumentReader&, ReplyWriter& out) {
+    m_context.changes.Mark("/debug/dialogues");
     // A dialogue that the user has left must still be stopped: 0 only if there was none.
     out.Int(0, m_dialogues.erase(call.client.GetNumber()) > 0 ? kDone : 0);
 }
@@ -137,7 +143,14 @@ void DebugPrintControl::IsDebugModeEnabled(const Call&, const ArgumentReader& in
     out.Bool(0, mode != nullptr && mode->on);
 }
 
+// Each pipeline shows the QoS switch.
+void DebugPrintControl::SwitchesChanged() {
+    m_context.changes.Mark("/debug");
+    m_context.changes.Mark("/pipelines");
+}
+
 std::int32_t DebugPrintControl::Answer(bool kept) {
+    SwitchesChanged();
     if (kept)
         return kDone;
     return m_context.log.Refuse(kNotKept, kOwnTag, "the change could not be stored: %s",
@@ -145,17 +158,24 @@ std::int32_t DebugPrintControl::Answer(bool kept) {
 }
 
 json DebugPrintControl::DescribeState() const {
+    json state = DescribeAllButItems();
+    state["items"] = ToJson(m_switches.GetItems());
+    return state;
+}
+
+json DebugPrintControl::DescribeValue(const std::string& name) const {
+    return name == "items" ? ToJson(m_switches.GetItems()) : DescribeAllButItems().value(name, json());
+}
+
+json DebugPrintControl::DescribeAllButItems() const {
     json modes = json::object();
     for (const DebugSwitches::Mode& mode : m_switches.GetModes())
         modes[mode.name] = mode.on;
     json dialogues = json::object();
     for (const auto& [client, dialogue] : m_dialogues)
         dialogues[std::to_string(client)] = {{"open", dialogue.IsOpen()}, {"screen", dialogue.GetScreenName()}};
-    return {{"items", ToJson(m_switches.GetItems())},
-            {"itemsOn", m_switches.CountOn()},
-            {"qos", m_switches.IsQoSOn()},
-            {"modes", modes},
-            {"dialogues", dialogues}};
+    return {
+        {"itemsOn", m_switches.CountOn()}, {"qos", m_switches.IsQoSOn()}, {"modes", modes}, {"dialogues", dialogues}};
 }
 
 bool DebugPrintControl::Reset() {
@@ -163,6 +183,7 @@ bool DebugPrintControl::Reset() {
 }
 
 void DebugPrintControl::ReleaseClient(Client& client) {
+    m_context.changes.Mark("/debug/dialogues");
     m_dialogues.erase(client.GetNumber());
 }
 

@@ -21,10 +21,14 @@ public:
 
     const char* GetStateName() const override { return "debug"; }
     nlohmann::json DescribeState() const override;
+    nlohmann::json DescribeValue(const std::string& name) const override;
     bool Reset() override;
     void ReleaseClient(Client& client) override;
 
 private:
+    // There may be a million items.
+    nlohmann::json DescribeAllButItems() const;
+    void SwitchesChanged();
     void Start(const Call& call, const ArgumentReader& in, ReplyWriter& out);
     void Execute(const Call& call, const ArgumentReader& in, ReplyWriter& out);
     void Stop(const Call& call, const ArgumentReader& in, ReplyWriter& out);

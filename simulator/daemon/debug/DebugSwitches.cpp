@@ -109,6 +109,7 @@ DebugSwitches::Mode* DebugSwitches::FindMode(std::int32_t number) {
 }
 
 bool DebugSwitches::Keep(const std::string& key, bool on) {
+    ++m_revision;
     return m_numbers.Put(kPart, key, on);
 }
 

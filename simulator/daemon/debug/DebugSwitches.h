@@ -34,6 +34,8 @@ public:
     std::int32_t CountOn() const;
     bool IsQoSOn() const { return m_qos; }
     const std::vector<Mode>& GetModes() const { return m_modes; }
+    // Differs after a change of a switch.
+    std::uint64_t GetRevision() const { return m_revision; }
 
     // Null for an unknown one. To be changed only with the operations below.
     Item* FindItem(std::uint32_t id);
@@ -64,6 +66,7 @@ private:
     std::vector<Item> m_items;
     std::vector<Mode> m_modes;
     bool m_qos = false;
+    std::uint64_t m_revision = 0;
 };
 
 } // namespace sim

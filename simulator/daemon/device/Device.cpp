@@ -66,6 +66,7 @@ bool Device::HasMarker() const {
 }
 
 void Device::FollowMarker() const {
+    m_context.changes.Mark("/device/logTags");
     m_isFollowed = HasMarker();
     for (const char* tag : kProviderTags)
         m_context.log.SetTag(tag, m_isFollowed);
@@ -107,6 +108,7 @@ std::int32_t Device::SwitchTag(const std::string& tag, bool started) {
     if (!m_context.numbers.Put(kTagsPart, tag, started))
         return log.Refuse(kNotKept, kOwnTag, "the log tag \"%s\" could not be stored: %s", tag.c_str(),
                           m_context.database.GetError().c_str());
+    m_context.changes.Mark("/device/logTags");
     log.SetTag(tag, started);
     log.Write(kOwnTag, "log tag %s %s", tag.c_str(), started ? "started" : "stopped");
     return kDone;

@@ -22,7 +22,7 @@ public:
 
 private:
     void RestartVideoDecoder(const Call& call, const ArgumentReader&, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         ++pipeline.decoderRestarts;
         m_pipelines.NoteEvent(pipeline, SI_EVENT_DECODER_RESTARTED);
         m_log.Write("tvvideodec", "pipeline %s: decoder restarted, %" PRIu32 " times so far", pipeline.name.c_str(),
@@ -34,7 +34,7 @@ private:
 
     // Values are stored as received: the sink decides what a number above 1 means.
     void MuteVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         pipeline.videoMute = in.Int(1);
         m_log.Write("tvvideosink", "pipeline %s: mute %d", pipeline.name.c_str(), pipeline.videoMute);
         m_pipelines.NoteVideo(pipeline);
@@ -42,7 +42,7 @@ private:
     }
 
     void MuteAudio(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         pipeline.audioMute = in.Int(1);
         m_log.Write("tvaudiosink", "pipeline %s: mute %d", pipeline.name.c_str(), pipeline.audioMute);
         m_pipelines.NoteAudio(pipeline);

@@ -17,8 +17,9 @@ public:
 
 protected:
     static Handle HandleOf(const Call& call) { return {call.session->profile, call.session->screen}; }
-    // The call's pipeline. Valid until the end of the call.
-    Pipeline& PipelineOf(const Call& call) { return m_pipelines.At(HandleOf(call)); }
+    // The call's pipeline, to be read or to be changed. Valid until the end of the call.
+    const Pipeline& PipelineOf(const Call& call) const { return m_pipelines.Get(HandleOf(call)); }
+    Pipeline& ToChange(const Call& call) { return m_pipelines.At(HandleOf(call)); }
 
     Log& m_log;
     Pipelines& m_pipelines;

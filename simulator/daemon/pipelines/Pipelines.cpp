@@ -27,7 +27,13 @@ Pipelines::Pipelines(Context& context, LineUp& lineUp, Inputs& inputs, Subscribe
 }
 
 Pipeline& Pipelines::At(const Handle& handle) {
+    Mark(handle);
     return m_pipelines.try_emplace(handle, handle).first->second;
+}
+
+void Pipelines::Mark(const Handle& handle) {
+    if (m_context.changes.IsWatched())
+        m_context.changes.Mark("/pipelines/" + handle.ToText());
 }
 
 bool Pipelines::Hold(const Handle& handle) {
@@ -50,8 +56,10 @@ bool Pipelines::IsHeld(const Pipeline& pipeline) const {
 
 void Pipelines::DropIfUnused(const Handle& handle) {
     const auto found = m_pipelines.find(handle);
-    if (found != m_pipelines.end() && found->second.IsAsNew() && !IsHeld(found->second))
-        m_pipelines.erase(found);
+    if (found == m_pipelines.end() || !found->second.IsAsNew() || IsHeld(found->second))
+        return;
+    Mark(found->first);
+    m_pipelines.erase(found);
 }
 
 bool Pipelines::ForgetOne() {
@@ -61,6 +69,7 @@ bool Pipelines::ForgetOne() {
         return false;
     m_log.Write(kOwnTag, "pipeline %s forgotten: there are %zu, and it has no session", found->second.name.c_str(),
                 m_pipelines.size());
+    Mark(found->first);
     m_pipelines.erase(found);
     return true;
 }
@@ -68,6 +77,7 @@ bool Pipelines::ForgetOne() {
 template <class F> void Pipelines::ForEach(F&& visit) {
     for (auto next = m_pipelines.begin(); next != m_pipelines.end();) {
         Pipeline& pipeline = (next++)->second;
+        Mark(pipeline.handle);
         visit(pipeline);
         DropIfUnused(Handle(pipeline.handle));
     }

@@ -24,8 +24,11 @@ public:
 
     Pipelines(Context& context, LineUp& lineUp, Inputs& inputs, Subscribers& subscribers);
 
-    // The pipeline, created if needed. Valid while it has a session; the main one always.
+    // The pipeline, created if needed, to be changed: it is marked as changed. Valid while it has a
+    // session; the main one always.
     Pipeline& At(const Handle& handle);
+    // It must exist.
+    const Pipeline& Get(const Handle& handle) const { return m_pipelines.at(handle); }
     const std::map<Handle, Pipeline>& GetAll() const { return m_pipelines; }
 
     // Begin and end of a session of a pipeline. False: there are too many pipelines.
@@ -68,10 +71,12 @@ public:
 
     const char* GetStateName() const override { return "pipelines"; }
     nlohmann::json DescribeState() const override;
+    nlohmann::json DescribeValue(const std::string& name) const override;
     bool Reset() override;
     void ReleaseClient(Client& client) override;
 
 private:
+    void Mark(const Handle& handle);
     bool IsHeld(const Pipeline& pipeline) const;
     // Makes room for one more; false if all of them are held.
     bool ForgetOne();

@@ -1,4 +1,6 @@
 // The pipelines in `norvex-simctl state`.
+#include <algorithm>
+
 #include <nlohmann/json.hpp>
 
 #include "Pipelines.h"
@@ -86,6 +88,12 @@ json Pipelines::Describe(const Pipeline& pipeline) const {
             {"windowId", ToJson(pipeline.windowId)},
             {"crop", DescribeCrop(pipeline)},
             {"mainPicture", ToJson(pipeline.mainPicture)}};
+}
+
+json Pipelines::DescribeValue(const std::string& name) const {
+    const auto found = std::find_if(m_pipelines.begin(), m_pipelines.end(),
+                                    [&](const auto& entry) { return entry.second.name == name; });
+    return found == m_pipelines.end() ? json() : Describe(found->second);
 }
 
 json Pipelines::DescribeState() const {

@@ -68,6 +68,7 @@ void Preparation::Request(const Handle& handle, const Change& change) {
     if (queue.pending)
         m_context.log.Write("quarle-daemon", "pipeline %s: change #%" PRIu64 " replaced", handle.ToText().c_str(),
                             queue.pending->sequence);
+    m_context.changes.Mark("/preparation/pipelines");
     queue.pending = change;
     if (!IsHeld(queue, change))
         return Perform(handle, queue, "made");
@@ -97,6 +98,7 @@ void Preparation::NoteReceivers(const Handle& handle, const Queue& queue, const 
 
 void Preparation::Perform(const Handle& handle, Queue& queue, const char* why) {
     const Change change = *queue.pending;
+    m_context.changes.Mark("/preparation/pipelines");
     queue.pending.reset();
     queue.limit.Stop();
     for (auto& [key, receiver] : queue.receivers) {
@@ -142,6 +144,7 @@ std::int32_t Preparation::Register(const Handle& handle, EStateChangeType type, 
     std::size_t& count = m_receivers[client.GetNumber()];
     if (isNew && count >= kMaxReceivers)
         return Refuse(handle, "its client already has 256 receivers", name, kTooMany);
+    m_context.changes.Mark("/preparation/pipelines");
     count += isNew;
     // A second registration only changes the option.
     m_queues[handle].receivers[key].option = option;
@@ -159,6 +162,7 @@ std::int32_t Preparation::Unregister(const Handle& handle, EStateChangeType type
         return Refuse(handle, "is not registered", name, kUnknown);
     m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" unregistered from changes of the %s",
                         handle.ToText().c_str(), name.c_str(), ToText(type));
+    m_context.changes.Mark("/preparation/pipelines");
     --m_receivers[client.GetNumber()];
     Check(handle, queue->second);
     if (queue->second.receivers.empty()) {
@@ -178,6 +182,7 @@ std::int32_t Preparation::SetState(const Handle& handle, EStateChangeType type, 
     const auto found = queue->second.receivers.find({type, client.GetNumber(), name});
     if (found == queue->second.receivers.end())
         return Refuse(handle, "is not registered", name, kUnknown);
+    m_context.changes.Mark("/preparation/pipelines");
     found->second.state = state;
     found->second.service = service;
     m_context.log.Write("quarle-daemon", "pipeline %s: \"%s\" is in state %d for a change of the %s, 0x%" PRIx64,
@@ -191,6 +196,7 @@ void Preparation::ReleaseClient(Client& client) {
         std::erase_if(queue.receivers, [&](const auto& entry) { return entry.first.client == client.GetNumber(); });
         Check(handle, queue);
     }
+    m_context.changes.Mark("/preparation/pipelines");
     m_receivers.erase(client.GetNumber());
     for (auto queue = m_queues.begin(); queue != m_queues.end();) {
         if (!queue->second.receivers.empty()) {

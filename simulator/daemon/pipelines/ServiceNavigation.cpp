@@ -95,7 +95,7 @@ private:
     }
 
     void SetDTVMode(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         const std::int32_t mode = in.Int(1);
         const bool enable = in.Bool(2);
         if (mode < DTV_MODE_DEMUX_ONLY || mode > DTV_MODE_ALL)

@@ -74,7 +74,7 @@ private:
     void PreSetSourceA(const Call& call, const ArgumentReader&, ReplyWriter& out) { PreSetSource(call, 'A', out); }
 
     void StartHDMIAnalysis(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         const std::int32_t source = in.Int(1);
         const std::int32_t status = CheckHdmi(pipeline, "StartHDMIAnalysis", source);
         if (status == kDone) {
@@ -87,7 +87,7 @@ private:
     }
 
     void StopHDMIAnalysis(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         const std::int32_t source = in.Int(1);
         std::int32_t status = CheckHdmi(pipeline, "StopHDMIAnalysis", source);
         if (status == kDone && pipeline.hdmiAnalysis.erase({source, call.client.GetNumber()}) == 0) {
@@ -107,7 +107,7 @@ private:
     void PreSetSourceB(const Call& call, const ArgumentReader&, ReplyWriter& out) { PreSetSource(call, 'B', out); }
 
     void SetPreviewSource(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         const std::int32_t source = in.Int(1);
         const std::int32_t status = CheckSource(pipeline, "SetPreviewSource", source);
         if (status == kDone)
@@ -116,7 +116,7 @@ private:
     }
 
     void SetPreviewSourceAndService(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         const std::int32_t source = in.Int(1);
         const std::uint64_t service = in.Number64(2);
         const std::int32_t status = CheckSourceAndService(pipeline, "SetPreviewSource", source, service);
@@ -165,7 +165,7 @@ private:
     }
 
     void PreSetSource(const Call& call, char which, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         if (pipeline.preparedNext.size() == kMaxPrepared)
             pipeline.preparedNext.erase(0, 1);
         pipeline.preparedNext += which;

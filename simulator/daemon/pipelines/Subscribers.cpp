@@ -28,11 +28,13 @@ Subscribers::Subscribers(Context& context)
 }
 
 std::int32_t Subscribers::OpenSession(Session& session) {
+    m_context.changes.Mark("/subscribers");
     m_subscribers[session.id].client = session.client->GetNumber();
     return 0;
 }
 
 void Subscribers::CloseSession(Session& session) {
+    m_context.changes.Mark("/subscribers");
     m_subscribers.erase(session.id);
 }
 
@@ -42,6 +44,7 @@ void Subscribers::Subscribe(const Call& call, const ArgumentReader& in, ReplyWri
     if (!counts.contains(type) && counts.size() >= kMaxTypes)
         return out.Int(0,
                        m_context.log.Refuse(kTooMany, kOwnTag, "Subscribe refused: %zu types already", counts.size()));
+    m_context.changes.Mark("/subscribers");
     const std::uint32_t count = ++counts[type];
     m_context.log.Write(kOwnTag,
                         "signal %d: session %" PRIu32 " subscribed %" PRIu32
@@ -57,6 +60,7 @@ void Subscribers::Unsubscribe(const Call& call, const ArgumentReader& in, ReplyW
     if (found == counts.end())
         return out.Int(
             0, m_context.log.Refuse(kRefused, kOwnTag, "Unsubscribe refused: not subscribed to signal %d", type));
+    m_context.changes.Mark("/subscribers");
     const std::uint32_t left = --found->second;
     if (left == 0)
         counts.erase(found);
@@ -74,6 +78,7 @@ bool Subscribers::Send(std::uint32_t session, const Signals::Signal& signal, std
 }
 
 void Subscribers::Emit(std::int32_t type, const Handle& handle, std::uint64_t data) {
+    m_context.changes.Mark("/daemon/signals");
     const std::uint64_t number = m_context.signals.TakeNumber();
     const Signals::Signal signal{type, handle.profile, handle.screen, data};
     std::size_t sent = 0;
@@ -85,6 +90,7 @@ void Subscribers::Emit(std::int32_t type, const Handle& handle, std::uint64_t da
 }
 
 std::size_t Subscribers::SendToAll(const Signals::Signal& signal) {
+    m_context.changes.Mark("/daemon/signals");
     const std::uint64_t number = m_context.signals.TakeNumber();
     std::size_t sent = 0;
     for (const auto& [session, subscriber] : m_subscribers)

@@ -20,7 +20,7 @@ public:
 
 private:
     void SetCropVideo(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         const Crop crop{in.Value<Rect>(1), in.Value<Rect>(2)};
         if (!IsOnScreen(crop.first) || !IsOnScreen(crop.second))
             return out.Int(0, m_log.Refuse(kBadArgument, "tvvideodec",
@@ -39,7 +39,7 @@ private:
     }
 
     void SetWindowId(const Call& call, const ArgumentReader& in, ReplyWriter& out) {
-        Pipeline& pipeline = PipelineOf(call);
+        Pipeline& pipeline = ToChange(call);
         const std::int32_t windowId = in.Int(1);
         if (windowId < 0)
             return out.Int(0, m_log.Refuse(kBadArgument, "tvvideosink",

@@ -40,7 +40,7 @@ public:
     static constexpr std::uint32_t kDefaultLimit = 4; // windows on the TV
 
     ZoomControl(Context& context, Pipelines& pipelines)
-        : PipelineInterface(interfaces::kTable<Method>, context, pipelines) {
+        : PipelineInterface(interfaces::kTable<Method>, context, pipelines), m_changes(context.changes) {
         Add(Method::CreateZoomWindow,
             {Out("status", kInt), Out("windowId", kInt), In("source", kRect), In("destination", kRect),
              In("main", kRect)},
@@ -100,6 +100,7 @@ public:
             }
             const Handle handle = entry->second.handle;
             m_log.Write("tvfpaparser", "window %d removed with client %" PRIu32, entry->first, client.GetNumber());
+            m_changes.Mark("/zoom/windows");
             entry = m_windows.erase(entry);
             // No client is left to restore the main picture.
             if (!HasWindow(handle))
@@ -130,8 +131,9 @@ private:
                            m_log.Refuse(kTooMany, "tvfpaparser",
                                         "CreateZoomWindow refused: there are %zu windows already", m_windows.size()));
         const std::int32_t id = ++m_lastId;
+        m_changes.Mark("/zoom/windows");
         m_windows[id] = {HandleOf(call), call.client.GetNumber(), source, destination};
-        PipelineOf(call).mainPicture = main;
+        ToChange(call).mainPicture = main;
         m_log.Write("tvfpaparser", "window %d of pipeline %s: %s", id, HandleOf(call).ToText().c_str(),
                     DescribeRect(destination).c_str());
         NoteWindows(HandleOf(call));
@@ -147,8 +149,9 @@ private:
         if (status == kDone)
             status = CheckRects("DeleteZoomWindow", {main});
         if (status == kDone) {
-            PipelineOf(call).mainPicture = main;
+            ToChange(call).mainPicture = main;
             for (const std::int32_t id : ids) {
+                m_changes.Mark("/zoom/windows");
                 if (m_windows.erase(id) > 0)
                     m_log.Write("tvfpaparser", "window %d deleted", id);
             }
@@ -182,10 +185,11 @@ private:
         if (status == kDone)
             status = CheckRects("SetZoomWindowRect", {source, destination, main});
         if (status == kDone) {
+            m_changes.Mark("/zoom/windows");
             Window& window = m_windows.at(id);
             window.source = source;
             window.destination = destination;
-            PipelineOf(call).mainPicture = main;
+            ToChange(call).mainPicture = main;
             m_log.Write("tvfpaparser", "window %d: %s", id, DescribeRect(destination).c_str());
             NoteWindows(HandleOf(call));
         }
@@ -280,6 +284,7 @@ private:
         const std::int32_t status = CheckOwn(call, operation, ids);
         if (status == kDone) {
             for (const std::int32_t id : ids) {
+                m_changes.Mark("/zoom/windows");
                 m_windows.at(id).*flag = on;
                 m_log.Write("tvfpaparser", "%s: window %d, %s", operation, id, on ? "on" : "off");
             }
@@ -297,6 +302,7 @@ private:
         out.Bool(2, window->*flag);
     }
 
+    Changes& m_changes;
     std::uint32_t m_limit = kDefaultLimit;
     std::int32_t m_lastId = 0;
     std::map<std::int32_t, Window> m_windows;

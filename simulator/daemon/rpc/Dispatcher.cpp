@@ -141,7 +141,7 @@ void Dispatcher::Handle(Connection& connection, const wire::Message& message) {
     else if (injection->kind == Injection::Kind::Close)
         connection.End("injected: close");
     if (m_listener)
-        m_listener();
+        m_listener(method);
     m_log.SetSequence(0);
 }
 

@@ -36,8 +36,8 @@ public:
     // Answers a call on its connection.
     void Handle(Connection& connection, const wire::Message& message);
 
-    // Called after each call.
-    void SetListener(std::function<void()> listener) { m_listener = std::move(listener); }
+    // Called after each call, with its operation; null for an unknown one.
+    void SetListener(std::function<void(const Operation*)> listener) { m_listener = std::move(listener); }
     // Resets the operations' call counters and removes injected failures.
     void Reset();
 
@@ -53,7 +53,7 @@ private:
     std::vector<Interface*> m_interfaces;
     std::unordered_map<std::string_view, Interface*> m_byName;
     wire::Buffer m_reply;
-    std::function<void()> m_listener;
+    std::function<void(const Operation*)> m_listener;
 };
 
 } // namespace sim

@@ -127,7 +127,7 @@ void Server::Hello(Connection& connection, const wire::Message& message) {
         if (connection.role == wire::Role::Signals && !m_signals.Attach(hello.session, connection))
             return connection.End("requested signals of session " + std::to_string(hello.session) +
                                   ", which is not its own");
-        m_changes.Tell();
+        ClientsChanged();
     } else if (connection.client->GetToken() != hello.token) {
         // A client repeats its hello to find out whether a stalled daemon responds again.
         return connection.End("changed its token");
@@ -152,7 +152,7 @@ void Server::ConnectionEnded(Connection& connection, const std::string& why) {
     m_signals.Detach(connection);
     if (connection.client != nullptr)
         m_clients.Disconnected(*connection.client);
-    m_changes.Tell();
+    ClientsChanged();
     const auto found = std::find_if(m_connections.begin(), m_connections.end(),
                                     [&](const auto& candidate) { return candidate.get() == &connection; });
     m_ended.push_back(std::move(*found));
@@ -179,9 +179,15 @@ bool Server::HasRoomFor(Connection& connection, std::size_t size) {
     return true;
 }
 
+// Also whether a subscriber can be reached has changed.
+void Server::ClientsChanged() {
+    m_changes.Mark("/daemon/clients");
+    m_changes.Mark("/subscribers");
+}
+
 void Server::FollowersChanged() {
     m_log.SetFollowerCount(m_followers.size());
-    m_changes.Tell();
+    m_changes.Mark("/daemon/viewers");
 }
 
 void Server::PushLine(std::string_view tag, std::string_view line) {

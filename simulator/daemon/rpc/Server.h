@@ -48,6 +48,7 @@ private:
     void MessageArrived(Connection& connection, const wire::Message& message) override;
     void ConnectionEnded(Connection& connection, const std::string& why) override;
     bool HasRoomFor(Connection& connection, std::size_t size) override;
+    void ClientsChanged();
     void FollowersChanged();
     void Hello(Connection& connection, const wire::Message& message);
 

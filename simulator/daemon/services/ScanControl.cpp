@@ -82,7 +82,7 @@ private:
     // invalid.
     std::int32_t ReadAntenna(std::int32_t antenna) {
         if (antenna == ANTENNA_NONE)
-            return m_pipelines.At(kMainPipeline).tvMode.antenna;
+            return m_pipelines.Get(kMainPipeline).tvMode.antenna;
         if (antenna >= ANTENNA_AIR && antenna <= ANTENNA_SATELLITE)
             return antenna;
         m_log.Write(kTunerTag, "barker channel scan refused: unknown antenna %d", antenna);

@@ -76,6 +76,7 @@ std::int32_t Scans::Start(Running what, std::vector<std::uint64_t> services) {
     if (m_state.running != Running::Nothing)
         return m_context.log.Refuse(kRefused, kTunerTag, "%s refused: %s is running", ToText(what),
                                     ToText(m_state.running));
+    m_context.changes.Mark("/scan");
     m_state.running = what;
     m_state.services = std::move(services);
     m_state.place = m_state.done = 0;
@@ -107,6 +108,7 @@ std::int32_t Scans::Stop(Running what) {
 
 void Scans::After(std::uint32_t milliseconds, void (Scans::*step)()) {
     m_timer.Start(milliseconds, [this, step] {
+        m_context.changes.Mark("/scan");
         const Event event(m_context);
         (this->*step)();
     });
@@ -118,7 +120,7 @@ const char* Scans::WhyNotReceived(const std::optional<ServiceFacts>& facts) cons
     if (facts->streamed)
         return nullptr;
     const Transponder transponder{facts->antenna, facts->frequency};
-    if (m_pipelines.At(kMainPipeline).GetTuner() != transponder)
+    if (m_pipelines.Get(kMainPipeline).GetTuner() != transponder)
         return "is not received: the tuner is on another transponder";
     return m_inputs.HasSignal(transponder) ? nullptr : "has no signal";
 }
@@ -216,6 +218,7 @@ void Scans::Finish(ESignalType type, std::uint64_t data, const char* outcome) {
     m_timer.Stop();
     m_context.log.Write(kTunerTag, "%s %s, %zu of %zu services done", ToText(m_state.running), outcome, m_state.done,
                         m_state.services.size());
+    m_context.changes.Mark("/scan");
     m_state.running = Running::Nothing;
     m_state.visited = INVALID_SERVICE_ID;
     m_state.outcome = outcome;

@@ -87,6 +87,7 @@ bool ServiceLineUp::Load(const LineUpSource& source, std::string& error) {
 }
 
 void ServiceLineUp::Loaded(const std::string& name) {
+    m_context.changes.Mark("/lineUp");
     m_name = name;
     ++m_loads;
     m_context.log.Write(kTunerTag, "line-up %s: %" PRId64 " services, %" PRId64 " programmes", name.c_str(),
@@ -126,6 +127,7 @@ std::int32_t ServiceLineUp::SetBootupService(std::uint64_t service, const TvMode
         !numbers.Put(kBootupPart, "serviceMode", bootup.tvMode.serviceMode) ||
         !numbers.Put(kBootupPart, "option", option) || !transaction.Commit())
         return refuse(kNotKept, m_context.database.GetError().c_str());
+    m_context.changes.Mark("/lineUp");
     m_bootup = bootup;
     m_context.log.Write(kTunerTag, "the TV starts with service 0x%" PRIx64, service);
     return kDone;

@@ -61,8 +61,11 @@ public:
     }
 
     nlohmann::json DescribeState() const;
-    // The part of the state that a path ("/debug/qos") needs, by its first step.
-    nlohmann::json DescribeStateFor(const std::string& path) const;
+    // A part of the state: a component, or a value of one ("/debug/qos"). "calls/IAVControl.MuteVideo"
+    // is how often an operation has been called. Null if there is none.
+    nlohmann::json DescribePart(const std::string& path) const;
+    // Changes a setting; false, with the reason in `error`, if it is refused.
+    bool Set(const std::string& name, const std::vector<std::string>& values, std::string& error);
     // Resets all components, removes injected failures and empties the journal. Returns an empty
     // text, or why not all components could be reset.
     std::string Reset();
@@ -73,9 +76,10 @@ public:
 
 private:
     // Writes what the debug menu wants to know of each call.
-    void CallEnded();
+    void CallEnded(const Operation* operation);
     void Release(Client& client);
-    nlohmann::json DescribeClients() const;
+    // Of the daemon itself; with a name only that value.
+    nlohmann::json DescribeDaemon(const std::string& only) const;
 
     std::vector<Component*> m_components;
     // Destroyed in reverse order of registration.

@@ -13,6 +13,8 @@ public:
     }
     ~Event() {
         m_context.log.SetSequence(0);
+        m_context.changes.Mark("/daemon/sequence");
+        m_context.changes.Mark("/clock");
         m_context.changes.Tell();
     }
     Event(const Event&) = delete;

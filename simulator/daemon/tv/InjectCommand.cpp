@@ -50,7 +50,7 @@ void Inject(Context& context, const Order& order, ControlConnection& connection)
         return connection.Fail(std::to_string(kMaxOrders) + " failures are pending already; reset removes them");
     for (const Operation* each : operations)
         context.injections.Add(*each, *injection, static_cast<unsigned>(order.count));
-    context.changes.Tell();
+    context.changes.Mark("/daemon/injections");
     connection.Finish();
 }
 

@@ -48,7 +48,7 @@ void AddStateCommands(Context& context) {
         return [&context, values](ControlConnection& connection) {
             const Event event(context);
             std::string error;
-            if (context.settings.Set(values->front(), {values->begin() + 1, values->end()}, error))
+            if (context.Set(values->front(), {values->begin() + 1, values->end()}, error))
                 connection.Finish();
             else
                 connection.Fail(error);

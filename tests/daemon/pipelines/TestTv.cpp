@@ -101,6 +101,7 @@ Reply TestClient::Exchange(std::string_view interface, std::uint32_t session, st
     message.method = method;
     message.tree = arguments.GetBytes().GetData();
     m_tv.context.dispatcher.Handle(*m_calls->connection, message);
+    m_tv.CheckMarks();
     return TakeReply();
 }
 
@@ -156,6 +157,8 @@ void TestClient::ListenToSignals() {
     m_signals = std::make_unique<Link>();
     m_signals->connection->client = m_client;
     EXPECT_TRUE(m_tv.context.signals.Attach(session, *m_signals->connection));
+    // As the server does.
+    m_tv.context.changes.Mark("/subscribers");
 }
 
 std::int32_t TestClient::Subscribe(std::int32_t type) {
@@ -187,6 +190,7 @@ Signals TestClient::TakeSignals() {
 void TestClient::Disconnect() {
     if (m_signals != nullptr)
         m_tv.context.signals.Detach(*m_signals->connection);
+    m_tv.context.changes.Mark("/subscribers");
     m_signals.reset();
     m_calls.reset();
     m_tv.context.clients.Disconnected(*m_client);
@@ -230,10 +234,45 @@ sim::Context& TestTv::Prepare(const std::string& databasePath) {
 std::string TestTv::Set(const std::string& name, const std::vector<std::string>& arguments) {
     std::string error;
     context.log.SetSequence(context.journal.TakeSequence());
-    const bool done = context.settings.Set(name, arguments, error);
+    const bool done = context.Set(name, arguments, error);
     context.log.SetSequence(0);
     EXPECT_EQ(done, error.empty());
     return error;
+}
+
+void TestTv::CheckMarks() {
+    constexpr int kChecks = 50;
+    if (++m_checks > kChecks)
+        return;
+    if (m_known.is_null())
+        m_known = nlohmann::json::object();
+    context.changes.TellAll();
+    nlohmann::json state = context.DescribeState();
+    // Of every call.
+    state.erase("daemon");
+    state.erase("clock");
+    const auto watch = [this](const std::string& path) {
+        context.changes.Watch(path, [this, path] { m_marked.insert(path); });
+    };
+    for (const auto& [part, values] : state.items()) {
+        const std::string path = "/" + part;
+        if (!m_known.contains(part)) {
+            watch(path);
+        } else if (m_known[part] != values) {
+            EXPECT_TRUE(m_marked.contains(path)) << path;
+            for (const auto& [name, value] : m_known[part].items()) {
+                if (values.is_object() && values.value(name, nlohmann::json()) != value) {
+                    EXPECT_TRUE(m_marked.contains(path + "/" + name)) << path << "/" << name;
+                }
+            }
+        }
+        for (const auto& [name, value] : values.items()) {
+            if (values.is_object() && !m_known.value(part, nlohmann::json::object()).contains(name))
+                watch(path + "/" + name);
+        }
+    }
+    m_known = std::move(state);
+    m_marked.clear();
 }
 
 bool TestTv::Logged(const std::string& tag, const std::string& text) {

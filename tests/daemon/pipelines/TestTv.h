@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -148,6 +149,9 @@ public:
     bool Logged(const std::string& tag, const std::string& text);
     // Iterates the event loop until the condition is true; fails the test on timeout.
     void WaitUntil(const std::function<bool()>& condition);
+    // Fails the test if a value of the state has changed without having been marked as changed.
+    // Done after each of the first calls.
+    void CheckMarks();
 
     sim::Database database;
     sim::Log log;
@@ -156,6 +160,9 @@ private:
     sim::Context& Prepare(const std::string& databasePath);
 
     std::vector<std::pair<std::string, std::string>> m_lines;
+    nlohmann::json m_known;
+    std::set<std::string> m_marked;
+    int m_checks = 0;
 
 public:
     TestLineUp lineUp;

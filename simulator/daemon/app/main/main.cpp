@@ -1,5 +1,6 @@
 // norvex-sim: the simulated TV.
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/signalfd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -90,6 +92,16 @@ std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, G
     return {};
 }
 
+// Clients and those that wait take a descriptor each: more than a shell's usual limit.
+void RaiseDescriptorLimit() {
+    constexpr rlim_t kWanted = 4096;
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= kWanted)
+        return;
+    limit.rlim_cur = std::min(kWanted, limit.rlim_max);
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 // The signals that end the daemon are read from a descriptor, so that the daemon's only thread
 // handles them between calls.
 int BlockEndSignals() {
@@ -128,6 +140,7 @@ int main(int count, char** arguments) try {
     Given given;
     if (const auto status = ParseCommandLine({arguments + 1, arguments + count}, given))
         return *status;
+    RaiseDescriptorLimit();
     const int ends = BlockEndSignals();
     if (ends < 0)
         return Fail(std::string("signals: ") + std::generic_category().message(errno));
