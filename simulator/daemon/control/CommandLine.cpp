@@ -59,7 +59,11 @@ void CommandLine::Integer(const char* name, std::optional<std::int32_t>& value, 
 
 void CommandLine::Number(const char* name, double& value, double least, double most, const char* type,
                          const char* help) {
-    Finish(m_app->add_option(name, value, help)->check(CLI::Range(least, most)), type);
+    // A range contains "nan".
+    const auto isNumber = [](const std::string& text) {
+        return text.find_first_of("nN") == std::string::npos ? "" : "expected a number, found " + text;
+    };
+    Finish(m_app->add_option(name, value, help)->check(isNumber)->check(CLI::Range(least, most)), type);
 }
 
 std::optional<CommandLine::Ending> CommandLine::Parse(std::vector<std::string> arguments) {

@@ -21,9 +21,11 @@ namespace {
 constexpr std::size_t kEnough = 64u << 10;
 constexpr int kBadRequest = 2;
 
+// Texts that a command line can have.
 bool IsListOfTexts(const json& value) {
-    return value.is_array() &&
-           std::all_of(value.begin(), value.end(), [](const json& each) { return each.is_string(); });
+    return value.is_array() && std::all_of(value.begin(), value.end(), [](const json& each) {
+               return each.is_string() && each.get_ref<const std::string&>().find('\0') == std::string::npos;
+           });
 }
 
 } // namespace
