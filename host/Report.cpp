@@ -37,7 +37,7 @@ void Report(std::string_view line) {
     for (std::size_t at = 0; at < end; ++at) {
         if (IsControl(line, at)) {
             char form[5];
-            std::snprintf(form, sizeof form, "\\x%02x", static_cast<unsigned char>(line[at]));
+            static_cast<void>(std::snprintf(form, sizeof form, "\\x%02x", static_cast<unsigned char>(line[at])));
             shown += form;
         } else {
             shown += line[at];

@@ -58,7 +58,7 @@ void Complain(const char* program, std::string_view line) {
             shown.pop_back();
         shown += "...";
     }
-    std::fputs((std::string(program) + ": " + shown + "\n").c_str(), stderr);
+    static_cast<void>(std::fputs((std::string(program) + ": " + shown + "\n").c_str(), stderr));
 }
 
 bool FlushOutput(const char* program) {

@@ -43,7 +43,7 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
-        std::fputs(app.help().c_str(), stdout);
+        static_cast<void>(std::fputs(app.help().c_str(), stdout));
         return sim::FlushOutput(kProgram) ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const CLI::ParseError& error) {
         sim::Complain(kProgram, std::string(error.what()) + "; see dlogutil --help");

@@ -50,7 +50,7 @@ int main(int count, char** given) {
         return kBadArguments;
     }
     if (arguments.front() == "--help" || arguments.front() == "-h") {
-        std::fputs(kHelp, stdout);
+        static_cast<void>(std::fputs(kHelp, stdout));
         if (!simctl::Flush())
             return kFailed;
         // Also without a TV.

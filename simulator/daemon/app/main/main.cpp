@@ -76,7 +76,7 @@ std::optional<int> ParseCommandLine(const std::vector<std::string>& arguments, G
     if (const auto ending = line.Parse(arguments)) {
         if (ending->status != 0)
             return Fail(ending->text, ending->status);
-        std::fputs(ending->text.c_str(), stdout);
+        static_cast<void>(std::fputs(ending->text.c_str(), stdout));
         return sim::FlushOutput(kProgram) ? 0 : kFailed;
     }
     if (given.socket.empty())
