@@ -293,8 +293,6 @@ mutate("simulator/base/LogFile.cpp", "mine.st_ino == named.st_ino && mine.st_dev
        "a second process moves the new log away in place of the full one", "wire-test")
 mutate("simulator/base/LogFile.cpp", " || status.st_nlink == 0", "",
        "a log that somebody removed is written on without a name", "wire-test")
-mutate("simulator/base/NewFile.cpp", "(replaces && fchmod(m_file, old.st_mode & 0777) != 0)", "false",
-       "a file that takes another's place has a mode of its own", "tests/daemon/control_test.py")
 mutate("simulator/base/Path.cpp", "(there.st_mode & 0077) == 0", "(there.st_mode & 0007) == 0",
        "a runtime directory that is open to a group is used", "tests/daemon/start_test.py", "tests/daemon/other_users_test.py")
 mutate("simulator/interfaces/include/interfaces/Interfaces.h", "StartLogTag, StopLogTag", "StopLogTag, StartLogTag",
