@@ -224,7 +224,7 @@ mutate("simulator/connection/DaemonClient.cpp",
        "the end of a session of an earlier TV closes one of the new TV's", "wire-test", "client-test")
 mutate("simulator/connection/DaemonConnection.cpp", "        ClientToken::Renew();\n", "",
        "a child of fork is taken for its parent", "wire-test:DaemonClientTest.AForked*")
-mutate("simulator/connection/DaemonClient.cpp", "(status >= 0 && !hasId)", "false",
+mutate("simulator/connection/DaemonClient.cpp", "(status >= 0 && !hasId)", "(status >= 0 && hasId && id == 0)",
        "a session without an id is taken for open", "wire-test", "client-test")
 mutate("simulator/connection/DaemonClient.cpp", "            return failure;\n        DropIdle();\n", "            return failure;\n",
        "two connections that ended while idle fail a call on a new TV", "wire-test", "client-test")

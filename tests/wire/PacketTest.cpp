@@ -103,6 +103,13 @@ TEST(Packet, OnlyTheArgumentsOfACallHaveADirection) {
     }
 }
 
+TEST(Packet, ThereAreFourKindsOfNodes) {
+    for (int kind = 0; kind <= 255; ++kind) {
+        const unsigned char node[] = {0, 0, static_cast<unsigned char>(kind), 0, 0, 0, 0, 0};
+        EXPECT_EQ(wire::IsWellFormed(node, sizeof node), kind >= 1 && kind <= 4) << kind;
+    }
+}
+
 TEST(Packet, NamesHaveUpTo255Bytes) {
     const auto isTaken = [](std::uint16_t interfaceSize, std::uint16_t methodSize) {
         wire::MessageHeader header;

@@ -425,6 +425,7 @@ TEST_F(SignalTest, ASubscriptionIsRestoredOnceAlthoughAnotherOneFailed) {
 }
 
 TEST_F(SignalTest, SignalsOfANewerDaemonAreNotTakenForAnOlderOnesSession) {
+    std::promise<void> ended;
     std::thread far([&] {
         const auto calls = service.Accept();
         calls->Welcome(1);
@@ -438,11 +439,13 @@ TEST_F(SignalTest, SignalsOfANewerDaemonAreNotTakenForAnOlderOnesSession) {
         const auto signals = service.Accept();
         signals->Welcome(2);
         signals->AwaitEnd();
+        ended.set_value();
         const auto next = service.Accept();
         next->Welcome(2);
         EXPECT_EQ(FakeService::Serve(*next), std::vector<std::string>{});
     });
     ASSERT_NE(Create(), nullptr);
+    ended.get_future().wait();
     EXPECT_EQ(Destroy(), 0);
     far.join();
 }
