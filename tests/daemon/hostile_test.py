@@ -228,12 +228,13 @@ def test_one_that_goes_while_its_answers_wait_leaves_nothing(tv, client):
 def test_signals_that_are_read_late_are_all_there_in_their_order(tv, client):
     with subscribe(tv, client) as late:
         # More than the kernel keeps for it, less than makes it one that never reads; all together are more than that.
-        for first in range(1, 100000, 10000):
+        for first in range(1, 200000, 20000):
             tv.signal(193, "serviceId=1", "count=10000")
-            for _ in range(9999):
+            tv.signal(193, "serviceId=1", "count=10000")
+            for _ in range(19999):
                 late.socket.recv(4096)
             kind, _, _, tree = late.receive()
-            assert (kind, wire.read(wire.by_tag(tree)[4], "Q")) == (wire.SIGNAL, first + 9999)
+            assert (kind, wire.read(wire.by_tag(tree)[4], "Q")) == (wire.SIGNAL, first + 19999)
     assert NEVER_READS not in tv.log()
 
 
