@@ -113,19 +113,19 @@ class Watched:
         os.close(self.descriptor)
 
 
-def find_tv(path):
-    """The process that serves the socket."""
+def find_tv(script, checkout):
+    """The TV of a script whose console waits for a word."""
+    read_until(script.stdout, b"cmd> ")
+    [path] = (checkout / "tmp").glob("zarn-console.*/norvex.sock.ctl")
     with socket.socket(socket.AF_UNIX) as control:
-        control.connect(path)
+        control.connect(str(path))
         return Watched(struct.unpack("3i", control.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, 12))[0])
 
 
 def test_a_console_whose_script_is_killed_ends_with_its_tv_and_leaves_nothing(checkout, environment):
     with subprocess.Popen([checkout / "script/console"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                           env=environment, bufsize=0) as script:
-        read_until(script.stdout, b"cmd> ")
-        [path] = (checkout / "tmp").glob("zarn-console.*/norvex.sock.ctl")
-        tv = find_tv(str(path))
+        tv = find_tv(script, checkout)
         keeper = tv.parent()
         script.kill()
         tv.await_end()
@@ -140,9 +140,7 @@ def test_a_console_whose_script_is_killed_ends_with_its_tv_and_leaves_nothing(ch
 def test_a_tv_that_does_not_end_is_killed(checkout, environment):
     with subprocess.Popen([checkout / "script/console"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                           env=environment, bufsize=0) as script:
-        read_until(script.stdout, b"cmd> ")
-        [path] = (checkout / "tmp").glob("zarn-console.*/norvex.sock.ctl")
-        tv = find_tv(str(path))
+        tv = find_tv(script, checkout)
         os.kill(tv.number, signal.SIGSTOP)
         script.stdin.close()
         tv.await_end()
@@ -153,9 +151,7 @@ def test_a_tv_that_does_not_end_is_killed(checkout, environment):
 def test_a_tv_that_ended_early_is_said(checkout, environment):
     with subprocess.Popen([checkout / "script/console"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                           stderr=subprocess.PIPE, env=environment, bufsize=0) as script:
-        read_until(script.stdout, b"cmd> ")
-        [path] = (checkout / "tmp").glob("zarn-console.*/norvex.sock.ctl")
-        tv = find_tv(str(path))
+        tv = find_tv(script, checkout)
         os.kill(tv.number, signal.SIGTERM)
         tv.await_end()
         script.stdin.close()
